@@ -1,0 +1,24 @@
+/*
+ * Everything compiled code may use of the runtime: the shared records and the
+ * prototype of every exported function, under the names the export table
+ * binds.  Plain C11 and C++ alike.
+ */
+#ifndef KELP_KELP_H
+#define KELP_KELP_H
+
+#include "kelp/records.h"
+#include "kelp/startup.h"
+#include "kelp/image.h"
+#include "kelp/resources.h"
+#include "kelp/strings.h"
+#include "kelp/objects.h"
+#include "kelp/exceptions.h"
+#include "kelp/arrays.h"
+#include "kelp/string_functions.h"
+#include "kelp/numbers.h"
+#include "kelp/random.h"
+#include "kelp/runloop.h"
+#include "kelp/graphics.h"
+#include "kelp/windows.h"
+
+#endif

@@ -1,0 +1,33 @@
+// The static rows of the export table: every function that an image may bind
+// by name.  Each subsystem lists its own in its exports.inc; a name listed
+// here must be declared in a public header, so headers and table can't drift.
+#include "image/static_exports.h"
+
+#include "kelp/kelp.h"
+
+#define KELP_EXPORT(fn) {#fn, reinterpret_cast<void *>(&fn), nullptr, nullptr},
+#define KELP_EXPORT_AS(name, fn) {name, reinterpret_cast<void *>(&fn), nullptr, nullptr},
+
+namespace kelp {
+namespace {
+const RelocEntry kRows[] = {
+#include "startup/exports.inc"
+#include "resources/exports.inc"
+#include "strings/exports.inc"
+#include "objects/exports.inc"
+#include "exceptions/exports.inc"
+#include "arrays/exports.inc"
+#include "string_functions/exports.inc"
+#include "numbers/exports.inc"
+#include "random/exports.inc"
+#include "runloop/exports.inc"
+#include "graphics/exports.inc"
+#include "windows/exports.inc"
+    {nullptr, nullptr, nullptr, nullptr},
+};
+} // namespace
+
+const RelocEntry *StaticExportRows() { return kRows; }
+size_t StaticExportCount() { return sizeof(kRows) / sizeof(kRows[0]) - 1; }
+
+} // namespace kelp

@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Installs the Debian 12 packages that building, running and testing need.
+# Run as root; does nothing when everything is there already.
+set -euo pipefail
+packages=(
+  build-essential cmake pkg-config
+  libgtk2.0-dev libfontconfig-dev
+  libgtest-dev libgmock-dev libbenchmark-dev
+  libsndfile1 libasound2
+  fonts-liberation
+  xvfb xauth xdotool x11-utils
+)
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+done
+if ((${#missing[@]})); then
+  if [ "$(id -u)" -ne 0 ]; then
+    echo "install-deps: run as root to install: ${missing[*]}" >&2
+    exit 1
+  fi
+  export DEBIAN_FRONTEND=noninteractive
+  apt-get update -qq
+  apt-get install -y -qq "${missing[@]}"
+fi

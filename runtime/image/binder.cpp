@@ -1,0 +1,217 @@
+#include "image/binder.h"
+
+#include "exceptions/fatal_report.h"
+#include "image/export_table.h"
+#include "image/image_format.h"
+#include "image/shared_libraries.h"
+#include "kelp/records.h"
+
+#include <cstddef>
+#include <cstring>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace kelp::image {
+namespace {
+
+constexpr const char *kSource = "runtime/image/binder.cpp";
+
+class Binder {
+public:
+    explicit Binder(BindArea &area) : area_(area), bound_(area.codeSize, 0) {}
+
+    void Report(int line, const char *condition, const std::string &message) {
+        ++counts.failures;
+        FatalReport(kFatalFailedAssertion, kSource, line, condition, message.c_str());
+    }
+
+    // A call target as the hole can reach it: the target itself, or a stub
+    // behind the code that jumps there through a 64-bit address.
+    uint8_t *Reachable(uint8_t *hole, void *target) {
+        const int64_t disp = reinterpret_cast<intptr_t>(target) - reinterpret_cast<intptr_t>(hole + 4);
+        if (disp >= INT32_MIN && disp <= INT32_MAX)
+            return static_cast<uint8_t *>(target);
+        auto it = stubFor_.find(target);
+        if (it != stubFor_.end())
+            return it->second;
+        if (area_.stubCapacity - stubUsed_ < kStubSize)
+            return nullptr;
+        uint8_t *stub = area_.stubs + stubUsed_;
+        stubUsed_ += kStubSize;
+        // jmp qword [rip+0], then the address; int3 as filler.
+        const uint8_t jump[6] = {0xFF, 0x25, 0, 0, 0, 0};
+        std::memcpy(stub, jump, sizeof jump);
+        WriteU64(stub + 6, reinterpret_cast<uint64_t>(target));
+        std::memset(stub + 14, 0xCC, kStubSize - 14);
+        stubFor_.emplace(target, stub);
+        ++counts.stubs;
+        return stub;
+    }
+
+    // Writes target into every hole of the chain that starts at head.  The
+    // link is read before the hole is overwritten; a hole seen twice means the
+    // chain loops, and the walk stops there.
+    void WalkChain(uint32_t head, bool relative, void *target, std::string_view name) {
+        const size_t width = relative ? 4 : 8;
+        for (uint32_t at = head; at != 0;) {
+            if (at > area_.codeSize || area_.codeSize - at < width) {
+                Report(__LINE__, "hole inside code",
+                       "The chain of '" + std::string(name) + "' reaches offset " +
+                           std::to_string(at) + ", outside the code segment");
+                return;
+            }
+            if (bound_[at]) {
+                Report(__LINE__, "chain ends",
+                       "The chain of '" + std::string(name) + "' loops at offset " +
+                           std::to_string(at));
+                return;
+            }
+            bound_[at] = 1;
+            uint8_t *hole = area_.code + at;
+            const uint32_t next = ReadU32(hole);
+            if (relative) {
+                uint8_t *to = Reachable(hole, target);
+                if (!to) {
+                    Report(__LINE__, "stub room",
+                           "No room for a jump stub to '" + std::string(name) + "'");
+                    return;
+                }
+                WriteU32(hole, uint32_t(int32_t(to - (hole + 4))));
+            } else {
+                WriteU64(hole, reinterpret_cast<uint64_t>(target));
+            }
+            ++counts.holes;
+            at = next;
+        }
+    }
+
+    // The 8-byte word a data, code or string reference adjusts.
+    uint8_t *Word(const LinkRecord &r) {
+        if (r.value > area_.codeSize || area_.codeSize - r.value < 8) {
+            Report(__LINE__, "offset inside code",
+                   "The reference at link position " + std::to_string(r.position) +
+                       " names offset " + std::to_string(r.value) +
+                       ", outside the code segment");
+            return nullptr;
+        }
+        return area_.code + r.value;
+    }
+
+    void Import(const LinkRecord &r) {
+        const RelocEntry *row = FindExport(r.name);
+        if (!row || !row->code) {
+            Report(__LINE__, "foundFunction",
+                   "Function '" + std::string(r.name) + "' was not exported");
+            return;
+        }
+        if (r.value)
+            WalkChain(r.value, r.relative, row->code, r.name);
+    }
+
+    void SoftImport(const LinkRecord &r) {
+        const std::string function(r.name), library(r.library);
+        SharedLibrary &lib = OpenSharedLibrary(library);
+        if (!lib.handle)
+            return; // OpenSharedLibrary reported it the first time
+        void *functionEntry = lib.Symbol(function);
+        if (!functionEntry) {
+            Report(__LINE__, "functionEntry",
+                   "Could not resolve function '" + function + "' in " + library);
+            return;
+        }
+        if (r.value)
+            WalkChain(r.value, true, functionEntry, r.name);
+    }
+
+    void StringReference(const LinkRecord &r) {
+        uint8_t *word = Word(r);
+        if (!word)
+            return;
+        const uint64_t d = ReadU64(word);
+        // The record, the length byte and the NUL at least must lie in data.
+        if (d > area_.dataSize || area_.dataSize - d < KELP_LITERAL_TEXT_OFFSET + 2) {
+            Report(__LINE__, "literal inside data",
+                   "The string at data offset " + std::to_string(d) +
+                       " lies outside the data segment");
+            return;
+        }
+        // Read and written by byte: a damaged image may place a literal off
+        // its alignment.
+        uint8_t *literal = area_.data + d;
+        uint8_t *text = literal + KELP_LITERAL_TEXT_OFFSET;
+        const int32_t length = int32_t(ReadU32(literal + offsetof(stringStorage, length)));
+        const uint64_t buffer = ReadU64(literal + offsetof(stringStorage, buffer));
+        const uint64_t room = area_.dataSize - d - KELP_LITERAL_TEXT_OFFSET;
+        if (length < 0 || uint64_t(length) + 2 > room ||
+            (buffer != 0 && buffer != reinterpret_cast<uint64_t>(text))) {
+            Report(__LINE__, "literal intact",
+                   "The string at data offset " + std::to_string(d) + " is damaged");
+            return;
+        }
+        WriteU64(word, reinterpret_cast<uint64_t>(literal));
+        if (buffer == 0)
+            WriteU64(literal + offsetof(stringStorage, buffer), reinterpret_cast<uint64_t>(text));
+        ++counts.words;
+    }
+
+    void Apply(const uint8_t *table, size_t size) {
+        LinkTableReader reader(table, size);
+        LinkRecord r;
+        std::string error;
+        while (reader.Next(r, error)) {
+            ++counts.records;
+            switch (r.type) {
+            case 1:
+                Import(r);
+                break;
+            case 2:
+            case 3:
+                if (uint8_t *word = Word(r)) {
+                    uint8_t *base = r.type == 2 ? area_.data : area_.code;
+                    WriteU64(word, ReadU64(word) + reinterpret_cast<uint64_t>(base));
+                    ++counts.words;
+                }
+                break;
+            case 4:
+                SoftImport(r);
+                break;
+            case 5:
+                StringReference(r);
+                break;
+            default:
+                break;
+            }
+        }
+        if (!error.empty())
+            Report(__LINE__, "record complete", "The link table is damaged: " + error);
+    }
+
+    BindCounts counts;
+
+private:
+    BindArea &area_;
+    std::vector<uint8_t> bound_;
+    std::unordered_map<void *, uint8_t *> stubFor_;
+    size_t stubUsed_ = 0;
+};
+
+} // namespace
+
+size_t CountImports(const uint8_t *table, size_t size) {
+    LinkTableReader reader(table, size);
+    LinkRecord r;
+    std::string error;
+    size_t n = 0;
+    while (reader.Next(r, error))
+        n += r.type == 1 || r.type == 4;
+    return n;
+}
+
+BindCounts ApplyLinkTable(const uint8_t *table, size_t size, BindArea &area) {
+    Binder binder(area);
+    binder.Apply(table, size);
+    return binder.counts;
+}
+
+} // namespace kelp::image

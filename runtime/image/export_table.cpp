@@ -1,0 +1,134 @@
+// The export table: static rows built into the program, then the rows that
+// class registration and plug-ins add while the program runs.  Lookups go
+// through one case-folded index so that binding an image costs one hash
+// probe per name, not a pass over every row.
+#include "image/export_table.h"
+
+#include "exceptions/fatal_report.h"
+#include "image/static_exports.h"
+
+#include <cstring>
+#include <deque>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace kelp {
+namespace {
+
+struct FoldedHash {
+    size_t operator()(std::string_view s) const noexcept {
+        uint64_t h = 1469598103934665603ull;
+        for (unsigned char c : s) {
+            if (c >= 'a' && c <= 'z')
+                c = char(c - 32);
+            h = (h ^ c) * 1099511628211ull;
+        }
+        return size_t(h);
+    }
+};
+struct FoldedEqual {
+    bool operator()(std::string_view a, std::string_view b) const noexcept {
+        return NamesMatch(a, b);
+    }
+};
+
+struct Table {
+    std::deque<RelocEntry> dynamicRows;    // stable addresses
+    std::deque<std::string> dynamicNames;  // names copied from callers
+    std::vector<const RelocEntry *> dynamicIndex;
+    std::unordered_map<std::string_view, const RelocEntry *, FoldedHash, FoldedEqual> map;
+    bool mapBuilt = false;
+
+    void Index(const RelocEntry *row) {
+        if (row->name)
+            map.emplace(std::string_view(row->name), row); // keeps the first row
+    }
+    void BuildMap() {
+        if (mapBuilt)
+            return;
+        mapBuilt = true;
+        map.reserve(4096);
+        const RelocEntry *rows = StaticExportRows();
+        for (size_t i = 0, n = StaticExportCount(); i < n; ++i)
+            Index(&rows[i]);
+        for (const RelocEntry *row : dynamicIndex)
+            Index(row);
+    }
+};
+
+Table &TheTable() {
+    static Table table;
+    return table;
+}
+
+} // namespace
+
+bool NamesMatch(std::string_view a, std::string_view b) {
+    if (a.size() != b.size())
+        return false;
+    for (size_t i = 0; i < a.size(); ++i) {
+        unsigned char x = a[i], y = b[i];
+        if (x >= 'a' && x <= 'z')
+            x = char(x - 32);
+        if (y >= 'a' && y <= 'z')
+            y = char(y - 32);
+        if (x != y)
+            return false;
+    }
+    return true;
+}
+
+const RelocEntry *FindExport(std::string_view name) {
+    Table &t = TheTable();
+    t.BuildMap();
+    auto it = t.map.find(name);
+    return it == t.map.end() ? nullptr : it->second;
+}
+
+} // namespace kelp
+
+extern "C" int32_t ExportCount(void) {
+    return int32_t(kelp::StaticExportCount() + kelp::TheTable().dynamicIndex.size());
+}
+
+extern "C" const RelocEntry *ExportAt(int32_t index) {
+    if (index < 0)
+        return nullptr;
+    const size_t i = size_t(index), statics = kelp::StaticExportCount();
+    if (i < statics)
+        return &kelp::StaticExportRows()[i];
+    auto &dyn = kelp::TheTable().dynamicIndex;
+    return i - statics < dyn.size() ? dyn[i - statics] : nullptr;
+}
+
+extern "C" void *LookupExport(const char *name) {
+    if (!name)
+        return nullptr;
+    const RelocEntry *row = kelp::FindExport(name);
+    return row ? row->code : nullptr;
+}
+
+extern "C" void AddExport(const char *name, void *code) {
+    if (!code)
+        return;
+    kelp::Table &t = kelp::TheTable();
+    t.BuildMap();
+    if (name) {
+        if (const RelocEntry *old = kelp::FindExport(name)) {
+            if (old->code != code)
+                FatalReport(kFatalFailedAssertion, "runtime/image/export_table.cpp", __LINE__,
+                            "functionPtr == oldEntry->code",
+                            (std::string("Export '") + name + "' is already bound to other code")
+                                .c_str());
+            return;
+        }
+        t.dynamicNames.emplace_back(name);
+        name = t.dynamicNames.back().c_str();
+    }
+    t.dynamicRows.push_back(RelocEntry{name, code, nullptr, nullptr});
+    const RelocEntry *row = &t.dynamicRows.back();
+    t.dynamicIndex.push_back(row);
+    t.Index(row);
+}

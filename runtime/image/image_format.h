@@ -1,0 +1,167 @@
+#pragma once
+// The stored form of an application image: six segments behind the
+// executable's own bytes, closed by a trailer, or six loose files.  This code
+// only reads and writes bytes; it has no part in binding or running, so the
+// runtime and the kelp-image tool share it.  Every reader here checks each
+// length against what is really there: a damaged or hostile file gives an
+// error text, never a read outside the buffer.
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelp::image {
+
+inline constexpr char kTrailerMagic[] = "CehNehDeh"; // 9 bytes, no terminator in the file
+inline constexpr size_t kTrailerMagicSize = 9;
+inline constexpr size_t kTrailerSize = kTrailerMagicSize + 4;
+
+enum Segment { kCode = 0, kData, kLink, kSymbols, kResources, kOptions, kSegmentCount };
+
+// Loose file of each segment, in segment order.
+extern const char *const kLooseFileNames[kSegmentCount];
+const char *SegmentName(int segment);
+
+struct Segments {
+    std::vector<uint8_t> bytes[kSegmentCount];
+    // Symbols, resources and options may be absent (size 0 or top bit set).
+    bool present[kSegmentCount] = {};
+    // File offset of the resource segment's first byte; 0 for loose files.
+    uint32_t resourceFileOffset = 0;
+};
+
+enum class ReadStatus {
+    kOk,        // the segments were read
+    kNoTrailer, // the file doesn't end in the magic: not an error
+    kDamaged,   // trailer present, contents impossible; see error
+    kUnreadable // the file couldn't be opened or read
+};
+
+// Reads the image appended to the file at path.
+ReadStatus ReadAppendedImage(const std::string &path, Segments &out, std::string &error);
+
+// Reads the loose segment files from dir ("" for the current directory).
+// A file that can't be opened leaves its segment empty.  Returns true when
+// "code.dat" was there.
+bool ReadLooseFiles(const std::string &dir, Segments &out);
+
+// The six segments with their size words, then L and the magic: what is
+// appended to a copy of the runtime executable.
+std::vector<uint8_t> EncodeAppendedImage(const Segments &segments);
+
+// ------------------------------------------------------------- link table
+
+struct LinkRecord {
+    uint8_t type = 0;        // 0..5; other values are skipped as one byte
+    size_t position = 0;     // where the record starts in the table
+    bool relative = false;   // type 1: displacement hole; type 4 always
+    uint32_t value = 0;      // chain head (1, 4) or word offset (2, 3, 5)
+    std::string_view name;   // type 1: export name; type 4: function name
+    std::string_view library; // type 4
+};
+
+// Walks a LinkTable one record at a time.
+class LinkTableReader {
+public:
+    LinkTableReader(const uint8_t *table, size_t size) : table_(table), size_(size) {}
+    // False at the end, or when a record is cut off by the table's end (then
+    // error says which, and the walk is over).
+    bool Next(LinkRecord &record, std::string &error);
+
+private:
+    bool ReadName(size_t &at, std::string_view &name);
+    const uint8_t *table_;
+    size_t size_;
+    size_t at_ = 0;
+};
+
+// ------------------------------------------------------------- resources
+
+struct ResourceRecord {
+    uint32_t type = 0; // four-character code, first character most significant
+    uint16_t id = 0;
+    const uint8_t *data = nullptr;
+    uint32_t length = 0;
+    size_t dataOffset = 0; // offset of the data within the segment
+};
+
+class ResourceReader {
+public:
+    ResourceReader(const uint8_t *segment, size_t size) : seg_(segment), size_(size) {}
+    bool Next(ResourceRecord &record, std::string &error);
+
+private:
+    const uint8_t *seg_;
+    size_t size_;
+    size_t at_ = 0;
+};
+
+// Four-character code from text ("WAVE") and back.
+uint32_t FourCC(const char *code);
+std::string FourCCText(uint32_t type);
+
+// ------------------------------------------------------------- options
+
+struct VersionBlock {
+    int32_t words[6] = {}; // Major, Minor, Bug, NonRelease, Stage, Region, as stored
+    std::string_view shortVersion, longVersion, packageInfo;
+};
+
+struct OptionRecord {
+    int8_t type = 0;
+    size_t position = 0;
+    // Type 1, window icon.
+    uint32_t width = 0, height = 0;
+    const uint8_t *pixels = nullptr; // width*height*4 bytes RGBA
+    // Type 2, version block: the block behind the type byte and its length.
+    VersionBlock version;
+    const uint8_t *block = nullptr;
+    uint32_t blockLength = 0;
+};
+
+class OptionReader {
+public:
+    OptionReader(const uint8_t *segment, size_t size) : seg_(segment), size_(size) {}
+    // An unknown type comes back as a record of that type, and the walk goes
+    // on at the next byte.  A record that runs past the segment's end is an
+    // error and ends the walk.
+    bool Next(OptionRecord &record, std::string &error);
+
+private:
+    const uint8_t *seg_;
+    size_t size_;
+    size_t at_ = 0;
+};
+
+// ------------------------------------------------------------- symbols
+
+struct SymbolRow {
+    uint32_t codeOffset;
+    std::string_view name;
+};
+
+// Parses a symbol segment; false with error when it is damaged (rows that
+// lie complete before the damage are still returned).
+bool ParseSymbols(const uint8_t *segment, size_t size, std::vector<SymbolRow> &rows,
+                  std::string &error);
+
+// Little-endian words.
+inline uint32_t ReadU32(const uint8_t *p) {
+    return uint32_t(p[0]) | uint32_t(p[1]) << 8 | uint32_t(p[2]) << 16 | uint32_t(p[3]) << 24;
+}
+inline uint64_t ReadU64(const uint8_t *p) { return ReadU32(p) | uint64_t(ReadU32(p + 4)) << 32; }
+inline void WriteU32(uint8_t *p, uint32_t v) {
+    for (int i = 0; i < 4; ++i)
+        p[i] = uint8_t(v >> (8 * i));
+}
+inline void WriteU64(uint8_t *p, uint64_t v) {
+    for (int i = 0; i < 8; ++i)
+        p[i] = uint8_t(v >> (8 * i));
+}
+inline void AppendU32(std::vector<uint8_t> &out, uint32_t v) {
+    for (int i = 0; i < 4; ++i)
+        out.push_back(uint8_t(v >> (8 * i)));
+}
+
+} // namespace kelp::image

@@ -1,0 +1,70 @@
+#include "image/shared_libraries.h"
+
+#include "exceptions/fatal_report.h"
+#include "image/export_table.h"
+
+#include <dlfcn.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace kelp::image {
+namespace {
+
+SharedLibrary *gLibraries = nullptr; // newest first; never freed
+
+void *TryOpen(const std::string &path) { return dlopen(path.c_str(), RTLD_LAZY); }
+
+// A library installed only as a symbolic link that the loader's search won't
+// take (for instance a development link in the current folder): follow the
+// links by hand.  A ring of links ends after a fixed number of steps.
+void *FollowLinks(std::string path) {
+    for (int step = 0; step < 40; ++step) {
+        struct stat st;
+        if (lstat(path.c_str(), &st) != 0) {
+            path += ".so";
+            if (lstat(path.c_str(), &st) != 0)
+                return nullptr;
+        }
+        if (!S_ISLNK(st.st_mode))
+            return nullptr;
+        char target[1024] = {};
+        if (readlink(path.c_str(), target, sizeof target - 1) < 0)
+            return nullptr;
+        std::string next = target;
+        // A relative link counts from the folder that holds it.
+        const auto slash = path.rfind('/');
+        if (!next.empty() && next[0] != '/' && slash != std::string::npos)
+            next = path.substr(0, slash + 1) + next;
+        if (void *handle = TryOpen(next))
+            return handle;
+        path = next;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+void *SharedLibrary::Symbol(const std::string &function) const {
+    return handle ? dlsym(handle, function.c_str()) : nullptr;
+}
+
+SharedLibrary &OpenSharedLibrary(const std::string &name) {
+    for (SharedLibrary *lib = gLibraries; lib; lib = lib->next)
+        if (NamesMatch(lib->name, name))
+            return *lib;
+    auto *lib = new SharedLibrary;
+    lib->name = name;
+    lib->handle = TryOpen(name);
+    if (!lib->handle && name.find(".so") == std::string::npos)
+        lib->handle = TryOpen(name + ".so");
+    if (!lib->handle)
+        lib->handle = FollowLinks(name);
+    if (!lib->handle)
+        FatalReport(kFatalFailedAssertion, "runtime/image/shared_libraries.cpp", __LINE__,
+                    "lib->mLibraryHandle", ("Missing shared library " + name).c_str());
+    lib->next = gLibraries;
+    gLibraries = lib;
+    return *lib;
+}
+
+} // namespace kelp::image

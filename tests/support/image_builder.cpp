@@ -1,0 +1,419 @@
+#include "support/image_builder.h"
+
+#include "kelp/records.h"
+#include "shutdown/shutdown_task.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+namespace kelp::test {
+
+using kelp::image::AppendU32;
+using kelp::image::WriteU32;
+
+namespace {
+uint8_t Low(Reg r) { return uint8_t(uint8_t(r) & 7); }
+bool Ext(Reg r) { return uint8_t(r) >= 8; }
+void AppendU64(std::vector<uint8_t> &out, uint64_t v) {
+    for (int i = 0; i < 8; ++i)
+        out.push_back(uint8_t(v >> (8 * i)));
+}
+void AppendName(std::vector<uint8_t> &out, const std::string &name) {
+    out.push_back(uint8_t(name.size()));
+    out.insert(out.end(), name.begin(), name.end());
+    out.push_back(0);
+}
+} // namespace
+
+void ImageBuilder::Bytes(std::initializer_list<uint8_t> bytes) {
+    code_.insert(code_.end(), bytes.begin(), bytes.end());
+}
+
+void ImageBuilder::Rex(bool w, Reg reg, Reg rm) {
+    const uint8_t rex = uint8_t(0x40 | (w ? 8 : 0) | (Ext(reg) ? 4 : 0) | (Ext(rm) ? 1 : 0));
+    if (rex != 0x40)
+        code_.push_back(rex);
+}
+
+void ImageBuilder::Prologue() {
+    Push(Reg::RBP);
+    MovReg(Reg::RBP, Reg::RSP);
+}
+
+void ImageBuilder::Epilogue() {
+    Pop(Reg::RBP);
+    Ret();
+}
+
+void ImageBuilder::Ret() { code_.push_back(0xC3); }
+
+void ImageBuilder::Push(Reg r) {
+    if (Ext(r))
+        code_.push_back(0x41);
+    code_.push_back(uint8_t(0x50 + Low(r)));
+}
+
+void ImageBuilder::Pop(Reg r) {
+    if (Ext(r))
+        code_.push_back(0x41);
+    code_.push_back(uint8_t(0x58 + Low(r)));
+}
+
+void ImageBuilder::MovImm(Reg r, uint64_t value) {
+    Rex(true, Reg::RAX, r);
+    code_.push_back(uint8_t(0xB8 + Low(r)));
+    AppendU64(code_, value);
+}
+
+void ImageBuilder::MovReg(Reg to, Reg from) {
+    Rex(true, from, to);
+    code_.push_back(0x89);
+    code_.push_back(uint8_t(0xC0 | Low(from) << 3 | Low(to)));
+}
+
+namespace {
+void MemOperand(std::vector<uint8_t> &code, Reg reg, Reg base, int32_t displacement) {
+    code.push_back(uint8_t(0x80 | Low(reg) << 3 | Low(base)));
+    if (Low(base) == 4)
+        code.push_back(0x24); // rsp and r12 as a base need an index byte
+    AppendU32(code, uint32_t(displacement));
+}
+} // namespace
+
+void ImageBuilder::LoadMem(Reg to, Reg base, int32_t displacement) {
+    Rex(true, to, base);
+    code_.push_back(0x8B);
+    MemOperand(code_, to, base, displacement);
+}
+
+void ImageBuilder::LoadMem32(Reg to, Reg base, int32_t displacement) {
+    Rex(false, to, base);
+    code_.push_back(0x8B);
+    MemOperand(code_, to, base, displacement);
+}
+
+void ImageBuilder::StoreMem(Reg base, int32_t displacement, Reg from) {
+    Rex(true, from, base);
+    code_.push_back(0x89);
+    MemOperand(code_, from, base, displacement);
+}
+
+void ImageBuilder::AddImm(Reg r, int32_t value) {
+    Rex(true, Reg::RAX, r);
+    code_.push_back(0x81);
+    code_.push_back(uint8_t(0xC0 | Low(r)));
+    AppendU32(code_, uint32_t(value));
+}
+
+void ImageBuilder::CallReg(Reg r) {
+    if (Ext(r))
+        code_.push_back(0x41);
+    code_.push_back(0xFF);
+    code_.push_back(uint8_t(0xD0 | Low(r)));
+}
+
+// Threads a new hole at the end of the code onto the chain named key: the
+// new hole ends the chain (link 0) and the previous last hole links to it.
+// heads keeps "head" and "last" per key as key and key + '\n'.
+void ImageBuilder::ChainHole(std::map<std::string, uint32_t> &chains, const std::string &key) {
+    const uint32_t hole = uint32_t(code_.size());
+    auto last = chains.find(key + '\n');
+    if (last == chains.end()) {
+        chains[key] = hole;
+    } else {
+        WriteU32(code_.data() + last->second, hole);
+    }
+    chains[key + '\n'] = hole;
+}
+
+void ImageBuilder::CallImport(const std::string &name) {
+    code_.push_back(0xE8);
+    ChainHole(importChains_, name);
+    AppendU32(code_, 0);
+}
+
+void ImageBuilder::JumpImport(const std::string &name) {
+    code_.push_back(0xE9);
+    ChainHole(importChains_, name);
+    AppendU32(code_, 0);
+}
+
+void ImageBuilder::LoadImportAddress(Reg r, const std::string &name) {
+    Rex(true, Reg::RAX, r);
+    code_.push_back(uint8_t(0xB8 + Low(r)));
+    ChainHole(absoluteChains_, name);
+    AppendU64(code_, 0);
+}
+
+void ImageBuilder::CallSoftImport(const std::string &function, const std::string &library) {
+    code_.push_back(0xE8);
+    // Soft chains are keyed by function and library together.
+    const std::string key = function + '\t' + library;
+    ChainHole(softKeyed_, key);
+    AppendU32(code_, 0);
+}
+
+void ImageBuilder::LoadString(Reg r, const std::string &text) {
+    auto it = literals_.find(text);
+    const uint32_t offset = it != literals_.end() ? it->second : AddStringLiteral(text);
+    literals_[text] = offset;
+    MovImm(r, offset);
+    references_.push_back({5, uint32_t(code_.size() - 8)});
+}
+
+void ImageBuilder::LoadDataAddress(Reg r, uint32_t dataOffset) {
+    MovImm(r, dataOffset);
+    references_.push_back({2, uint32_t(code_.size() - 8)});
+}
+
+void ImageBuilder::LoadCodeAddress(Reg r, uint32_t codeOffset) {
+    MovImm(r, codeOffset);
+    references_.push_back({3, uint32_t(code_.size() - 8)});
+}
+
+void ImageBuilder::CallLocal(uint32_t codeOffset) {
+    code_.push_back(0xE8);
+    AppendU32(code_, uint32_t(int32_t(codeOffset) - int32_t(code_.size() + 4)));
+}
+
+uint32_t ImageBuilder::AddData(const std::vector<uint8_t> &bytes) {
+    while (data_.size() % KELP_LITERAL_ALIGN)
+        data_.push_back(0);
+    const uint32_t offset = uint32_t(data_.size());
+    data_.insert(data_.end(), bytes.begin(), bytes.end());
+    return offset;
+}
+
+uint32_t ImageBuilder::AddCString(const std::string &text) {
+    std::vector<uint8_t> bytes(text.begin(), text.end());
+    bytes.push_back(0);
+    return AddData(bytes);
+}
+
+uint32_t ImageBuilder::AddStringLiteral(const std::string &text) {
+    std::vector<uint8_t> bytes(KELP_LITERAL_TEXT_OFFSET, 0);
+    stringStorage header{};
+    header.referenceCount = 1;
+    header.buffer = nullptr;
+    header.capacity = uint32_t(text.size() + 2);
+    header.length = int32_t(text.size());
+    header.encoding = kEncodingUTF8;
+    std::memcpy(bytes.data(), &header, sizeof header);
+    bytes.push_back(uint8_t(text.size() >= 255 ? 255 : text.size()));
+    bytes.insert(bytes.end(), text.begin(), text.end());
+    bytes.push_back(0);
+    return AddData(bytes);
+}
+
+void ImageBuilder::AddResource(const char *type4, uint16_t id, const std::vector<uint8_t> &data) {
+    AppendU32(resources_, kelp::image::FourCC(type4));
+    resources_.push_back(uint8_t(id));
+    resources_.push_back(uint8_t(id >> 8));
+    AppendU32(resources_, 0);
+    AppendU32(resources_, uint32_t(data.size()));
+    resources_.insert(resources_.end(), data.begin(), data.end());
+}
+
+void ImageBuilder::AddResource(const char *type4, uint16_t id, const std::string &text) {
+    AddResource(type4, id, std::vector<uint8_t>(text.begin(), text.end()));
+}
+
+void ImageBuilder::AddIcon(uint8_t width, uint8_t height, const std::vector<uint8_t> &rgba) {
+    options_.push_back(1);
+    options_.push_back(width);
+    options_.push_back(height);
+    options_.insert(options_.end(), rgba.begin(), rgba.end());
+}
+
+void ImageBuilder::SetVersion(const int32_t words[6], const std::string &shortVersion,
+                              const std::string &longVersion, const std::string &packageInfo) {
+    options_.push_back(2);
+    for (int i = 0; i < 6; ++i)
+        AppendU32(options_, uint32_t(words[i]));
+    for (const std::string *s : {&shortVersion, &longVersion, &packageInfo}) {
+        options_.push_back(uint8_t(s->size()));
+        options_.insert(options_.end(), s->begin(), s->end());
+    }
+}
+
+void ImageBuilder::AddSymbol(uint32_t codeOffset, const std::string &name) {
+    symbols_.push_back({codeOffset, name});
+}
+
+kelp::image::Segments ImageBuilder::Build() {
+    using namespace kelp::image;
+    Segments s;
+    std::vector<uint8_t> link = link_;
+    for (const auto &[key, head] : importChains_) {
+        if (key.back() == '\n')
+            continue;
+        link.push_back(1);
+        link.push_back(1);
+        AppendU32(link, head);
+        AppendName(link, key);
+    }
+    for (const auto &[key, head] : absoluteChains_) {
+        if (key.back() == '\n')
+            continue;
+        link.push_back(1);
+        link.push_back(0);
+        AppendU32(link, head);
+        AppendName(link, key);
+    }
+    for (const auto &[key, head] : softKeyed_) {
+        if (key.back() == '\n')
+            continue;
+        const auto tab = key.find('\t');
+        link.push_back(4);
+        AppendU32(link, head);
+        AppendName(link, key.substr(0, tab));
+        AppendName(link, key.substr(tab + 1));
+    }
+    for (const auto &[type, offset] : references_) {
+        link.push_back(type);
+        AppendU32(link, offset);
+    }
+    std::vector<uint8_t> symbols;
+    if (!symbols_.empty()) {
+        AppendU32(symbols, uint32_t(symbols_.size()));
+        std::vector<uint8_t> names;
+        for (const auto &[offset, name] : symbols_) {
+            AppendU32(symbols, offset);
+            AppendU32(symbols, uint32_t(names.size()));
+            names.insert(names.end(), name.begin(), name.end());
+            names.push_back(0);
+        }
+        symbols.insert(symbols.end(), names.begin(), names.end());
+    }
+    s.bytes[kCode] = code_;
+    s.bytes[kData] = data_;
+    s.bytes[kLink] = link;
+    s.bytes[kSymbols] = symbols;
+    s.bytes[kResources] = resources_;
+    s.bytes[kOptions] = options_;
+    for (int i = 0; i < kSegmentCount; ++i)
+        s.present[i] = i < kSymbols || !s.bytes[i].empty();
+    return s;
+}
+
+// ------------------------------------------------------------ files and runs
+
+std::vector<uint8_t> ReadFileBytes(const std::string &path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::vector<uint8_t>(std::istreambuf_iterator<char>(in), {});
+}
+
+bool WriteFileBytes(const std::string &path, const std::vector<uint8_t> &bytes) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out.write(reinterpret_cast<const char *>(bytes.data()), std::streamsize(bytes.size()));
+    return bool(out);
+}
+
+bool WriteAppended(const kelp::image::Segments &image, const std::string &path) {
+    std::vector<uint8_t> bytes = ReadFileBytes(KELP_BIN_DIR "/kelp");
+    if (bytes.empty())
+        return false;
+    const auto tail = kelp::image::EncodeAppendedImage(image);
+    bytes.insert(bytes.end(), tail.begin(), tail.end());
+    if (!WriteFileBytes(path, bytes))
+        return false;
+    return chmod(path.c_str(), 0755) == 0;
+}
+
+bool WriteLoose(const kelp::image::Segments &image, const std::string &dir) {
+    mkdir(dir.c_str(), 0755);
+    for (int i = 0; i < kelp::image::kSegmentCount; ++i)
+        if (!WriteFileBytes(dir + "/" + kelp::image::kLooseFileNames[i], image.bytes[i]))
+            return false;
+    return true;
+}
+
+RunResult Run(const std::string &program, const std::vector<std::string> &args,
+              const std::string &cwd, bool keepDisplay) {
+    RunResult result;
+    int out[2], err[2];
+    if (pipe(out) != 0)
+        return result;
+    if (pipe(err) != 0) {
+        close(out[0]);
+        close(out[1]);
+        return result;
+    }
+    const pid_t pid = fork();
+    if (pid == 0) {
+        dup2(out[1], 1);
+        dup2(err[1], 2);
+        close(out[0]);
+        close(err[0]);
+        close(out[1]);
+        close(err[1]);
+        if (!cwd.empty() && chdir(cwd.c_str()) != 0)
+            _exit(126);
+        if (!keepDisplay)
+            unsetenv("DISPLAY");
+        std::vector<char *> argv;
+        argv.push_back(const_cast<char *>(program.c_str()));
+        for (const auto &a : args)
+            argv.push_back(const_cast<char *>(a.c_str()));
+        argv.push_back(nullptr);
+        execv(program.c_str(), argv.data());
+        _exit(127);
+    }
+    close(out[1]);
+    close(err[1]);
+    pollfd fds[2] = {{out[0], POLLIN, 0}, {err[0], POLLIN, 0}};
+    std::string *into[2] = {&result.out, &result.err};
+    int open = 2;
+    while (open > 0 && poll(fds, 2, -1) > 0) {
+        for (int i = 0; i < 2; ++i) {
+            if (fds[i].fd < 0 || !(fds[i].revents & (POLLIN | POLLHUP | POLLERR)))
+                continue;
+            char buffer[4096];
+            const ssize_t n = read(fds[i].fd, buffer, sizeof buffer);
+            if (n > 0) {
+                into[i]->append(buffer, size_t(n));
+            } else {
+                close(fds[i].fd);
+                fds[i].fd = -1;
+                --open;
+            }
+        }
+    }
+    int status = 0;
+    waitpid(pid, &status, 0);
+    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    return result;
+}
+
+TempDir::TempDir() {
+    const char *base = std::getenv("TMPDIR");
+    std::string pattern = std::string(base && *base ? base : "/tmp") + "/kelp-test-XXXXXX";
+    std::vector<char> buffer(pattern.begin(), pattern.end());
+    buffer.push_back(0);
+    if (mkdtemp(buffer.data()))
+        path_ = buffer.data();
+}
+
+TempDir::~TempDir() {
+    if (!path_.empty())
+        kelp::RemoveTree(path_);
+}
+
+RunResult RunAppended(const kelp::image::Segments &image, const std::vector<std::string> &args) {
+    TempDir dir;
+    const std::string program = dir / "app";
+    if (!WriteAppended(image, program))
+        return RunResult{};
+    return Run(program, args, dir.path());
+}
+
+} // namespace kelp::test

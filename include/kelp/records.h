@@ -123,6 +123,14 @@ typedef struct RuntimeClass {
     RuntimeInterfaceRow interfaceTable[]; /* rows in place */
 } RuntimeClass;
 
+/* RuntimeException and all its subclasses: the object, then ErrorNumber and
+ * Message (holds a reference). */
+typedef struct RuntimeExceptionObject {
+    RuntimeObject object;
+    int32_t errorNumber;
+    stringStorage *message;
+} RuntimeExceptionObject;
+
 /* ---------------------------------------------------------------- arrays */
 
 /* Element kinds of CreateArray. */
@@ -230,6 +238,10 @@ KELP_STATIC_ASSERT(offsetof(RuntimeClass, propertyCount) == 104, "RuntimeClass.p
 KELP_STATIC_ASSERT(offsetof(RuntimeClass, propertyTable) == 112, "RuntimeClass.propertyTable");
 KELP_STATIC_ASSERT(offsetof(RuntimeClass, interfaceCount) == 120, "RuntimeClass.interfaceCount");
 KELP_STATIC_ASSERT(offsetof(RuntimeClass, interfaceTable) == 128, "RuntimeClass.interfaceTable");
+
+KELP_STATIC_ASSERT(offsetof(RuntimeExceptionObject, errorNumber) == 48, "RuntimeException.ErrorNumber");
+KELP_STATIC_ASSERT(offsetof(RuntimeExceptionObject, message) == 56, "RuntimeException.Message");
+KELP_STATIC_ASSERT(sizeof(RuntimeExceptionObject) == 64, "RuntimeException size");
 
 KELP_STATIC_ASSERT(offsetof(RuntimeArray, referenceCount) == 0, "RuntimeArray.referenceCount");
 KELP_STATIC_ASSERT(offsetof(RuntimeArray, operations) == 8, "RuntimeArray.operations");

@@ -1,0 +1,270 @@
+#pragma once
+// Class definitions: the static description of a library (or plug-in) class,
+// turned into a working RuntimeClass on first use by ClassForDefinition.
+//
+// How a library class is declared.  A definition accessor is a function with
+// no arguments that returns the definition; it builds it once from plain
+// static rows, and accessors may call each other for their types and supers:
+//
+//     struct TimerObject { RuntimeObject object; int32_t mode; int32_t period; };
+//
+//     static ObjectHook *gTimerAction;           // the hook's slot
+//
+//     ObjectDefinition *TimerDefinition() {
+//         static const PropertyRow properties[] = {
+//             {0, "Mode", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(timerModeSetter),
+//              offsetof(TimerObject, mode)},
+//             {0, "Period", &kTypeInteger, KELP_ENTRY(intGetter), KELP_PLAIN_FIELD,
+//              offsetof(TimerObject, period)},
+//         };
+//         static const ParameterRow resetParams[] = {{"hard", &kTypeBoolean}};
+//         static const MethodRow methods[] = {
+//             {"Reset", nullptr, resetParams, 1, KELP_ENTRY(timerReset)},
+//         };
+//         static const EventRow events[] = {{"Action", "", nullptr, &gTimerAction}};
+//         static const ClassDescription description = {
+//             .name = "Timer",
+//             .instanceSize = sizeof(TimerObject),
+//             .initializer = KELP_ENTRY(TimerInitializer),
+//             .finalizer = KELP_ENTRY(TimerFinalizer),
+//             .properties = properties, .methods = methods, .events = events,
+//         };
+//         static ObjectDefinition *definition = BuildDefinition(description);
+//         return definition;
+//     }
+//     KELP_INTRINSIC_CLASS(TimerDefinition);    // registered at start
+//
+// A subclass names its super with `.super = RectControlDefinition`; an
+// implementation of an inherited event is a HookInstanceRow; an interface the
+// class implements is listed in `.interfaces` by its accessor, and its
+// methods are found by name among the class's methods.  Firing an event:
+//     if (void *code = FindEventHandler(object, gTimerAction)) ((void (*)(RuntimeObject *))code)(object);
+#include "kelp/records.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace kelp {
+
+struct ObjectDefinition;
+using DefinitionAccessor = ObjectDefinition *(*)();
+
+// ------------------------------------------------------------------ types
+
+enum TypeKind : uint32_t {
+    kTypeNamed = 0,
+    kTypeArray = 1,
+    kTypeObjectOf = 2, // an object of the class that `objectClass` describes
+    kTypeClassRef = 3,
+};
+
+struct TypeRecord {
+    uint32_t kind;
+    const char *name;              // named types: "String", "Integer", ...
+    const TypeRecord *element = nullptr;     // arrays
+    int32_t dimensions = 0;                  // arrays
+    DefinitionAccessor objectClass = nullptr; // objects
+};
+
+extern const TypeRecord kTypeString, kTypeInteger, kTypeUInteger, kTypeBoolean, kTypeSingle,
+    kTypeDouble, kTypeColor, kTypePtr, kTypeCString, kTypePString, kTypeWindowPtr, kTypeClass;
+
+// ---------------------------------------------------------------- rows
+
+// A code address with the name under which the export table lists it.
+struct EntryPoint {
+    void *code = nullptr;
+    const char *name = nullptr;
+};
+#define KELP_ENTRY(fn) (::kelp::EntryPoint{reinterpret_cast<void *>(&(fn)), #fn})
+// A property accessor that reads or writes the field at the row's offset.
+#define KELP_PLAIN_FIELD (::kelp::EntryPoint{reinterpret_cast<void *>(1), nullptr})
+
+enum ParameterFlags : uint32_t {
+    kParamByRef = 1,
+    kParamArray = 2,
+    kParamAssigns = 4,
+    kParamExtends = 8,
+};
+
+struct ParameterRow {
+    const char *name = nullptr;
+    const TypeRecord *type = nullptr;
+    const char *defaultValue = nullptr; // "Nil", "True", "False", or a number
+    uint32_t flags = 0;
+};
+
+enum ItemFlags : uint32_t {
+    kItemConsoleSafe = 0x4,
+    kItemSecondFlag = 0x8,
+    kItemConsoleOnly = 0x804,
+    kItemProtected = 0x4000,
+    kItemPrivate = 0x14000,
+    kItemSystemVirtual = 0x8 << 16, // must not reach a converted definition
+};
+
+struct PropertyRow {
+    uint32_t flags = 0;
+    const char *name = nullptr;
+    const TypeRecord *type = nullptr;
+    EntryPoint getter = {};
+    EntryPoint setter = {};
+    intptr_t parameter = -9; // field offset, selector, or -9 for none
+    uint32_t target = 0;
+    bool constant = false;   // a class constant: no property table row
+};
+
+struct MethodRow {
+    const char *name = nullptr;
+    const TypeRecord *returnType = nullptr; // null for a Sub
+    const ParameterRow *parameters = nullptr;
+    int32_t parameterCount = 0;
+    EntryPoint entry = {};
+    EntryPoint secondEntry = {}; // the assigning form, if any
+    uint32_t flags = 0;
+    uint32_t target = 0;
+};
+
+struct EventRow {
+    const char *name;
+    const char *parameterText = "";       // "item As FolderItem"
+    const char *returnTypeName = nullptr; // null for none
+    struct ObjectHook **slot = nullptr;   // receives the hook; firing code passes it
+};
+
+struct HookInstanceRow {
+    const char *eventName = nullptr; // an event of a super definition
+    void *code = nullptr;
+};
+
+struct ClassDescription {
+    const char *name;
+    DefinitionAccessor super = nullptr;
+    uint32_t instanceSize = sizeof(RuntimeObject);
+    bool isInterface = false;
+    uint8_t targetFlags[3] = {0, 0, 0};
+    EntryPoint initializer = {};
+    EntryPoint finalizer = {};
+    std::span<const PropertyRow> properties = {};
+    std::span<const MethodRow> methods = {};
+    std::span<const EventRow> events = {};
+    std::span<const HookInstanceRow> hookInstances = {};
+    std::span<const DefinitionAccessor> interfaces = {};
+};
+
+// ------------------------------------------------------- list items
+
+struct LinkedObjectDefItem {
+    uint32_t userFlags = 0;
+};
+
+struct InstanceVariable : LinkedObjectDefItem {
+    InstanceVariable *next = nullptr;
+    const PropertyRow *row = nullptr;
+    int32_t mPropertyTableIndex = -1;
+    bool IsConstant() const { return row->constant; }
+};
+
+struct ObjectMethod : LinkedObjectDefItem {
+    ObjectMethod *next = nullptr;
+    const MethodRow *row = nullptr;
+};
+
+struct ObjectHook : LinkedObjectDefItem {
+    ObjectHook *next = nullptr;
+    const char *name = nullptr;
+    const char *parameterText = nullptr;
+    const char *returnTypeName = nullptr;
+    int32_t index = -1; // row in the class's event table, set at conversion
+};
+
+struct ObjectHookInstance : LinkedObjectDefItem {
+    ObjectHookInstance *next = nullptr;
+    const char *name = nullptr;
+    int32_t id = -1; // the index of the inherited hook, set at conversion
+    void *code = nullptr;
+};
+
+struct InterfaceItem {
+    InterfaceItem *next = nullptr;
+    DefinitionAccessor interface = nullptr;
+    void **slots = nullptr; // method count + 1 entries; slot 0 stays free
+};
+
+struct FunctionReference {
+    void *toc = nullptr; // code
+    const char *name = nullptr;
+    void *reserved[5] = {};
+};
+
+struct ObjectDefinition {
+    int32_t formatVersion = 3;
+    uint8_t targetFlags[3] = {0, 0, 0};
+    InstanceVariable *instanceVariables = nullptr;
+    ObjectDefinition *super = nullptr;
+    uint32_t resolvedInterfacesMark = 0;
+    KelpString className = nullptr;
+    uint8_t flags[3] = {0, 0, 0};
+    int32_t mPropertyTableSize = 0;
+    ObjectDefinition *nextDefinition = nullptr;
+    uint32_t objectSize = sizeof(RuntimeObject);
+    int32_t id = -1;
+    KelpString extra = nullptr;
+    ObjectMethod *methods = nullptr;
+    ObjectHook *hooks = nullptr;
+    ObjectHookInstance *hookInstances = nullptr;
+    void *menuHandlers = nullptr;
+    InterfaceItem *interfaces = nullptr;
+    uint32_t isInterface = 0;
+    FunctionReference initializer;
+    FunctionReference finalizer;
+};
+
+// Builds a definition from its rows and links it in the list of all
+// definitions.  Call it once, from the definition's accessor.
+ObjectDefinition *BuildDefinition(const ClassDescription &description);
+
+// The text of the class's target condition: "not TargetHasGUI", "true" or
+// "TargetHasGUI".
+const char *TargetConditionText(const ObjectDefinition *definition);
+
+// ----------------------------------------------------------- registries
+
+// Adds a class accessor to those RuntimeInitExternalClasses registers.  Use
+// KELP_INTRINSIC_CLASS at namespace level; modules register likewise.
+void AddIntrinsicClassAccessor(DefinitionAccessor accessor);
+void AddIntrinsicModuleAccessor(DefinitionAccessor accessor);
+struct IntrinsicClassRegistrar {
+    explicit IntrinsicClassRegistrar(DefinitionAccessor a, bool module = false) {
+        module ? AddIntrinsicModuleAccessor(a) : AddIntrinsicClassAccessor(a);
+    }
+};
+#define KELP_INTRINSIC_CLASS(accessor)                                                           \
+    static ::kelp::IntrinsicClassRegistrar accessor##Registrar_{accessor}
+#define KELP_INTRINSIC_MODULE(accessor)                                                          \
+    static ::kelp::IntrinsicClassRegistrar accessor##Registrar_{accessor, true}
+
+void RegisterIntrinsicClass(ObjectDefinition *definition);
+void RegisterIntrinsicModule(ObjectDefinition *definition);
+ObjectDefinition *LookupIntrinsicClass(const char *name);
+ObjectDefinition *LookupIntrinsicModule(const char *name);
+
+// The RuntimeClass of a definition, converted on first use.
+RuntimeClass *ClassForDefinition(ObjectDefinition *definition);
+// RuntimeNewObject(ClassForDefinition(definition)).
+RuntimeObject *NewObjectOfDefinition(ObjectDefinition *definition);
+
+// Plug-in classes are looked up after the intrinsic ones, by the plug-in host.
+using PluginClassFinder = ObjectDefinition *(*)(const char *name);
+void SetPluginClassFinder(PluginClassFinder finder);
+
+// The type code of a type in a signature ("s", "i4", "o<Window>", "a1s").
+std::string TypeCode(const TypeRecord *type);
+// "Name%result%o<Class>args" for a method; "Name%type%" for a property.
+std::string MethodSignature(const ObjectDefinition *owner, const MethodRow &row);
+std::string PropertySignature(const PropertyRow &row);
+// "Function Name(x As Integer) As String", as messages and the debugger show it.
+std::string DescribeMethod(const MethodRow &row);
+
+} // namespace kelp

@@ -1,0 +1,87 @@
+// The class "Runtime": what the language can ask about the objects alive.
+// Programs walk the list by index, one step up or down at a time, so the
+// walk starts from where the previous call stopped.
+#include "objects/definitions.h"
+#include "objects/object_model.h"
+#include "objects/text.h"
+
+#include "kelp/objects.h"
+
+namespace kelp {
+namespace {
+
+struct Cursor {
+    RuntimeObject *object = nullptr;
+    int32_t index = -1;
+    uint64_t generation = 0; // of the all-objects list when it was taken
+};
+Cursor gCursor;
+
+// The n-th object of the all-objects list (0 is the newest), or null.
+RuntimeObject *ObjectAt(int32_t index) {
+    if (index < 0 || index >= LiveObjectCount())
+        return nullptr;
+    RuntimeObject *head = AllObjectsHead();
+    // A remembered position holds only while no object was linked or
+    // unlinked since; otherwise start over from the head.
+    bool usable = gCursor.object && gCursor.generation == ObjectListGeneration();
+    RuntimeObject *at = usable ? gCursor.object : head;
+    int32_t i = usable ? gCursor.index : 0;
+    while (at && i < index) {
+        at = at->next;
+        ++i;
+    }
+    while (at && i > index) {
+        at = at->previous;
+        --i;
+    }
+    gCursor = {at, i, ObjectListGeneration()};
+    return at;
+}
+
+ObjectDefinition *RuntimeClassDefinition() {
+    static const ClassDescription description = {
+        .name = "Runtime",
+        .targetFlags = {1, 0, 0},
+    };
+    static ObjectDefinition *definition = BuildDefinition(description);
+    return definition;
+}
+KELP_INTRINSIC_CLASS(RuntimeClassDefinition);
+
+using MemoryCounter = int32_t (*)();
+MemoryCounter gMemoryCounter = nullptr;
+
+} // namespace
+
+void SetSmallBlockBytesCounter(int32_t (*counter)()) { gMemoryCounter = counter; }
+
+
+} // namespace kelp
+
+using namespace kelp;
+
+extern "C" int32_t RuntimeDebugObjectCount(void) { return LiveObjectCount(); }
+
+extern "C" KelpString RuntimeDebugObjectClass(int32_t index) {
+    RuntimeObject *object = ObjectAt(index);
+    if (!object || !object->klass)
+        return nullptr;
+    objtext::Retain(object->klass->name);
+    return object->klass->name;
+}
+
+extern "C" int32_t RuntimeDebugObjectRefs(int32_t index) {
+    RuntimeObject *object = ObjectAt(index);
+    return object ? object->referenceCount : -1;
+}
+
+extern "C" int32_t RuntimeDebugMemoryUsed(void) { return gMemoryCounter ? gMemoryCounter() : 0; }
+
+extern "C" RuntimeObject *RuntimeDebugInstance(void) {
+    static RuntimeObject *instance = nullptr; // one for the process, never freed
+    if (!instance)
+        instance = NewObjectOfDefinition(RuntimeClassDefinition());
+    RuntimeLockObject(instance);
+    return instance;
+}

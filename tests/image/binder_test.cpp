@@ -1,0 +1,282 @@
+// The binder on real x86_64 code: images are built, bound in this process and
+// their entries called, so every hole is proved by the code that runs
+// through it.
+#include "support/image_builder.h"
+
+#include "exceptions/fatal_report.h"
+#include "image/binder.h"
+#include "image/loader.h"
+#include "kelp/image.h"
+#include "kelp/startup.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <vector>
+
+using kelp::test::ImageBuilder;
+using kelp::test::Reg;
+namespace img = kelp::image;
+
+namespace {
+
+std::vector<int64_t> gSeen;
+extern "C" void TestImageRecord(int64_t value) { gSeen.push_back(value); }
+extern "C" int64_t TestImageTwice(int64_t value) { return value * 2; }
+
+std::vector<std::string> gReports;
+void CollectReport(int, const char *, int, const char *condition, const char *message) {
+    gReports.push_back(std::string(condition) + "|" + message);
+}
+
+class Binder : public ::testing::Test {
+protected:
+    void SetUp() override {
+        AddExport("TestImageRecord", reinterpret_cast<void *>(&TestImageRecord));
+        AddExport("TestImageTwice", reinterpret_cast<void *>(&TestImageTwice));
+        gSeen.clear();
+        gReports.clear();
+        old_ = kelp::SetFatalReportHook(&CollectReport);
+    }
+    void TearDown() override { kelp::SetFatalReportHook(old_); }
+
+    img::PreparedImage Prepare(ImageBuilder &b, img::Placement where = img::Placement::kNearRuntime) {
+        img::PreparedImage p;
+        std::string error;
+        EXPECT_TRUE(img::PrepareImage(b.Build(), p, error, where)) << error;
+        return p;
+    }
+
+    kelp::FatalReportHook old_ = nullptr;
+};
+
+// An entry that records 7 and 21, calling the same export twice so that the
+// chain has two holes, and a second export once.
+void RecordSevenAndTwentyOne(ImageBuilder &b, const std::string &recordName = "TestImageRecord") {
+    b.Prologue();
+    b.MovImm(Reg::RDI, 7);
+    b.CallImport(recordName);
+    b.MovImm(Reg::RDI, 21);
+    b.CallImport("TestImageTwice");
+    b.MovReg(Reg::RDI, Reg::RAX);
+    b.AddImm(Reg::RDI, -21);
+    b.CallImport(recordName);
+    b.Epilogue();
+}
+
+TEST_F(Binder, RelativeImportChainsBindEveryHoleAndRun) {
+    ImageBuilder b;
+    RecordSevenAndTwentyOne(b);
+    auto p = Prepare(b);
+    ASSERT_NE(p.entry, nullptr);
+    EXPECT_EQ(p.counts.holes, 3u);
+    EXPECT_EQ(p.counts.failures, 0u);
+    EXPECT_EQ(p.counts.stubs, 0u) << "near the runtime, calls reach without stubs";
+    p.entry();
+    EXPECT_EQ(gSeen, (std::vector<int64_t>{7, 21}));
+    EXPECT_EQ(CodeBase(), p.code);
+}
+
+TEST_F(Binder, CodeFarFromTheRuntimeCallsThroughStubs) {
+    ImageBuilder b;
+    RecordSevenAndTwentyOne(b);
+    auto p = Prepare(b, img::Placement::kFar);
+    // One stub per distinct target, however many holes reach it.
+    EXPECT_EQ(p.counts.stubs, 2u);
+    p.entry();
+    EXPECT_EQ(gSeen, (std::vector<int64_t>{7, 21}));
+}
+
+TEST_F(Binder, NamesMatchWithoutRegardToCase) {
+    ImageBuilder b;
+    RecordSevenAndTwentyOne(b, "testimageRECORD");
+    auto p = Prepare(b);
+    EXPECT_TRUE(gReports.empty());
+    p.entry();
+    EXPECT_EQ(gSeen, (std::vector<int64_t>{7, 21}));
+}
+
+TEST_F(Binder, AbsoluteImportHoleTakesTheWholeAddress) {
+    ImageBuilder b;
+    b.Prologue();
+    b.LoadImportAddress(Reg::RAX, "TestImageRecord");
+    b.MovImm(Reg::RDI, 99);
+    b.CallReg(Reg::RAX);
+    b.LoadImportAddress(Reg::R11, "TestImageRecord");
+    b.MovImm(Reg::RDI, 100);
+    b.CallReg(Reg::R11);
+    b.Epilogue();
+    auto p = Prepare(b);
+    EXPECT_EQ(p.counts.holes, 2u);
+    p.entry();
+    EXPECT_EQ(gSeen, (std::vector<int64_t>{99, 100}));
+}
+
+TEST_F(Binder, DataCodeAndStringReferencesBecomeAddresses) {
+    ImageBuilder b;
+    const uint32_t value = b.AddData({0x2A, 0, 0, 0, 0, 0, 0, 0});
+    b.Prologue();
+    b.Push(Reg::RBX); // callee-saved, and pushed twice to keep the stack aligned
+    b.Push(Reg::RBX);
+    // Data: read the word the image keeps and record it.
+    b.LoadDataAddress(Reg::RAX, value);
+    b.LoadMem(Reg::RDI, Reg::RAX, 0);
+    b.CallImport("TestImageRecord");
+    // Code: call a function of the image through its absolute address.
+    b.LoadCodeAddress(Reg::RAX, 0); // patched below to the helper's offset
+    const size_t codeRef = b.Here() - 8;
+    b.CallReg(Reg::RAX);
+    // String: record the literal's length field and its buffer's length byte.
+    b.LoadString(Reg::RBX, "hello, image");
+    b.LoadMem32(Reg::RDI, Reg::RBX, 20);
+    b.CallImport("TestImageRecord");
+    b.LoadMem(Reg::RAX, Reg::RBX, 8);
+    b.Bytes({0x48, 0x0F, 0xB6, 0x38}); // movzx rdi, byte [rax]
+    b.CallImport("TestImageRecord");
+    b.Pop(Reg::RBX);
+    b.Pop(Reg::RBX);
+    b.Epilogue();
+    const uint32_t helper = uint32_t(b.Here());
+    b.Prologue();
+    b.MovImm(Reg::RDI, 5);
+    b.CallImport("TestImageRecord");
+    b.Epilogue();
+    img::WriteU64(b.Code().data() + codeRef, helper);
+
+    auto p = Prepare(b);
+    EXPECT_EQ(p.counts.words, 3u);
+    p.entry();
+    EXPECT_EQ(gSeen, (std::vector<int64_t>{42, 5, 12, 12}));
+    // The literal is live: its buffer points at its own length byte.
+    const auto *literal = reinterpret_cast<const stringStorage *>(p.data + 8);
+    EXPECT_EQ(literal->buffer, reinterpret_cast<const uint8_t *>(literal) + 32);
+    EXPECT_EQ(std::memcmp(literal->buffer + 1, "hello, image", 13), 0);
+    EXPECT_EQ(literal->referenceCount, 1);
+    EXPECT_EQ(DataBase(), p.data);
+}
+
+TEST_F(Binder, TwoStringRecordsForOneLiteralShareIt) {
+    ImageBuilder b;
+    b.Prologue();
+    b.LoadString(Reg::RDI, "same");
+    b.CallImport("TestImageRecord");
+    b.LoadString(Reg::RDI, "same");
+    b.CallImport("TestImageRecord");
+    b.Epilogue();
+    auto p = Prepare(b);
+    EXPECT_EQ(p.counts.words, 2u);
+    EXPECT_EQ(p.counts.failures, 0u);
+    p.entry();
+    ASSERT_EQ(gSeen.size(), 2u);
+    EXPECT_EQ(gSeen[0], gSeen[1]);
+    EXPECT_EQ(gSeen[0], reinterpret_cast<int64_t>(p.data));
+}
+
+TEST_F(Binder, SoftImportBindsAFunctionOfASharedLibrary) {
+    ImageBuilder b;
+    const uint32_t text = b.AddCString("twelve chars");
+    b.Prologue();
+    b.LoadDataAddress(Reg::RDI, text);
+    b.CallSoftImport("strlen", "libc.so.6");
+    b.MovReg(Reg::RDI, Reg::RAX);
+    b.CallImport("TestImageRecord");
+    b.Epilogue();
+    auto p = Prepare(b);
+    EXPECT_TRUE(gReports.empty()) << gReports.front();
+    p.entry();
+    EXPECT_EQ(gSeen, (std::vector<int64_t>{12}));
+}
+
+TEST_F(Binder, MissingNamesAreReportedInTheirOwnWordsAndBindingGoesOn) {
+    ImageBuilder b;
+    b.Prologue();
+    b.CallImport("NoSuchExportAnywhere");
+    b.CallSoftImport("strlen", "libkelp-no-such-library");
+    b.CallSoftImport("no_such_function_here", "libc.so.6");
+    b.MovImm(Reg::RDI, 3);
+    b.CallImport("TestImageRecord");
+    b.Epilogue();
+    auto p = Prepare(b);
+    std::sort(gReports.begin(), gReports.end());
+    EXPECT_EQ(gReports, (std::vector<std::string>{
+                            "foundFunction|Function 'NoSuchExportAnywhere' was not exported",
+                            "functionEntry|Could not resolve function 'no_such_function_here' in "
+                            "libc.so.6",
+                            "lib->mLibraryHandle|Missing shared library libkelp-no-such-library"}));
+    EXPECT_EQ(p.counts.holes, 1u) << "the good import is still bound";
+}
+
+TEST_F(Binder, PaddingUnknownTypesAndEmptyChainsWriteNothing) {
+    ImageBuilder b;
+    b.Prologue();
+    b.MovImm(Reg::RDI, 1);
+    b.CallImport("TestImageRecord");
+    b.Epilogue();
+    auto &link = b.LinkTable();
+    // Padding, two unknown types, then an import of a real name with head 0.
+    link = {0, 0, 6, 0xFF, 1, 1, 0, 0, 0, 0, 11, 'R', 'u', 'n', 't', 'i', 'm', 'e', 'I', 'n', 'i', 't', 0};
+    auto before = b.Build().bytes[img::kCode];
+    auto p = Prepare(b);
+    EXPECT_EQ(p.counts.failures, 0u);
+    EXPECT_EQ(p.counts.records, 6u); // four skipped, the head-0 import, the real import
+    // Only the real chain changed the code.
+    size_t changed = 0;
+    for (size_t i = 0; i < before.size(); ++i)
+        changed += before[i] != p.code[i];
+    EXPECT_LE(changed, 4u);
+    p.entry();
+    EXPECT_EQ(gSeen, (std::vector<int64_t>{1}));
+}
+
+TEST_F(Binder, DamagedTablesAreReportedNeverFollowedOutOfTheCode) {
+    ImageBuilder b;
+    b.Prologue();
+    b.Epilogue();
+    auto &link = b.LinkTable();
+    auto add = [&](std::initializer_list<uint8_t> bytes) { link.insert(link.end(), bytes); };
+    add({1, 1, 0x00, 0x10, 0, 0, 15, 'T', 'e', 's', 't', 'I', 'm', 'a', 'g', 'e', 'R', 'e', 'c',
+         'o', 'r', 'd', 0});              // chain head far outside the code
+    add({2, 0xF0, 0xFF, 0xFF, 0x7F});     // data reference outside the code
+    add({3, 0x02, 0, 0, 0});              // code word that runs past the end
+    add({1, 1, 3});                       // cut off in its chain head
+    auto p = Prepare(b);
+    ASSERT_EQ(gReports.size(), 4u);
+    EXPECT_NE(gReports[0].find("outside the code segment"), std::string::npos) << gReports[0];
+    EXPECT_NE(gReports[1].find("outside the code segment"), std::string::npos) << gReports[1];
+    EXPECT_NE(gReports[2].find("outside the code segment"), std::string::npos) << gReports[2];
+    EXPECT_NE(gReports[3].find("cut off"), std::string::npos) << gReports[3];
+    p.entry(); // the code itself was left whole and still runs
+}
+
+TEST_F(Binder, AChainThatLoopsStopsAtTheFirstHoleSeenTwice) {
+    ImageBuilder b;
+    b.Prologue();
+    b.CallImport("TestImageRecord");
+    b.CallImport("TestImageRecord");
+    b.Epilogue();
+    // Point the last hole back at the first: a ring.
+    auto &code = b.Code();
+    const uint32_t first = 5, second = 10;
+    img::WriteU32(code.data() + second, first);
+    auto p = Prepare(b);
+    ASSERT_EQ(gReports.size(), 1u);
+    EXPECT_NE(gReports[0].find("loops at offset 5"), std::string::npos) << gReports[0];
+    EXPECT_EQ(p.counts.holes, 2u) << "each hole is written once, then the ring is noticed";
+}
+
+TEST_F(Binder, DamagedStringLiteralsAreReportedAndLeftUnbound) {
+    ImageBuilder b;
+    b.Prologue();
+    b.LoadString(Reg::RDI, "text");
+    b.Epilogue();
+    // A length far beyond the data segment.
+    img::WriteU32(b.Data().data() + 20, 0x7FFFFF00);
+    auto p = Prepare(b);
+    ASSERT_EQ(gReports.size(), 1u);
+    EXPECT_NE(gReports[0].find("is damaged"), std::string::npos);
+    EXPECT_EQ(p.counts.words, 0u);
+}
+
+} // namespace

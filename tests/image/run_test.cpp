@@ -1,0 +1,227 @@
+// Images run as programs: appended to a copy of the runtime, or as loose
+// files beside it, and written by kelp-image.  Output comes from the C
+// library's puts, reached through a soft import, so what is printed proves
+// the binding of every record type the image uses.
+#include "support/image_builder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using kelp::test::ImageBuilder;
+using kelp::test::Reg;
+using kelp::test::RunResult;
+using kelp::test::TempDir;
+namespace img = kelp::image;
+
+namespace {
+
+// Prints a literal, argv[1] through KELPGetCommandLineForUnix, and a line
+// from a helper function reached by its code address.
+img::Segments Greeter() {
+    ImageBuilder b;
+    const uint32_t tail = b.AddCString("from the data segment");
+    b.Prologue();
+    b.CallImport("RuntimeInit");
+    b.LoadString(Reg::RAX, "hello from the image");
+    b.LoadMem(Reg::RDI, Reg::RAX, 8); // buffer: length byte, then the text
+    b.AddImm(Reg::RDI, 1);
+    b.CallSoftImport("puts", "libc.so.6");
+    b.CallImport("KELPGetCommandLineForUnix");
+    b.LoadMem(Reg::RDI, Reg::RAX, 8); // argv[1]
+    b.CallSoftImport("puts", "libc.so.6");
+    b.LoadCodeAddress(Reg::RAX, 0);
+    const size_t helperRef = b.Here() - 8;
+    b.CallReg(Reg::RAX);
+    b.CallImport("RuntimeExit");
+    b.Epilogue();
+    const uint32_t helper = uint32_t(b.Here());
+    b.Prologue();
+    b.LoadDataAddress(Reg::RDI, tail);
+    b.CallSoftImport("puts", "libc.so.6");
+    b.MovImm(Reg::RDI, 0);
+    b.CallSoftImport("fflush", "libc.so.6");
+    b.Epilogue();
+    img::WriteU64(b.Code().data() + helperRef, helper);
+    return b.Build();
+}
+
+const char *kGreeting = "hello from the image\nsecond\nfrom the data segment\n";
+
+TEST(RunImage, AppendedImageRunsWithEveryRecordBound) {
+    RunResult r = kelp::test::RunAppended(Greeter(), {"second"});
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out, kGreeting);
+    EXPECT_EQ(r.err, "");
+}
+
+TEST(RunImage, LooseFilesInTheCurrentFolderRunOnTheBareRuntime) {
+    TempDir dir;
+    ASSERT_TRUE(kelp::test::WriteLoose(Greeter(), dir.path()));
+    RunResult r = kelp::test::Run(KELP_BIN_DIR "/kelp", {"second"}, dir.path());
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out, kGreeting);
+}
+
+TEST(RunImage, RuntimeFoundThroughThePathStillFindsItsImage) {
+    // Started by name alone, argv[0] holds no path: the runtime reads its own
+    // file through the operating system.
+    TempDir dir;
+    ASSERT_TRUE(kelp::test::WriteAppended(Greeter(), dir / "greeter"));
+    RunResult r = kelp::test::Run("/bin/sh", {"-c", "PATH=" + dir.path() + " exec greeter second"},
+                                  "/");
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out, kGreeting);
+}
+
+TEST(RunImage, WithoutAnyImageTheRuntimeSaysSoAndEnds) {
+    TempDir dir;
+    RunResult r = kelp::test::Run(KELP_BIN_DIR "/kelp", {}, dir.path());
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.err.find("no application image"), std::string::npos) << r.err;
+    EXPECT_EQ(r.out, "");
+}
+
+TEST(RunImage, UnboundNamesAreReportedAndTheProgramGoesOn) {
+    ImageBuilder b;
+    const uint32_t text = b.AddCString("still running");
+    b.Prologue();
+    b.LoadDataAddress(Reg::RDI, text);
+    b.CallSoftImport("puts", "libc.so.6");
+    // The entry never reaches the unbound hole: it jumps over it.
+    b.Bytes({0xEB, 0x05});
+    b.CallImport("NotAnExportOfThisRuntime");
+    b.Epilogue();
+    RunResult r = kelp::test::RunAppended(b.Build());
+    EXPECT_EQ(r.status, 0);
+    EXPECT_NE(r.err.find("Function 'NotAnExportOfThisRuntime' was not exported"), std::string::npos)
+        << r.err;
+    EXPECT_EQ(r.out, "still running\n");
+}
+
+TEST(RunImage, SoftImportFollowsASymbolicLinkInTheCurrentFolderByHand) {
+    // The loader's own search never looks in the current folder for a bare
+    // name; the binder follows the link there to the library.
+    TempDir dir;
+    const char *libc = "/lib/x86_64-linux-gnu/libc.so.6";
+    ASSERT_EQ(access(libc, R_OK), 0);
+    ASSERT_EQ(symlink(libc, (dir / "kelpclink").c_str()), 0);
+    ImageBuilder b;
+    const uint32_t text = b.AddCString("through the link");
+    b.Prologue();
+    b.LoadDataAddress(Reg::RDI, text);
+    b.CallSoftImport("puts", "kelpclink");
+    b.Epilogue();
+    ASSERT_TRUE(kelp::test::WriteAppended(b.Build(), dir / "app"));
+    RunResult r = kelp::test::Run(dir / "app", {}, dir.path());
+    EXPECT_EQ(r.err, "");
+    EXPECT_EQ(r.out, "through the link\n");
+}
+
+TEST(RunImage, SoftImportRetriesTheLibraryNameWithSo) {
+    TempDir dir;
+    ASSERT_EQ(symlink("/lib/x86_64-linux-gnu/libc.so.6", (dir / "libkelpc.so").c_str()), 0);
+    ImageBuilder b;
+    const uint32_t text = b.AddCString("with .so behind");
+    b.Prologue();
+    b.LoadDataAddress(Reg::RDI, text);
+    b.CallSoftImport("puts", dir / "libkelpc");
+    b.Epilogue();
+    RunResult r = kelp::test::RunAppended(b.Build());
+    EXPECT_EQ(r.err, "");
+    EXPECT_EQ(r.out, "with .so behind\n");
+}
+
+TEST(RunImage, DamagedImagesEndWithOneClearLineAndNoCrash) {
+    const std::vector<uint8_t> runtime = kelp::test::ReadFileBytes(KELP_BIN_DIR "/kelp");
+    ASSERT_FALSE(runtime.empty());
+    const auto good = img::EncodeAppendedImage(Greeter());
+    struct Case {
+        const char *what;
+        std::vector<uint8_t> tail;
+        const char *expected;
+    };
+    std::vector<Case> cases;
+    {
+        auto t = good; // L far larger than the file
+        img::WriteU32(t.data() + t.size() - 13, 0xFFFFFF00);
+        cases.push_back({"L outside", t, "points outside the file"});
+    }
+    {
+        auto t = good; // the code segment's size runs past the image
+        img::WriteU32(t.data(), 0x00FFFFFF);
+        cases.push_back({"segment size", t, "runs past the end of the image"});
+    }
+    {
+        // Only the trailer: L claims bytes the file doesn't have.
+        std::vector<uint8_t> t(good.end() - 13, good.end());
+        cases.push_back({"truncated", t, "damaged application image"});
+    }
+    for (const Case &c : cases) {
+        TempDir dir;
+        auto bytes = runtime;
+        bytes.insert(bytes.end(), c.tail.begin(), c.tail.end());
+        ASSERT_TRUE(kelp::test::WriteFileBytes(dir / "app", bytes));
+        ASSERT_EQ(chmod((dir / "app").c_str(), 0755), 0);
+        RunResult r = kelp::test::Run(dir / "app", {"x"}, dir.path());
+        EXPECT_EQ(r.status, 1) << c.what;
+        EXPECT_NE(r.err.find(c.expected), std::string::npos) << c.what << ": " << r.err;
+        EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << c.what << ": " << r.err;
+        EXPECT_EQ(r.out, "") << c.what;
+    }
+}
+
+// --------------------------------------------------------------- the tool
+
+TEST(KelpImageTool, PacksLooseFilesAndTheResultRuns) {
+    TempDir dir;
+    ASSERT_TRUE(kelp::test::WriteLoose(Greeter(), dir / "loose"));
+    ASSERT_TRUE(kelp::test::WriteFileBytes(dir / "note.txt", {'h', 'i'}));
+    RunResult pack = kelp::test::Run(KELP_IMAGE_TOOL,
+                                     {"pack", "-o", dir / "app", "-r", KELP_BIN_DIR "/kelp",
+                                      dir / "loose", "--resource", "TEXT:128:" + (dir / "note.txt")});
+    ASSERT_EQ(pack.status, 0) << pack.err;
+    RunResult run = kelp::test::Run(dir / "app", {"second"}, "/");
+    EXPECT_EQ(run.out, kGreeting);
+
+    RunResult info = kelp::test::Run(KELP_IMAGE_TOOL, {"info", dir / "app"});
+    EXPECT_EQ(info.status, 0) << info.out << info.err;
+    EXPECT_NE(info.out.find("import KELPGetCommandLineForUnix (relative, 1 hole)"), std::string::npos)
+        << info.out;
+    EXPECT_NE(info.out.find("soft import puts from libc.so.6 (3 holes)"), std::string::npos)
+        << info.out;
+    EXPECT_NE(info.out.find("1 data references, 1 code references, 1 string references"),
+              std::string::npos)
+        << info.out;
+    EXPECT_NE(info.out.find("TEXT   128 2 bytes"), std::string::npos) << info.out;
+
+    // Packing the packed program again replaces its image, not stacks one.
+    RunResult again = kelp::test::Run(KELP_IMAGE_TOOL, {"pack", "-o", dir / "app2", "-r", dir / "app",
+                                                        dir / "loose"});
+    ASSERT_EQ(again.status, 0) << again.err;
+    EXPECT_EQ(kelp::test::ReadFileBytes(dir / "app2").size() + 14 + 2,
+              kelp::test::ReadFileBytes(dir / "app").size());
+}
+
+TEST(KelpImageTool, InfoOnDamagedInputSaysWhatIsWrong) {
+    TempDir dir;
+    img::Segments s = Greeter();
+    s.bytes[img::kResources] = {'T', 'X', 'E', 'T', 1, 0, 0, 0, 0, 0, 0xFF, 0, 0, 0, 'x'};
+    s.bytes[img::kOptions] = {1, 16, 16, 0, 0};
+    ASSERT_TRUE(kelp::test::WriteLoose(s, dir.path()));
+    RunResult info = kelp::test::Run(KELP_IMAGE_TOOL, {"info", dir.path()});
+    EXPECT_EQ(info.status, 1);
+    EXPECT_NE(info.out.find("claims 255 bytes, more than its segment holds"), std::string::npos)
+        << info.out;
+    EXPECT_NE(info.out.find("runs past the end of its segment (icon pixels)"), std::string::npos)
+        << info.out;
+
+    RunResult bare = kelp::test::Run(KELP_IMAGE_TOOL, {"info", KELP_BIN_DIR "/kelp"});
+    EXPECT_EQ(bare.status, 1);
+    EXPECT_NE(bare.err.find("carries no application image"), std::string::npos);
+}
+
+} // namespace

@@ -15,8 +15,8 @@
  *     RuntimeLeaveHandlerRegion();
  *     return r;
  *   handler:
- *     RuntimeLeaveHandlerRegion();
  *     slot = RuntimeTakeException();                  owned reference
+ *     RuntimeLeaveHandlerRegion();                    after the take
  *     ... release locals; Catch: test slot's class, or
  *     RuntimeReraiseException(slot);                  hand it on
  *     RuntimeUnlockObject(slot);
@@ -24,7 +24,8 @@
  *
  * A raise while no region is open on the thread, and an exception still
  * pending when the outermost region is left, go to the unhandled handler,
- * once.  A function without a region does not test: the exception stays
+ * once.  That is why a handler takes the exception before it leaves its
+ * region: a reraise then finds the caller's region still open.  A function without a region does not test: the exception stays
  * pending for the nearest caller that has one.
  */
 #ifndef KELP_EXCEPTIONS_H

@@ -1,0 +1,218 @@
+// Raising from runtime functions and taking the exception in the nearest
+// compiled function that declared a handler region.  The "compiled
+// functions" here are written the way the compiler's output behaves: they
+// test for a pending exception after each call and go to their handler.
+#include "exception_kit.h"
+#include "exceptions/raise.h"
+#include "exceptions/unhandled.h"
+
+#include <gtest/gtest.h>
+#include <thread>
+
+using namespace exctest;
+
+namespace {
+
+std::vector<RuntimeObject *> gUnhandled;
+void CountingUnhandled(RuntimeObject *e) {
+    RuntimeLockObject(e);
+    gUnhandled.push_back(e);
+}
+
+class Raising : public ::testing::Test {
+protected:
+    void SetUp() override {
+        previous_ = kelp::SetUnhandledHandler(&CountingUnhandled);
+        gUnhandled.clear();
+        Log().clear();
+    }
+    void TearDown() override {
+        for (RuntimeObject *e : gUnhandled)
+            RuntimeUnlockObject(e);
+        gUnhandled.clear();
+        kelp::SetUnhandledHandler(previous_);
+        EXPECT_EQ(RuntimePendingException(), nullptr);
+    }
+    kelp::UnhandledHandler previous_ = nullptr;
+};
+
+std::string ClassOf(RuntimeObject *o) { return o && o->klass ? Str(o->klass->name) : "(none)"; }
+
+// A runtime function that raises: it goes on to its end and returns a
+// neutral result.
+int32_t RuntimeFunctionThatRaises() {
+    Log().push_back("runtime.before");
+    kelp::RaiseOutOfBounds();
+    Log().push_back("runtime.after");
+    return 0;
+}
+
+// Compiled G: a handler region; takes the exception into its slot, and its
+// clean-up hands it on (no Catch).
+int32_t CompiledG() {
+    RuntimeEnterHandlerRegion();
+    int32_t r = RuntimeFunctionThatRaises();
+    if (RuntimePendingException())
+        goto handler;
+    Log().push_back("G.next-statement");
+    RuntimeLeaveHandlerRegion();
+    return r;
+handler:
+    {
+        RuntimeObject *slot = RuntimeTakeException();
+        RuntimeLeaveHandlerRegion();
+        Log().push_back("G.handler");
+        RuntimeReraiseException(slot);
+        RuntimeUnlockObject(slot);
+    }
+    return 0;
+}
+
+// Compiled H: no handler of its own; it does not test.
+void CompiledH() {
+    CompiledG();
+    Log().push_back("H.after-call");
+}
+
+// Compiled F: catches OutOfBoundsException.
+void CompiledF() {
+    RuntimeEnterHandlerRegion();
+    CompiledH();
+    if (RuntimePendingException())
+        goto handler;
+    Log().push_back("F.next-statement");
+    RuntimeLeaveHandlerRegion();
+    return;
+handler:
+    RuntimeObject *slot = RuntimeTakeException();
+    RuntimeLeaveHandlerRegion();
+    Log().push_back("F.catch " + ClassOf(slot));
+    RuntimeUnlockObject(slot);
+}
+
+TEST_F(Raising, ReachesTheNearestHandlerAfterTheRuntimeFunctionReturned) {
+    int32_t live = RuntimeDebugObjectCount();
+    CompiledF();
+    EXPECT_EQ(Log(), (std::vector<std::string>{"runtime.before", "runtime.after", "G.handler",
+                                               "H.after-call", "F.catch OutOfBoundsException"}));
+    EXPECT_TRUE(gUnhandled.empty());
+    EXPECT_EQ(RuntimeDebugObjectCount(), live) << "the exception was freed after the catch";
+}
+
+TEST_F(Raising, ExceptionCaughtInTheSameFrameHasOnlyTheSlotsReference) {
+    RuntimeEnterHandlerRegion();
+    RuntimeNilObject();
+    RuntimeObject *slot = RuntimeTakeException();
+    RuntimeLeaveHandlerRegion();
+    ASSERT_NE(slot, nullptr);
+    EXPECT_EQ(ClassOf(slot), "NilObjectException");
+    EXPECT_EQ(slot->referenceCount, 1);
+    EXPECT_FALSE(kelp::ExceptionPending());
+    RuntimeUnlockObject(slot);
+}
+
+TEST_F(Raising, WithoutARegionTheUnhandledHandlerRunsAtOnceAndOnce) {
+    RuntimeObject *object = RuntimeNewObject(RuntimeLookupClass(Lit("NilObjectException")));
+    RuntimeObject *result =
+        RuntimeCheckCast(object, RuntimeLookupClass(Lit("OutOfBoundsException")));
+    EXPECT_EQ(result, nullptr);
+    RuntimeUnlockObject(object);
+    ASSERT_EQ(gUnhandled.size(), 1u);
+    EXPECT_EQ(ClassOf(gUnhandled[0]), "IllegalCastException");
+    EXPECT_EQ(RuntimePendingException(), nullptr);
+}
+
+TEST_F(Raising, PendingWhenTheOutermostRegionClosesGoesToTheUnhandledHandler) {
+    RuntimeEnterHandlerRegion();
+    RuntimeEnterHandlerRegion();
+    kelp::RaiseWithMessage("KeyNotFoundException", "no such key", 12);
+    RuntimeLeaveHandlerRegion(); // an inner function that did not take it
+    EXPECT_TRUE(gUnhandled.empty());
+    EXPECT_NE(RuntimePendingException(), nullptr);
+    RuntimeLeaveHandlerRegion();
+    ASSERT_EQ(gUnhandled.size(), 1u);
+    EXPECT_EQ(ClassOf(gUnhandled[0]), "KeyNotFoundException");
+    auto *record = reinterpret_cast<RuntimeExceptionObject *>(gUnhandled[0]);
+    EXPECT_EQ(record->errorNumber, 12);
+    EXPECT_EQ(Str(record->message), "no such key");
+    EXPECT_EQ(RuntimePendingException(), nullptr);
+}
+
+TEST_F(Raising, NullIsIgnoredAndALaterRaiseReplacesAnEarlierOne) {
+    RuntimeRaiseException(nullptr);
+    RuntimeReraiseException(nullptr);
+    RuntimeRaise(nullptr);
+    EXPECT_TRUE(gUnhandled.empty());
+
+    RuntimeEnterHandlerRegion();
+    RuntimeNilObject();
+    kelp::RaiseIllegalCast();
+    RuntimeObject *slot = RuntimeTakeException();
+    RuntimeLeaveHandlerRegion();
+    EXPECT_EQ(ClassOf(slot), "IllegalCastException");
+    RuntimeUnlockObject(slot);
+    EXPECT_TRUE(gUnhandled.empty());
+}
+
+std::vector<std::string> gHooked;
+void RecordingHook(RuntimeObject *e) { gHooked.push_back(ClassOf(e)); }
+
+TEST_F(Raising, TheRaiseHookSeesRaisesButNotReraises) {
+    gHooked.clear();
+    kelp::RaiseHook old = kelp::SetRaiseHook(&RecordingHook);
+    RuntimeEnterHandlerRegion();
+    kelp::RaiseOutOfBounds();
+    RuntimeObject *slot = RuntimeTakeException();
+    RuntimeReraiseException(slot);
+    RuntimeUnlockObject(slot);
+    slot = RuntimeTakeException();
+    RuntimeLeaveHandlerRegion();
+    RuntimeUnlockObject(slot);
+    kelp::SetRaiseHook(old);
+    EXPECT_EQ(gHooked, std::vector<std::string>{"OutOfBoundsException"});
+}
+
+TEST_F(Raising, FunctionNotFoundCarriesItsMessage) {
+    RuntimeEnterHandlerRegion();
+    RuntimeRaiseFunctionNotFoundException(Lit("gnome_print_job_new"), Lit("libgnomeprint.so"));
+    RuntimeObject *slot = RuntimeTakeException();
+    RuntimeLeaveHandlerRegion();
+    ASSERT_NE(slot, nullptr);
+    EXPECT_EQ(ClassOf(slot), "FunctionNotFoundException");
+    EXPECT_EQ(Str(reinterpret_cast<RuntimeExceptionObject *>(slot)->message),
+              "Could not load gnome_print_job_new from libgnomeprint.so");
+    RuntimeUnlockObject(slot);
+}
+
+TEST_F(Raising, BadUseIsReportedNotFatal) {
+    ReportRecorder reports;
+    RuntimeLeaveHandlerRegion(); // closed more often than opened
+    EXPECT_TRUE(reports.Has("regionDepth > 0"));
+    kelp::RaiseOfClass(nullptr);
+    EXPECT_TRUE(reports.Has("exclass"));
+    kelp::RaiseWithMessage("NotAnExceptionClassName", "x", 1);
+    EXPECT_TRUE(reports.Has("exc"));
+    EXPECT_TRUE(gUnhandled.empty());
+
+    // No handler at all: a failed assertion with condition "0".
+    kelp::SetUnhandledHandler(nullptr);
+    RuntimeObject *e = RuntimeNewObject(RuntimeLookupClass(Lit("EndException")));
+    RuntimeUnhandledException(e);
+    EXPECT_TRUE(reports.Has("0"));
+    RuntimeUnlockObject(e);
+}
+
+TEST_F(Raising, EachThreadHasItsOwnPendingException) {
+    RuntimeEnterHandlerRegion();
+    RuntimeNilObject();
+    RuntimeObject *seenByOther = reinterpret_cast<RuntimeObject *>(1);
+    std::thread other([&] { seenByOther = RuntimePendingException(); });
+    other.join();
+    EXPECT_EQ(seenByOther, nullptr);
+    RuntimeObject *slot = RuntimeTakeException();
+    RuntimeLeaveHandlerRegion();
+    EXPECT_NE(slot, nullptr);
+    RuntimeUnlockObject(slot);
+}
+
+} // namespace

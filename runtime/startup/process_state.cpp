@@ -83,6 +83,10 @@ void ReadTheme() {
     gtk_key_snooper_install(KeySnooper, nullptr);
     GtkStyle *style =
         gtk_rc_get_style_by_paths(settings, "GtkWidget", "GtkWidget", gtk_widget_get_type());
+    // Without a theme that styles widgets the toolkit's built-in style is what
+    // every widget will show, so its colours are the defaults to use.
+    if (!style)
+        style = gtk_widget_get_default_style();
     if (style) {
         const GdkColor *from[7] = {&style->bg[GTK_STATE_ACTIVE],   &style->fg[GTK_STATE_INSENSITIVE],
                                    &style->bg[GTK_STATE_NORMAL],   &style->dark[GTK_STATE_NORMAL],

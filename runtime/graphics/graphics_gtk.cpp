@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <climits>
 #include <string>
+#include <vector>
+#include <cstdlib>
 
 namespace kelp {
 

@@ -1,6 +1,7 @@
 // The resource store as the image reader fills it: images with resource and
 // option records are prepared in this process and the store is read back.
 #include "support/image_builder.h"
+#include "support/xvfb.h"
 
 #include "exceptions/fatal_report.h"
 #include "image/loader.h"
@@ -11,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <gtk/gtk.h>
 #include <sys/stat.h>
 
 #include <string>
@@ -177,6 +179,31 @@ TEST_F(ResourceStore, EachSoundRequestWritesItsOwnTemporaryFileRemovedAtTheRunDo
     struct stat st;
     EXPECT_NE(stat(first.path.c_str(), &st), 0);
     EXPECT_NE(stat(second.path.c_str(), &st), 0);
+}
+
+TEST_F(ResourceStore, WindowIconsGoToTheToolkitLastOneFirst) {
+    if (!kelp::test::RequireToolkitDisplay())
+        GTEST_SKIP() << "no X server";
+    ImageBuilder b;
+    std::vector<uint8_t> red(2 * 2 * 4), blue(3 * 3 * 4);
+    for (size_t i = 0; i < red.size(); i += 4)
+        red[i] = 0xFF, red[i + 3] = 0xFF;
+    for (size_t i = 0; i < blue.size(); i += 4)
+        blue[i + 2] = 0xFF, blue[i + 3] = 0x80;
+    b.AddIcon(2, 2, red);
+    b.AddIcon(3, 3, blue);
+    Load(b);
+    GList *icons = gtk_window_get_default_icon_list();
+    ASSERT_EQ(g_list_length(icons), 2u);
+    auto *first = static_cast<GdkPixbuf *>(icons->data);
+    auto *second = static_cast<GdkPixbuf *>(icons->next->data);
+    EXPECT_EQ(gdk_pixbuf_get_width(first), 3);
+    EXPECT_EQ(gdk_pixbuf_get_width(second), 2);
+    const guchar *px = gdk_pixbuf_get_pixels(first);
+    EXPECT_EQ(px[2], 0xFF);
+    EXPECT_EQ(px[3], 0x80);
+    g_list_free(icons);
+    EXPECT_EQ(kelp::ResourceCount(), 0u) << "icons are no resources";
 }
 
 } // namespace

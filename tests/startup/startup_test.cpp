@@ -4,6 +4,7 @@
 #include "support/xvfb.h"
 
 #include "kelp/startup.h"
+#include "shutdown/menu_bar.h"
 #include "shutdown/shutdown_task.h"
 #include "startup/bring_up.h"
 #include "startup/process_state.h"
@@ -152,6 +153,26 @@ TEST(ShutdownTasks, TemporaryFoldersAreRemovedFromTheLeavesUp) {
     EXPECT_NE(stat(top.c_str(), &st), 0);
     EXPECT_NE(stat(file.c_str(), &st), 0);
     EXPECT_EQ(stat(outside.c_str(), &st), 0);
+}
+
+std::vector<bool> gMenuBar;
+void RecordMenuBar(bool visible) { gMenuBar.push_back(visible); }
+
+TEST(ShutdownTasks, AHiddenMenuBarIsShownAgainOnceOrAtTheRunDown) {
+    auto old = kelp::SetMenuBarVisibility(&RecordMenuBar);
+    gMenuBar.clear();
+    kelp::HideMenuBar();
+    kelp::HideMenuBar();
+    EXPECT_TRUE(kelp::MenuBarHidden());
+    kelp::ShowMenuBar();
+    EXPECT_FALSE(kelp::MenuBarHidden());
+    EXPECT_EQ(gMenuBar, (std::vector<bool>{false, true}));
+    EXPECT_EQ(kelp::ShutdownTaskListHead(), nullptr) << "no task while the bar is shown";
+    kelp::HideMenuBar();
+    kelp::RunShutdownTasks();
+    EXPECT_FALSE(kelp::MenuBarHidden());
+    EXPECT_EQ(gMenuBar, (std::vector<bool>{false, true, false, true}));
+    kelp::SetMenuBarVisibility(old);
 }
 
 // --------------------------------------------------------------- bring-up

@@ -165,7 +165,8 @@ void AnswersText(const std::array<Text, 10> &texts, int32_t correct);
 void AnswersOffset3(int32_t T, const ThreeArrangements &lists, const Text &after = Text());
 void AnswersValue3(const ThreeArrangements &lists, const Text &after = Text());
 void AnswersMoneyOffset3(int32_t T, const ThreeArrangements &lists);
-// The arrangement iRandomizer chooses.
-const Arrangement &Chosen(const ThreeArrangements &lists);
+// The arrangement iRandomizer chooses (a copy, so a list written in place
+// may be passed).
+Arrangement Chosen(const ThreeArrangements &lists);
 
 } // namespace sumbrook

@@ -43,6 +43,7 @@ struct Registries {
     std::unordered_map<std::string, RuntimeClass *> classByName;
     std::vector<DefinitionAccessor> classAccessors;
     std::vector<DefinitionAccessor> moduleAccessors;
+    std::vector<const MethodRow *> functions; // the table of intrinsic functions
     PluginClassFinder pluginFinder = nullptr;
     uint32_t resolvePass = 1;
     bool externalClassesDone = false;
@@ -329,6 +330,24 @@ void AddIntrinsicModuleAccessor(DefinitionAccessor accessor) {
         R().moduleAccessors.push_back(accessor);
 }
 
+void AddIntrinsicFunctions(std::span<const MethodRow> rows) {
+    for (const MethodRow &row : rows) {
+        R().functions.push_back(&row);
+        if (R().externalClassesDone) {
+            AddEntryExport(row.entry);
+            AddEntryExport(row.secondEntry);
+        }
+    }
+}
+
+std::vector<const MethodRow *> LookupIntrinsicFunction(const char *name) {
+    std::vector<const MethodRow *> found;
+    for (const MethodRow *row : R().functions)
+        if (objtext::SameName(row->name ? row->name : "", name ? name : ""))
+            found.push_back(row);
+    return found;
+}
+
 void RegisterIntrinsicClass(ObjectDefinition *definition) {
     if (!definition)
         return;
@@ -437,4 +456,8 @@ extern "C" void RuntimeInitExternalClasses(void) {
         RegisterIntrinsicClass(R().classAccessors[i]());
     for (size_t i = 0; i < R().moduleAccessors.size(); ++i)
         RegisterIntrinsicModule(R().moduleAccessors[i]());
+    for (const MethodRow *row : R().functions) {
+        AddEntryExport(row->entry);
+        AddEntryExport(row->secondEntry);
+    }
 }

@@ -44,6 +44,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace kelp {
 
@@ -244,6 +245,18 @@ struct IntrinsicClassRegistrar {
     static ::kelp::IntrinsicClassRegistrar accessor##Registrar_{accessor}
 #define KELP_INTRINSIC_MODULE(accessor)                                                          \
     static ::kelp::IntrinsicClassRegistrar accessor##Registrar_{accessor, true}
+
+// Module-level functions of the language (Left, MsgBox, Rnd): method rows
+// by name; a name may have several rows with different parameters.  Rows
+// given before RuntimeInitExternalClasses have their entry points exported
+// there; later ones at once.
+void AddIntrinsicFunctions(std::span<const MethodRow> rows);
+struct IntrinsicFunctionsRegistrar {
+    explicit IntrinsicFunctionsRegistrar(std::span<const MethodRow> rows) {
+        AddIntrinsicFunctions(rows);
+    }
+};
+std::vector<const MethodRow *> LookupIntrinsicFunction(const char *name);
 
 void RegisterIntrinsicClass(ObjectDefinition *definition);
 void RegisterIntrinsicModule(ObjectDefinition *definition);

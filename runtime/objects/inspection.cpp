@@ -6,6 +6,9 @@
 #include "objects/text.h"
 
 #include "kelp/objects.h"
+#include "strings/small_alloc.h"
+
+#include <cstdint>
 
 namespace kelp {
 namespace {
@@ -49,13 +52,11 @@ ObjectDefinition *RuntimeClassDefinition() {
 }
 KELP_INTRINSIC_CLASS(RuntimeClassDefinition);
 
-using MemoryCounter = int32_t (*)();
-MemoryCounter gMemoryCounter = nullptr;
+int32_t (*gMemoryCounter)() = nullptr;
 
 } // namespace
 
 void SetSmallBlockBytesCounter(int32_t (*counter)()) { gMemoryCounter = counter; }
-
 
 } // namespace kelp
 
@@ -76,7 +77,12 @@ extern "C" int32_t RuntimeDebugObjectRefs(int32_t index) {
     return object ? object->referenceCount : -1;
 }
 
-extern "C" int32_t RuntimeDebugMemoryUsed(void) { return gMemoryCounter ? gMemoryCounter() : 0; }
+extern "C" int32_t RuntimeDebugMemoryUsed(void) {
+    if (gMemoryCounter)
+        return gMemoryCounter();
+    int64_t bytes = TotalAllocLen();
+    return bytes > INT32_MAX ? INT32_MAX : static_cast<int32_t>(bytes);
+}
 
 extern "C" RuntimeObject *RuntimeDebugInstance(void) {
     static RuntimeObject *instance = nullptr; // one for the process, never freed

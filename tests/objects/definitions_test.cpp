@@ -29,6 +29,17 @@ extern "C" void DfWidgetItemAssign(RuntimeObject *, int32_t, RuntimeObject *) {}
 extern "C" void DfWidgetAppend(RuntimeObject *, RuntimeObject *) {}
 extern "C" double DfButtonArea(RuntimeObject *) { return 4.0; }
 extern "C" void DfButtonAction(RuntimeObject *) {}
+extern "C" KelpString DfLeftFunction(KelpString, int32_t) { return nullptr; }
+extern "C" KelpString DfLeftExtends(KelpString, int32_t) { return nullptr; }
+
+const ParameterRow kLeftParams[] = {{"s", &kTypeString}, {"n", &kTypeInteger}};
+const ParameterRow kLeftExtendsParams[] = {{"s", &kTypeString, nullptr, kParamExtends},
+                                           {"n", &kTypeInteger}};
+const MethodRow kFunctions[] = {
+    {"DfLeft", &kTypeString, kLeftParams, 2, KELP_ENTRY(DfLeftFunction)},
+    {"DfLeft", &kTypeString, kLeftExtendsParams, 2, KELP_ENTRY(DfLeftExtends)},
+};
+IntrinsicFunctionsRegistrar gFunctions{kFunctions};
 
 ObjectDefinition *DfWidgetDefinition();
 ObjectDefinition *DfShapeDefinition();
@@ -228,6 +239,13 @@ TEST(Definitions, RegistrationNamesClassesAndExportsTheirEntryPoints) {
     ASSERT_NE(exc, nullptr);
     EXPECT_EQ(Str(exc->base->name), "RuntimeException");
     EXPECT_EQ(RuntimeLookupClass(Lit("NoSuchClassAnywhere")), nullptr);
+
+    // Module functions: every row of a name, each entry in the export table.
+    auto rows = LookupIntrinsicFunction("dfleft");
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(DescribeMethod(*rows[1]), "Function DfLeft(Extends s As String, n As Integer) As String");
+    EXPECT_EQ(LookupExport("DfLeftExtends"), reinterpret_cast<void *>(&DfLeftExtends));
+    EXPECT_TRUE(LookupIntrinsicFunction("NoSuchFunction").empty());
     EXPECT_EQ(RuntimeLookupClass(nullptr), nullptr);
 }
 

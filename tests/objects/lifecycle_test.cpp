@@ -3,6 +3,7 @@
 // and the tear-down of long chains.
 #include "class_kit.h"
 #include "objects/object_model.h"
+#include "strings/small_alloc.h"
 
 #include <gtest/gtest.h>
 
@@ -181,6 +182,13 @@ TEST_F(Lifecycle, InspectionStepsThroughTheListInBothDirections) {
     EXPECT_EQ(RuntimeDebugObjectRefs(RuntimeDebugObjectCount()), -1);
     RuntimeUnlockObject(o1);
     RuntimeUnlockObject(o3);
+
+    // The small-block bytes in use follow the allocator.
+    int32_t used = RuntimeDebugMemoryUsed();
+    void *block = kelp::OSalloclen(100);
+    EXPECT_GE(RuntimeDebugMemoryUsed() - used, 100);
+    kelp::OSfreelen(block, 100);
+    EXPECT_EQ(RuntimeDebugMemoryUsed(), used);
 
     RuntimeObject *runtime = RuntimeDebugInstance();
     RuntimeObject *again = RuntimeDebugInstance();

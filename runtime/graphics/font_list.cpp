@@ -1,0 +1,20 @@
+// The font list the language sees (Fonts, FontCount).
+#include "kelp/graphics.h"
+
+#include "exceptions/raise.h"
+#include "graphics/font_mapping.h"
+#include "objects/text.h"
+
+extern "C" {
+
+int32_t getFontCount(void) { return kelp::FontFamilyCount(); }
+
+KelpString getFontName(int32_t index) {
+    if (index < 0 || index >= kelp::FontFamilyCount()) {
+        kelp::RaiseOutOfBounds();
+        return nullptr;
+    }
+    return kelp::objtext::Make(kelp::FontFamilyName(index));
+}
+
+} // extern "C"

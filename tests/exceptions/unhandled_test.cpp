@@ -20,7 +20,7 @@ RuntimeObject *MakeException(const char *cls, const char *message, int32_t numbe
     auto *record = reinterpret_cast<RuntimeExceptionObject *>(e);
     record->errorNumber = number;
     record->message = message ? Lit(message) : nullptr;
-    kelp::objtext::Retain(record->message); // the field holds its own reference
+    RuntimeLockString(record->message); // the field holds its own reference
     return e;
 }
 

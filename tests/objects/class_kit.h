@@ -4,7 +4,6 @@
 // and a recorder of fatal reports.
 #include "exceptions/fatal_report.h"
 #include "kelp/kelp.h"
-#include "objects/text.h"
 
 #include <deque>
 #include <string>
@@ -36,7 +35,7 @@ inline std::string Str(KelpString s) {
 }
 
 // Releases a string the runtime handed over.
-inline void ReleaseString(KelpString s) { kelp::objtext::Release(s); }
+inline void ReleaseString(KelpString s) { RuntimeUnlockString(s); }
 
 struct Report {
     int kind;

@@ -1,0 +1,227 @@
+// Shapes on an offscreen picture, checked pixel by pixel.
+#include "fixture.h"
+
+namespace kelp::test {
+namespace {
+
+using Shapes = PixmapDrawing;
+
+TEST_F(Shapes, NewPictureIsWhite) {
+    EXPECT_EQ(Ink().count, 0);
+}
+
+TEST_F(Shapes, FillRectCoversExactlyItsPixels) {
+    Colour(0xFF0000);
+    g->FillRect(RectFromXYWH(10, 20, 30, 15));
+    InkBox box = Ink();
+    EXPECT_EQ(box.count, 30 * 15);
+    EXPECT_EQ(box.left, 10);
+    EXPECT_EQ(box.top, 20);
+    EXPECT_EQ(box.right, 39);
+    EXPECT_EQ(box.bottom, 34);
+    EXPECT_EQ(At(10, 20), 0xFF0000u);
+}
+
+TEST_F(Shapes, FrameRectOutlinesTheSamePixelsAFillCovers) {
+    Colour(0x0000FF);
+    g->FrameRect(RectFromXYWH(10, 20, 30, 15));
+    InkBox box = Ink();
+    EXPECT_EQ(box.left, 10);
+    EXPECT_EQ(box.top, 20);
+    EXPECT_EQ(box.right, 39);
+    EXPECT_EQ(box.bottom, 34);
+    EXPECT_EQ(box.count, 2 * 30 + 2 * 13);
+    EXPECT_EQ(At(39, 34), 0x0000FFu);
+    EXPECT_EQ(At(25, 27), 0xFFFFFFu); // hollow
+}
+
+TEST_F(Shapes, EmptyAndNegativeSizesDrawNothing) {
+    Colour(0x000000);
+    g->FillRect(RectFromXYWH(10, 10, 0, 20));
+    g->FillRect(RectFromXYWH(10, 10, 20, 0));
+    g->FrameRect(RectFromXYWH(10, 10, 0, 0));
+    g->FillOval(RectFromXYWH(10, 10, 0, 5));
+    g->FrameRoundRect(RectFromXYWH(10, 10, 0, 0), 4, 4);
+    g->DrawStockIcon(0, 5, 5, 0, -3);
+    g->DrawPolygon(nullptr, 0, true);
+    EXPECT_EQ(Ink().count, 0);
+}
+
+TEST_F(Shapes, RectGivenRightToLeftIsNormalised) {
+    Colour(0x00FF00);
+    Rect r{30, 50, 10, 20}; // top 30, left 50, bottom 10, right 20
+    g->FillRect(r);
+    InkBox box = Ink();
+    EXPECT_EQ(box.left, 20);
+    EXPECT_EQ(box.right, 49);
+    EXPECT_EQ(box.top, 10);
+    EXPECT_EQ(box.bottom, 29);
+    EXPECT_EQ(box.count, 30 * 20);
+}
+
+TEST_F(Shapes, LinesStayOnePixelWideWhateverThePen) {
+    Colour(0x000000);
+    g->SetPenSize(5, 5);
+    g->MoveTo(10, 50);
+    g->LineTo(100, 50);
+    EXPECT_EQ(g->PenX(), 100);
+    EXPECT_EQ(g->PenY(), 50);
+    InkBox box = Ink();
+    EXPECT_EQ(box.top, 50);
+    EXPECT_EQ(box.bottom, 50);
+    EXPECT_EQ(box.left, 10);
+    EXPECT_GE(box.right, 99);
+    EXPECT_EQ(g->PenWidth(), 5); // remembered, just not drawn
+}
+
+TEST_F(Shapes, OvalsFillInsideAndLeaveCorners) {
+    Colour(0xFF00FF);
+    g->FillOval(RectFromXYWH(20, 20, 40, 30));
+    InkBox box = Ink();
+    EXPECT_EQ(box.left, 20);
+    EXPECT_EQ(box.top, 20);
+    EXPECT_EQ(box.right, 59);
+    EXPECT_EQ(box.bottom, 49);
+    EXPECT_EQ(At(40, 35), 0xFF00FFu);
+    EXPECT_EQ(At(20, 20), 0xFFFFFFu);
+    EXPECT_EQ(At(59, 49), 0xFFFFFFu);
+
+    g->EraseRect(RectFromXYWH(0, 0, kWidth, kHeight));
+    g->FrameOval(RectFromXYWH(20, 20, 40, 30));
+    EXPECT_EQ(At(40, 35), 0xFFFFFFu); // hollow
+    EXPECT_GT(Ink().count, 80);
+}
+
+TEST_F(Shapes, RoundRectsCutTheirCorners) {
+    Colour(0x008000);
+    g->FillRoundRect(RectFromXYWH(10, 10, 60, 40), 20, 20);
+    InkBox box = Ink();
+    EXPECT_EQ(box.left, 10);
+    EXPECT_EQ(box.top, 10);
+    EXPECT_EQ(box.right, 69);
+    EXPECT_EQ(box.bottom, 49);
+    EXPECT_EQ(At(10, 10), 0xFFFFFFu);
+    EXPECT_EQ(At(69, 49), 0xFFFFFFu);
+    EXPECT_EQ(At(40, 10), 0x008000u); // middle of the top edge
+    EXPECT_EQ(At(10, 30), 0x008000u); // middle of the left edge
+
+    g->EraseRect(RectFromXYWH(0, 0, kWidth, kHeight));
+    g->FrameRoundRect(RectFromXYWH(10, 10, 60, 40), 20, 20);
+    box = Ink();
+    EXPECT_EQ(box.left, 10);
+    EXPECT_EQ(box.right, 69);
+    EXPECT_EQ(box.bottom, 49);
+    EXPECT_EQ(At(40, 30), 0xFFFFFFu);
+    EXPECT_EQ(At(10, 10), 0xFFFFFFu);
+}
+
+TEST_F(Shapes, EraseOffscreenPaintsWhiteAndKeepsTheColour) {
+    Colour(0x123456);
+    g->FillRect(RectFromXYWH(0, 0, 50, 50));
+    g->EraseRect(RectFromXYWH(10, 10, 10, 10));
+    EXPECT_EQ(At(15, 15), 0xFFFFFFu);
+    EXPECT_EQ(At(5, 5), 0x123456u);
+    g->FillRect(RectFromXYWH(60, 60, 5, 5));
+    EXPECT_EQ(At(62, 62), 0x123456u);
+}
+
+TEST_F(Shapes, PolygonFillsAndOutlines) {
+    Colour(0x0000FF);
+    const int32_t triangle[] = {10, 10, 60, 10, 10, 60};
+    g->DrawPolygon(triangle, 6, true);
+    EXPECT_EQ(At(20, 20), 0x0000FFu);
+    EXPECT_EQ(At(55, 55), 0xFFFFFFu);
+    InkBox box = Ink();
+    EXPECT_EQ(box.left, 10);
+    EXPECT_EQ(box.top, 10);
+    EXPECT_EQ(box.right, 60);
+    EXPECT_EQ(box.bottom, 60);
+}
+
+TEST_F(Shapes, PixelsSetAndRead) {
+    g->SetPixel(7, 9, ColorWordToRGB(0xABCDEF));
+    EXPECT_EQ(At(7, 9), 0xABCDEFu);
+    EXPECT_EQ(Ink().count, 1);
+    RGBColor rgb;
+    ASSERT_TRUE(g->GetPixel(7, 9, rgb));
+    EXPECT_EQ(RGBToColorWord(rgb), 0xABCDEFu);
+    EXPECT_EQ(g->ForeColor().red, 0); // the pen colour came back
+    EXPECT_FALSE(g->GetPixel(-1, 5, rgb));
+    EXPECT_FALSE(g->GetPixel(kWidth, 5, rgb));
+}
+
+TEST_F(Shapes, OriginMovesEveryDrawing) {
+    Colour(0xFF0000);
+    g->SetOrigin(5, 10);
+    g->FillRect(RectFromXYWH(20, 20, 10, 10));
+    InkBox box = Ink();
+    EXPECT_EQ(box.left, 15);
+    EXPECT_EQ(box.top, 10);
+}
+
+TEST_F(Shapes, ClipLimitsDrawingAndIsRestored) {
+    Colour(0x000000);
+    {
+        ClipSaver saver(*g);
+        Rect clip = RectFromXYWH(20, 20, 10, 10);
+        g->SetClipRect(&clip);
+        EXPECT_TRUE(g->HasClip());
+        g->FillRect(RectFromXYWH(0, 0, 100, 100));
+        InkBox box = Ink();
+        EXPECT_EQ(box.left, 20);
+        EXPECT_EQ(box.top, 20);
+        EXPECT_EQ(box.right, 29);
+        EXPECT_EQ(box.bottom, 29);
+    }
+    EXPECT_FALSE(g->HasClip());
+    g->FillRect(RectFromXYWH(100, 100, 5, 5));
+    EXPECT_EQ(At(102, 102), 0x000000u);
+}
+
+TEST_F(Shapes, FocusRingIsDashedAndSolidLinesFollow) {
+    Colour(0x000000);
+    g->DrawFocusRing(RectFromXYWH(10, 10, 40, 20));
+    InkBox ring = Ink();
+    EXPECT_EQ(ring.left, 10);
+    EXPECT_EQ(ring.top, 10);
+    EXPECT_EQ(ring.right, 49);
+    EXPECT_EQ(ring.bottom, 29);
+    EXPECT_LT(ring.count, 2 * 40 + 2 * 18); // gaps in the dashes
+    g->MoveTo(10, 80);
+    g->LineTo(110, 80);
+    EXPECT_EQ(FindInk(drawable, 10, 80, 100, 1).count, 100);
+}
+
+TEST_F(Shapes, StockIconsDrawInTheirBox) {
+    g->DrawStockIcon(0, 20, 30, 32, 32);
+    InkBox box = Ink();
+    EXPECT_GT(box.count, 50);
+    EXPECT_GE(box.left, 20);
+    EXPECT_GE(box.top, 30);
+    EXPECT_LE(box.right, 51);
+    EXPECT_LE(box.bottom, 61);
+    g->DrawStockIcon(7, 100, 30, 32, 32); // no such icon
+    EXPECT_EQ(FindInk(drawable, 100, 30, 32, 32).count, 0);
+}
+
+TEST_F(Shapes, PatternKindsAndOrigin) {
+    g->SetPatternKind(1);
+    EXPECT_EQ(g->Pattern()[0], 0x55);
+    EXPECT_EQ(g->Pattern()[1], 0xAA);
+    g->SetPatternKind(2);
+    EXPECT_EQ(g->Pattern()[0], 0xFF);
+    EXPECT_EQ(g->Pattern()[1], 0x00);
+    g->SetPatternKind(3);
+    EXPECT_EQ(g->Pattern()[5], 0xAA);
+    g->SetPatternKind(99);
+    EXPECT_EQ(g->Pattern()[5], 0xFF);
+    const uint8_t bytes[8] = {0x01, 0, 0, 0, 0, 0, 0, 0x80};
+    g->SetPatternOrigin(1, 1);
+    g->SetPattern(bytes);
+    // One row down and one bit over: row 7 shows row 0 rotated by one.
+    EXPECT_EQ(g->ShiftedPattern()[7], 0x02);
+    EXPECT_EQ(g->ShiftedPattern()[6], 0x01);
+}
+
+} // namespace
+} // namespace kelp::test

@@ -1,0 +1,264 @@
+// Text: the font mapping, metrics, measuring, wrapping and cutting.
+#include "fixture.h"
+
+#include "graphics/font_mapping.h"
+
+#include <pango/pango.h>
+
+#include <string>
+
+namespace kelp::test {
+namespace {
+
+using Text = PixmapDrawing;
+
+// The family Pango really loads for a description.
+std::string LoadedFamily(const PangoFontDescription *d) {
+    PangoContext *context = gdk_pango_context_get();
+    PangoFont *font = pango_context_load_font(context, d);
+    std::string family;
+    if (font) {
+        PangoFontDescription *real = pango_font_describe(font);
+        family = pango_font_description_get_family(real);
+        pango_font_description_free(real);
+        g_object_unref(font);
+    }
+    g_object_unref(context);
+    return family;
+}
+
+TEST_F(Text, SizesRunTwoPointsAboveTheToolkit) {
+    g->SetTextFont("Arial");
+    g->SetTextSize(12);
+    g->UpdateFont();
+    ASSERT_NE(g->FontDescription(), nullptr);
+    EXPECT_EQ(pango_font_description_get_size(g->FontDescription()), 10 * PANGO_SCALE);
+    // Size 0 is the theme's size, unchanged.
+    g->SetTextSize(0);
+    g->UpdateFont();
+    EXPECT_EQ(pango_font_description_get_size(g->FontDescription()), DefaultFontSize() * PANGO_SCALE);
+}
+
+TEST_F(Text, ArialResolvesToItsMetricTwin) {
+    FontSpec spec{"Arial", 12, 0};
+    PangoFontDescription *d = MakeFontDescription(spec);
+    ASSERT_NE(d, nullptr);
+    EXPECT_EQ(LoadedFamily(d), "Liberation Sans");
+    pango_font_description_free(d);
+}
+
+TEST_F(Text, SystemNamesMeanTheThemeFont) {
+    for (const char *name : {"System", "SmallSystem", "", "system"}) {
+        PangoFontDescription *d = MakeFontDescription(FontSpec{name, 0, 0});
+        ASSERT_NE(d, nullptr) << name;
+        EXPECT_STREQ(pango_font_description_get_family(d), DefaultFontFamily().c_str()) << name;
+        pango_font_description_free(d);
+    }
+}
+
+TEST_F(Text, StyleBitsReachTheDescription) {
+    PangoFontDescription *d = MakeFontDescription(FontSpec{"Arial", 14, kStyleBold | kStyleItalic});
+    ASSERT_NE(d, nullptr);
+    EXPECT_EQ(pango_font_description_get_weight(d), PANGO_WEIGHT_BOLD);
+    EXPECT_EQ(pango_font_description_get_style(d), PANGO_STYLE_ITALIC);
+    pango_font_description_free(d);
+}
+
+TEST_F(Text, UnknownFamilyFallsBackToALoadableFont) {
+    PangoFontDescription *d = MakeFontDescription(FontSpec{"No Such Family Xyzzy", 12, 0});
+    ASSERT_NE(d, nullptr);
+    EXPECT_FALSE(LoadedFamily(d).empty());
+    pango_font_description_free(d);
+}
+
+TEST_F(Text, FontIsRebuiltOnlyWhenAFieldChanges) {
+    g->SetTextFont("Arial");
+    g->SetTextSize(12);
+    g->UpdateFont();
+    const PangoFontDescription *first = g->FontDescription();
+    g->SetTextFont("Arial");
+    g->SetTextSize(12);
+    g->SetTextStyle(0);
+    g->UpdateFont();
+    EXPECT_EQ(g->FontDescription(), first);
+    g->SetTextSize(20);
+    g->UpdateFont();
+    EXPECT_EQ(pango_font_description_get_size(g->FontDescription()), 18 * PANGO_SCALE);
+}
+
+TEST_F(Text, MetricsGrowWithTheSize) {
+    g->SetTextFont("Arial");
+    g->SetTextSize(12);
+    const int a12 = g->Ascent(), d12 = g->Descent(), h12 = g->TextHeight();
+    EXPECT_GT(a12, 0);
+    EXPECT_GT(d12, 0);
+    EXPECT_EQ(h12, a12 + d12);
+    g->SetTextSize(30);
+    EXPECT_GT(g->TextHeight(), 2 * h12);
+}
+
+TEST_F(Text, WidthsMeasureThePixels) {
+    g->SetTextFont("Arial");
+    g->SetTextSize(14);
+    EXPECT_EQ(g->TextWidth(""), 0);
+    const int one = g->TextWidth("MMMM");
+    EXPECT_GT(one, 20);
+    EXPECT_GT(g->TextWidth("MMMMMMMM"), one + one / 2);
+    Colour(0x000000);
+    g->DrawText("MMMM", 10, 40, 0);
+    InkBox box = Ink();
+    EXPECT_GE(box.left, 10);
+    EXPECT_LE(box.right, 10 + one);
+    EXPECT_GE(box.right - box.left + 1, one - 4);
+}
+
+TEST_F(Text, BaselineIsY) {
+    g->SetTextFont("Arial");
+    g->SetTextSize(20);
+    Colour(0x000000);
+    g->DrawText("HHH", 10, 50, 0);
+    InkBox box = Ink();
+    ASSERT_GT(box.count, 0);
+    // Capitals sit on the baseline and reach up no further than the ascent.
+    EXPECT_GE(box.bottom, 48);
+    EXPECT_LE(box.bottom, 50);
+    EXPECT_GE(box.top, 50 - g->Ascent() - 1);
+}
+
+TEST_F(Text, UnderlineDrawsBelowTheBaseline) {
+    g->SetTextFont("Arial");
+    g->SetTextSize(20);
+    Colour(0x000000);
+    g->DrawText("HHH", 10, 50, 0);
+    const int plainBottom = Ink().bottom;
+    g->EraseRect(RectFromXYWH(0, 0, kWidth, kHeight));
+    g->SetTextStyle(kStyleUnderline);
+    g->DrawText("HHH", 10, 50, 0);
+    InkBox box = Ink();
+    EXPECT_GT(box.bottom, plainBottom);
+    // A second plain drawing has no underline left over.
+    g->EraseRect(RectFromXYWH(0, 0, kWidth, kHeight));
+    g->SetTextStyle(0);
+    g->DrawText("HHH", 10, 50, 0);
+    EXPECT_EQ(Ink().bottom, plainBottom);
+}
+
+TEST_F(Text, WrappedTextStaysInItsWidthAndGrowsDown) {
+    g->SetTextFont("Arial");
+    g->SetTextSize(12);
+    const std::string text = "one two three four five six seven eight nine ten";
+    const int oneLine = g->WrappedHeight(text, 0);
+    const int wrapped = g->WrappedHeight(text, 60);
+    EXPECT_GE(wrapped, 3 * oneLine);
+    Colour(0x000000);
+    g->DrawTextWrapped(text, RectFromXYWH(10, 5, 60, 200), 0);
+    InkBox box = Ink();
+    EXPECT_GE(box.left, 10);
+    EXPECT_LE(box.right, 70);
+    EXPECT_GT(box.bottom - box.top, 2 * oneLine);
+    // Unwrapped measures are unaffected by the wrapped layout before them.
+    EXPECT_EQ(g->WrappedHeight(text, 0), oneLine);
+}
+
+TEST_F(Text, CentredAndRightAlignment) {
+    g->SetTextFont("Arial");
+    g->SetTextSize(12);
+    Colour(0x000000);
+    g->DrawTextWrapped("ab", RectFromXYWH(0, 0, 200, 40), 2);
+    EXPECT_GT(Ink().left, 150);
+    g->EraseRect(RectFromXYWH(0, 0, kWidth, kHeight));
+    g->DrawTextWrapped("ab", RectFromXYWH(0, 0, 200, 40), 1);
+    InkBox box = Ink();
+    EXPECT_GT(box.left, 80);
+    EXPECT_LT(box.right, 120);
+}
+
+TEST_F(Text, CondensedTextIsCutWithAnEllipsis) {
+    g->SetTextFont("Arial");
+    g->SetTextSize(12);
+    Colour(0x000000);
+    const std::string text = "A rather long line that cannot fit";
+    g->DrawStringCondensed(text, 10, 30, 80, "...");
+    InkBox box = Ink();
+    ASSERT_GT(box.count, 0);
+    EXPECT_LE(box.right, 90);
+    EXPECT_GT(box.right, 60); // the ellipsis ends near the limit
+    EXPECT_EQ(g->TextStyle(), 0); // the condensed bit is put back
+}
+
+TEST_F(Text, ShortTextIsDrawnWhole) {
+    g->SetTextFont("Arial");
+    g->SetTextSize(12);
+    Colour(0x000000);
+    g->DrawStringCondensed("Hi", 10, 30, 150, "...");
+    const InkBox cut = Ink();
+    g->EraseRect(RectFromXYWH(0, 0, kWidth, kHeight));
+    g->DrawText("Hi", 10, 30, 0);
+    const InkBox whole = Ink();
+    EXPECT_EQ(cut.count, whole.count);
+    EXPECT_EQ(cut.right, whole.right);
+}
+
+TEST_F(Text, EllipsisWiderThanTheSpaceDrawsNothing) {
+    g->SetTextFont("Arial");
+    g->SetTextSize(12);
+    Colour(0x000000);
+    g->DrawStringCondensed("Something long enough to cut", 10, 30, 5, "...");
+    EXPECT_EQ(Ink().count, 0);
+}
+
+TEST_F(Text, FitTextFindsTheLongestFittingPrefix) {
+    g->SetTextFont("Arial");
+    g->SetTextSize(12);
+    const std::string text = "The quick brown fox jumps over the lazy dog";
+    for (int width : {1, 15, 40, 100, 170}) {
+        const int n = g->FitText(text, width, false);
+        EXPECT_LE(g->TextWidth(text.substr(0, n)), width) << width;
+        if (n < static_cast<int>(text.size())) {
+            EXPECT_GT(g->TextWidth(text.substr(0, n + 1)), width) << width;
+        }
+    }
+    EXPECT_EQ(g->FitText(text, 10000, false), static_cast<int>(text.size()));
+    // Word breaks end on a blank.
+    const int n = g->FitText(text, 100, true);
+    ASSERT_GT(n, 0);
+    EXPECT_EQ(text[n - 1], ' ');
+}
+
+TEST_F(Text, FitTextNeverSplitsACharacter) {
+    g->SetTextFont("Arial");
+    g->SetTextSize(12);
+    const std::string text = "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xE2\x82\xAC\xE2\x82\xAC";
+    for (int width = 1; width < 120; width += 3) {
+        const int n = g->FitText(text, width, false);
+        ASSERT_TRUE(n == static_cast<int>(text.size()) || (static_cast<uint8_t>(text[n]) & 0xC0) != 0x80)
+            << "cut inside a character at " << n;
+    }
+}
+
+TEST_F(Text, BadTextIsDrawnNotRefused) {
+    g->SetTextFont("Arial");
+    g->SetTextSize(12);
+    Colour(0x000000);
+    const std::string latin1 = "caf\xE9 \xFF\xFE";
+    EXPECT_GT(g->TextWidth(latin1), 0);
+    g->DrawText(latin1, 10, 30, 0);
+    EXPECT_GT(Ink().count, 0);
+}
+
+TEST(FontList, SystemComesFirstAndFamiliesFollow) {
+    if (!RequireToolkitDisplay())
+        GTEST_SKIP() << "no X server";
+    EXPECT_EQ(FontFamilyName(0), "System");
+    const int count = FontFamilyCount();
+    ASSERT_GT(count, 1);
+    bool liberation = false;
+    for (int i = 1; i < count; ++i)
+        liberation |= FontFamilyName(i) == "Liberation Sans";
+    EXPECT_TRUE(liberation);
+    EXPECT_EQ(FontFamilyName(count), "");
+    EXPECT_EQ(FontFamilyName(-1), "");
+}
+
+} // namespace
+} // namespace kelp::test

@@ -4,6 +4,7 @@
 
 #include "exceptions/fatal_report.h"
 #include "strings/encodings.h"
+#include "containers/simple_vector.h"
 #include "strings/small_alloc.h"
 
 #include <cstring>
@@ -21,10 +22,14 @@ const uint8_t kEmptyPString[2] = {0, 0};
 
 inline uint8_t LengthByte(long length) { return static_cast<uint8_t>(length < 256 ? length : 255); }
 
-// Literal records of an image carry their text right behind the record;
-// that buffer was never allocated and must never be freed.
-inline bool BufferIsInline(const stringStorage *record) {
-    return record->buffer == reinterpret_cast<const uint8_t *>(record) + KELP_LITERAL_TEXT_OFFSET;
+// Memory areas holding string constants in place (image data segments).
+struct LiteralArea {
+    const uint8_t *begin = nullptr;
+    const uint8_t *end = nullptr;
+};
+SimpleVector<LiteralArea> &LiteralAreas() {
+    static SimpleVector<LiteralArea> areas;
+    return areas;
 }
 
 // A new record holding `length` bytes copied from `bytes` (zeros when null).
@@ -98,10 +103,38 @@ void ReleaseStringStorage(stringStorage *record) {
     }
     if (--record->referenceCount > 0)
         return;
-    if (BufferIsInline(record))
-        return; // an image literal: neither record nor buffer is ours
+    if (IsInLiteralArea(record))
+        return; // an image constant: neither record nor buffer is ours
     OSfreelen(record->buffer, record->capacity);
     OSfreelen(record, sizeof(stringStorage));
+}
+
+void RegisterLiteralArea(const void *begin, size_t size) {
+    if (!begin || size == 0)
+        return;
+    const auto *b = static_cast<const uint8_t *>(begin);
+    LiteralAreas().Append(LiteralArea{b, b + size});
+}
+
+void UnregisterLiteralArea(const void *begin) {
+    SimpleVector<LiteralArea> &areas = LiteralAreas();
+    for (uint32_t i = 0; i < areas.Count(); ++i)
+        if (areas[i].begin == begin) {
+            // Fill the hole with the last area.
+            LiteralArea last = areas.Pop();
+            if (i < areas.Count())
+                areas[i] = last;
+            return;
+        }
+}
+
+bool IsInLiteralArea(const void *address) {
+    const auto *p = static_cast<const uint8_t *>(address);
+    SimpleVector<LiteralArea> &areas = LiteralAreas();
+    for (uint32_t i = 0; i < areas.Count(); ++i)
+        if (p >= areas[i].begin && p < areas[i].end)
+            return true;
+    return false;
 }
 
 // ------------------------------------------------------------ construction

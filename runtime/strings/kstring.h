@@ -202,7 +202,17 @@ int LanguageCompare(const string &a, const string &b);
 // length byte and NUL in place), or null for a length below 1.  Buffer
 // allocation is soft when `soft` is set: failure gives null.
 stringStorage *NewStringStorage(long length, bool soft = false);
-// Count - 1, freeing buffer and record at 0.  Null is accepted.
+// Count - 1, freeing buffer and record at 0.  Null is accepted.  Records
+// inside a registered literal area are never freed, and a release below 0 is
+// reported and ignored.
 void ReleaseStringStorage(stringStorage *record);
+
+// Marks memory that holds string constants laid down in place (an image's
+// data segment): their records and buffers were never allocated, so the
+// string runtime must never free them, whatever happens to their counts.
+// The image binder registers each data segment it makes literals live in.
+void RegisterLiteralArea(const void *begin, size_t size);
+void UnregisterLiteralArea(const void *begin);
+bool IsInLiteralArea(const void *address);
 
 } // namespace kelp

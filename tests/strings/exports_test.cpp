@@ -93,8 +93,9 @@ TEST(StringExports, CompareFollowsTheLanguage) {
 }
 
 TEST(StringExports, LiteralRecordsAreNeverWrittenOrFreed) {
-    Literal lit;
+    static Literal lit; // static data, as an image's segment would be
     MakeLiteral(lit, "Open");
+    kelp::RegisterLiteralArea(&lit, sizeof lit);
     {
         string held = string::Wrap(&lit.record);
         EXPECT_EQ(lit.record.referenceCount, 2);
@@ -112,6 +113,8 @@ TEST(StringExports, LiteralRecordsAreNeverWrittenOrFreed) {
     RuntimeUnlockString(&lit.record);
     EXPECT_EQ(reports.count(), 1);
     EXPECT_STREQ(reinterpret_cast<char *>(lit.text + 1), "Open");
+    kelp::UnregisterLiteralArea(&lit);
+    EXPECT_FALSE(kelp::IsInLiteralArea(&lit.record));
 }
 
 } // namespace

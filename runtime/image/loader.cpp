@@ -195,10 +195,17 @@ std::string ExecutablePath(const char *argv0) {
 }
 
 int LoadApplicationImage(const char *argv0, EntryPoint builtinEntry) {
-    const std::string path = ExecutablePath(argv0);
+    std::string path = ExecutablePath(argv0);
     Segments segments;
     std::string error;
-    const ReadStatus status = ReadAppendedImage(path, segments, error);
+    ReadStatus status = ReadAppendedImage(path, segments, error);
+    if (status == ReadStatus::kUnreadable) {
+        // argv[0] as the caller set it need not name this program's file;
+        // the operating system's link always does.
+        path = ExecutablePath(nullptr);
+        error.clear();
+        status = ReadAppendedImage(path, segments, error);
+    }
     bool found = status == ReadStatus::kOk;
     if (status == ReadStatus::kDamaged || status == ReadStatus::kUnreadable) {
         std::fprintf(stderr, "kelp: %s: damaged application image: %s\n", path.c_str(),

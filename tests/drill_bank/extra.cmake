@@ -1,0 +1,2 @@
+# The bank's tests run the drill's own code against the real runtime.
+target_link_libraries(${target} PRIVATE sumbrook_app)

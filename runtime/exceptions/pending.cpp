@@ -5,6 +5,7 @@
 // region takes goes to the unhandled handler exactly once: at the raise when
 // no region is open, or when the outermost region closes with it pending.
 #include "exceptions/unhandled.h"
+#include "exceptions/callback_scope.h"
 
 #include "exceptions/fatal_report.h"
 #include "exceptions/raise.h"
@@ -94,3 +95,18 @@ extern "C" RuntimeObject *RuntimeTakeException(void) {
     state.pending = nullptr;
     return taken;
 }
+
+namespace kelp {
+
+CompiledCallbackScope::CompiledCallbackScope() : stashed_(RuntimeTakeException()) {}
+
+CompiledCallbackScope::~CompiledCallbackScope() {
+    ThreadExceptionState &state = State();
+    if (state.pending) {
+        RuntimeUnlockObject(stashed_); // the callback's exception is the newer
+        return;
+    }
+    state.pending = stashed_;
+}
+
+} // namespace kelp

@@ -3,6 +3,7 @@
 // functions" here are written the way the compiler's output behaves: they
 // test for a pending exception after each call and go to their handler.
 #include "exception_kit.h"
+#include "exceptions/callback_scope.h"
 #include "exceptions/raise.h"
 #include "exceptions/unhandled.h"
 
@@ -213,6 +214,48 @@ TEST_F(Raising, EachThreadHasItsOwnPendingException) {
     RuntimeLeaveHandlerRegion();
     EXPECT_NE(slot, nullptr);
     RuntimeUnlockObject(slot);
+}
+
+} // namespace
+
+namespace {
+
+int gCallbackSawPending = -1;
+// A compiled event handler with a region: anything pending after its call
+// is taken as its own.
+void CompiledHandler() {
+    RuntimeEnterHandlerRegion();
+    RuntimeLockObject(nullptr); // a call that raises nothing
+    gCallbackSawPending = RuntimePendingException() != nullptr;
+    if (RuntimePendingException())
+        RuntimeUnlockObject(RuntimeTakeException()); // would swallow a stranger
+    RuntimeLeaveHandlerRegion();
+}
+
+TEST_F(Raising, CallbacksFromTheRuntimeDoNotSeeAnEarlierPendingException) {
+    RuntimeEnterHandlerRegion();
+    RuntimeNilObject(); // pending for this region
+    {
+        kelp::CompiledCallbackScope scope;
+        CompiledHandler();
+    }
+    EXPECT_EQ(gCallbackSawPending, 0);
+    RuntimeObject *slot = RuntimeTakeException();
+    ASSERT_NE(slot, nullptr) << "the earlier exception is pending again";
+    EXPECT_EQ(ClassOf(slot), "NilObjectException");
+    RuntimeUnlockObject(slot);
+
+    // A callback that leaves its own exception pending: that one wins.
+    RuntimeNilObject();
+    {
+        kelp::CompiledCallbackScope scope;
+        kelp::RaiseOutOfBounds();
+    }
+    slot = RuntimeTakeException();
+    RuntimeLeaveHandlerRegion();
+    EXPECT_EQ(ClassOf(slot), "OutOfBoundsException");
+    RuntimeUnlockObject(slot);
+    EXPECT_TRUE(gUnhandled.empty());
 }
 
 } // namespace

@@ -33,17 +33,15 @@ struct FamilyList {
     int count = 0;
 };
 
-// Made once: listing families asks fontconfig for every installed font.
+// Made once, at the first need that has a display: listing families asks
+// fontconfig for every installed font.
 const FamilyList &Families() {
-    static FamilyList list = [] {
-        FamilyList l;
-        if (!DisplayAvailable())
-            return l;
+    static FamilyList list;
+    if (!list.families && DisplayAvailable()) {
         PangoContext *context = gdk_pango_context_get();
-        pango_context_list_families(context, &l.families, &l.count);
+        pango_context_list_families(context, &list.families, &list.count);
         g_object_unref(context);
-        return l;
-    }();
+    }
     return list;
 }
 

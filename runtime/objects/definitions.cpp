@@ -252,6 +252,17 @@ RuntimeClass *Convert(ObjectDefinition *definition) {
     return out;
 }
 
+// A class the image built has its own event table; the library's hooks name
+// its rows by event name, so that firing code finds the image's handlers.
+void BindHooksToImageClass(ObjectDefinition *definition, RuntimeClass *klass) {
+    for (ObjectHook *h = definition->hooks; h; h = h->next) {
+        h->index = -1;
+        for (int32_t i = klass->eventCount - 1; i >= 0 && h->index < 0; --i)
+            if (objtext::SameName(objtext::View(klass->eventTable[i].name), h->name ? h->name : ""))
+                h->index = i;
+    }
+}
+
 ObjectDefinition *FindAmongAccessors(const std::vector<DefinitionAccessor> &accessors,
                                      std::string_view name) {
     for (DefinitionAccessor accessor : accessors) {
@@ -403,6 +414,8 @@ RuntimeClass *ClassForDefinition(ObjectDefinition *definition) {
         }
     if (!klass)
         klass = Convert(definition);
+    else
+        BindHooksToImageClass(definition, klass);
     if (klass)
         cache[definition] = klass;
     return klass;

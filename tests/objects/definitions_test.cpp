@@ -183,12 +183,24 @@ TEST(Definitions, SubclassInheritsRowsAndImplementsEventsAndInterfaces) {
     EXPECT_TRUE(reports.Has("!parent->isAnInterface"));
 }
 
+void ImageTickHandler(RuntimeObject *) {}
+
 TEST(Definitions, AClassTheImageBuiltStandsForTheDefinition) {
-    RuntimeClass *image = MakeClass(nullptr, "DfImageBuilt", 200);
-    static const ClassDescription description = {.name = "dfimagebuilt", .instanceSize = 64};
+    // The image's class has its events in its own order.
+    RuntimeClass *image = MakeClass(nullptr, "DfImageBuilt", 200, 0, 0, 2);
+    image->eventTable[0] = {nullptr, Lit("Close")};
+    image->eventTable[1] = {reinterpret_cast<void *>(&ImageTickHandler), Lit("Tick")};
+    static ObjectHook *tick = nullptr, *close = nullptr;
+    static const EventRow events[] = {{"Tick", "", nullptr, &tick}, {"Close", "", nullptr, &close}};
+    static const ClassDescription description = {
+        .name = "dfimagebuilt", .instanceSize = 64, .events = events};
     ObjectDefinition *d = BuildDefinition(description);
     EXPECT_EQ(ClassForDefinition(d), image);
     EXPECT_EQ(image->instanceSize, 200u);
+    RuntimeObject *o = NewObjectOfDefinition(d);
+    EXPECT_EQ(FindEventHandler(o, tick), reinterpret_cast<void *>(&ImageTickHandler));
+    EXPECT_EQ(FindEventHandler(o, close), nullptr);
+    RuntimeUnlockObject(o);
 }
 
 ObjectDefinition *DfBrokenDefinition() {

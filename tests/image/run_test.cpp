@@ -174,6 +174,25 @@ TEST(RunImage, DamagedImagesEndWithOneClearLineAndNoCrash) {
     }
 }
 
+TEST(RunImage, BuilderPrintsStringsAndTheEmptyString) {
+    ImageBuilder b;
+    b.Prologue();
+    b.Push(Reg::RBX); // the caller's; twice, to keep the stack aligned
+    b.Push(Reg::RBX);
+    b.LoadString(Reg::RBX, "a literal");
+    b.PutsString(Reg::RBX);
+    b.MovImm(Reg::RSI, 0);
+    b.PutsString(Reg::RSI);
+    b.PutsString(Reg::RBX);
+    b.PutsText("done");
+    b.Pop(Reg::RBX);
+    b.Pop(Reg::RBX);
+    b.Epilogue();
+    RunResult r = kelp::test::RunAppended(b.Build());
+    EXPECT_EQ(r.out, "a literal\n\na literal\ndone\n");
+    EXPECT_EQ(r.status, 0);
+}
+
 // --------------------------------------------------------------- the tool
 
 TEST(KelpImageTool, PacksLooseFilesAndTheResultRuns) {

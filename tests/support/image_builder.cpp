@@ -185,6 +185,23 @@ void ImageBuilder::CallLocal(uint32_t codeOffset) {
     AppendU32(code_, uint32_t(int32_t(codeOffset) - int32_t(code_.size() + 4)));
 }
 
+void ImageBuilder::PutsString(Reg r) {
+    if (r != Reg::RDI)
+        MovReg(Reg::RDI, r);
+    Bytes({0x48, 0x85, 0xFF});             // test rdi, rdi
+    Bytes({0x74, 0x10});                   // jz +16: to the empty line
+    LoadMem(Reg::RDI, Reg::RDI, 8);        // 7 bytes: the buffer
+    AddImm(Reg::RDI, 1);                   // 7 bytes: past the length byte
+    Bytes({0xEB, 0x0A});                   // jmp +10: over the empty line
+    LoadDataAddress(Reg::RDI, AddCString("")); // 10 bytes
+    CallSoftImport("puts", "libc.so.6");
+}
+
+void ImageBuilder::PutsText(const std::string &text) {
+    LoadDataAddress(Reg::RDI, AddCString(text));
+    CallSoftImport("puts", "libc.so.6");
+}
+
 uint32_t ImageBuilder::AddData(const std::vector<uint8_t> &bytes) {
     while (data_.size() % KELP_LITERAL_ALIGN)
         data_.push_back(0);

@@ -74,6 +74,13 @@ public:
     // call to an offset in this image's code (rel32, needs no link record).
     void CallLocal(uint32_t codeOffset);
 
+    // Writes a line to standard output with the C library's puts (a soft
+    // import of libc.so.6): the text of the string whose stringStorage* is in
+    // r (an empty line for null, the empty string), or a fixed text.
+    // Clobbers the caller-saved registers, as any call does.
+    void PutsString(Reg r);
+    void PutsText(const std::string &text);
+
     // ------------------------------------------------------------ data
     // Appends bytes to the data segment (8-aligned); returns their offset.
     uint32_t AddData(const std::vector<uint8_t> &bytes);

@@ -9,4 +9,8 @@ ObjectDefinition *RuntimeExceptionDefinition();
 // by name, without case; null for a name that is none of them.
 ObjectDefinition *ExceptionDefinitionNamed(const char *name);
 
+// Creates an object of the definition's class, raises it and drops the
+// creator's reference.
+void RaiseOfDefinition(ObjectDefinition *definition);
+
 } // namespace kelp

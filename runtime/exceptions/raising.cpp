@@ -47,6 +47,10 @@ void RaiseOfClass(RuntimeClass *exceptionClass) {
     RuntimeUnlockObject(exception);
 }
 
+void RaiseOfDefinition(ObjectDefinition *definition) {
+    RaiseOfClass(definition ? ClassForDefinition(definition) : nullptr);
+}
+
 void RaiseNilObject() { RaiseOfClass(CachedClass(gNilObjectClass, "NilObjectException")); }
 void RaiseIllegalCast() { RaiseOfClass(CachedClass(gIllegalCastClass, "IllegalCastException")); }
 void RaiseOutOfBounds() { RaiseOfClass(CachedClass(gOutOfBoundsClass, "OutOfBoundsException")); }

@@ -34,6 +34,10 @@
 //     }
 //     KELP_INTRINSIC_CLASS(TimerDefinition);    // registered at start
 //
+// A module (a named group of functions and constants) is declared the same
+// way with `.instanceSize = 0` and no super, events or life-cycle functions,
+// and registered with KELP_INTRINSIC_MODULE.
+//
 // A subclass names its super with `.super = RectControlDefinition`; an
 // implementation of an inherited event is a HookInstanceRow; an interface the
 // class implements is listed in `.interfaces` by its accessor, and its

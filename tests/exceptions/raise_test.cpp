@@ -4,6 +4,7 @@
 // test for a pending exception after each call and go to their handler.
 #include "exception_kit.h"
 #include "exceptions/callback_scope.h"
+#include "exceptions/exception_classes.h"
 #include "exceptions/raise.h"
 #include "exceptions/unhandled.h"
 
@@ -171,6 +172,17 @@ TEST_F(Raising, TheRaiseHookSeesRaisesButNotReraises) {
     RuntimeUnlockObject(slot);
     kelp::SetRaiseHook(old);
     EXPECT_EQ(gHooked, std::vector<std::string>{"OutOfBoundsException"});
+}
+
+TEST_F(Raising, RaiseOfDefinitionMakesAnObjectOfThatClass) {
+    RuntimeEnterHandlerRegion();
+    kelp::RaiseOfDefinition(kelp::ExceptionDefinitionNamed("StackOverflowException"));
+    RuntimeObject *slot = RuntimeTakeException();
+    RuntimeLeaveHandlerRegion();
+    EXPECT_EQ(ClassOf(slot), "StackOverflowException");
+    EXPECT_TRUE(RuntimeObjectIsa(slot, RuntimeLookupClass(Lit("RuntimeException"))));
+    RuntimeUnlockObject(slot);
+    EXPECT_EQ(kelp::ExceptionDefinitionNamed("Window"), nullptr);
 }
 
 TEST_F(Raising, FunctionNotFoundCarriesItsMessage) {

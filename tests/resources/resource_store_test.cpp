@@ -15,6 +15,7 @@
 #include <gtk/gtk.h>
 #include <sys/stat.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -179,6 +180,27 @@ TEST_F(ResourceStore, EachSoundRequestWritesItsOwnTemporaryFileRemovedAtTheRunDo
     struct stat st;
     EXPECT_NE(stat(first.path.c_str(), &st), 0);
     EXPECT_NE(stat(second.path.c_str(), &st), 0);
+}
+
+TEST_F(ResourceStore, RowsFromAnAppendedImageKnowWhereTheirBytesLieInTheFile) {
+    ImageBuilder b;
+    b.Ret();
+    b.AddResource("TEXT", 1, std::string("first text"));
+    b.AddResource("WAVE", 2, std::string("RIFF and the rest"));
+    kelp::test::TempDir dir;
+    ASSERT_TRUE(kelp::test::WriteAppended(b.Build(), dir / "app"));
+    img::Segments segments;
+    std::string error;
+    ASSERT_EQ(img::ReadAppendedImage(dir / "app", segments, error), img::ReadStatus::kOk) << error;
+    img::PreparedImage p;
+    ASSERT_TRUE(img::PrepareImage(std::move(segments), p, error)) << error;
+    const auto file = kelp::test::ReadFileBytes(dir / "app");
+    for (uint32_t id : {1u, 2u}) {
+        const kelp::ResourceRow row = kelp::ResourceAt(id - 1);
+        ASSERT_NE(row.fileOffset, 0u);
+        ASSERT_LE(size_t(row.fileOffset) + row.length, file.size());
+        EXPECT_EQ(std::memcmp(file.data() + row.fileOffset, row.data, row.length), 0) << id;
+    }
 }
 
 TEST_F(ResourceStore, WindowIconsGoToTheToolkitLastOneFirst) {

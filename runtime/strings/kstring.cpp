@@ -27,9 +27,11 @@ struct LiteralArea {
     const uint8_t *begin = nullptr;
     const uint8_t *end = nullptr;
 };
+// Never destroyed: strings held in static objects are released during the
+// process's exit and still ask about these areas then.
 SimpleVector<LiteralArea> &LiteralAreas() {
-    static SimpleVector<LiteralArea> areas;
-    return areas;
+    static auto *areas = new SimpleVector<LiteralArea>;
+    return *areas;
 }
 
 // A new record holding `length` bytes copied from `bytes` (zeros when null).

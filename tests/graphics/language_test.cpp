@@ -13,7 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <cstring>
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -25,7 +25,7 @@ struct IntArray {
     explicit IntArray(const std::vector<int32_t> &values) {
         record = static_cast<RuntimeArray *>(std::calloc(1, sizeof(RuntimeArray) + sizeof(int32_t)));
         storage.assign(values.size() + 1, 0);
-        std::memcpy(storage.data() + 1, values.data(), values.size() * sizeof(int32_t));
+        std::copy(values.begin(), values.end(), storage.begin() + 1);
         record->referenceCount = 1;
         record->buffer = values.empty() ? nullptr : storage.data();
         record->dimensions = 1;

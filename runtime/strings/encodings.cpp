@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <new>
+#include <string>
 #include <clocale>
 #include <cstring>
 #include <cwctype>
@@ -207,6 +208,100 @@ int UCS2StringCompare(const uint8_t *a, long unitsA, const uint8_t *b, long unit
     }
     return unitsA < unitsB ? -1 : (unitsA > unitsB ? 1 : 0);
 }
+
+uint32_t UTF8Decode(const uint8_t *p, const uint8_t *end) { return UTF8DecodeAndAdvance(p, end); }
+
+const uint8_t *AdvanceUTF8(const uint8_t *p, const uint8_t *end, long count) {
+    while (count-- > 0 && p < end) {
+        ++p;
+        while (p < end && (*p & 0xC0) == 0x80)
+            ++p;
+    }
+    return p;
+}
+
+const uint8_t *BackupUTF8(const uint8_t *p, const uint8_t *start, long count) {
+    while (count-- > 0 && p > start) {
+        --p;
+        while (p > start && (*p & 0xC0) == 0x80)
+            --p;
+    }
+    return p;
+}
+
+bool UTF8IsCaseless(const uint8_t *text, long length) {
+    const uint8_t *p = text, *end = text + (length > 0 ? length : 0);
+    while (p < end) {
+        uint32_t c = UTF8DecodeAndAdvance(p, end);
+        if (UnicodeCharToUpper(c) != c || UnicodeCharToLower(c) != c)
+            return false;
+    }
+    return true;
+}
+
+namespace {
+
+bool IsUnicodeSpace(uint32_t c) {
+    if (c < 128)
+        return c == ' ' || (c >= 9 && c <= 13);
+    locale_t l = UnicodeLocale();
+    return l && iswspace_l(static_cast<wint_t>(c), l);
+}
+
+enum class CaseChange { Upper, Lower, Capitalize };
+
+uint32_t ChangeOne(uint32_t c, CaseChange change, bool &wordStart) {
+    uint32_t out;
+    if (change == CaseChange::Upper)
+        out = UnicodeCharToUpper(c);
+    else if (change == CaseChange::Lower)
+        out = UnicodeCharToLower(c);
+    else
+        out = wordStart ? UnicodeCharToUpper(c) : UnicodeCharToLower(c);
+    wordStart = IsUnicodeSpace(c);
+    return out;
+}
+
+string ChangeUTF8(const string &s, CaseChange change) {
+    if (s.Length() == 0)
+        return s;
+    const auto *p = reinterpret_cast<const uint8_t *>(s.CString());
+    const uint8_t *end = p + s.Length();
+    // A changed character may take up to 3 bytes more than the original 1.
+    std::string out;
+    out.reserve(static_cast<size_t>(s.Length()) + 8);
+    bool wordStart = true;
+    while (p < end) {
+        uint8_t bytes[5];
+        int n = UTF8Encode(ChangeOne(UTF8DecodeAndAdvance(p, end), change, wordStart), bytes);
+        out.append(reinterpret_cast<const char *>(bytes), static_cast<size_t>(n));
+    }
+    return string::FromBytes(out.data(), static_cast<long>(out.size()), s.Encoding());
+}
+
+string ChangeUCS2(const string &s, CaseChange change) {
+    long units = s.Length() / 2;
+    if (units == 0)
+        return s;
+    std::string out(s.CString(), static_cast<size_t>(s.Length()));
+    bool wordStart = true;
+    for (long i = 0; i < units; ++i) {
+        uint16_t unit;
+        std::memcpy(&unit, out.data() + 2 * i, 2);
+        unit = static_cast<uint16_t>(ChangeOne(unit, change, wordStart));
+        std::memcpy(out.data() + 2 * i, &unit, 2);
+    }
+    return string::FromBytes(out.data(), static_cast<long>(out.size()), s.Encoding());
+}
+
+} // namespace
+
+string UTF8ToUpper(const string &s) { return ChangeUTF8(s, CaseChange::Upper); }
+string UTF8ToLower(const string &s) { return ChangeUTF8(s, CaseChange::Lower); }
+string UTF8Capitalize(const string &s) { return ChangeUTF8(s, CaseChange::Capitalize); }
+string UCS2ToUpper(const string &s) { return ChangeUCS2(s, CaseChange::Upper); }
+string UCS2ToLower(const string &s) { return ChangeUCS2(s, CaseChange::Lower); }
+string UCS2Capitalize(const string &s) { return ChangeUCS2(s, CaseChange::Capitalize); }
 
 // ----------------------------------------------------------------- iconv
 

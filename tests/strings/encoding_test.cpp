@@ -272,3 +272,52 @@ TEST(UnicodeHelpers, DecodingNeverRunsPastTheEnd) {
 }
 
 } // namespace
+
+namespace {
+
+using kelp::string;
+
+std::string Bytes16(const char16_t *text) {
+    return std::string(reinterpret_cast<const char *>(text), std::char_traits<char16_t>::length(text) * 2);
+}
+
+TEST(CaseChanges, Utf8TextChangesByCodePoint) {
+    string s = string::FromUTF8("stra\xc3\x9f" "e \xc3\xa9t\xc3\xa9 \xce\xb1\xce\xb2 \xe2\x98\xba");
+    string upper = kelp::UTF8ToUpper(s);
+    EXPECT_EQ(upper.Encoding(), kEncodingUTF8);
+    // ß has no single upper-case form here and stays; é and Greek letters rise.
+    EXPECT_EQ(std::string(upper.View()), "STRA\xc3\x9f" "E \xc3\x89T\xc3\x89 \xce\x91\xce\x92 \xe2\x98\xba");
+    EXPECT_EQ(std::string(kelp::UTF8ToLower(upper).View()),
+              "stra\xc3\x9f" "e \xc3\xa9t\xc3\xa9 \xce\xb1\xce\xb2 \xe2\x98\xba");
+    string title = kelp::UTF8Capitalize(string::FromUTF8("\xc3\xa9" "cole DU\tsOIR\nx"));
+    EXPECT_EQ(std::string(title.View()), "\xc3\x89" "cole Du\tSoir\nX");
+    EXPECT_EQ(kelp::UTF8ToUpper(string()).Storage(), nullptr);
+}
+
+TEST(CaseChanges, Utf16TextChangesByUnit) {
+    string s = string::FromBytes(u"h\u00e9llo w\u00f6rld", 22, kEncodingUTF16);
+    EXPECT_EQ(std::string(kelp::UCS2ToUpper(s).View()), Bytes16(u"H\u00c9LLO W\u00d6RLD"));
+    EXPECT_EQ(std::string(kelp::UCS2Capitalize(s).View()), Bytes16(u"H\u00e9llo W\u00f6rld"));
+    EXPECT_EQ(std::string(kelp::UCS2ToLower(kelp::UCS2ToUpper(s)).View()), std::string(s.View()));
+    EXPECT_EQ(kelp::UCS2ToUpper(s).Encoding(), kEncodingUTF16);
+}
+
+TEST(CaseChanges, CaselessTextAndWalkingOverCodePoints) {
+    const char *digits = "12-34 \xe2\x98\xba";
+    EXPECT_TRUE(kelp::UTF8IsCaseless(reinterpret_cast<const uint8_t *>(digits), 9));
+    const char *word = "ab\xc3\xa9";
+    EXPECT_FALSE(kelp::UTF8IsCaseless(reinterpret_cast<const uint8_t *>(word), 4));
+    EXPECT_FALSE(kelp::UTF8IsCaseless(reinterpret_cast<const uint8_t *>("--x"), 3));
+
+    const auto *text = reinterpret_cast<const uint8_t *>("a\xc3\xa9\xe2\x98\xba" "b");
+    const uint8_t *end = text + 7;
+    EXPECT_EQ(kelp::AdvanceUTF8(text, end, 1), text + 1);
+    EXPECT_EQ(kelp::AdvanceUTF8(text, end, 2), text + 3);
+    EXPECT_EQ(kelp::AdvanceUTF8(text, end, 3), text + 6);
+    EXPECT_EQ(kelp::AdvanceUTF8(text, end, 99), end);
+    EXPECT_EQ(kelp::BackupUTF8(end, text, 2), text + 3);
+    EXPECT_EQ(kelp::BackupUTF8(end, text, 99), text);
+    EXPECT_EQ(kelp::UTF8Decode(text + 3, end), 0x263Au);
+}
+
+} // namespace

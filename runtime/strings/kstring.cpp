@@ -226,10 +226,9 @@ string &string::operator=(string &&other) noexcept {
         stringStorage *old = s_;
         s_ = other.s_;
         other.s_ = nullptr;
-        if (old != s_)
-            ReleaseStringStorage(old);
-        else if (old)
-            ReleaseStringStorage(old); // both held a reference to one record
+        // Even when both handles held the same record, each held its own
+        // reference, so the old one goes.
+        ReleaseStringStorage(old);
     }
     return *this;
 }

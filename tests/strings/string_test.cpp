@@ -110,6 +110,10 @@ TEST(StringReferences, CopiesShareAndAssignmentMovesReferences) {
         EXPECT_EQ(Count(a), 3);
     }
     EXPECT_EQ(Count(a), 1);
+    string same = a;
+    a = std::move(same); // both held the record: one reference remains
+    EXPECT_EQ(Count(a), 1);
+    EXPECT_EQ(same.Storage(), nullptr);
 }
 
 TEST(StringReferences, WrapAdoptAndExtractFollowTheBoundaryRules) {

@@ -548,4 +548,34 @@ void GraphicsGTK::DrawFocusRing(const Rect &r) {
     gdk_gc_set_line_attributes(gc, 1, GDK_LINE_SOLID, GDK_CAP_NOT_LAST, GDK_JOIN_MITER);
 }
 
+void GraphicsGTK::DrawDrawableScaled(GdkDrawable *source, const Rect &sourceRect, const Rect &destRect) {
+    GdkGC *gc = GC();
+    if (!gc || !source)
+        return;
+    const int sx = std::min(sourceRect.left, sourceRect.right), sy = std::min(sourceRect.top, sourceRect.bottom);
+    const int sw = std::abs(sourceRect.right - sourceRect.left), sh = std::abs(sourceRect.bottom - sourceRect.top);
+    Rect d = ToDrawable(destRect, false);
+    const int dw = d.right - d.left, dh = d.bottom - d.top;
+    int storeW = 0, storeH = 0;
+    gdk_drawable_get_size(source, &storeW, &storeH);
+    if (sw < 1 || sh < 1 || dw < 1 || dh < 1 || sx < 0 || sy < 0 || sx + sw > storeW || sy + sh > storeH)
+        return;
+    if (sw == dw && sh == dh) {
+        gdk_draw_drawable(Drawable(), gc, source, sx, sy, d.left, d.top, dw, dh);
+        return;
+    }
+    GdkColormap *colormap = gdk_drawable_get_colormap(source);
+    if (!colormap)
+        colormap = gdk_colormap_get_system();
+    GdkPixbuf *part = gdk_pixbuf_get_from_drawable(nullptr, source, colormap, sx, sy, 0, 0, sw, sh);
+    if (!part)
+        return;
+    GdkPixbuf *scaled = gdk_pixbuf_scale_simple(part, dw, dh, GDK_INTERP_BILINEAR);
+    g_object_unref(part);
+    if (!scaled)
+        return;
+    gdk_draw_pixbuf(Drawable(), gc, scaled, 0, 0, d.left, d.top, dw, dh, GDK_RGB_DITHER_NONE, 0, 0);
+    g_object_unref(scaled);
+}
+
 } // namespace kelp

@@ -64,6 +64,10 @@ public:
     void SetPixel(int32_t x, int32_t y, const RGBColor &rgb) override;
     void DrawFocusRing(const Rect &r) override;
 
+    // Copies `sourceRect` of another drawable (an offscreen picture) into
+    // `destRect` (window coordinates), scaling when the sizes differ.
+    void DrawDrawableScaled(GdkDrawable *source, const Rect &sourceRect, const Rect &destRect);
+
     // Window coordinates to drawable coordinates, normalised so that
     // left <= right and top <= bottom; with `clipToPane` limited to the pane
     // (or, off screen, to the clip).

@@ -3,7 +3,7 @@
 
 #include "exceptions/raise.h"
 #include "graphics/font_mapping.h"
-#include "objects/text.h"
+#include "strings/kstring.h"
 
 extern "C" {
 
@@ -14,7 +14,7 @@ KelpString getFontName(int32_t index) {
         kelp::RaiseOutOfBounds();
         return nullptr;
     }
-    return kelp::objtext::Make(kelp::FontFamilyName(index));
+    return kelp::string::FromUTF8(kelp::FontFamilyName(index)).Release();
 }
 
 } // extern "C"

@@ -9,9 +9,7 @@
 #include "exceptions/raise.h"
 #include "graphics/graphics_gtk.h"
 #include "objects/definitions.h"
-#include "objects/text.h"
-
-#include <glib.h>
+#include "strings/kstring.h"
 
 #include <cstddef>
 #include <string>
@@ -21,20 +19,13 @@ namespace kelp {
 
 namespace {
 
-// Text of a language string as UTF-8: UTF-16 is converted, other encodings
-// pass through (the drawing side takes invalid UTF-8 as Latin-1).
+// Text of a language string as UTF-8, whatever its encoding (text of an
+// unknown encoding is read as the system's, and invalid UTF-8 that still
+// gets through is taken as Latin-1 by the drawing side).
 std::string TextOf(KelpString s) {
-    if (!s || !s->buffer || s->length <= 0)
+    if (!s || s->length <= 0)
         return {};
-    std::string_view bytes = objtext::View(s);
-    if (s->encoding == 0x0100) {
-        gchar *utf8 = g_convert(bytes.data(), static_cast<gssize>(bytes.size()), "UTF-8", "UTF-16LE", nullptr,
-                                nullptr, nullptr);
-        std::string out = utf8 ? utf8 : "";
-        g_free(utf8);
-        return out;
-    }
-    return std::string(bytes);
+    return std::string(GetUTF8String(kelp::string::Wrap(s)).View());
 }
 
 // The Graphics behind the object, with the nil check that every entry
@@ -170,7 +161,7 @@ int32_t graphicsHeightGetter(RuntimeObject *g, int32_t) {
 
 KelpString graphicsTextFontGetter(RuntimeObject *g, int32_t) {
     Graphics *gr = Get(g);
-    return gr ? kelp::objtext::Make(gr->TextFont()) : nullptr;
+    return gr ? kelp::string::FromUTF8(gr->TextFont()).Release() : nullptr;
 }
 
 void graphicsTextFontSetter(RuntimeObject *g, int32_t, KelpString name) {

@@ -6,6 +6,7 @@
 #include "kelp/graphics.h"
 #include "kelp/objects.h"
 #include "exceptions/fatal_report.h"
+#include "strings/kstring.h"
 #include "support/language_class.h"
 #include "support/xvfb.h"
 #include "pixels.h"
@@ -225,6 +226,21 @@ TEST_F(GraphicsClass, TextMeasures) {
     const int oneLine = RuntimeGraphicsStringHeight(object, text, 0);
     EXPECT_GT(RuntimeGraphicsStringHeight(object, text, 40), 2 * oneLine);
     EXPECT_EQ(RuntimeGraphicsStringDirection(object, text), -1);
+}
+
+TEST_F(GraphicsClass, TextOfEveryEncodingMeasuresTheSame) {
+    graphicsTextFontSetter(object, 0, MakeText("Arial"));
+    kelp::string utf8 = kelp::string::FromUTF8("caf\xC3\xA9 \xE2\x82\xAC");
+    const uint32_t wide[] = {'c', 'a', 'f', 0xE9, ' ', 0x20AC};
+    kelp::string utf16 = kelp::string::FromWide(wide, 6);
+    kelp::string latin1 = kelp::string::FromBytes("caf\xE9", 4, 0x0201);
+    kelp::string latin1AsUtf8 = kelp::string::FromUTF8("caf\xC3\xA9");
+    const int width = RuntimeGraphicsStringWidth(object, utf8.Storage());
+    EXPECT_GT(width, 20);
+    EXPECT_EQ(RuntimeGraphicsStringWidth(object, utf16.Storage()), width);
+    EXPECT_EQ(RuntimeGraphicsStringWidth(object, latin1.Storage()),
+              RuntimeGraphicsStringWidth(object, latin1AsUtf8.Storage()));
+    EXPECT_LT(RuntimeGraphicsStringWidth(object, latin1.Storage()), width);
 }
 
 TEST_F(GraphicsClass, StockIconsAreThirtyTwoSquare) {

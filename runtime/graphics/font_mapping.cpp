@@ -7,7 +7,7 @@
 
 #include <strings.h>
 
-#include <vector>
+#include <algorithm>
 
 namespace kelp {
 
@@ -73,7 +73,10 @@ PangoFontDescription *MakeFontDescription(const FontSpec &spec) {
         return nullptr;
     const std::string name = IsSystemFontName(spec.name) ? DefaultFontFamily() : spec.name;
     // The language's points are two larger than the toolkit's: 12 is Pango's 10.
-    const int32_t size = spec.size < 1 ? DefaultFontSize() : spec.size - 2;
+    int32_t size = spec.size < 1 ? DefaultFontSize() : spec.size - 2;
+    // Sizes 1 and 2 would reach Pango as no size at all, and a damaged size of
+    // millions would ask the rasteriser for glyphs larger than any screen.
+    size = std::clamp(size, 1, kMaxFontPoints);
 
     PangoFontDescription *description = nullptr;
     const FamilyList &families = Families();

@@ -30,6 +30,9 @@ int32_t DefaultFontSize();
 // True for the names that stand for the theme's font.
 bool IsSystemFontName(const std::string &name);
 
+// The largest size in points that reaches the toolkit.
+inline constexpr int32_t kMaxFontPoints = 1000;
+
 // A new description the caller frees with pango_font_description_free.
 // Needs the toolkit's Pango context, so a display; null without one.
 PangoFontDescription *MakeFontDescription(const FontSpec &spec);

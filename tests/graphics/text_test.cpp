@@ -39,6 +39,22 @@ TEST_F(Text, SizesRunTwoPointsAboveTheToolkit) {
     EXPECT_EQ(pango_font_description_get_size(g->FontDescription()), DefaultFontSize() * PANGO_SCALE);
 }
 
+TEST_F(Text, TinyAndHugeSizesStayDrawable) {
+    for (int size : {1, 2}) {
+        PangoFontDescription *d = MakeFontDescription(FontSpec{"Arial", size, 0});
+        ASSERT_NE(d, nullptr);
+        EXPECT_EQ(pango_font_description_get_size(d), PANGO_SCALE) << size;
+        pango_font_description_free(d);
+    }
+    PangoFontDescription *d = MakeFontDescription(FontSpec{"Arial", 50000000, 0});
+    ASSERT_NE(d, nullptr);
+    EXPECT_EQ(pango_font_description_get_size(d), kMaxFontPoints * PANGO_SCALE);
+    pango_font_description_free(d);
+    g->SetTextSize(-7); // below 1: the theme's size
+    g->UpdateFont();
+    EXPECT_EQ(pango_font_description_get_size(g->FontDescription()), DefaultFontSize() * PANGO_SCALE);
+}
+
 TEST_F(Text, ArialResolvesToItsMetricTwin) {
     FontSpec spec{"Arial", 12, 0};
     PangoFontDescription *d = MakeFontDescription(spec);

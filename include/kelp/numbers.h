@@ -8,6 +8,13 @@
 extern "C" {
 #endif
 
+/* Truncates towards zero; NaN gives 0 and values beyond the range give the
+ * nearest end of the range. */
+int32_t RuntimeFloatToInt(double value);
+uint32_t RuntimeFloatToUInt(double value);
+double RuntimeIntToFloat(int32_t value);
+double RuntimeUIntToFloat(uint32_t value);
+
 #ifdef __cplusplus
 }
 #endif

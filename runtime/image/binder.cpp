@@ -5,6 +5,7 @@
 #include "image/image_format.h"
 #include "image/shared_libraries.h"
 #include "kelp/records.h"
+#include "strings/kstring.h"
 
 #include <cstddef>
 #include <cstring>
@@ -209,6 +210,11 @@ size_t CountImports(const uint8_t *table, size_t size) {
 }
 
 BindCounts ApplyLinkTable(const uint8_t *table, size_t size, BindArea &area) {
+    // String constants live in the data segment with a reference nobody
+    // releases; the string runtime must know them so it never frees one, even
+    // when compiled code unlocks a constant once too often.
+    if (area.data && area.dataSize)
+        RegisterLiteralArea(area.data, area.dataSize);
     Binder binder(area);
     binder.Apply(table, size);
     return binder.counts;

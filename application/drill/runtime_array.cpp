@@ -9,10 +9,10 @@ namespace {
 
 enum Slot { kGet = 0, kSet = 1 };
 
-using StringGet = stringStorage *(*)(RuntimeArray *, int32_t);
-using StringSet = void (*)(RuntimeArray *, stringStorage *, int32_t);
-using ByteGet = uint8_t (*)(RuntimeArray *, int32_t);
-using ByteSet = void (*)(RuntimeArray *, uint8_t, int32_t);
+using StringGet = kelp_array1_get_str;
+using StringSet = kelp_array1_set_str;
+using ByteGet = kelp_array1_get_u8;
+using ByteSet = kelp_array1_set_u8;
 
 template <typename Fn>
 Fn SlotOf(RuntimeArray *array, int slot) {

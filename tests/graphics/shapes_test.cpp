@@ -178,6 +178,36 @@ TEST_F(Shapes, ClipLimitsDrawingAndIsRestored) {
     EXPECT_EQ(At(102, 102), 0x000000u);
 }
 
+TEST_F(Shapes, StateSaverPutsEverythingBack) {
+    Colour(0x112233);
+    g->SetTextFont("Arial");
+    g->SetTextSize(14);
+    g->SetPenSize(2, 3);
+    g->MoveTo(4, 5);
+    {
+        GraphicsStateSaver saver(*g);
+        Colour(0xFFFFFF);
+        g->SetTextFont("System");
+        g->SetTextSize(30);
+        g->SetTextStyle(kStyleBold);
+        g->SetPenSize(9, 9);
+        g->MoveTo(50, 50);
+        Rect clip = RectFromXYWH(0, 0, 5, 5);
+        g->SetClipRect(&clip);
+    }
+    EXPECT_EQ(RGBToColorWord(g->ForeColor()), 0x112233u);
+    EXPECT_EQ(g->TextFont(), "Arial");
+    EXPECT_EQ(g->TextSize(), 14);
+    EXPECT_EQ(g->TextStyle(), 0);
+    EXPECT_EQ(g->PenWidth(), 2);
+    EXPECT_EQ(g->PenHeight(), 3);
+    EXPECT_EQ(g->PenX(), 4);
+    EXPECT_FALSE(g->HasClip());
+    // The restored colour is the one that draws, unclipped.
+    g->FillRect(RectFromXYWH(100, 100, 4, 4));
+    EXPECT_EQ(At(102, 102), 0x112233u);
+}
+
 TEST_F(Shapes, FocusRingIsDashedAndSolidLinesFollow) {
     Colour(0x000000);
     g->DrawFocusRing(RectFromXYWH(10, 10, 40, 20));

@@ -105,7 +105,11 @@ public:
     int32_t Retry(int32_t n, int32_t below, int32_t times, int32_t instead) {
         int32_t v = To(n);
         for (int32_t i = 0; i < times && v < below; ++i) v = To(n);
-        return v < below ? instead : v;
+        if (v < below) {
+            ++fallbacks;
+            return instead;
+        }
+        return v;
     }
 
     std::string He() const { return male ? "He" : "She"; }
@@ -114,6 +118,7 @@ public:
     Rnd rnd;
     int32_t lastName = 9999;
     bool male = true;
+    int32_t fallbacks = 0;      // redraw limits reached, so the fixed value stood in
     std::vector<int32_t> names; // the name slots' indices, in slot order
 
 private:

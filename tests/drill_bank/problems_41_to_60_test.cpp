@@ -121,8 +121,11 @@ Model P51(Gen &g) {
 }
 
 Model P52(Gen &g) {
-    const std::string n1 = g.Name(), n2 = g.Name();
-    const std::string n3 = g.NameNotIn({g.names[0], g.names[1]});
+    const std::string n1 = g.Name();
+    const int32_t i1 = g.names.back();
+    const std::string n2 = g.Name();
+    const int32_t i2 = g.names.back();
+    const std::string n3 = g.NameNotIn({i1, i2});
     const int32_t r1 = g.Retry(5, 2, 2, 2);
     Model m{n1 + ", " + n2 + ", and " + n3 + " each have " + S(r1) +
                 " books in their back packs.  What is the total number of books?",
@@ -173,7 +176,10 @@ Model P57(Gen &g) {
     if (r1 < 1500) r1 = g.To(300);
     if (r1 < 1500) r1 = g.To(3000);
     if (r1 < 1500) r1 = g.To(3000);
-    if (r1 < 1500) r1 = 1600;
+    if (r1 < 1500) {
+        r1 = 1600;
+        ++g.fallbacks;
+    }
     Model m{n1 + " found shoes priced " + Money(r1) + ".  The store was having a 25% off sale.  How much did " +
                 n1 + " save?  (Do not round.)",
             "multiply or divide", r1 / 4};

@@ -1,0 +1,41 @@
+// What the string functions share: borrowing arguments and handing out
+// results, counting characters by the encoding word, and the two searches.
+#pragma once
+#include "kelp/records.h"
+#include "kelp/strings.h"
+#include "strings/encodings.h"
+#include "strings/kstring.h"
+
+#include <cstdint>
+
+namespace kelp::text {
+
+// An argument is borrowed: the wrapper takes its own reference.
+inline string Arg(stringStorage *s) { return string::Wrap(s); }
+// A result goes to the caller with the one reference the wrapper holds.
+inline stringStorage *Out(string s) { return s.Release(); }
+
+inline bool IsUTF8(const string &s) { return s.Encoding() == kEncodingUTF8; }
+inline bool IsUTF16(const string &s) { return s.Encoding() == kEncodingUTF16; }
+inline const uint8_t *Bytes(const string &s) { return reinterpret_cast<const uint8_t *>(s.CString()); }
+
+// Bytes taken by the first `count` characters from byte `from` on.
+long UnitsToBytes(const string &s, long from, long count);
+// Characters in the first `bytes` bytes.
+long BytesToUnits(const string &s, long bytes);
+
+// The exact byte search: zero-based start and result, -1 when not found.
+long ExactFind(const char *text, long length, const char *find, long findLength, long start);
+
+// The caseless search over two strings of one word: zero-based byte start
+// and result, -1 when not found.  Offsets of UTF-16 text stay even.
+long FoldFind(const string &source, const string &find, long byteStart);
+
+// True when the text has no letters whose case could differ, so the exact
+// search finds what the caseless one would.
+bool IsCaseless(const string &s);
+
+// `s` in the word `encoding`, unchanged when it has that word already.
+string InEncoding(const string &s, uint32_t encoding);
+
+} // namespace kelp::text

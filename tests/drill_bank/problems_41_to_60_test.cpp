@@ -237,17 +237,26 @@ protected:
     void SetUp() override { PrepareDrill(); }
 };
 
-// A wrong entry below zero keeps its minus sign: problem 44's lists reach
-// down to T - 6 and T is at most 14.
+// A wrong entry below zero keeps its minus sign: the sales problems' lists
+// reach down to T - 6 while T can be as small as 5.
 TEST_F(Bank41to60Cases, SmallTotalsGiveNegativeWrongEntries) {
-    const uint32_t seed = FindSeed(P44, [](const Model &m, Gen &) { return m.T == 5; });
-    ASSERT_NE(seed, 0u);
+    const uint32_t seed44 = FindSeed(P44, [](const Model &m, Gen &) { return m.T == 5; });
+    ASSERT_NE(seed44, 0u);
     sumbrook::ResetForSelection();
-    RuntimeRandomSeed(seed);
+    RuntimeRandomSeed(seed44);
     Build(44, 1);
     EXPECT_EQ(Entry(1), "-1");
     EXPECT_EQ(Entry(7), "5");
     EXPECT_EQ(sumbrook::P().iCorrectAnswerIs, 7);
+
+    const uint32_t seed45 = FindSeed(P45, [](const Model &m, Gen &) { return m.T == 5; });
+    ASSERT_NE(seed45, 0u);
+    sumbrook::ResetForSelection();
+    RuntimeRandomSeed(seed45);
+    Build(45, 1);
+    EXPECT_EQ(Entry(2), "-1");
+    EXPECT_EQ(Entry(6), "5");
+    EXPECT_EQ(sumbrook::P().iCorrectAnswerIs, 6);
 }
 
 // Each package holds at least 10 tapes, so the total is at least 30 and

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <ostream>
 #include <string>
 
 using namespace sumbrook;
@@ -110,6 +111,9 @@ const BankRow kBank[] = {
     {86, "3 cubes make 1 group, multiply by 1", {1, 5, 9}},
     {87, "multi-part multiplication", {3, 7, 8}},
 };
+
+// Names the row by its problem in test output.
+void PrintTo(const BankRow &row, std::ostream *os) { *os << "problem " << row.number; }
 
 class BankTable : public ::testing::TestWithParam<BankRow> {
 protected:

@@ -1,4 +1,5 @@
-/* The runtime's run loop, timers and shutdown task exports, as compiled code calls them. */
+/* The runtime's run loop, application object and timer exports, as compiled
+ * code calls them. */
 #ifndef KELP_RUNLOOP_H
 #define KELP_RUNLOOP_H
 
@@ -7,6 +8,57 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+
+/* ------------------------------------------------------------ run loop */
+
+/* Stores the application object (taking a reference), or makes a plain
+ * Application for null; then fires Open, and OpenDocument per document
+ * argument or NewDocument. */
+void RuntimeRegisterAppObject(RuntimeObject *app);
+/* The same for a console program: a ServiceApplication or ConsoleApplication
+ * is made for null.  No events fire. */
+void RuntimeRegisterConsoleAppObject(RuntimeObject *app, uint8_t isService);
+
+/* Runs the loop until quit is requested, then closes the windows left and
+ * releases the application object.  A second call does nothing. */
+void RuntimeRun(void);
+
+/* One pass of the loop that does not wait for events, then a pause of
+ * `milliseconds` when that is 0 or more. */
+void RuntimeDoEvents(RuntimeObject *self, int32_t milliseconds);
+
+/* The service call at every loop back-edge of compiled code: runs due
+ * background tasks and the cancel check, at most once a tick. */
+void RuntimeBackgroundTask(void);
+
+/* Counters of the wait cursor of long calculations. */
+void DisableAutoWaitCursor(void);
+void EnableAutoWaitCursor(void);
+
+/* Pumps the toolkit once without waiting, then reads whether Escape is held. */
+uint8_t getUserCancelled(void);
+
+/* Sleeps the whole process; no other thread gets a turn. */
+void AppSleepCurrentThread(RuntimeObject *self, int32_t milliseconds);
+
+/* ------------------------------------------------------- application */
+
+/* The quit sequence: CancelClose, the windows' CancelClose and close, Close.
+ * Agreed, it raises EndException when raiseEnd is set (and no
+ * UnhandledException event runs), else it sets the quit flag. */
+void ApplicationQuit(RuntimeObject *self, uint8_t raiseEnd);
+/* Quit: ApplicationQuit(self, true). */
+void KP_ApplicationQuit(RuntimeObject *self);
+/* Fires the application's NewDocument event. */
+void ApplicationNewDocument(RuntimeObject *self);
+
+/* Polls `object` once a pass of the loop through its _Poll (when its class
+ * implements _Pollable).  Remove drops every registration of the object. */
+void ApplicationAddPollableObject(RuntimeObject *self, RuntimeObject *object);
+void ApplicationRemovePollableObject(RuntimeObject *self, RuntimeObject *object);
+
+/* Application._CurrentEventTime: the toolkit's current event time in ticks. */
+int32_t ApplicationCurrentEventTimeGetter(RuntimeObject *self, int32_t unused);
 
 #ifdef __cplusplus
 }

@@ -1,0 +1,388 @@
+// The Application class: its record and definition, the start sequence of
+// RuntimeRegisterAppObject, the quit sequence and the pollable objects.
+#include "runloop/application.h"
+
+#include "runloop/main_loop.h"
+#include "runloop/pollable.h"
+#include "runloop/quit.h"
+
+#include "exceptions/exception_classes.h"
+#include "exceptions/raise.h"
+#include "exceptions/unhandled.h"
+#include "objects/definitions.h"
+#include "objects/object_model.h"
+#include "startup/process_state.h"
+
+#include "kelp/objects.h"
+#include "kelp/runloop.h"
+
+#include <gtk/gtk.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace kelp {
+
+// Binds Poll to an object of the language: the object's _Poll when its
+// class implements _Pollable, else nothing.
+class RuntimeObjectPoll : public Pollable {
+public:
+    RuntimeObjectPoll(RuntimeObject *object, void *pollMethod)
+        : object_(object), pollMethod_(pollMethod) {
+        RuntimeLockObject(object_);
+    }
+    ~RuntimeObjectPoll() override { RuntimeUnlockObject(object_); }
+    void Poll() override {
+        // The handler may remove this very wrapper: keep what the call needs
+        // in locals and the object alive until it returns.
+        void *code = pollMethod_;
+        RuntimeObject *object = object_;
+        if (!code)
+            return;
+        RuntimeLockObject(object);
+        reinterpret_cast<void (*)(RuntimeObject *)>(code)(object);
+        RuntimeUnlockObject(object);
+    }
+    RuntimeObject *object() const { return object_; }
+
+private:
+    RuntimeObject *object_;
+    void *pollMethod_;
+};
+
+namespace {
+
+ObjectHook *gOpen, *gClose, *gEnableMenuItems, *gNewDocument, *gOpenDocument,
+    *gHandleAppleEvent, *gActivate, *gDeactivate, *gUnhandledException, *gCancelClose;
+
+DocumentItemMaker gItemMaker = nullptr;
+
+ApplicationRecord *Record(RuntimeObject *app) { return reinterpret_cast<ApplicationRecord *>(app); }
+
+using Pollers = std::vector<RuntimeObjectPoll *>;
+Pollers &PollersOf(RuntimeObject *app) {
+    auto *record = Record(app);
+    if (!record->pollers)
+        record->pollers = new Pollers;
+    return *static_cast<Pollers *>(record->pollers);
+}
+
+void FireSimple(RuntimeObject *app, ObjectHook *hook) {
+    if (void *code = FindEventHandler(app, hook))
+        reinterpret_cast<void (*)(RuntimeObject *)>(code)(app);
+}
+
+bool FireBoolean(RuntimeObject *app, ObjectHook *hook) {
+    if (void *code = FindEventHandler(app, hook))
+        return reinterpret_cast<uint8_t (*)(RuntimeObject *)>(code)(app) != 0;
+    return false;
+}
+
+void ApplicationInitializer(RuntimeObject *object) {
+    Record(object)->autoQuit = 1;
+}
+
+void ApplicationFinalizer(RuntimeObject *object) {
+    auto *record = Record(object);
+    if (record->pollers) {
+        auto *pollers = static_cast<Pollers *>(record->pollers);
+        record->pollers = nullptr;
+        for (RuntimeObjectPoll *poller : *pollers)
+            delete poller;
+        delete pollers;
+    }
+    RuntimeUnlockObject(record->mouseCursor);
+    RuntimeUnlockObject(record->mdiWindow);
+    RuntimeUnlockObject(record->menuBar);
+    record->mouseCursor = record->mdiWindow = record->menuBar = nullptr;
+    if (ApplicationObject() == object)
+        SetApplicationObject(nullptr);
+}
+
+void ConsoleApplicationFinalizer(RuntimeObject *object) {
+    if (ConsoleApplicationObject() == object)
+        SetConsoleApplicationObject(nullptr);
+}
+
+// The _Poll code of the object's class, found through its _Pollable row.
+void *PollMethodOf(RuntimeObject *object) {
+    RuntimeClass *klass = GetObjectClass(object);
+    if (!klass)
+        return nullptr;
+    RuntimeClass *pollable = ClassForDefinition(PollableInterfaceDefinition());
+    for (int32_t i = 0; i < klass->interfaceCount; ++i) {
+        const RuntimeInterfaceRow &row = klass->interfaceTable[i];
+        if (row.interfaceClass != pollable || !row.methodTable)
+            continue;
+        // Slot 0 is left free by the class builders; take the first code.
+        for (int32_t slot = 0; slot <= row.slotCount; ++slot)
+            if (row.methodTable[slot].code)
+                return row.methodTable[slot].code;
+    }
+    return nullptr;
+}
+
+bool FireUnhandledEvent(RuntimeObject *exception) {
+    RuntimeObject *app = ApplicationObject();
+    if (!app)
+        return false;
+    void *code = FindEventHandler(app, gUnhandledException);
+    if (!code)
+        return false;
+    RuntimeLockObject(app);
+    bool handled =
+        reinterpret_cast<uint8_t (*)(RuntimeObject *, RuntimeObject *)>(code)(app, exception) != 0;
+    RuntimeUnlockObject(app);
+    return handled;
+}
+
+// The document arguments: the process's own argument copies from index 1 on.
+std::vector<std::string> DocumentArguments() {
+    std::vector<std::string> arguments;
+    int argc = ProcessArgumentCount();
+    char **argv = ProcessArguments();
+    for (int i = 1; i < argc && argv; ++i)
+        arguments.emplace_back(argv[i] ? argv[i] : "");
+    return arguments;
+}
+
+} // namespace
+
+// ------------------------------------------------------------ definitions
+
+ObjectDefinition *PollableInterfaceDefinition() {
+    static const MethodRow methods[] = {{"_Poll", nullptr, nullptr, 0, {}}};
+    static const ClassDescription description = {
+        .name = "_Pollable",
+        .isInterface = true,
+        .targetFlags = {1, 0, 0},
+        .methods = methods,
+    };
+    static ObjectDefinition *definition = BuildDefinition(description);
+    return definition;
+}
+KELP_INTRINSIC_CLASS(PollableInterfaceDefinition);
+
+ObjectDefinition *ApplicationDefinition() {
+    static const PropertyRow properties[] = {
+        {0, "AutoQuit", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD,
+         offsetof(ApplicationRecord, autoQuit)},
+        {0, "BalloonHelpVisible", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD,
+         offsetof(ApplicationRecord, balloonHelpVisible)},
+        {0, "_CurrentEventTime", &kTypeInteger, KELP_ENTRY(ApplicationCurrentEventTimeGetter),
+         {}, -9},
+        {0, "Developement", &kTypeInteger, {}, {}, 0, 0, true},
+        {0, "Alpha", &kTypeInteger, {}, {}, 1, 0, true},
+        {0, "Beta", &kTypeInteger, {}, {}, 2, 0, true},
+        {0, "Final", &kTypeInteger, {}, {}, 3, 0, true},
+    };
+    static const ParameterRow doEventsParams[] = {{"milliseconds", &kTypeInteger, "-1"}};
+    static const ParameterRow sleepParams[] = {{"milliseconds", &kTypeInteger}};
+    static const ParameterRow objectParams[] = {{"item", &kTypePtr}};
+    static const MethodRow methods[] = {
+        {"DoEvents", nullptr, doEventsParams, 1, KELP_ENTRY(RuntimeDoEvents)},
+        {"NewDocument", nullptr, nullptr, 0, KELP_ENTRY(ApplicationNewDocument)},
+        {"_AddPollableObject", nullptr, objectParams, 1, KELP_ENTRY(ApplicationAddPollableObject)},
+        {"_RemovePollableObject", nullptr, objectParams, 1,
+         KELP_ENTRY(ApplicationRemovePollableObject)},
+        {"SleepCurrentThread", nullptr, sleepParams, 1, KELP_ENTRY(AppSleepCurrentThread)},
+        {"Quit", nullptr, nullptr, 0, KELP_ENTRY(KP_ApplicationQuit)},
+    };
+    static const EventRow events[] = {
+        {"Open", "", nullptr, &gOpen},
+        {"Close", "", nullptr, &gClose},
+        {"EnableMenuItems", "", nullptr, &gEnableMenuItems},
+        {"NewDocument", "", nullptr, &gNewDocument},
+        {"OpenDocument", "item As FolderItem", nullptr, &gOpenDocument},
+        {"HandleAppleEvent", "theEvent As AppleEvent, eventClass As String, eventID As String",
+         "Boolean", &gHandleAppleEvent},
+        {"Activate", "", nullptr, &gActivate},
+        {"Deactivate", "", nullptr, &gDeactivate},
+        {"UnhandledException", "error As RuntimeException", "Boolean", &gUnhandledException},
+        {"CancelClose", "", "Boolean", &gCancelClose},
+    };
+    static const ClassDescription description = {
+        .name = "Application",
+        .instanceSize = sizeof(ApplicationRecord),
+        .initializer = KELP_ENTRY(ApplicationInitializer),
+        .finalizer = KELP_ENTRY(ApplicationFinalizer),
+        .properties = properties,
+        .methods = methods,
+        .events = events,
+    };
+    static ObjectDefinition *definition = BuildDefinition(description);
+    return definition;
+}
+KELP_INTRINSIC_CLASS(ApplicationDefinition);
+
+ObjectDefinition *ConsoleApplicationDefinition() {
+    static const ClassDescription description = {
+        .name = "ConsoleApplication",
+        .instanceSize = sizeof(RuntimeObject),
+        .targetFlags = {1, 0, 1},
+        .finalizer = KELP_ENTRY(ConsoleApplicationFinalizer),
+    };
+    static ObjectDefinition *definition = BuildDefinition(description);
+    return definition;
+}
+KELP_INTRINSIC_CLASS(ConsoleApplicationDefinition);
+
+ObjectDefinition *ServiceApplicationDefinition() {
+    static const ClassDescription description = {
+        .name = "ServiceApplication",
+        .super = ConsoleApplicationDefinition,
+        .instanceSize = sizeof(RuntimeObject),
+        .targetFlags = {1, 0, 1},
+    };
+    static ObjectDefinition *definition = BuildDefinition(description);
+    return definition;
+}
+KELP_INTRINSIC_CLASS(ServiceApplicationDefinition);
+
+// ------------------------------------------------------------ state
+
+RuntimeObject *RegisteredApplication() { return ApplicationObject(); }
+RuntimeObject *RegisteredConsoleApplication() { return ConsoleApplicationObject(); }
+
+void ReleaseRegisteredApplication() {
+    RuntimeObject *app = ApplicationObject();
+    SetApplicationObject(nullptr);
+    RuntimeUnlockObject(app);
+}
+
+bool ApplicationAutoQuit(RuntimeObject *app) { return app && Record(app)->autoQuit != 0; }
+
+void SetDocumentItemMaker(DocumentItemMaker maker) { gItemMaker = maker; }
+
+void InstallRunControl() {
+    static bool installed = false;
+    if (installed)
+        return;
+    installed = true;
+    SetCloseAllWindows(&DestroyAllWindows);
+    SetUnhandledExceptionEvent(&FireUnhandledEvent);
+}
+
+} // namespace kelp
+
+// ------------------------------------------------------------ exports
+
+using namespace kelp;
+
+extern "C" void RuntimeRegisterAppObject(RuntimeObject *app) {
+    InstallRunControl();
+    if (app) {
+        RuntimeLockObject(app);
+    } else {
+        app = NewObjectOfDefinition(ApplicationDefinition());
+        if (!app)
+            return;
+    }
+    RuntimeObject *old = ApplicationObject();
+    SetApplicationObject(app);
+    RuntimeUnlockObject(old);
+
+    // Open always comes first; then exactly one of OpenDocument (once per
+    // argument, in command-line order) and NewDocument.
+    RuntimeLockObject(app);
+    FireSimple(app, gOpen);
+    const std::vector<std::string> arguments = DocumentArguments();
+    if (!arguments.empty()) {
+        if (void *code = FindEventHandler(app, gOpenDocument)) {
+            for (const std::string &path : arguments) {
+                RuntimeObject *item = gItemMaker ? gItemMaker(path.c_str()) : nullptr;
+                reinterpret_cast<void (*)(RuntimeObject *, RuntimeObject *)>(code)(app, item);
+                RuntimeUnlockObject(item);
+            }
+        }
+    } else {
+        ApplicationNewDocument(app);
+    }
+    RuntimeUnlockObject(app);
+}
+
+extern "C" void RuntimeRegisterConsoleAppObject(RuntimeObject *app, uint8_t isService) {
+    InstallRunControl();
+    if (app) {
+        RuntimeLockObject(app);
+    } else {
+        app = NewObjectOfDefinition(isService ? ServiceApplicationDefinition()
+                                              : ConsoleApplicationDefinition());
+    }
+    RuntimeObject *old = ConsoleApplicationObject();
+    SetConsoleApplicationObject(app);
+    RuntimeUnlockObject(old);
+}
+
+extern "C" void ApplicationNewDocument(RuntimeObject *self) {
+    RuntimeObject *app = self ? self : ApplicationObject();
+    if (app)
+        FireSimple(app, gNewDocument);
+}
+
+extern "C" void ApplicationQuit(RuntimeObject *, uint8_t raiseEnd) {
+    InstallRunControl();
+    bool agreed = true;
+    RuntimeObject *app = ApplicationObject();
+    if (app) {
+        ApplicationRecord *record = Record(app);
+        // A second quit from inside CancelClose or a window's close event is
+        // refused, not recursed into.
+        if (record->closingApplication)
+            return;
+        record->closingApplication = 1;
+        RuntimeLockObject(app);
+        if (FireBoolean(app, gCancelClose))
+            agreed = false;
+        else if (!CloseWindowsForQuit())
+            agreed = false;
+        if (agreed)
+            FireSimple(app, gClose);
+        record->closingApplication = 0;
+        RuntimeUnlockObject(app);
+    }
+    if (!agreed)
+        return;
+    if (raiseEnd && !InUnhandledExceptionEvent()) {
+        // Unwinds compiled code; the top-level handler closes the windows
+        // and sets the quit flag.
+        RaiseWithMessage("EndException", "", 0);
+        return;
+    }
+    RequestQuit();
+}
+
+extern "C" void KP_ApplicationQuit(RuntimeObject *self) { ApplicationQuit(self, 1); }
+
+extern "C" void ApplicationAddPollableObject(RuntimeObject *self, RuntimeObject *object) {
+    RuntimeObject *app = self ? self : ApplicationObject();
+    if (!app || !object)
+        return;
+    auto *poller = new RuntimeObjectPoll(object, PollMethodOf(object));
+    AddPollable(poller);
+    PollersOf(app).push_back(poller);
+}
+
+extern "C" void ApplicationRemovePollableObject(RuntimeObject *self, RuntimeObject *object) {
+    RuntimeObject *app = self ? self : ApplicationObject();
+    if (!app || !Record(app)->pollers)
+        return;
+    Pollers &pollers = PollersOf(app);
+    for (int i = static_cast<int>(pollers.size()) - 1; i >= 0; --i) {
+        if (i >= static_cast<int>(pollers.size()))
+            continue;
+        RuntimeObjectPoll *poller = pollers[static_cast<size_t>(i)];
+        if (poller->object() != object)
+            continue;
+        pollers.erase(pollers.begin() + i);
+        delete poller; // leaves the registry in its destructor
+    }
+}
+
+extern "C" int32_t ApplicationCurrentEventTimeGetter(RuntimeObject *, int32_t) {
+    // Event time in milliseconds, given to the language in ticks.
+    uint32_t ms = gtk_get_current_event_time();
+    return static_cast<int32_t>(ms / 1000 * 60);
+}

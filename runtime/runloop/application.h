@@ -1,0 +1,55 @@
+#pragma once
+// The Application object of the authoring language: its record, its class,
+// and what the run loop asks of it.
+#include "kelp/records.h"
+
+#include <cstdint>
+
+namespace kelp {
+
+struct ObjectDefinition;
+class RuntimeObjectPoll;
+
+// The instance record of Application; an image's subclass puts its own
+// fields behind it.
+struct ApplicationRecord {
+    RuntimeObject object;
+    RuntimeObject *mouseCursor;   // counted
+    RuntimeObject *mdiWindow;     // counted
+    RuntimeObject *menuBar;       // counted
+    uint8_t autoQuit;             // starts 1
+    uint8_t balloonHelpVisible;
+    uint8_t closingApplication;   // set while the quit sequence runs
+    uint8_t reserved;
+    void *pollers;                // the RuntimeObjectPoll wrappers it owns
+};
+
+ObjectDefinition *ApplicationDefinition();
+ObjectDefinition *ConsoleApplicationDefinition();
+ObjectDefinition *ServiceApplicationDefinition();
+ObjectDefinition *PollableInterfaceDefinition();
+
+// The registered application object (borrowed), or null.
+RuntimeObject *RegisteredApplication();
+// Drops the registration and its reference (the end of RuntimeRun).
+void ReleaseRegisteredApplication();
+// The registered console application object (borrowed), or null.
+RuntimeObject *RegisteredConsoleApplication();
+
+bool ApplicationAutoQuit(RuntimeObject *app);
+
+// Makes the FolderItem that OpenDocument receives for a path (the file
+// layer supplies it); without a maker the event receives nil.
+using DocumentItemMaker = RuntimeObject *(*)(const char *path);
+void SetDocumentItemMaker(DocumentItemMaker maker);
+
+// The quit sequence's walk and the unhandled-exception path need the window
+// layer; both are reached through the loop client of main_loop.h.
+bool CloseWindowsForQuit();
+
+// Connects the run loop to the exception layer's top-level handler: the
+// application's UnhandledException event, the quit flag and the closing of
+// all windows.  Idempotent.
+void InstallRunControl();
+
+} // namespace kelp

@@ -1,0 +1,113 @@
+#include "runloop/main_loop.h"
+
+#include "runloop/application.h"
+#include "runloop/background_task.h"
+#include "runloop/pollable.h"
+#include "runloop/quit.h"
+
+#include "kelp/objects.h"
+#include "kelp/runloop.h"
+
+#include <gtk/gtk.h>
+
+#include <time.h>
+
+namespace kelp {
+namespace {
+
+WindowLoopClient gWindows;
+SerialPortPoller gSerialPoller = nullptr;
+SocketPoller gSocketPoller = nullptr;
+bool gBlockWhenIdle = true;
+bool gAppRunning = false;
+bool gRunEntered = false;
+
+} // namespace
+
+void SetWindowLoopClient(const WindowLoopClient &client) { gWindows = client; }
+int LiveWindowCount() { return gWindows.windowCount ? gWindows.windowCount() : 0; }
+void DestroyAllWindows() {
+    if (gWindows.destroyAllWindows)
+        gWindows.destroyAllWindows();
+}
+bool CloseWindowsForQuit() {
+    return gWindows.closeWindowsForQuit ? gWindows.closeWindowsForQuit() : true;
+}
+
+void SetSerialPortPoller(SerialPortPoller poller) { gSerialPoller = poller; }
+void SetSocketPoller(SocketPoller poller) { gSocketPoller = poller; }
+
+bool BlockWhenIdle() { return gBlockWhenIdle; }
+bool AppRunning() { return gAppRunning; }
+
+void ResetRunState() {
+    gRunEntered = false;
+    gAppRunning = false;
+    ClearQuitRequest();
+}
+
+void MainLoopStep(bool block) {
+    if (gWindows.preStep)
+        gWindows.preStep();
+    bool dragging = gWindows.mouseCaptureStep && gWindows.mouseCaptureStep();
+    if (dragging || AnyUntimedBackgroundTask())
+        block = false;
+    // A program that is about to quit for want of windows must not wait for
+    // an event that may never come: the auto-quit test below ends it.
+    RuntimeObject *app = RegisteredApplication();
+    if (block && gAppRunning && app && ApplicationAutoQuit(app) && LiveWindowCount() == 0)
+        block = false;
+    gtk_main_iteration_do(block ? TRUE : FALSE);
+    if (gWindows.focusIdle)
+        gWindows.focusIdle();
+    PollAllPollables();
+    if (gSerialPoller)
+        gSerialPoller();
+    if (gSocketPoller)
+        gSocketPoller(false);
+    SetUserCancelledFlag(false);
+    app = RegisteredApplication();
+    if (LiveWindowCount() == 0 && gAppRunning && app && ApplicationAutoQuit(app))
+        ApplicationQuit(nullptr, 0);
+    ScanBackgroundTasks(true);
+}
+
+} // namespace kelp
+
+extern "C" void RuntimeRun(void) {
+    using namespace kelp;
+    if (gRunEntered)
+        return;
+    gRunEntered = true;
+    gAppRunning = true;
+    while (!QuitRequested())
+        MainLoopStep(gBlockWhenIdle);
+    DestroyAllWindows();
+    ReleaseRegisteredApplication();
+    gAppRunning = false;
+}
+
+extern "C" void RuntimeDoEvents(RuntimeObject *, int32_t milliseconds) {
+    using namespace kelp;
+    bool saved = gBlockWhenIdle;
+    gBlockWhenIdle = false;
+    MainLoopStep(false);
+    gBlockWhenIdle = saved;
+    if (milliseconds >= 0) {
+        struct timespec pause = {milliseconds / 1000, (milliseconds % 1000) * 1000000L};
+        nanosleep(&pause, nullptr);
+    }
+}
+
+extern "C" uint8_t getUserCancelled(void) {
+    gtk_main_iteration_do(FALSE);
+    kelp::SetUserCancelledFlag(kelp::EscapeKeyDown());
+    return kelp::UserCancelledFlag() ? 1 : 0;
+}
+
+extern "C" void AppSleepCurrentThread(RuntimeObject *, int32_t milliseconds) {
+    if (milliseconds <= 0)
+        return;
+    struct timespec pause = {milliseconds / 1000, (milliseconds % 1000) * 1000000L};
+    nanosleep(&pause, nullptr);
+}

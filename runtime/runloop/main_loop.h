@@ -1,0 +1,39 @@
+#pragma once
+// One pass of the run loop, and the services other subsystems hook into it.
+namespace kelp {
+
+// Window and pane work of a pass, supplied by the window layer.
+struct WindowLoopClient {
+    void (*preStep)() = nullptr;        // deferred notices and shows, newest window first
+    bool (*mouseCaptureStep)() = nullptr; // true while a held press drags
+    void (*focusIdle)() = nullptr;      // Idle on the focus pane
+    int (*windowCount)() = nullptr;
+    void (*destroyAllWindows)() = nullptr;
+    // The quit sequence's walk over view windows: false when one refused.
+    bool (*closeWindowsForQuit)() = nullptr;
+};
+void SetWindowLoopClient(const WindowLoopClient &client);
+int LiveWindowCount();
+void DestroyAllWindows();
+
+// Serial ports and sockets are serviced once a pass.
+using SerialPortPoller = void (*)();
+using SocketPoller = void (*)(bool fromDebugger);
+void SetSerialPortPoller(SerialPortPoller poller);
+void SetSocketPoller(SocketPoller poller);
+
+// The eleven steps between two toolkit events.  `block` lets the toolkit
+// wait for an event when nothing else needs the processor.  Re-entrant:
+// modal windows and DoEvents call it from inside handlers.
+void MainLoopStep(bool block);
+
+// The loop's own blocking mode: set, except for the one pass of DoEvents.
+bool BlockWhenIdle();
+// True while RuntimeRun is inside its loop.
+bool AppRunning();
+
+// Lets a process run the loop again (tests): clears the once-only flag of
+// RuntimeRun and the quit flag.
+void ResetRunState();
+
+} // namespace kelp

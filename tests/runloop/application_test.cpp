@@ -1,0 +1,302 @@
+// The Application object: start sequence, auto-quit, the quit sequence,
+// pollable objects and uncaught exceptions, through classes made the way an
+// image makes its application class.
+#include "runloop/application.h"
+#include "runloop/main_loop.h"
+#include "runloop/pollable.h"
+#include "runloop/quit.h"
+
+#include "exceptions/raise.h"
+#include "exceptions/unhandled.h"
+#include "objects/definitions.h"
+#include "startup/process_state.h"
+#include "support/language_class.h"
+
+#include "kelp/exceptions.h"
+#include "kelp/objects.h"
+#include "kelp/runloop.h"
+#include "kelp/startup.h"
+
+#include <gtest/gtest.h>
+#include <glib.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace kelp {
+namespace {
+
+std::vector<std::string> gLog;
+bool gRefuseClose = false;
+bool gQuitInsideCancelClose = false;
+bool gHandleUnhandled = false;
+int gPolls = 0;
+
+void OnOpen(RuntimeObject *) { gLog.push_back("Open"); }
+void OnNewDocument(RuntimeObject *) { gLog.push_back("NewDocument"); }
+void OnOpenDocument(RuntimeObject *, RuntimeObject *) { gLog.push_back("OpenDocument"); }
+void OnClose(RuntimeObject *) { gLog.push_back("Close"); }
+uint8_t OnCancelClose(RuntimeObject *self) {
+    gLog.push_back("CancelClose");
+    if (gQuitInsideCancelClose)
+        ApplicationQuit(self, 0);
+    return gRefuseClose ? 1 : 0;
+}
+uint8_t OnUnhandled(RuntimeObject *, RuntimeObject *) {
+    gLog.push_back("UnhandledException");
+    return gHandleUnhandled ? 1 : 0;
+}
+
+class ApplicationTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        gLog.clear();
+        gRefuseClose = gQuitInsideCancelClose = gHandleUnhandled = false;
+        gPolls = 0;
+        ResetRunState();
+        InstallStandardUnhandledHandler();
+        char arg0[] = "sumbrook";
+        char *argv[] = {arg0, nullptr};
+        SetProcessArguments(1, argv);
+    }
+    void TearDown() override {
+        ReleaseRegisteredApplication();
+        ResetRunState();
+    }
+
+    // An application class with the handlers an image would compile.
+    RuntimeClass *AppClass(bool withOpenDocument = true) {
+        RuntimeClass *klass = test::MakeSubclass("Application", "App");
+        EXPECT_NE(klass, nullptr);
+        EXPECT_TRUE(test::SetEventHandler(klass, "Open", reinterpret_cast<void *>(&OnOpen)));
+        EXPECT_TRUE(test::SetEventHandler(klass, "NewDocument", reinterpret_cast<void *>(&OnNewDocument)));
+        if (withOpenDocument)
+            EXPECT_TRUE(test::SetEventHandler(klass, "OpenDocument",
+                                              reinterpret_cast<void *>(&OnOpenDocument)));
+        EXPECT_TRUE(test::SetEventHandler(klass, "Close", reinterpret_cast<void *>(&OnClose)));
+        EXPECT_TRUE(test::SetEventHandler(klass, "CancelClose", reinterpret_cast<void *>(&OnCancelClose)));
+        EXPECT_TRUE(test::SetEventHandler(klass, "UnhandledException",
+                                          reinterpret_cast<void *>(&OnUnhandled)));
+        return klass;
+    }
+
+    RuntimeObject *RegisterNew(RuntimeClass *klass) {
+        RuntimeObject *app = RuntimeNewObject(klass);
+        RuntimeRegisterAppObject(app);
+        RuntimeUnlockObject(app); // the registration holds its own reference
+        return app;
+    }
+};
+
+TEST_F(ApplicationTest, WithoutDocumentArgumentsOpenThenNewDocument) {
+    RuntimeObject *app = RegisterNew(AppClass());
+    EXPECT_EQ(gLog, (std::vector<std::string>{"Open", "NewDocument"}));
+    EXPECT_EQ(getAppObject(), app);
+    EXPECT_EQ(app->referenceCount, 1);
+}
+
+TEST_F(ApplicationTest, EachDocumentArgumentFiresOpenDocumentInOrder) {
+    char a0[] = "sumbrook", a1[] = "/tmp/one.txt", a2[] = "/tmp/two.txt";
+    char *argv[] = {a0, a1, a2, nullptr};
+    SetProcessArguments(3, argv);
+    RegisterNew(AppClass());
+    EXPECT_EQ(gLog, (std::vector<std::string>{"Open", "OpenDocument", "OpenDocument"}));
+}
+
+TEST_F(ApplicationTest, ArgumentsWithoutOpenDocumentHandlerFireOnlyOpen) {
+    char a0[] = "sumbrook", a1[] = "/tmp/one.txt";
+    char *argv[] = {a0, a1, nullptr};
+    SetProcessArguments(2, argv);
+    RegisterNew(AppClass(false));
+    EXPECT_EQ(gLog, (std::vector<std::string>{"Open"}));
+}
+
+TEST_F(ApplicationTest, NilGivesAPlainApplicationWithAutoQuitOn) {
+    RuntimeRegisterAppObject(nullptr);
+    RuntimeObject *app = getAppObject();
+    ASSERT_NE(app, nullptr);
+    EXPECT_TRUE(ApplicationAutoQuit(app));
+    EXPECT_EQ(std::string(test::TextOf(app->klass->name)), "Application");
+}
+
+TEST_F(ApplicationTest, NoWindowsAndAutoQuitEndsTheRunOnTheFirstPass) {
+    RegisterNew(AppClass());
+    gLog.clear();
+    RuntimeRun();
+    EXPECT_TRUE(QuitRequested());
+    EXPECT_EQ(gLog, (std::vector<std::string>{"CancelClose", "Close"}));
+    // The run released the application object.
+    EXPECT_EQ(getAppObject(), nullptr);
+    EXPECT_FALSE(AppRunning());
+}
+
+struct QuitAfterPasses : Pollable {
+    explicit QuitAfterPasses(int n) : remaining(n) {}
+    void Poll() override {
+        ++passes;
+        if (--remaining == 0)
+            RequestQuit();
+    }
+    int remaining, passes = 0;
+};
+
+TEST_F(ApplicationTest, AutoQuitOffKeepsRunningWithNoWindow) {
+    RuntimeObject *app = RegisterNew(AppClass());
+    reinterpret_cast<ApplicationRecord *>(app)->autoQuit = 0;
+    QuitAfterPasses stopper(5);
+    AddPollable(&stopper);
+    // Nothing else wakes an idle loop here: a toolkit timeout stands in for
+    // the events a user would bring.
+    guint wake = g_timeout_add(1, [](gpointer) -> gboolean { return TRUE; }, nullptr);
+    RuntimeRun();
+    g_source_remove(wake);
+    RemovePollable(&stopper);
+    EXPECT_EQ(stopper.passes, 5);
+    EXPECT_EQ(std::count(gLog.begin(), gLog.end(), "CancelClose"), 0);
+}
+
+TEST_F(ApplicationTest, SecondRunCallReturnsAtOnce) {
+    RegisterNew(AppClass());
+    RuntimeRun();
+    ASSERT_TRUE(QuitRequested());
+    ClearQuitRequest();
+    QuitAfterPasses stopper(1000);
+    AddPollable(&stopper);
+    RuntimeRun(); // would loop until the stopper if it ran
+    RemovePollable(&stopper);
+    EXPECT_EQ(stopper.passes, 0);
+}
+
+TEST_F(ApplicationTest, CancelCloseRefusesAndALaterQuitSucceeds) {
+    RuntimeObject *app = RegisterNew(AppClass());
+    gLog.clear();
+    gRefuseClose = true;
+    ApplicationQuit(app, 0);
+    EXPECT_FALSE(QuitRequested());
+    EXPECT_EQ(reinterpret_cast<ApplicationRecord *>(app)->closingApplication, 0);
+    EXPECT_EQ(gLog, (std::vector<std::string>{"CancelClose"}));
+    gRefuseClose = false;
+    ApplicationQuit(app, 0);
+    EXPECT_TRUE(QuitRequested());
+    EXPECT_EQ(gLog, (std::vector<std::string>{"CancelClose", "CancelClose", "Close"}));
+}
+
+TEST_F(ApplicationTest, QuitFromInsideCancelCloseIsRefusedWithoutRecursion) {
+    RuntimeObject *app = RegisterNew(AppClass());
+    gLog.clear();
+    gQuitInsideCancelClose = true;
+    ApplicationQuit(app, 0);
+    EXPECT_EQ(gLog, (std::vector<std::string>{"CancelClose", "Close"}));
+    EXPECT_TRUE(QuitRequested());
+}
+
+TEST_F(ApplicationTest, QuitWithoutApplicationObjectIsAgreed) {
+    ApplicationQuit(nullptr, 0);
+    EXPECT_TRUE(QuitRequested());
+}
+
+TEST_F(ApplicationTest, QuitCallEndsTheRunThroughEndException) {
+    RuntimeObject *app = RegisterNew(AppClass());
+    gLog.clear();
+    // No handler region is open, so the EndException goes straight to the
+    // top-level handler, which ends the run without the message.
+    KP_ApplicationQuit(app);
+    EXPECT_TRUE(QuitRequested());
+    EXPECT_EQ(gLog, (std::vector<std::string>{"CancelClose", "Close"}));
+    EXPECT_EQ(RuntimePendingException(), nullptr);
+}
+
+TEST_F(ApplicationTest, UnhandledExceptionEventCanAbsorbTheException) {
+    RegisterNew(AppClass());
+    gLog.clear();
+    gHandleUnhandled = true;
+    RaiseNilObject();
+    EXPECT_EQ(gLog, (std::vector<std::string>{"UnhandledException"}));
+    EXPECT_FALSE(QuitRequested());
+}
+
+TEST_F(ApplicationTest, UnhandledExceptionNotAbsorbedEndsTheRun) {
+    RegisterNew(AppClass());
+    gLog.clear();
+    testing::internal::CaptureStderr();
+    RaiseNilObject();
+    std::string err = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(gLog, (std::vector<std::string>{"UnhandledException"}));
+    EXPECT_TRUE(QuitRequested());
+    EXPECT_NE(err.find("An exception of class NilObjectException was not handled.  The application "
+                       "must shut down."),
+              std::string::npos)
+        << err;
+}
+
+// A class of the language that implements _Pollable.
+void PollCounter(RuntimeObject *) { ++gPolls; }
+void PollRemovesItself(RuntimeObject *self) {
+    ++gPolls;
+    ApplicationRemovePollableObject(getAppObject(), self);
+}
+
+RuntimeClass *PollableClass(void *code) {
+    RuntimeInitExternalClasses();
+    RuntimeClass *klass = RuntimeNewClass(nullptr, 0, 1, 0, 0, 0);
+    klass->name = test::MakeText("Ticker");
+    klass->instanceSize = sizeof(RuntimeObject);
+    RuntimeMethodRow *table = RuntimeNewVtable(2);
+    table[1].code = code;
+    klass->interfaceTable[0] = {ClassForDefinition(PollableInterfaceDefinition()), 1, table};
+    return klass;
+}
+
+TEST_F(ApplicationTest, PollableObjectIsPolledEachPassUntilRemoved) {
+    RuntimeObject *app = RegisterNew(AppClass());
+    RuntimeObject *ticker = RuntimeNewObject(PollableClass(reinterpret_cast<void *>(&PollCounter)));
+    ApplicationAddPollableObject(app, ticker);
+    EXPECT_EQ(ticker->referenceCount, 2);
+    MainLoopStep(false);
+    MainLoopStep(false);
+    EXPECT_EQ(gPolls, 2);
+    ApplicationRemovePollableObject(app, ticker);
+    EXPECT_EQ(ticker->referenceCount, 1);
+    MainLoopStep(false);
+    EXPECT_EQ(gPolls, 2);
+    RuntimeUnlockObject(ticker);
+}
+
+TEST_F(ApplicationTest, PollableObjectMayRemoveItselfFromItsOwnPoll) {
+    RuntimeObject *app = RegisterNew(AppClass());
+    RuntimeObject *ticker =
+        RuntimeNewObject(PollableClass(reinterpret_cast<void *>(&PollRemovesItself)));
+    ApplicationAddPollableObject(app, ticker);
+    RuntimeUnlockObject(ticker); // the wrapper holds the last reference now
+    int before = PollableCount();
+    MainLoopStep(false);
+    EXPECT_EQ(gPolls, 1);
+    EXPECT_EQ(PollableCount(), before - 1);
+    MainLoopStep(false);
+    EXPECT_EQ(gPolls, 1);
+}
+
+TEST_F(ApplicationTest, ObjectWithoutPollableInterfaceIsHeldButNeverCalled) {
+    RuntimeObject *app = RegisterNew(AppClass());
+    RuntimeObject *plain = RuntimeNewObject(PollableClass(nullptr));
+    ApplicationAddPollableObject(app, plain);
+    MainLoopStep(false);
+    EXPECT_EQ(gPolls, 0);
+    ApplicationRemovePollableObject(app, plain);
+    RuntimeUnlockObject(plain);
+}
+
+TEST_F(ApplicationTest, ReleasingTheApplicationDropsItsPollables) {
+    RuntimeObject *app = RegisterNew(AppClass());
+    RuntimeObject *ticker = RuntimeNewObject(PollableClass(reinterpret_cast<void *>(&PollCounter)));
+    int before = PollableCount();
+    ApplicationAddPollableObject(app, ticker);
+    ReleaseRegisteredApplication();
+    EXPECT_EQ(PollableCount(), before);
+    EXPECT_EQ(ticker->referenceCount, 1);
+    RuntimeUnlockObject(ticker);
+}
+
+} // namespace
+} // namespace kelp

@@ -60,6 +60,23 @@ void ApplicationRemovePollableObject(RuntimeObject *self, RuntimeObject *object)
 /* Application._CurrentEventTime: the toolkit's current event time in ticks. */
 int32_t ApplicationCurrentEventTimeGetter(RuntimeObject *self, int32_t unused);
 
+/* ------------------------------------------------------------- timers */
+
+/* Initialiser and finaliser of Timer: Period 1000, Enabled, Mode off; the
+ * finaliser removes a pending timeout and drops the receivers. */
+void RuntimeTimerConstructor(RuntimeObject *self);
+void RuntimeTimerDestructor(RuntimeObject *self);
+/* Property setters (object, row parameter, value).  Assigning Mode, even the
+ * same value, restarts the full period; ModeOff cancels.  A Period below 1
+ * is stored as 1. */
+void timerModeSetter(RuntimeObject *self, int32_t parameter, int32_t mode);
+void timerPeriodSetter(RuntimeObject *self, int32_t parameter, int32_t period);
+/* Timer.Reset: records the time; the armed timeout is left alone. */
+void RuntimeTimerReset(RuntimeObject *self);
+/* actionSource of Timer: the list holds a reference to each receiver. */
+void TimerAddActionNotificationReceiver(RuntimeObject *self, RuntimeObject *receiver);
+void TimerRemoveActionNotificationReceiver(RuntimeObject *self, RuntimeObject *receiver);
+
 #ifdef __cplusplus
 }
 #endif

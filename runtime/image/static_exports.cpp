@@ -21,6 +21,7 @@ const RelocEntry kRows[] = {
 #include "numbers/exports.inc"
 #include "random/exports.inc"
 #include "runloop/exports.inc"
+#include "timers/exports.inc"
 #include "graphics/exports.inc"
 #include "windows/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},

@@ -2,7 +2,7 @@
 // compiled function that declared a handler region.  The "compiled
 // functions" here are written the way the compiler's output behaves: they
 // test for a pending exception after each call and go to their handler.
-#include "exception_kit.h"
+#include "support/class_kit.h"
 #include "exceptions/callback_scope.h"
 #include "exceptions/exception_classes.h"
 #include "exceptions/raise.h"
@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-using namespace exctest;
+using namespace kelp::test;
 
 namespace {
 

@@ -1,6 +1,6 @@
 // The standard handler of exceptions that no code took: the application's
 // event first, then the message, then the end of the run.
-#include "exception_kit.h"
+#include "support/class_kit.h"
 #include "exceptions/raise.h"
 #include "exceptions/unhandled.h"
 #include "runloop/quit.h"
@@ -11,7 +11,7 @@
 
 #include "support/xvfb.h"
 
-using namespace exctest;
+using namespace kelp::test;
 
 namespace {
 

@@ -1,10 +1,10 @@
 // The generic field accessors that property rows share.
-#include "class_kit.h"
+#include "support/class_kit.h"
 
 #include <cstddef>
 #include <gtest/gtest.h>
 
-using namespace objtest;
+using namespace kelp::test;
 
 namespace {
 

@@ -1,10 +1,10 @@
 // Class records, class tests and casts, interface tables, event tables.
-#include "class_kit.h"
+#include "support/class_kit.h"
 #include "objects/object_model.h"
 
 #include <gtest/gtest.h>
 
-using namespace objtest;
+using namespace kelp::test;
 
 namespace {
 

@@ -1,14 +1,14 @@
 // Class definitions turned into classes: rows, signatures, events, hook
 // instances, interfaces, the meeting with classes an image built, and the
 // registration that puts entry points in the export table.
-#include "class_kit.h"
+#include "support/class_kit.h"
 #include "objects/definitions.h"
 #include "objects/object_model.h"
 
 #include <cstddef>
 #include <gtest/gtest.h>
 
-using namespace objtest;
+using namespace kelp::test;
 using namespace kelp;
 
 namespace {

@@ -1,13 +1,13 @@
 // Objects built and torn down through the exported functions, as compiled
 // code does it: order of initializers, destructors and finalizers, counts,
 // and the tear-down of long chains.
-#include "class_kit.h"
+#include "support/class_kit.h"
 #include "objects/object_model.h"
 #include "strings/small_alloc.h"
 
 #include <gtest/gtest.h>
 
-using namespace objtest;
+using namespace kelp::test;
 
 namespace {
 

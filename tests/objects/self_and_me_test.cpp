@@ -1,12 +1,12 @@
 // The prologue of window event code: the control becomes `me`, its window
 // (or a container of a given class) becomes `self`.
-#include "class_kit.h"
+#include "support/class_kit.h"
 #include "objects/object_model.h"
 
 #include <cstddef>
 #include <gtest/gtest.h>
 
-using namespace objtest;
+using namespace kelp::test;
 
 namespace {
 

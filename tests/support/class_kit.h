@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace objtest {
+namespace kelp::test {
 
 // A string literal as an image holds it: one reference that nobody releases.
 inline KelpString Lit(const std::string &text) {
@@ -81,4 +81,4 @@ inline RuntimeClass *MakeClass(RuntimeClass *base, const char *name, uint32_t si
     return c;
 }
 
-} // namespace objtest
+} // namespace kelp::test

@@ -64,7 +64,8 @@ void Scan(const string &s, long *head, long *tail) {
         };
         long a = 0, b = n / 2;
         while (a < b && IsTrimSpace(unit(a))) ++a;
-        while (b > a && IsTrimSpace(unit(b - 1))) --b;
+        b = n / 2;
+        while (b > 0 && IsTrimSpace(unit(b - 1))) --b;
         *head = 2 * a;
         *tail = 2 * b;
         return;
@@ -78,9 +79,11 @@ void Scan(const string &s, long *head, long *tail) {
         q = next;
     }
     *head = q - p;
+    // The right scan stands on its own: a one-sided trim of a text that is
+    // all whitespace must still cut it all.
     const uint8_t *r = end;
-    while (r > q) {
-        const uint8_t *start = utf8 ? BackupUTF8(r, q, 1) : r - 1;
+    while (r > p) {
+        const uint8_t *start = utf8 ? BackupUTF8(r, p, 1) : r - 1;
         const uint8_t *at = start;
         const uint32_t c = utf8 ? UTF8DecodeAndAdvance(at, end) : *at;
         if (!IsTrimSpace(c)) break;
@@ -101,6 +104,7 @@ string Trim(const string &in, Side side) {
     if (!(side & kLeft)) head = 0;
     if (!(side & kRight)) tail = s.Length();
     if (head == 0 && tail == s.Length() && side == kBoth) return in;
+    if (tail <= head) return string();
     string cut = mid(s, head, tail - head);
     if (direct) return cut;
     if (word == kEncodingUnknown) {

@@ -47,6 +47,17 @@ bool SameText(const Text &a, const Text &b) {
     return RuntimeStringCompare(a.storage_, b.storage_) == 0;
 }
 
-Text Str(int32_t value) { return Text::Adopt(StringStr(static_cast<double>(value))); }
+Text Str(int32_t value) {
+    // A number's text never changes, and the bank prints the same small
+    // numbers over and over: each one in this range is made once by the
+    // runtime's Str and then shared.
+    constexpr int32_t kLowest = -1000, kHighest = 9999;
+    if (value < kLowest || value > kHighest)
+        return Text::Adopt(StringStr(static_cast<double>(value)));
+    static stringStorage *made[kHighest - kLowest + 1] = {};
+    stringStorage *&slot = made[value - kLowest];
+    if (slot == nullptr) slot = StringStr(static_cast<double>(value)); // kept for good
+    return Text::Borrow(slot);
+}
 
 } // namespace sumbrook

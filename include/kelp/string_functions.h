@@ -72,6 +72,11 @@ stringStorage *getMacEndOfLine(void);
 stringStorage *getWin32EndOfLine(void);
 stringStorage *getUNIXEndOfLine(void);
 stringStorage *RuntimeReplaceLineEndings(stringStorage *s, stringStorage *eol);
+/* The EndOfLine value of the language stands for the platform's line end:
+ * `eol` + s, s + `eol`, and a comparison with s (as RuntimeStringCompare). */
+stringStorage *RuntimeEndOfLineAdd(RuntimeObject *eol, stringStorage *s);
+stringStorage *RuntimeEndOfLineAddRight(RuntimeObject *eol, stringStorage *s);
+int32_t RuntimeEndOfLineCompare(RuntimeObject *eol, stringStorage *s);
 
 #ifdef __cplusplus
 }

@@ -37,3 +37,20 @@ extern "C" stringStorage *RuntimeReplaceLineEndings(stringStorage *s, stringStor
     if (!out.IsEmpty()) out.SetEncoding(Arg(s).Encoding());
     return Out(out);
 }
+
+// The language's EndOfLine value is the platform's line end whatever object
+// stands for it, so the object itself is not looked at.
+extern "C" stringStorage *RuntimeEndOfLineAdd(RuntimeObject *, stringStorage *s) {
+    const string eol = string::Adopt(RuntimeEndOfLine());
+    return RuntimeAddString(eol.Storage(), s);
+}
+
+extern "C" stringStorage *RuntimeEndOfLineAddRight(RuntimeObject *, stringStorage *s) {
+    const string eol = string::Adopt(RuntimeEndOfLine());
+    return RuntimeAddString(s, eol.Storage());
+}
+
+extern "C" int32_t RuntimeEndOfLineCompare(RuntimeObject *, stringStorage *s) {
+    const string eol = string::Adopt(RuntimeEndOfLine());
+    return RuntimeStringCompare(eol.Storage(), s);
+}

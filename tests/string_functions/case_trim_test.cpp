@@ -89,6 +89,12 @@ TEST(LineEnds, ConventionsAndRewriting) {
     Arg text("a\r\nb\rc\nd"), crlf("\r\n");
     EXPECT_EQ(Take(RuntimeReplaceLineEndings(text, crlf)), "a\r\nb\r\nc\r\nd");
     EXPECT_EQ(Take(RuntimeReplaceLineEndings(nullptr, crlf)), "");
+    Arg word("ab");
+    EXPECT_EQ(Take(RuntimeEndOfLineAdd(nullptr, word)), "\nab");
+    EXPECT_EQ(Take(RuntimeEndOfLineAddRight(nullptr, word)), "ab\n");
+    Arg lf("\n");
+    EXPECT_EQ(RuntimeEndOfLineCompare(nullptr, lf), 0);
+    EXPECT_NE(RuntimeEndOfLineCompare(nullptr, word), 0);
 }
 
 } // namespace

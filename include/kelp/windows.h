@@ -1,4 +1,5 @@
-/* The runtime's window and pane exports, as compiled code calls them. */
+/* The runtime's window exports, as compiled code calls them.  All take the
+ * window object (the language's Window) first and tolerate nil. */
 #ifndef KELP_WINDOWS_H
 #define KELP_WINDOWS_H
 
@@ -7,6 +8,47 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+
+/* Initialiser of Window: fills the implicit instance entry, fires Layout and
+ * builds the window.  The finaliser closes a window still open. */
+void RuntimeCreateWindow(RuntimeObject *self);
+void RuntimeWindowFinalizer(RuntimeObject *self);
+
+/* Showing is deferred to the next pass of the run loop. */
+void RuntimeShowWindow(RuntimeObject *self);
+void RuntimeShowWithinWindow(RuntimeObject *self, RuntimeObject *parent, int32_t facing);
+void RuntimeShowAsWindow(RuntimeObject *self);
+/* Runs passes of the loop until the window is hidden, closed or gone. */
+void RuntimeShowModal(RuntimeObject *self);
+void RuntimeShowModalWithinWindow(RuntimeObject *self, RuntimeObject *parent);
+void RuntimeHideWindow(RuntimeObject *self);
+/* CancelClose(false), then Close and the window's teardown. */
+void RuntimeCloseWindow(RuntimeObject *self);
+
+/* The implicit instance of a window class with a new reference, or nil
+ * after reserving the entry that the construction then fills. */
+RuntimeObject *RuntimeGetImplicitWindow(KelpString className);
+
+/* Property setters (object, row parameter, value) and getters. */
+void windowVisibleSetter(RuntimeObject *self, int32_t parameter, uint8_t visible);
+void windowLeftSetter(RuntimeObject *self, int32_t parameter, int32_t value);
+void windowTopSetter(RuntimeObject *self, int32_t parameter, int32_t value);
+void windowWidthSetter(RuntimeObject *self, int32_t parameter, int32_t value);
+void windowHeightSetter(RuntimeObject *self, int32_t parameter, int32_t value);
+void windowTitleSetter(RuntimeObject *self, int32_t parameter, KelpString title);
+void windowHasBackColorSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
+void windowBackColorSetter(RuntimeObject *self, int32_t parameter, int32_t value);
+/* One Graphics object per window, made on first use; a new reference. */
+RuntimeObject *windowGraphicsGetter(RuntimeObject *self, int32_t parameter);
+/* The GtkWindow pointer, 0 before the window exists. */
+intptr_t windowHandleGetter(RuntimeObject *self, int32_t parameter);
+
+/* Invalidate (all, or a rectangle), then process the toolkit's updates. */
+void formRefresh(RuntimeObject *self, uint8_t erase);
+void formRefreshRect(RuntimeObject *self, int32_t x, int32_t y, int32_t w, int32_t h, uint8_t erase);
+
+/* Windows open now. */
+int32_t RuntimeWindowCount(void);
 
 #ifdef __cplusplus
 }

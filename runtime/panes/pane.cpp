@@ -1,0 +1,375 @@
+#include "panes/pane.h"
+
+#include "windows/window.h"
+
+#include "exceptions/fatal_report.h"
+#include "graphics/graphics_gtk.h"
+#include "graphics/graphics_target.h"
+#include "runloop/background_task.h"
+#include "startup/process_state.h"
+
+#include <gdk/gdkkeysyms.h>
+
+#include <algorithm>
+#include <set>
+
+namespace kelp {
+namespace {
+
+SubPane *gFocusPane = nullptr;
+SubPane *gCapturePane = nullptr;
+int32_t gModifiers = 0;
+std::vector<PaneDeathNotificationReceiver *> &DeathReceivers() {
+    static std::vector<PaneDeathNotificationReceiver *> receivers;
+    return receivers;
+}
+std::set<guint> &KeysDown() {
+    static std::set<guint> keys;
+    return keys;
+}
+
+void SnoopKey(void *, void *data) {
+    auto *event = static_cast<GdkEventKey *>(data);
+    if (event->type == GDK_KEY_PRESS)
+        KeysDown().insert(event->keyval);
+    else if (event->type == GDK_KEY_RELEASE)
+        KeysDown().erase(event->keyval);
+    NoteUserEvent();
+}
+
+const char kFile[] = "runtime/panes/pane.cpp";
+
+} // namespace
+
+// ------------------------------------------------------------- globals
+
+SubPane *FocusPane() { return gFocusPane; }
+
+void SetFocus(SubPane *pane) {
+    if (pane)
+        pane = pane->GetFocusTarget();
+    if (pane == gFocusPane)
+        return;
+    SubPane *old = gFocusPane;
+    gFocusPane = nullptr;
+    if (old) {
+        old->LoseFocus();
+        if (gFocusPane) // the handler moved the focus elsewhere
+            return;
+    }
+    gFocusPane = pane;
+    if (pane)
+        pane->GainFocus();
+}
+
+SubPane *MouseCapturePane() { return gCapturePane; }
+void SetMouseCapturePane(SubPane *pane) { gCapturePane = pane; }
+
+int32_t ModifiersFromState(guint state) {
+    int32_t m = 0;
+    if (state & GDK_SHIFT_MASK)
+        m |= kModShift;
+    if (state & GDK_CONTROL_MASK)
+        m |= kModControl;
+    if (state & GDK_MOD1_MASK)
+        m |= kModOption;
+    return m;
+}
+int32_t CurrentModifiers() { return gModifiers; }
+void SetCurrentModifiers(int32_t modifiers) { gModifiers = modifiers; }
+
+bool KeyIsDown(guint keyval) { return KeysDown().count(keyval) != 0; }
+
+void InstallKeyboardState() {
+    static bool installed = false;
+    if (installed)
+        return;
+    installed = true;
+    SetKeySnoopHook(&SnoopKey);
+    SetEscapeKeyReader([] { return KeyIsDown(GDK_Escape); });
+}
+
+PaneDeathNotificationReceiver::PaneDeathNotificationReceiver() { DeathReceivers().push_back(this); }
+PaneDeathNotificationReceiver::~PaneDeathNotificationReceiver() {
+    auto &r = DeathReceivers();
+    r.erase(std::remove(r.begin(), r.end(), this), r.end());
+}
+
+// ------------------------------------------------------------- SubPane
+
+SubPane::SubPane(SubPane *requestedParent, Rect rect, GtkWidget *w) : bounds(rect) {
+    width = bounds.right - bounds.left;
+    height = bounds.bottom - bounds.top;
+    if (requestedParent) {
+        Window *window = requestedParent->RootWindow();
+        SubPane *chosen = requestedParent;
+        // A child given to the window goes under the last pane that holds it.
+        if (window && requestedParent == window) {
+            for (SubPane *candidate : window->flatList)
+                if (candidate != this && candidate->Encloses(this))
+                    chosen = candidate;
+        }
+        if (!chosen->AddChild(this) && window && chosen != window)
+            window->AddChild(this);
+        if (window)
+            window->flatList.push_back(this);
+    }
+    if (w)
+        SetWidget(w);
+}
+
+SubPane::~SubPane() {
+    KELP_ASSERT(this != FocusPane(), kFile);
+    KELP_ASSERT(lockCount <= 0, kFile);
+    if (gFocusPane == this)
+        gFocusPane = nullptr;
+    if (gCapturePane == this)
+        gCapturePane = nullptr;
+    if (widget) {
+        GtkWidget *w = widget;
+        widget = nullptr;
+        gtk_widget_destroy(w);
+        g_object_unref(w);
+    }
+}
+
+void SubPane::SetWidget(GtkWidget *w) {
+    widget = w;
+    g_object_ref_sink(w);
+    PlaceWidget();
+}
+
+void SubPane::PlaceWidget() {
+    Window *window = RootWindow();
+    if (!widget || !window || window == this || !window->Fixed())
+        return;
+    GtkWidget *fixed = window->Fixed();
+    // Negative sizes from a layout keep the bounds but request nothing.
+    int w = std::max(0, width), h = std::max(0, height);
+    if (gtk_widget_get_parent(widget) == fixed)
+        gtk_fixed_move(GTK_FIXED(fixed), widget, bounds.left, bounds.top);
+    else
+        gtk_fixed_put(GTK_FIXED(fixed), widget, bounds.left, bounds.top);
+    gtk_widget_set_size_request(widget, w, h);
+}
+
+Window *SubPane::RootWindow() {
+    SubPane *p = this;
+    while (p->parent)
+        p = p->parent;
+    return dynamic_cast<Window *>(p);
+}
+
+bool SubPane::AddChild(SubPane *child) {
+    child->parent = this;
+    children.push_back(child);
+    return true;
+}
+
+void SubPane::RemoveChild(SubPane *child) {
+    children.erase(std::remove(children.begin(), children.end(), child), children.end());
+    if (child->parent == this)
+        child->parent = nullptr;
+}
+
+bool SubPane::Contains(const SubPane *pane) const {
+    for (auto it = children.rbegin(); it != children.rend(); ++it)
+        if (*it == pane || (*it)->Contains(pane))
+            return true;
+    return false;
+}
+
+bool SubPane::Encloses(const SubPane *other) const {
+    if (bounds.right <= bounds.left || bounds.bottom <= bounds.top)
+        return false; // an empty rectangle holds nothing
+    return other->bounds.left >= bounds.left && other->bounds.top >= bounds.top &&
+           other->bounds.right <= bounds.right && other->bounds.bottom <= bounds.bottom;
+}
+
+bool SubPane::HitTest(int32_t x, int32_t y) const {
+    return x >= bounds.left && x < bounds.right && y >= bounds.top && y < bounds.bottom;
+}
+
+GdkWindow *SubPane::GetDrawable() {
+    return widget && GTK_WIDGET_REALIZED(widget) ? widget->window : nullptr;
+}
+
+Graphics *SubPane::NewGraphics() {
+    if (!widget)
+        return nullptr;
+    auto *target = new WidgetTarget(widget, bounds,
+                                    GTK_WIDGET_NO_WINDOW(widget) ? WidgetTarget::kSharesWindow
+                                                                 : WidgetTarget::kOwnWindow);
+    return new GraphicsGTK(target, true);
+}
+
+void SubPane::RedrawNow() {
+    Graphics *g = NewGraphics();
+    DrawIfAllowed(g, true);
+    delete g;
+}
+
+void SubPane::Expose() {
+    if (!closing)
+        RedrawNow();
+}
+
+void SubPane::Invalidate(bool) {
+    GdkWindow *drawable = GetDrawable();
+    if (!drawable || closing)
+        return;
+    GdkRectangle r;
+    if (GTK_WIDGET_NO_WINDOW(widget)) {
+        r = {bounds.left, bounds.top, width, height};
+    } else {
+        r = {0, 0, width, height};
+    }
+    gdk_window_invalidate_rect(drawable, &r, TRUE);
+}
+
+bool SubPane::MouseDown(int32_t, int32_t, int32_t) { return false; }
+
+bool SubPane::ContextualClick(int32_t x, int32_t y, int32_t modifiers) {
+    for (size_t i = children.size(); i-- > 0;) {
+        if (i >= children.size())
+            continue;
+        SubPane *child = children[i];
+        if (child->visible && child->HitTest(x, y) && child->ContextualClick(x, y, modifiers))
+            return true;
+    }
+    return false;
+}
+
+void SubPane::MouseMove(int32_t x, int32_t y) {
+    // Enter and exit come from rectangles, not from toolkit crossings: all
+    // exits first, then enters and moves.
+    std::vector<SubPane *> snapshot = children;
+    for (SubPane *child : snapshot)
+        if (child->mouseInside && !(child->visible && child->HitTest(x, y))) {
+            child->mouseInside = false;
+            child->MouseExit();
+        }
+    for (SubPane *child : snapshot) {
+        if (!child->visible || !child->HitTest(x, y))
+            continue;
+        if (!child->mouseInside) {
+            child->mouseInside = true;
+            child->MouseEnter();
+        }
+        child->MouseMove(x, y);
+    }
+}
+
+bool SubPane::MouseWheel(int32_t, int32_t, int32_t) { return false; }
+
+bool SubPane::KeyDown(int32_t, int32_t, int32_t) { return false; }
+
+bool SubPane::CanFocus() {
+    return widget && enabled && visible && GTK_WIDGET_CAN_FOCUS(widget);
+}
+
+void SubPane::SetBounds(Rect rect, bool invalidate) {
+    if (rect.top == bounds.top && rect.left == bounds.left && rect.bottom == bounds.bottom &&
+        rect.right == bounds.right)
+        return;
+    if (invalidate && visible)
+        Invalidate(true);
+    int dx = rect.left - bounds.left, dy = rect.top - bounds.top;
+    bounds = rect;
+    width = bounds.right - bounds.left;
+    height = bounds.bottom - bounds.top;
+    PlaceWidget();
+    for (SubPane *child : std::vector<SubPane *>(children)) {
+        Rect c = child->bounds;
+        c.left += dx, c.right += dx, c.top += dy, c.bottom += dy;
+        child->SetBounds(c, invalidate);
+    }
+    if (invalidate)
+        Invalidate(true);
+}
+
+void SubPane::SetVisible(bool flag) {
+    if (flag == visible)
+        return;
+    if (flag && parent && !parent->visible)
+        return;
+    if (!flag && (gFocusPane == this || Contains(gFocusPane)))
+        SetFocus(nullptr);
+    visible = flag;
+    for (SubPane *child : std::vector<SubPane *>(children))
+        child->SetVisible(flag);
+    Invalidate(true);
+    if (widget)
+        flag ? gtk_widget_show(widget) : gtk_widget_hide(widget);
+}
+
+void SubPane::SetEnabled(bool flag, bool repaint) {
+    if (flag == enabled)
+        return;
+    if (flag && parent && !parent->enabled)
+        return;
+    enabled = flag;
+    for (SubPane *child : std::vector<SubPane *>(children))
+        child->SetEnabled(flag, repaint);
+    if (widget)
+        gtk_widget_set_sensitive(widget, flag);
+    if (repaint)
+        Invalidate(true);
+    if (!flag && gFocusPane == this)
+        SetFocus(nullptr);
+}
+
+bool SubPane::LockForEvent() {
+    if (closing)
+        return false;
+    for (SubPane *p = this; p; p = p->parent)
+        p->Lock();
+    return true;
+}
+
+bool SubPane::UnlockAfterEvent() {
+    // Parents first, before an unlock can free this pane.
+    std::vector<SubPane *> chain;
+    for (SubPane *p = this; p; p = p->parent)
+        chain.push_back(p);
+    bool wasClosing = closing;
+    bool destroyed = false;
+    for (SubPane *p : chain)
+        if (p->Unlock())
+            destroyed = true;
+    return wasClosing || destroyed;
+}
+
+bool SubPane::Unlock() {
+    if (--lockCount >= 0)
+        return false;
+    for (size_t i = children.size(); i-- > 0;)
+        if (i < children.size())
+            children[i]->Close();
+    Window *window = RootWindow();
+    if (parent)
+        parent->RemoveChild(this);
+    if (window && window != static_cast<SubPane *>(this)) {
+        auto &flat = window->flatList;
+        flat.erase(std::remove(flat.begin(), flat.end(), this), flat.end());
+    }
+    delete this;
+    return true;
+}
+
+void SubPane::Close() {
+    if (closing)
+        return;
+    closing = true;
+    for (PaneDeathNotificationReceiver *r : std::vector(DeathReceivers()))
+        r->PaneDied(this);
+    if (gCapturePane == this)
+        gCapturePane = nullptr;
+    if (gFocusPane == this)
+        SetFocus(nullptr);
+    if (Window *window = RootWindow(); window && window->storedFocus == this)
+        window->storedFocus = nullptr;
+    Unlock();
+}
+
+} // namespace kelp

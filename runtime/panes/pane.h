@@ -1,0 +1,129 @@
+#pragma once
+// The pane tree between the toolkit and the objects of the language.  A
+// pane is one rectangle in window coordinates; windows own their panes, a
+// pane owns its widget.  Toolkit signals enter at the window and become
+// virtual calls here.
+#include "graphics/geometry.h"
+
+#include <gtk/gtk.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace kelp {
+
+class Graphics;
+class Window;
+
+enum Modifier : int32_t { kModShift = 512, kModOption = 2048, kModControl = 4096 };
+
+class SubPane {
+public:
+    // With a parent, the pane joins the window's tree: the last pane of the
+    // window that encloses it becomes its real parent.
+    SubPane(SubPane *parent, Rect bounds, GtkWidget *widget = nullptr);
+    virtual ~SubPane();
+    SubPane(const SubPane &) = delete;
+    SubPane &operator=(const SubPane &) = delete;
+
+    // --- drawing
+    virtual void Draw(Graphics *g) { (void)g; }
+    virtual void DrawIfAllowed(Graphics *g, bool flag) {
+        if (flag)
+            Draw(g);
+    }
+    // A Graphics on the pane's widget window (owned by the caller).
+    virtual Graphics *NewGraphics();
+    virtual void RedrawNow();
+    virtual void Expose();
+    virtual void Invalidate(bool erase);
+    virtual GdkWindow *GetDrawable();
+
+    // --- mouse; coordinates in window coordinates
+    virtual bool MouseDown(int32_t x, int32_t y, int32_t modifiers);
+    virtual bool ContextualClick(int32_t x, int32_t y, int32_t modifiers);
+    virtual void MouseDrag(int32_t x, int32_t y) { (void)x, (void)y; }
+    virtual void MouseMove(int32_t x, int32_t y);
+    virtual void MouseUp(int32_t x, int32_t y) { (void)x, (void)y; }
+    virtual void MouseEnter() {}
+    virtual void MouseExit() {}
+    virtual bool MouseWheel(int32_t x, int32_t y, int32_t delta);
+    virtual bool PassesClicksThrough() { return false; }
+
+    // --- keyboard and focus
+    virtual bool KeyDown(int32_t character, int32_t code, int32_t modifiers);
+    virtual bool CanFocus();
+    virtual void GainFocus() {}
+    virtual void LoseFocus() {}
+    virtual SubPane *GetFocusTarget() { return this; }
+    virtual void Idle() {}
+
+    // --- tree and layout
+    virtual void SetBounds(Rect rect, bool invalidate);
+    virtual void SetVisible(bool flag);
+    virtual void SetEnabled(bool flag, bool repaint);
+    virtual bool AddChild(SubPane *child);
+    virtual void RemoveChild(SubPane *child);
+    virtual bool Encloses(const SubPane *other) const;
+    virtual void Close();
+
+    // --- locking against closing inside an event
+    bool LockForEvent();
+    // True when the pane was closing or got destroyed: touch nothing more.
+    bool UnlockAfterEvent();
+    void Lock() { ++lockCount; }
+    // Destroys the pane when the count falls below 0; true if it did.
+    bool Unlock();
+
+    bool Contains(const SubPane *pane) const;
+    bool HitTest(int32_t x, int32_t y) const;
+    Window *RootWindow();
+    SubPane *Parent() const { return parent; }
+    const std::vector<SubPane *> &Children() const { return children; }
+    GtkWidget *GetWidget() const { return widget; }
+    void SetWidget(GtkWidget *w);
+    bool IsClosing() const { return closing; }
+
+    Rect bounds;
+    int32_t width = 0, height = 0;
+    bool mouseInside = false;
+    int32_t lockCount = 0;
+    bool visible = true, enabled = true, closing = false;
+
+protected:
+    // Puts the widget into the window's GtkFixed at the pane's place.
+    void PlaceWidget();
+    SubPane *parent = nullptr;
+    std::vector<SubPane *> children; // creation order = z-order, last on top
+    GtkWidget *widget = nullptr;
+};
+
+// A pane whose children are drawn over it.
+class ContainerPane : public SubPane {
+public:
+    using SubPane::SubPane;
+};
+
+// Hears about every pane that closes.
+class PaneDeathNotificationReceiver {
+public:
+    PaneDeathNotificationReceiver();
+    virtual ~PaneDeathNotificationReceiver();
+    virtual void PaneDied(SubPane *pane) = 0;
+};
+
+SubPane *FocusPane();
+void SetFocus(SubPane *pane);
+SubPane *MouseCapturePane();
+void SetMouseCapturePane(SubPane *pane);
+
+// The modifiers word from a toolkit event state.
+int32_t ModifiersFromState(guint state);
+int32_t CurrentModifiers();
+void SetCurrentModifiers(int32_t modifiers);
+
+// Keys held now, as the key snooper saw them.
+bool KeyIsDown(guint keyval);
+void InstallKeyboardState();
+
+} // namespace kelp

@@ -1,0 +1,668 @@
+// The language's Window: creation with its Layout, the window-building
+// step, showing, modal runs, closing with its events in order, and the
+// implicit instance of each window class.
+#include "windows/runtime_view.h"
+
+#include "graphics/graphics_base.h"
+#include "graphics/graphics_object.h"
+#include "objects/definitions.h"
+#include "objects/object_model.h"
+#include "objects/text.h"
+#include "runloop/application.h"
+#include "runloop/main_loop.h"
+
+#include "kelp/objects.h"
+#include "kelp/windows.h"
+
+#include <gtk/gtk.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <map>
+#include <string>
+
+namespace kelp {
+namespace {
+
+ObjectHook *gLayout, *gCreateControls, *gAddMenuHandlers, *gSetupBindings, *gOpen, *gClose,
+    *gCancelClose, *gKeyDown, *gMouseMove, *gMouseEnter, *gMouseExit, *gPaint, *gMouseDown,
+    *gMouseDrag, *gMouseUp, *gEnableMenuItems, *gResized, *gResizing, *gMoved, *gDropObject,
+    *gActivate, *gDeactivate, *gMinimize, *gMaximize, *gRestore, *gMouseWheel,
+    *gConstructContextualMenu, *gContextualMenuAction;
+
+std::map<std::string, RuntimeObject *> &ImplicitTable() {
+    static std::map<std::string, RuntimeObject *> table;
+    return table;
+}
+
+RuntimeObject *Obj(ViewRecord *view) { return &view->object; }
+ViewRecord *View(RuntimeObject *object) { return reinterpret_cast<ViewRecord *>(object); }
+
+std::string ClassName(RuntimeObject *object) {
+    RuntimeClass *klass = GetObjectClass(object);
+    return std::string(objtext::View(klass ? klass->name : nullptr));
+}
+
+void Fire(ViewRecord *view, ObjectHook *hook) {
+    if (void *code = FindEventHandler(Obj(view), hook))
+        reinterpret_cast<void (*)(RuntimeObject *)>(code)(Obj(view));
+}
+void FireXY(ViewRecord *view, ObjectHook *hook, int32_t x, int32_t y) {
+    if (void *code = FindEventHandler(Obj(view), hook))
+        reinterpret_cast<void (*)(RuntimeObject *, int32_t, int32_t)>(code)(Obj(view), x, y);
+}
+bool FireXYBool(ViewRecord *view, ObjectHook *hook, int32_t x, int32_t y) {
+    if (void *code = FindEventHandler(Obj(view), hook))
+        return reinterpret_cast<uint8_t (*)(RuntimeObject *, int32_t, int32_t)>(code)(Obj(view), x, y) != 0;
+    return false;
+}
+
+void RemoveFromImplicitTable(ViewRecord *view) {
+    auto &table = ImplicitTable();
+    auto it = table.find(ClassName(Obj(view)));
+    if (it != table.end() && it->second == Obj(view)) {
+        table.erase(it);
+        RuntimeUnlockObject(Obj(view));
+    }
+}
+
+bool Alive(Window *window) {
+    const auto &list = WindowList();
+    return std::find(list.begin(), list.end(), window) != list.end();
+}
+
+// --- the run loop's window work
+
+void PreStepAll() {
+    std::vector<Window *> snapshot = WindowList();
+    for (Window *window : snapshot)
+        if (Alive(window))
+            window->PreStep();
+}
+
+bool MouseCaptureStep() {
+    SubPane *capture = MouseCapturePane();
+    if (!capture)
+        return false;
+    Window *window = capture->RootWindow();
+    if (!window || !window->GtkWin() || !window->GtkWin()->window)
+        return false;
+    int x = 0, y = 0;
+    GdkModifierType mask{};
+    gdk_window_get_pointer(window->GtkWin()->window, &x, &y, &mask);
+    if (!(mask & GDK_BUTTON1_MASK))
+        return false;
+    if (capture->LockForEvent()) {
+        capture->MouseDrag(x, y);
+        capture->UnlockAfterEvent();
+    }
+    return true;
+}
+
+void FocusIdle() {
+    if (SubPane *focus = FocusPane())
+        focus->Idle();
+}
+
+int WindowCount() { return static_cast<int>(WindowList().size()); }
+
+void DestroyAll() {
+    Window *last = nullptr;
+    while (!WindowList().empty()) {
+        Window *head = WindowList().front();
+        if (head == last)
+            break; // it would not go
+        last = head;
+        head->Close();
+    }
+}
+
+bool CloseForQuit() {
+    std::vector<Window *> snapshot = WindowList();
+    for (Window *window : snapshot) {
+        if (!Alive(window))
+            continue;
+        auto *viewWindow = dynamic_cast<RuntimeViewWindow *>(window);
+        if (!viewWindow)
+            continue; // message dialogs and the like are passed over
+        if (CloseView(viewWindow->View(), true))
+            return false;
+    }
+    return true;
+}
+
+struct LoopClientInstaller {
+    LoopClientInstaller() {
+        WindowLoopClient client;
+        client.preStep = &PreStepAll;
+        client.mouseCaptureStep = &MouseCaptureStep;
+        client.focusIdle = &FocusIdle;
+        client.windowCount = &WindowCount;
+        client.destroyAllWindows = &DestroyAll;
+        client.closeWindowsForQuit = &CloseForQuit;
+        SetWindowLoopClient(client);
+    }
+} gLoopClientInstaller;
+
+} // namespace
+
+// ------------------------------------------------------------- the pane
+
+RuntimeViewWindow::RuntimeViewWindow(ViewRecord *view, const std::string &title, int32_t kind,
+                                     bool resizable, Rect screenBounds)
+    : Window(title, kind, resizable, screenBounds), view_(view) {
+    RuntimeLockObject(Obj(view));
+    view->pane = this;
+}
+
+RuntimeViewWindow::~RuntimeViewWindow() {
+    if (view_) {
+        ViewRecord *view = view_;
+        view_ = nullptr;
+        if (view->pane == this)
+            view->pane = nullptr;
+        RuntimeUnlockObject(Obj(view));
+    }
+}
+
+void RuntimeViewWindow::DrawContents(Graphics *g) {
+    if (!view_ || !g)
+        return;
+    if (void *code = FindEventHandler(Obj(view_), gPaint)) {
+        RuntimeObject *graphics = NewGraphicsObject(g, false);
+        reinterpret_cast<void (*)(RuntimeObject *, RuntimeObject *)>(code)(Obj(view_), graphics);
+        DetachGraphicsObject(graphics); // a kept object draws nothing later
+        RuntimeUnlockObject(graphics);
+    }
+}
+
+void RuntimeViewWindow::Moved() {
+    if (!view_)
+        return;
+    view_->left = lastBounds.left;
+    view_->top = lastBounds.top;
+    Fire(view_, gMoved);
+}
+
+void RuntimeViewWindow::Resized() {
+    if (!view_ || closing)
+        return;
+    int w = lastBounds.right - lastBounds.left, h = lastBounds.bottom - lastBounds.top;
+    if (w > 0 && h > 0) {
+        view_->width = w;
+        view_->height = h;
+        bounds = Rect{0, 0, static_cast<int16_t>(h), static_cast<int16_t>(w)};
+        width = w, height = h;
+    }
+    if (view_->built)
+        Fire(view_, gResized);
+}
+
+bool RuntimeViewWindow::CloseRequest() { return view_ ? CloseView(view_, false) : false; }
+
+void RuntimeViewWindow::Close() {
+    if (viewClosing_ || closing)
+        return;
+    viewClosing_ = true;
+    Lock();
+    SubPane *focus = FocusPane();
+    if (focus && focus != this && Contains(focus))
+        SetFocus(nullptr);
+    if (view_)
+        Fire(view_, gClose);
+    if (Unlock())
+        return;
+    if (ViewRecord *view = view_) {
+        RemoveFromImplicitTable(view);
+        view_ = nullptr;
+        if (view->pane == this)
+            view->pane = nullptr;
+        DetachGraphicsObject(view->graphics);
+        RuntimeUnlockObject(view->graphics);
+        view->graphics = nullptr;
+        RuntimeUnlockObject(Obj(view));
+    }
+    Window::Close();
+}
+
+bool RuntimeViewWindow::MouseDown(int32_t x, int32_t y, int32_t modifiers) {
+    if (Window::MouseDown(x, y, modifiers))
+        return true;
+    if (view_ && FireXYBool(view_, gMouseDown, x, y)) {
+        SetMouseCapturePane(this); // brings MouseDrag and MouseUp
+        return true;
+    }
+    return false;
+}
+
+void RuntimeViewWindow::MouseDrag(int32_t x, int32_t y) {
+    if (view_)
+        FireXY(view_, gMouseDrag, x, y);
+}
+
+void RuntimeViewWindow::MouseUp(int32_t x, int32_t y) {
+    if (view_)
+        FireXY(view_, gMouseUp, x, y);
+}
+
+void RuntimeViewWindow::MouseMove(int32_t x, int32_t y) {
+    Window::MouseMove(x, y);
+    if (view_ && !closing)
+        FireXY(view_, gMouseMove, x, y);
+}
+
+bool RuntimeViewWindow::MouseWheel(int32_t x, int32_t y, int32_t delta) {
+    for (size_t i = children.size(); i-- > 0;) {
+        if (i >= children.size() || closing)
+            continue;
+        SubPane *child = children[i];
+        if (child->visible && child->HitTest(x, y) && child->MouseWheel(x, y, delta))
+            return true;
+    }
+    if (void *code = view_ ? FindEventHandler(Obj(view_), gMouseWheel) : nullptr)
+        return reinterpret_cast<uint8_t (*)(RuntimeObject *, int32_t, int32_t, int32_t)>(code)(
+                   Obj(view_), x, y, delta) != 0;
+    return false;
+}
+
+bool RuntimeViewWindow::KeyDown(int32_t character, int32_t, int32_t) {
+    void *code = view_ ? FindEventHandler(Obj(view_), gKeyDown) : nullptr;
+    if (!code)
+        return false;
+    char text[2] = {static_cast<char>(character), 0};
+    KelpString key = objtext::Make(std::string_view(text, 1));
+    bool taken = reinterpret_cast<uint8_t (*)(RuntimeObject *, KelpString)>(code)(Obj(view_), key) != 0;
+    objtext::Release(key);
+    return taken;
+}
+
+void RuntimeViewWindow::Activate() {
+    Window::Activate();
+    if (view_)
+        Fire(view_, gActivate);
+}
+
+void RuntimeViewWindow::Deactivate() {
+    if (view_)
+        Fire(view_, gDeactivate);
+}
+
+void RuntimeViewWindow::GetMinMaxSize(int32_t &minW, int32_t &minH, int32_t &maxW, int32_t &maxH) {
+    Window::GetMinMaxSize(minW, minH, maxW, maxH);
+    if (!view_)
+        return;
+    if (view_->minWidth) minW = view_->minWidth;
+    if (view_->minHeight) minH = view_->minHeight;
+    if (view_->maxWidth) maxW = view_->maxWidth;
+    if (view_->maxHeight) maxH = view_->maxHeight;
+}
+
+// ------------------------------------------------------------- building
+
+void BuildViewWindow(ViewRecord *view) {
+    if (view->pane)
+        return;
+    view->built = 1;
+    int32_t kind = KindForFrame(view->frame);
+    int32_t placement = view->placement ? view->placement : DefaultPlacementForFrame(view->frame);
+    Rect requested = RectFromXYWH(view->left, view->top, view->width, view->height);
+    Rect placed = PlaceBounds(requested, placement, kind);
+    view->left = placed.left;
+    view->top = placed.top;
+    view->width = placed.right - placed.left;
+    view->height = placed.bottom - placed.top;
+    auto *pane = new RuntimeViewWindow(view, std::string(objtext::View(view->title)), kind,
+                                       view->resizeable != 0, placed);
+    if (view->macProcId == 1040 && pane->GtkWin())
+        gtk_window_set_decorated(GTK_WINDOW(pane->GtkWin()), FALSE);
+    RuntimeLockObject(Obj(view)); // the events below may close the window
+    if (!view->controlsCreated) {
+        view->controlsCreated = 1;
+        Fire(view, gCreateControls);
+    }
+    if (void *code = FindEventHandler(Obj(view), gAddMenuHandlers))
+        reinterpret_cast<void (*)(RuntimeObject *, RuntimeObject *)>(code)(Obj(view), Obj(view));
+    if (view->pane) {
+        view->pane->SetBackdropColor(view->hasBackColor != 0, static_cast<uint32_t>(view->backColor));
+        Fire(view, gSetupBindings);
+    }
+    if (view->pane && view->visible)
+        view->pane->Show();
+    // Open goes out last, when everything is in place.
+    if (RuntimeViewWindow *p = view->pane) {
+        if (p->LockForEvent()) {
+            Fire(view, gOpen);
+            p->UnlockAfterEvent();
+        }
+    }
+    RuntimeUnlockObject(Obj(view));
+}
+
+bool CloseView(ViewRecord *view, bool appQuitting) {
+    RuntimeViewWindow *pane = view ? view->pane : nullptr;
+    if (!pane)
+        return false;
+    RuntimeLockObject(Obj(view));
+    pane->Lock();
+    bool cancelled = false;
+    if (void *code = FindEventHandler(Obj(view), gCancelClose))
+        cancelled = reinterpret_cast<uint8_t (*)(RuntimeObject *, uint8_t)>(code)(
+                        Obj(view), appQuitting ? 1 : 0) != 0;
+    bool destroyed = pane->Unlock();
+    if (!cancelled && !destroyed)
+        pane->Close();
+    RuntimeUnlockObject(Obj(view));
+    return cancelled;
+}
+
+// ------------------------------------------------------------- definition
+
+ObjectDefinition *WindowDefinition() {
+    static const PropertyRow properties[] = {
+        {0, "Visible", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_ENTRY(windowVisibleSetter), offsetof(ViewRecord, visible)},
+        {0, "Left", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(windowLeftSetter), offsetof(ViewRecord, left)},
+        {0, "Top", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(windowTopSetter), offsetof(ViewRecord, top)},
+        {0, "Width", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(windowWidthSetter), offsetof(ViewRecord, width)},
+        {0, "Height", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(windowHeightSetter), offsetof(ViewRecord, height)},
+        {0, "Placement", &kTypeInteger, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(ViewRecord, placement)},
+        {0, "Frame", &kTypeInteger, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(ViewRecord, frame)},
+        {0, "Title", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(windowTitleSetter), offsetof(ViewRecord, title)},
+        {0, "CloseButton", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(ViewRecord, closeButton)},
+        {0, "Resizeable", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(ViewRecord, resizeable)},
+        {0, "MaximizeButton", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(ViewRecord, maximizeButton)},
+        {0, "LiveResize", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(ViewRecord, liveResize)},
+        {0, "HasBackColor", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_ENTRY(windowHasBackColorSetter), offsetof(ViewRecord, hasBackColor)},
+        {0, "BackColor", &kTypeColor, KELP_ENTRY(intGetter), KELP_ENTRY(windowBackColorSetter), offsetof(ViewRecord, backColor)},
+        {0, "MinWidth", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(intSetter), offsetof(ViewRecord, minWidth)},
+        {0, "MinHeight", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(intSetter), offsetof(ViewRecord, minHeight)},
+        {0, "MaxWidth", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(intSetter), offsetof(ViewRecord, maxWidth)},
+        {0, "MaxHeight", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(intSetter), offsetof(ViewRecord, maxHeight)},
+        {0, "MacProcId", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(intSetter), offsetof(ViewRecord, macProcId)},
+        {0, "Graphics", &kTypePtr, KELP_ENTRY(windowGraphicsGetter), {}, -9},
+        {0, "Handle", &kTypeInteger, KELP_ENTRY(windowHandleGetter), {}, -9},
+    };
+    static const ParameterRow parentParams[] = {{"parent", &kTypePtr}};
+    static const ParameterRow eraseParams[] = {{"eraseBackground", &kTypeBoolean, "True"}};
+    static const MethodRow methods[] = {
+        {"Show", nullptr, nullptr, 0, KELP_ENTRY(RuntimeShowWindow)},
+        {"ShowModal", nullptr, nullptr, 0, KELP_ENTRY(RuntimeShowModal)},
+        {"ShowModalWithin", nullptr, parentParams, 1, KELP_ENTRY(RuntimeShowModalWithinWindow)},
+        {"Hide", nullptr, nullptr, 0, KELP_ENTRY(RuntimeHideWindow)},
+        {"Close", nullptr, nullptr, 0, KELP_ENTRY(RuntimeCloseWindow)},
+        {"Refresh", nullptr, eraseParams, 1, KELP_ENTRY(formRefresh)},
+    };
+    static const EventRow events[] = {
+        {"Layout", "", nullptr, &gLayout},
+        {"CreateControls", "", nullptr, &gCreateControls},
+        {"AddMenuHandlers", "MenuHandlerSourceWindow As Window", nullptr, &gAddMenuHandlers},
+        {"SetupBindings", "", nullptr, &gSetupBindings},
+        {"Open", "", nullptr, &gOpen},
+        {"Close", "", nullptr, &gClose},
+        {"CancelClose", "appQuitting As Boolean", "Boolean", &gCancelClose},
+        {"KeyDown", "Key As String", "Boolean", &gKeyDown},
+        {"MouseMove", "X As Integer, Y As Integer", nullptr, &gMouseMove},
+        {"MouseEnter", "", nullptr, &gMouseEnter},
+        {"MouseExit", "", nullptr, &gMouseExit},
+        {"Paint", "g As Graphics", nullptr, &gPaint},
+        {"MouseDown", "X As Integer, Y As Integer", "Boolean", &gMouseDown},
+        {"MouseDrag", "X As Integer, Y As Integer", nullptr, &gMouseDrag},
+        {"MouseUp", "X As Integer, Y As Integer", nullptr, &gMouseUp},
+        {"EnableMenuItems", "", nullptr, &gEnableMenuItems},
+        {"Resized", "", nullptr, &gResized},
+        {"Resizing", "", nullptr, &gResizing},
+        {"Moved", "", nullptr, &gMoved},
+        {"DropObject", "obj As DragItem", nullptr, &gDropObject},
+        {"Activate", "", nullptr, &gActivate},
+        {"Deactivate", "", nullptr, &gDeactivate},
+        {"Minimize", "", nullptr, &gMinimize},
+        {"Maximize", "", nullptr, &gMaximize},
+        {"Restore", "", nullptr, &gRestore},
+        {"MouseWheel", "X As Integer, Y As Integer, Delta As Integer", "Boolean", &gMouseWheel},
+        {"ConstructContextualMenu", "base As MenuItem, x As Integer, y As Integer", "Boolean",
+         &gConstructContextualMenu},
+        {"ContextualMenuAction", "hitItem As MenuItem", "Boolean", &gContextualMenuAction},
+    };
+    static const ClassDescription description = {
+        .name = "Window",
+        .instanceSize = sizeof(ViewRecord),
+        .initializer = KELP_ENTRY(RuntimeCreateWindow),
+        .finalizer = KELP_ENTRY(RuntimeWindowFinalizer),
+        .properties = properties,
+        .methods = methods,
+        .events = events,
+    };
+    static ObjectDefinition *definition = BuildDefinition(description);
+    return definition;
+}
+KELP_INTRINSIC_CLASS(WindowDefinition);
+
+} // namespace kelp
+
+// ------------------------------------------------------------- exports
+
+using namespace kelp;
+
+extern "C" void RuntimeCreateWindow(RuntimeObject *self) {
+    if (!self)
+        return;
+    ViewRecord *view = View(self);
+    // What a window is before its Layout says otherwise.
+    view->visible = 1;
+    view->closeButton = 1;
+    view->resizeable = 1;
+    view->menuBarVisible = 1;
+    view->width = 300;
+    view->height = 300;
+    view->backColor = 0xffffff;
+    auto &table = ImplicitTable();
+    auto it = table.find(ClassName(self));
+    if (it != table.end() && it->second == nullptr) {
+        it->second = self;
+        RuntimeLockObject(self);
+    }
+    Fire(view, gLayout);
+    BuildViewWindow(view);
+}
+
+extern "C" void RuntimeWindowFinalizer(RuntimeObject *self) {
+    if (!self)
+        return;
+    ViewRecord *view = View(self);
+    if (view->pane) {
+        // Nothing holds the view any more, so its window goes too.
+        RuntimeViewWindow *pane = view->pane;
+        view->pane = nullptr;
+        pane->Close();
+    }
+    objtext::Release(view->title);
+    view->title = nullptr;
+    DetachGraphicsObject(view->graphics);
+    RuntimeUnlockObject(view->graphics);
+    RuntimeUnlockObject(view->backdrop);
+    RuntimeUnlockObject(view->mouseCursor);
+    RuntimeUnlockObject(view->menuBar);
+    view->graphics = view->backdrop = view->mouseCursor = view->menuBar = nullptr;
+}
+
+extern "C" void RuntimeShowWindow(RuntimeObject *self) {
+    if (!self)
+        return;
+    ViewRecord *view = View(self);
+    view->visible = 1;
+    if (!view->pane)
+        BuildViewWindow(view);
+    if (view->pane)
+        view->pane->Show();
+}
+
+extern "C" void RuntimeShowWithinWindow(RuntimeObject *self, RuntimeObject *parent, int32_t facing) {
+    RuntimeShowWindow(self);
+    if (self && parent && View(self)->pane) {
+        View(self)->pane->placementParent = View(parent)->pane;
+        View(self)->pane->showFacing = facing;
+    }
+}
+
+extern "C" void RuntimeShowAsWindow(RuntimeObject *self) { RuntimeShowWindow(self); }
+
+static void RunModal(ViewRecord *view, RuntimeObject *parent) {
+    if (!view->pane)
+        BuildViewWindow(view);
+    if (!view->pane)
+        return;
+    RuntimeLockObject(Obj(view));
+    view->visible = 1;
+    view->pane->Show();
+    if (parent) {
+        view->pane->placementParent = View(parent)->pane;
+        view->pane->showFacing = -1;
+    } else {
+        view->pane->PrepareModal();
+    }
+    // The same pass as the main loop, from inside the handler that asked.
+    while (view->pane && view->pane->shown)
+        MainLoopStep(true);
+    RuntimeUnlockObject(Obj(view));
+}
+
+extern "C" void RuntimeShowModal(RuntimeObject *self) {
+    if (self)
+        RunModal(View(self), nullptr);
+}
+
+extern "C" void RuntimeShowModalWithinWindow(RuntimeObject *self, RuntimeObject *parent) {
+    if (self)
+        RunModal(View(self), parent);
+}
+
+extern "C" void RuntimeHideWindow(RuntimeObject *self) {
+    if (!self)
+        return;
+    View(self)->visible = 0;
+    if (View(self)->pane)
+        View(self)->pane->Hide();
+}
+
+extern "C" void RuntimeCloseWindow(RuntimeObject *self) {
+    if (self)
+        CloseView(View(self), false);
+}
+
+extern "C" RuntimeObject *RuntimeGetImplicitWindow(KelpString className) {
+    std::string name(objtext::View(className));
+    auto &table = ImplicitTable();
+    auto it = table.find(name);
+    if (it != table.end() && it->second) {
+        RuntimeLockObject(it->second);
+        return it->second;
+    }
+    table[name] = nullptr; // the construction that follows fills it
+    return nullptr;
+}
+
+extern "C" void windowVisibleSetter(RuntimeObject *self, int32_t, uint8_t visible) {
+    if (!self)
+        return;
+    visible ? RuntimeShowWindow(self) : RuntimeHideWindow(self);
+    View(self)->visible = visible ? 1 : 0;
+}
+
+static void MoveView(ViewRecord *view) {
+    if (view->pane)
+        view->pane->Move(view->left, view->top, true);
+}
+
+extern "C" void windowLeftSetter(RuntimeObject *self, int32_t, int32_t value) {
+    if (!self)
+        return;
+    View(self)->left = value;
+    MoveView(View(self));
+}
+
+extern "C" void windowTopSetter(RuntimeObject *self, int32_t, int32_t value) {
+    if (!self)
+        return;
+    View(self)->top = value;
+    MoveView(View(self));
+}
+
+extern "C" void windowWidthSetter(RuntimeObject *self, int32_t, int32_t value) {
+    if (!self)
+        return;
+    View(self)->width = value;
+    if (View(self)->pane)
+        View(self)->pane->Resize(value, View(self)->height, true);
+}
+
+extern "C" void windowHeightSetter(RuntimeObject *self, int32_t, int32_t value) {
+    if (!self)
+        return;
+    View(self)->height = value;
+    if (View(self)->pane)
+        View(self)->pane->Resize(View(self)->width, value, true);
+}
+
+extern "C" void windowTitleSetter(RuntimeObject *self, int32_t, KelpString title) {
+    if (!self)
+        return;
+    ViewRecord *view = View(self);
+    objtext::Retain(title);
+    objtext::Release(view->title);
+    view->title = title;
+    if (view->pane)
+        view->pane->SetTitle(std::string(objtext::View(title)));
+}
+
+extern "C" void windowHasBackColorSetter(RuntimeObject *self, int32_t, uint8_t value) {
+    if (!self)
+        return;
+    ViewRecord *view = View(self);
+    view->hasBackColor = value ? 1 : 0;
+    if (view->pane)
+        view->pane->SetBackdropColor(view->hasBackColor, static_cast<uint32_t>(view->backColor));
+}
+
+extern "C" void windowBackColorSetter(RuntimeObject *self, int32_t, int32_t value) {
+    if (!self)
+        return;
+    ViewRecord *view = View(self);
+    view->backColor = value;
+    if (view->pane && view->hasBackColor)
+        view->pane->SetBackdropColor(true, static_cast<uint32_t>(value));
+}
+
+extern "C" RuntimeObject *windowGraphicsGetter(RuntimeObject *self, int32_t) {
+    if (!self)
+        return nullptr;
+    ViewRecord *view = View(self);
+    if (!view->graphics && view->pane)
+        view->graphics = NewGraphicsObject(view->pane->NewGraphics(), true);
+    RuntimeLockObject(view->graphics);
+    return view->graphics;
+}
+
+extern "C" intptr_t windowHandleGetter(RuntimeObject *self, int32_t) {
+    if (!self || !View(self)->pane)
+        return 0;
+    return reinterpret_cast<intptr_t>(View(self)->pane->GtkWin());
+}
+
+extern "C" void formRefresh(RuntimeObject *self, uint8_t erase) {
+    if (!self || !View(self)->pane)
+        return;
+    View(self)->pane->Invalidate(erase != 0);
+    gdk_window_process_all_updates();
+}
+
+extern "C" void formRefreshRect(RuntimeObject *self, int32_t x, int32_t y, int32_t w, int32_t h,
+                                uint8_t) {
+    if (!self || !View(self)->pane)
+        return;
+    if (GdkWindow *drawable = View(self)->pane->GetDrawable()) {
+        GdkRectangle r{x, y, w, h};
+        gdk_window_invalidate_rect(drawable, &r, TRUE);
+    }
+    gdk_window_process_all_updates();
+}
+
+extern "C" int32_t RuntimeWindowCount(void) { return static_cast<int32_t>(WindowList().size()); }

@@ -1,0 +1,63 @@
+#pragma once
+// The Window class of the language: its instance record (a RuntimeView) and
+// the RuntimeViewWindow pane that is built for it when it is shown.
+#include "windows/window.h"
+
+#include "kelp/records.h"
+
+namespace kelp {
+
+struct ObjectDefinition;
+class RuntimeViewWindow;
+
+struct ViewRecord {
+    RuntimeObject object;
+    uint8_t visible, closeButton, resizeable, maximizeButton;
+    uint8_t liveResize, hasBackColor, fullScreen, menuBarVisible;
+    uint8_t built, controlsCreated, composite, balloonHelp;
+    int32_t frame, placement;
+    int32_t left, top, width, height;
+    int32_t minWidth, minHeight, maxWidth, maxHeight; // 0: none
+    int32_t backColor;
+    int32_t macProcId;
+    KelpString title;
+    RuntimeObject *backdrop, *graphics, *mouseCursor, *menuBar; // counted
+    RuntimeViewWindow *pane;
+};
+
+ObjectDefinition *WindowDefinition();
+
+class RuntimeViewWindow : public Window {
+public:
+    RuntimeViewWindow(ViewRecord *view, const std::string &title, int32_t kind, bool resizable,
+                      Rect screenBounds);
+    ~RuntimeViewWindow() override;
+
+    ViewRecord *View() const { return view_; }
+
+    void DrawContents(Graphics *g) override;
+    void Moved() override;
+    void Resized() override;
+    bool CloseRequest() override;
+    void Close() override;
+    bool MouseDown(int32_t x, int32_t y, int32_t modifiers) override;
+    void MouseDrag(int32_t x, int32_t y) override;
+    void MouseUp(int32_t x, int32_t y) override;
+    void MouseMove(int32_t x, int32_t y) override;
+    bool MouseWheel(int32_t x, int32_t y, int32_t delta) override;
+    bool KeyDown(int32_t character, int32_t code, int32_t modifiers) override;
+    void Activate() override;
+    void Deactivate() override;
+    void GetMinMaxSize(int32_t &minW, int32_t &minH, int32_t &maxW, int32_t &maxH) override;
+
+private:
+    ViewRecord *view_; // one reference while the pane lives
+    bool viewClosing_ = false;
+};
+
+// The window-building step: makes the pane for a view that has none.
+void BuildViewWindow(ViewRecord *view);
+// Closes a view's window; true when a CancelClose refused.
+bool CloseView(ViewRecord *view, bool appQuitting);
+
+} // namespace kelp

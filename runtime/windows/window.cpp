@@ -1,0 +1,613 @@
+#include "windows/window.h"
+
+#include "graphics/graphics_gtk.h"
+#include "graphics/graphics_target.h"
+#include "runloop/background_task.h"
+#include "runloop/clock.h"
+#include "startup/display.h"
+
+#include <gdk/gdkkeysyms.h>
+
+#include <algorithm>
+
+namespace kelp {
+namespace {
+
+std::vector<Window *> gWindows;    // newest first
+std::vector<Window *> gFrontToBack; // front first
+guint32 gLastPressTime = 0;
+bool gLastPressSeen = false;
+
+constexpr int kKindOfFrame[] = {8, 3, 2, 1, 4, 5, 6, 9, 10, 11, 12};
+constexpr int kPlacementOfFrame[] = {4, 2, 2, 0, 2, 2, 4, 0, 0, 4, 0};
+
+// --- toolkit signals; all enter at the GtkWindow except expose.
+
+gboolean OnExpose(GtkWidget *, GdkEventExpose *, gpointer data) {
+    auto *window = static_cast<Window *>(data);
+    window->Expose();
+    return FALSE; // native drawing of the children goes on
+}
+
+gboolean OnMotion(GtkWidget *, GdkEventMotion *event, gpointer data) {
+    auto *window = static_cast<Window *>(data);
+    NoteUserEvent();
+    SetCurrentModifiers(ModifiersFromState(event->state));
+    if (MouseCapturePane())
+        return FALSE;
+    int x = 0, y = 0;
+    gtk_widget_get_pointer(window->GtkWin(), &x, &y);
+    if (window->LockForEvent()) {
+        window->MouseMove(x, y);
+        window->UnlockAfterEvent();
+    }
+    return FALSE;
+}
+
+gboolean OnConfigure(GtkWidget *, GdkEventConfigure *, gpointer data) {
+    auto *window = static_cast<Window *>(data);
+    int32_t minW = 0, minH = 0, maxW = 0, maxH = 0;
+    window->GetMinMaxSize(minW, minH, maxW, maxH);
+    if (!minW && !minH && !maxW && !maxH)
+        return FALSE;
+    GdkGeometry hints{};
+    if (window->resizable) {
+        hints.min_width = minW, hints.min_height = minH;
+        hints.max_width = maxW ? maxW : 32000, hints.max_height = maxH ? maxH : 32000;
+    } else {
+        hints.min_width = hints.max_width = window->width;
+        hints.min_height = hints.max_height = window->height;
+    }
+    gtk_window_set_geometry_hints(GTK_WINDOW(window->GtkWin()), nullptr, &hints,
+                                  GdkWindowHints(GDK_HINT_MIN_SIZE | GDK_HINT_MAX_SIZE));
+    return FALSE;
+}
+
+gboolean OnDelete(GtkWidget *, GdkEvent *, gpointer data) {
+    return static_cast<Window *>(data)->CloseRequest() ? TRUE : FALSE;
+}
+
+int32_t CharacterForKey(guint keyval) {
+    switch (keyval) {
+    case GDK_Return: return 13;
+    case GDK_KP_Enter: return 3;
+    case GDK_ISO_Left_Tab: case GDK_Tab: return 9;
+    case GDK_BackSpace: return 8;
+    case GDK_Left: case GDK_KP_Left: return 28;
+    case GDK_Right: case GDK_KP_Right: return 29;
+    case GDK_Up: case GDK_KP_Up: return 30;
+    case GDK_Down: case GDK_KP_Down: return 31;
+    case GDK_Home: case GDK_KP_Home: case GDK_KP_Begin: return 1;
+    case GDK_End: case GDK_KP_End: return 4;
+    case GDK_Page_Up: case GDK_KP_Page_Up: return 11;
+    case GDK_Page_Down: case GDK_KP_Page_Down: return 12;
+    case GDK_Delete: case GDK_KP_Delete: return 127;
+    case GDK_KP_Multiply: return '*';
+    case GDK_KP_Add: return '+';
+    case GDK_KP_Subtract: return '-';
+    case GDK_KP_Decimal: return '.';
+    case GDK_KP_Divide: return '/';
+    case GDK_KP_Equal: return '=';
+    case GDK_Escape: return 27;
+    default: return static_cast<int32_t>(keyval & 0xff);
+    }
+}
+
+gboolean OnKeyPress(GtkWidget *, GdkEventKey *event, gpointer data) {
+    auto *window = static_cast<Window *>(data);
+    NoteUserEvent();
+    int32_t modifiers = ModifiersFromState(event->state);
+    SetCurrentModifiers(modifiers);
+    if (event->keyval >= GDK_Shift_L && event->keyval <= GDK_Shift_Lock)
+        return FALSE;
+    if (event->keyval == GDK_Alt_L || event->keyval == GDK_Alt_R) {
+        SetCurrentModifiers(modifiers | kModOption);
+        return FALSE;
+    }
+    int32_t character = CharacterForKey(event->keyval);
+    if (!window->LockForEvent())
+        return FALSE;
+    bool taken = window->KeyDownWindow(character, event->hardware_keycode, modifiers);
+    window->UnlockAfterEvent();
+    return taken ? TRUE : FALSE;
+}
+
+gboolean OnButtonPress(GtkWidget *, GdkEventButton *event, gpointer data) {
+    auto *window = static_cast<Window *>(data);
+    if (event->type != GDK_BUTTON_PRESS)
+        return FALSE;
+    // The same press reaches a native widget's handler and the window.
+    if (gLastPressSeen && event->time == gLastPressTime && event->time != 0)
+        return FALSE;
+    gLastPressSeen = true;
+    gLastPressTime = event->time;
+    NoteUserEvent();
+    int32_t modifiers = ModifiersFromState(event->state);
+    SetCurrentModifiers(modifiers);
+    int x = 0, y = 0;
+    gtk_widget_get_pointer(window->GtkWin(), &x, &y);
+    if (!window->LockForEvent())
+        return FALSE;
+    bool taken = event->button == 3 ? window->ContextualClick(x, y, modifiers)
+                                    : window->MouseDown(x, y, modifiers);
+    bool native = window->nativeClickPane != nullptr;
+    window->UnlockAfterEvent();
+    return taken && !native ? TRUE : FALSE;
+}
+
+gboolean OnButtonRelease(GtkWidget *, GdkEventButton *, gpointer data) {
+    auto *window = static_cast<Window *>(data);
+    NoteUserEvent();
+    if (SubPane *capture = MouseCapturePane()) {
+        int x = 0, y = 0;
+        gtk_widget_get_pointer(window->GtkWin(), &x, &y);
+        SetMouseCapturePane(nullptr);
+        if (capture->LockForEvent()) {
+            capture->MouseUp(x, y);
+            capture->UnlockAfterEvent();
+        }
+    }
+    return FALSE;
+}
+
+gboolean OnFocusIn(GtkWidget *, GdkEventFocus *, gpointer data) {
+    auto *window = static_cast<Window *>(data);
+    BringToFront(window);
+    if (window->LockForEvent()) {
+        window->Activate();
+        window->UnlockAfterEvent();
+    }
+    return FALSE;
+}
+
+gboolean OnFocusOut(GtkWidget *, GdkEventFocus *, gpointer data) {
+    auto *window = static_cast<Window *>(data);
+    if (window->LockForEvent()) {
+        window->Deactivate();
+        SubPane *focus = FocusPane();
+        if (focus && (focus == window || window->Contains(focus)))
+            SetFocus(nullptr);
+        window->UnlockAfterEvent();
+    }
+    return FALSE;
+}
+
+gboolean OnScroll(GtkWidget *, GdkEventScroll *event, gpointer data) {
+    auto *window = static_cast<Window *>(data);
+    int x = 0, y = 0;
+    gtk_widget_get_pointer(window->GtkWin(), &x, &y);
+    int32_t delta = event->direction == GDK_SCROLL_UP ? -3 : 3;
+    if (!window->LockForEvent())
+        return FALSE;
+    bool taken = window->MouseWheel(x, y, delta);
+    window->UnlockAfterEvent();
+    return taken ? TRUE : FALSE;
+}
+
+void Connect(GtkWidget *w, const char *signal, GCallback cb, Window *window) {
+    g_signal_connect(w, signal, cb, window);
+}
+
+// The monitor rectangles of the default screen.
+std::vector<GdkRectangle> Screens() {
+    std::vector<GdkRectangle> screens;
+    GdkScreen *screen = DisplayAvailable() ? gdk_screen_get_default() : nullptr;
+    if (!screen)
+        return screens;
+    int n = gdk_screen_get_n_monitors(screen);
+    for (int i = 0; i < n; ++i) {
+        GdkRectangle r;
+        gdk_screen_get_monitor_geometry(screen, i, &r);
+        screens.push_back(r);
+    }
+    return screens;
+}
+
+int Overlap(const GdkRectangle &s, const Rect &r) {
+    int w = std::min<int>(s.x + s.width, r.right) - std::max<int>(s.x, r.left);
+    int h = std::min<int>(s.y + s.height, r.bottom) - std::max<int>(s.y, r.top);
+    return w > 0 && h > 0 ? w * h : 0;
+}
+
+const GdkRectangle *ScreenShowingMost(const std::vector<GdkRectangle> &screens, const Rect &r) {
+    const GdkRectangle *best = nullptr;
+    int bestArea = 0;
+    for (const auto &s : screens)
+        if (int a = Overlap(s, r); a > bestArea)
+            best = &s, bestArea = a;
+    return best;
+}
+
+void MoveTo(Rect &r, int left, int top) {
+    int w = r.right - r.left, h = r.bottom - r.top;
+    r.left = static_cast<int16_t>(left), r.top = static_cast<int16_t>(top);
+    r.right = static_cast<int16_t>(left + w), r.bottom = static_cast<int16_t>(top + h);
+}
+
+} // namespace
+
+// ------------------------------------------------------------- kinds
+
+int32_t KindForFrame(int32_t frame) {
+    if (frame < 0 || frame > 10)
+        frame = 0;
+    int32_t kind = kKindOfFrame[frame];
+    if (kind == 12)
+        kind = 1; // drawers are floating windows here
+    if (kind == 11)
+        kind = 8; // metal is a document window on this platform
+    return kind;
+}
+
+int32_t DefaultPlacementForFrame(int32_t frame) {
+    return frame < 0 || frame > 10 ? kPlacementStagger : kPlacementOfFrame[frame];
+}
+
+bool IsModalKind(int32_t kind) { return kind == 2 || kind == 3 || kind == 5 || kind == 10; }
+
+int32_t LayerOfKind(int32_t kind) {
+    switch (kind) {
+    case 1: case 7: case 9: return 0;
+    case 2: case 3: case 4: case 5: case 10: return 1;
+    case 12: return 3;
+    default: return 2;
+    }
+}
+
+Rect PlaceBounds(Rect bounds, int32_t placement, int32_t kind) {
+    std::vector<GdkRectangle> screens = Screens();
+    if (screens.empty())
+        return bounds;
+    int w = bounds.right - bounds.left, h = bounds.bottom - bounds.top;
+    Window *top = nullptr;
+    for (Window *candidate : gFrontToBack)
+        if (!candidate->closing && LayerOfKind(candidate->kind) == LayerOfKind(kind)) {
+            top = candidate;
+            break;
+        }
+    Rect topRect = top ? top->lastBounds : Rect{};
+    if (placement == kPlacementDefault) {
+        MoveTo(bounds, bounds.left + 4, bounds.top + 100);
+    } else if (placement == kPlacementParent && top) {
+        MoveTo(bounds, topRect.left + ((topRect.right - topRect.left) - w) / 2, topRect.top + 30);
+    } else if (placement == kPlacementStagger) {
+        const GdkRectangle *s = top ? ScreenShowingMost(screens, topRect) : nullptr;
+        if (top && s && topRect.right + 20 <= s->x + s->width && topRect.bottom + 20 <= s->y + s->height)
+            MoveTo(bounds, topRect.left + 20, topRect.top + 20);
+        else
+            MoveTo(bounds, 10, 50);
+    } else {
+        const GdkRectangle *s = &screens[0];
+        if (placement == kPlacementParentScreen && top)
+            if (const GdkRectangle *most = ScreenShowingMost(screens, topRect))
+                s = most;
+        int divisor = placement == 5 ? 2 : 3;
+        MoveTo(bounds, s->x + (s->width - w) / 2, s->y + (s->height - h) / divisor);
+    }
+    // Keep it on the screen that shows most of it, or the nearest one.
+    const GdkRectangle *s = ScreenShowingMost(screens, bounds);
+    if (!s) {
+        long bestDistance = -1;
+        for (const auto &candidate : screens) {
+            long dx = candidate.x - bounds.left, dy = candidate.y - bounds.top;
+            long d = dx * dx + dy * dy;
+            if (bestDistance < 0 || d < bestDistance)
+                s = &candidate, bestDistance = d;
+        }
+    }
+    int left = bounds.left, topEdge = bounds.top;
+    if (left + w > s->x + s->width - 2)
+        left = s->x + s->width - 2 - w;
+    if (topEdge + h > s->y + s->height - 2)
+        topEdge = s->y + s->height - 2 - h;
+    if (left < s->x + 2)
+        left = s->x + 2;
+    if (topEdge < s->y + 25)
+        topEdge = s->y + 25;
+    MoveTo(bounds, left, topEdge);
+    if (bounds.right > s->x + s->width - 2)
+        bounds.right = static_cast<int16_t>(s->x + s->width - 2);
+    if (bounds.bottom > s->y + s->height - 2)
+        bounds.bottom = static_cast<int16_t>(s->y + s->height - 2);
+    return bounds;
+}
+
+// ------------------------------------------------------------- Window
+
+Window::Window(const std::string &windowTitle, int32_t windowKind, bool isResizable, Rect screenBounds)
+    : ContainerPane(nullptr, Rect{0, 0, static_cast<int16_t>(screenBounds.bottom - screenBounds.top),
+                                  static_cast<int16_t>(screenBounds.right - screenBounds.left)}),
+      kind(windowKind), resizable(isResizable), lastBounds(screenBounds), title(windowTitle) {
+    gWindows.insert(gWindows.begin(), this);
+    if (!RequireDisplay("Window")) {
+        gFrontToBack.insert(gFrontToBack.begin(), this);
+        return;
+    }
+    InstallKeyboardState();
+    gtkWindow = gtk_window_new(GTK_WINDOW_TOPLEVEL);
+    g_object_ref_sink(gtkWindow);
+    gtkBox = gtk_vbox_new(FALSE, 0);
+    gtk_container_add(GTK_CONTAINER(gtkWindow), gtkBox);
+    GtkWidget *fixed = gtk_fixed_new();
+    gtk_box_pack_end(GTK_BOX(gtkBox), fixed, TRUE, TRUE, 0);
+    widget = fixed;
+    g_object_ref(fixed);
+    gtk_widget_show(gtkBox);
+    gtk_widget_show(fixed);
+    gtk_window_set_gravity(GTK_WINDOW(gtkWindow), GDK_GRAVITY_STATIC);
+    gtk_window_set_title(GTK_WINDOW(gtkWindow), title.c_str());
+    gtk_window_move(GTK_WINDOW(gtkWindow), screenBounds.left, screenBounds.top);
+    gtk_window_resize(GTK_WINDOW(gtkWindow), std::max(1, width), std::max(1, height));
+    gtk_window_set_resizable(GTK_WINDOW(gtkWindow), resizable);
+    bool modal = kind == 2 || kind == 3 || kind == 4 || kind == 5 || kind == 10;
+    gtk_window_set_modal(GTK_WINDOW(gtkWindow), modal);
+    if (modal && gWindows.size() > 1 && gWindows[1]->gtkWindow)
+        gtk_window_set_transient_for(GTK_WINDOW(gtkWindow), GTK_WINDOW(gWindows[1]->gtkWindow));
+    if (kind == 4 || kind == 5)
+        gtk_window_set_decorated(GTK_WINDOW(gtkWindow), FALSE);
+    gtk_widget_add_events(gtkWindow, GDK_POINTER_MOTION_MASK | GDK_BUTTON_PRESS_MASK |
+                                         GDK_BUTTON_RELEASE_MASK);
+    Connect(fixed, "expose-event", G_CALLBACK(OnExpose), this);
+    Connect(gtkWindow, "motion-notify-event", G_CALLBACK(OnMotion), this);
+    Connect(gtkWindow, "configure-event", G_CALLBACK(OnConfigure), this);
+    Connect(gtkWindow, "delete-event", G_CALLBACK(OnDelete), this);
+    Connect(gtkWindow, "key-press-event", G_CALLBACK(OnKeyPress), this);
+    Connect(gtkWindow, "button-press-event", G_CALLBACK(OnButtonPress), this);
+    Connect(gtkWindow, "button-release-event", G_CALLBACK(OnButtonRelease), this);
+    Connect(gtkWindow, "focus-in-event", G_CALLBACK(OnFocusIn), this);
+    Connect(gtkWindow, "focus-out-event", G_CALLBACK(OnFocusOut), this);
+    Connect(gtkWindow, "scroll-event", G_CALLBACK(OnScroll), this);
+    gFrontToBack.insert(gFrontToBack.begin(), this);
+}
+
+Window::~Window() {
+    // Child panes left over go first; they hold widgets inside our fixed.
+    while (!children.empty()) {
+        SubPane *child = children.back();
+        child->Close();
+        if (!children.empty() && children.back() == child)
+            RemoveChild(child); // still locked by an event: forget it here
+    }
+    if (gtkWindow) {
+        g_signal_handlers_disconnect_matched(gtkWindow, G_SIGNAL_MATCH_DATA, 0, 0, nullptr, nullptr, this);
+        g_signal_handlers_disconnect_matched(widget, G_SIGNAL_MATCH_DATA, 0, 0, nullptr, nullptr, this);
+        gtk_widget_destroy(gtkWindow);
+        g_object_unref(gtkWindow);
+        g_object_unref(widget);
+        widget = nullptr; // went with the window
+    }
+    gWindows.erase(std::remove(gWindows.begin(), gWindows.end(), this), gWindows.end());
+    gFrontToBack.erase(std::remove(gFrontToBack.begin(), gFrontToBack.end(), this), gFrontToBack.end());
+}
+
+GdkWindow *Window::GetDrawable() {
+    return gtkWindow && GTK_WIDGET_REALIZED(gtkWindow) ? gtkWindow->window : nullptr;
+}
+
+Graphics *Window::NewGraphics() {
+    if (!widget)
+        return nullptr;
+    auto *target = new WidgetTarget(widget, bounds, WidgetTarget::kWindowItself, 0);
+    target->SetBackColor(hasBackdropColor, backdropColor);
+    return new GraphicsGTK(target, true);
+}
+
+void Window::Draw(Graphics *g) {
+    if (g && hasBackdropColor)
+        g->EraseRect(bounds);
+    DrawContents(g);
+}
+
+void Window::Invalidate(bool) {
+    GdkWindow *drawable = GetDrawable();
+    if (!drawable || closing)
+        return;
+    GdkRectangle r{0, 0, width, height};
+    gdk_window_invalidate_rect(drawable, &r, TRUE);
+}
+
+bool Window::MouseDown(int32_t x, int32_t y, int32_t modifiers) {
+    nativeClickPane = nullptr;
+    for (size_t i = children.size(); i-- > 0;) {
+        if (closing)
+            return true;
+        if (i >= children.size())
+            continue;
+        SubPane *child = children[i];
+        if (!child->visible || !child->HitTest(x, y))
+            continue;
+        if (child->MouseDown(x, y, modifiers)) {
+            SetMouseCapturePane(child);
+            return true;
+        }
+        if (!child->PassesClicksThrough()) {
+            nativeClickPane = child; // the toolkit gives the press to the widget
+            return true;
+        }
+    }
+    return false;
+}
+
+void Window::Activate() {
+    if (kind == 1 || kind == 7)
+        return;
+    SubPane *target = storedFocus && storedFocus->visible ? storedFocus : nullptr;
+    if (!target)
+        for (SubPane *pane : flatList)
+            if (pane->CanFocus()) {
+                target = pane;
+                break;
+            }
+    SetFocus(target ? target : this);
+}
+
+bool Window::KeyDownWindow(int32_t character, int32_t code, int32_t modifiers) {
+    SubPane *focus = FocusPane();
+    if (focus && focus != this && Contains(focus) && focus->KeyDown(character, code, modifiers))
+        return true;
+    if (KeyDown(character, code, modifiers))
+        return true;
+    // Tab moves the focus through the panes in creation order.
+    if (character == 9 && !(modifiers & (256 | kModOption | kModControl))) {
+        std::vector<SubPane *> order;
+        for (SubPane *p : flatList)
+            if (p->CanFocus())
+                order.push_back(p);
+        if (order.empty())
+            return false;
+        auto it = std::find(order.begin(), order.end(), focus);
+        bool back = modifiers & kModShift;
+        SubPane *next;
+        if (it == order.end())
+            next = back ? order.back() : order.front();
+        else if (back)
+            next = it == order.begin() ? order.back() : *(it - 1);
+        else
+            next = (it + 1) == order.end() ? order.front() : *(it + 1);
+        storedFocus = next;
+        if (next->GetWidget())
+            gtk_widget_grab_focus(next->GetWidget());
+        SetFocus(next);
+        return true;
+    }
+    return false;
+}
+
+void Window::GetMinMaxSize(int32_t &minW, int32_t &minH, int32_t &maxW, int32_t &maxH) {
+    minW = minH = maxW = maxH = 0;
+}
+
+void Window::Show() {
+    shown = true;
+    if (gtkWindow && GTK_WIDGET_MAPPED(gtkWindow))
+        gtk_window_present(GTK_WINDOW(gtkWindow));
+    // Otherwise the run loop's pre-step maps it.
+}
+
+void Window::Hide() {
+    shown = false;
+    if (gtkWindow)
+        gtk_widget_hide(gtkWindow);
+}
+
+void Window::PrepareModal() {
+    placementParent = nullptr;
+    PreStep();
+}
+
+void Window::Move(int32_t left, int32_t top, bool notify) {
+    if (gtkWindow)
+        gtk_window_move(GTK_WINDOW(gtkWindow), left, top);
+    // The notice is ours to give; the toolkit's report of this very move,
+    // which comes a pass or two later, must not give it again.
+    MoveTo(lastBounds, left, top);
+    AwaitGeometry();
+    if (notify)
+        movedPending = true;
+}
+
+void Window::Resize(int32_t newWidth, int32_t newHeight, bool notify) {
+    if (gtkWindow) {
+        if (!resizable) {
+            GdkGeometry hints{};
+            hints.min_width = hints.max_width = std::max(1, newWidth);
+            hints.min_height = hints.max_height = std::max(1, newHeight);
+            gtk_window_set_geometry_hints(GTK_WINDOW(gtkWindow), gtkBox, &hints,
+                                          GdkWindowHints(GDK_HINT_MIN_SIZE | GDK_HINT_MAX_SIZE));
+        }
+        gtk_window_resize(GTK_WINDOW(gtkWindow), std::max(1, newWidth), std::max(1, newHeight));
+    }
+    bounds = Rect{0, 0, static_cast<int16_t>(newHeight), static_cast<int16_t>(newWidth)};
+    width = newWidth;
+    height = newHeight;
+    lastBounds.right = static_cast<int16_t>(lastBounds.left + std::max(1, newWidth));
+    lastBounds.bottom = static_cast<int16_t>(lastBounds.top + std::max(1, newHeight));
+    AwaitGeometry();
+    if (notify)
+        resizedPending = true;
+}
+
+void Window::SetTitle(const std::string &newTitle) {
+    title = newTitle;
+    if (gtkWindow)
+        gtk_window_set_title(GTK_WINDOW(gtkWindow), title.c_str());
+}
+
+void Window::SetBackdropColor(bool has, uint32_t color) {
+    hasBackdropColor = has;
+    if (has)
+        backdropColor = color;
+}
+
+Rect Window::CurrentScreenBounds() {
+    Rect r = lastBounds;
+    if (gtkWindow && GTK_WIDGET_VISIBLE(gtkWindow) && gtkWindow->window) {
+        int x = 0, y = 0, w = 0, h = 0;
+        gdk_window_get_origin(gtkWindow->window, &x, &y);
+        gtk_window_get_size(GTK_WINDOW(gtkWindow), &w, &h);
+        r = Rect{static_cast<int16_t>(y), static_cast<int16_t>(x), static_cast<int16_t>(y + h),
+                 static_cast<int16_t>(x + w)};
+    } else {
+        r.right = static_cast<int16_t>(r.left + width);
+        r.bottom = static_cast<int16_t>(r.top + height);
+    }
+    return r;
+}
+
+void Window::AwaitGeometry() {
+    awaitingGeometry = true;
+    awaitStartTick = TickCount();
+}
+
+void Window::PreStep() {
+    Rect now = CurrentScreenBounds();
+    bool toolkitMoved = now.left != lastBounds.left || now.top != lastBounds.top;
+    bool toolkitResized = (now.right - now.left) != (lastBounds.right - lastBounds.left) ||
+                          (now.bottom - now.top) != (lastBounds.bottom - lastBounds.top);
+    if (awaitingGeometry) {
+        // Until the toolkit shows the geometry we asked for (or half a
+        // second has gone by), its older reports are no user's doing.
+        int32_t tick = TickCount();
+        if ((!toolkitMoved && !toolkitResized) || tick - awaitStartTick > 30 || tick < awaitStartTick)
+            awaitingGeometry = false;
+        toolkitMoved = toolkitResized = false;
+    }
+    bool moved = movedPending || toolkitMoved;
+    bool resized = resizedPending || toolkitResized;
+    if (toolkitMoved || toolkitResized)
+        lastBounds = now;
+    if (moved) {
+        movedPending = false;
+        if (LockForEvent()) {
+            Moved();
+            if (UnlockAfterEvent())
+                return;
+        }
+    }
+    if (resized) {
+        resizedPending = false;
+        if (LockForEvent()) {
+            Resized();
+            if (UnlockAfterEvent())
+                return;
+        }
+    }
+    if (shown && !closing && gtkWindow && !GTK_WIDGET_VISIBLE(gtkWindow))
+        gtk_widget_show(gtkWindow);
+}
+
+void Window::Close() {
+    if (gtkWindow)
+        gtk_widget_hide(gtkWindow);
+    SubPane::Close();
+}
+
+const std::vector<Window *> &WindowList() { return gWindows; }
+Window *FrontWindow() { return gFrontToBack.empty() ? nullptr : gFrontToBack.front(); }
+void BringToFront(Window *window) {
+    auto it = std::find(gFrontToBack.begin(), gFrontToBack.end(), window);
+    if (it != gFrontToBack.end())
+        std::rotate(gFrontToBack.begin(), it, it + 1);
+}
+
+} // namespace kelp

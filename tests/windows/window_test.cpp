@@ -1,0 +1,310 @@
+// Windows of the language on a real X server: what the server reports for
+// title, size and position, pixels painted by the Paint event, and the
+// order of events from open to close.
+#include "windows/runtime_view.h"
+
+#include "graphics/graphics_object.h"
+#include "graphics/graphics_base.h"
+#include "objects/text.h"
+#include "runloop/application.h"
+#include "runloop/main_loop.h"
+#include "runloop/quit.h"
+#include "support/language_class.h"
+#include "support/xvfb.h"
+
+#include "kelp/objects.h"
+#include "kelp/runloop.h"
+#include "kelp/windows.h"
+
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+// Last: the X headers define names that the test framework also uses.
+#include <gdk/gdkx.h>
+#include <X11/Xlib.h>
+#undef None
+#undef Bool
+
+namespace kelp {
+namespace {
+
+std::vector<std::string> gLog;
+std::function<void(RuntimeObject *)> gLayout;
+bool gRefuse = false;
+bool gCloseInOpen = false;
+uint32_t gPaintColour = 0;
+
+void OnLayout(RuntimeObject *self) {
+    if (gLayout)
+        gLayout(self);
+}
+void OnOpen(RuntimeObject *self) {
+    gLog.push_back("Open");
+    if (gCloseInOpen)
+        RuntimeCloseWindow(self);
+}
+void OnClose(RuntimeObject *) { gLog.push_back("Close"); }
+uint8_t OnCancelClose(RuntimeObject *, uint8_t quitting) {
+    gLog.push_back(quitting ? "CancelClose(quitting)" : "CancelClose");
+    return gRefuse ? 1 : 0;
+}
+void OnMoved(RuntimeObject *) { gLog.push_back("Moved"); }
+void OnResized(RuntimeObject *) { gLog.push_back("Resized"); }
+void OnPaint(RuntimeObject *, RuntimeObject *graphics) {
+    gLog.push_back("Paint");
+    Graphics *g = GraphicsOfObject(graphics);
+    ASSERT_NE(g, nullptr);
+    g->SetForeColor(ColorWordToRGB(gPaintColour));
+    g->FillRect(RectFromXYWH(10, 10, 50, 40));
+}
+
+class WindowTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (!test::RequireToolkitDisplay())
+            GTEST_SKIP() << "no X server";
+        gLog.clear();
+        gLayout = nullptr;
+        gRefuse = gCloseInOpen = false;
+        ResetRunState();
+        klass = test::MakeSubclass("Window", "wTest");
+        ASSERT_NE(klass, nullptr);
+        auto set = [&](const char *event, void *code) {
+            ASSERT_TRUE(test::SetEventHandler(klass, event, code)) << event;
+        };
+        set("Layout", reinterpret_cast<void *>(&OnLayout));
+        set("Open", reinterpret_cast<void *>(&OnOpen));
+        set("Close", reinterpret_cast<void *>(&OnClose));
+        set("CancelClose", reinterpret_cast<void *>(&OnCancelClose));
+        set("Moved", reinterpret_cast<void *>(&OnMoved));
+        set("Resized", reinterpret_cast<void *>(&OnResized));
+    }
+    void TearDown() override {
+        for (RuntimeObject *w : made) {
+            if (View(w)->pane)
+                View(w)->pane->Close();
+            RuntimeUnlockObject(w);
+        }
+        Settle(20);
+        ResetRunState();
+    }
+
+    static ViewRecord *View(RuntimeObject *w) { return reinterpret_cast<ViewRecord *>(w); }
+
+    RuntimeObject *Make(int left, int top, int width, int height, const char *title,
+                        int frame = 0, int placement = 0) {
+        gLayout = [=](RuntimeObject *self) {
+            windowLeftSetter(self, 0, left);
+            windowTopSetter(self, 0, top);
+            windowWidthSetter(self, 0, width);
+            windowHeightSetter(self, 0, height);
+            KelpString t = test::MakeText(title);
+            windowTitleSetter(self, 0, t);
+
+            objtext::Release(t);
+            View(self)->frame = frame;
+            View(self)->placement = placement;
+        };
+        RuntimeObject *w = RuntimeNewObject(klass);
+        gLayout = nullptr;
+        made.push_back(w);
+        return w;
+    }
+
+    // Passes of the loop until the window is on screen and drawn.
+    void Settle(int ms) {
+        guint wake = g_timeout_add(5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
+        auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+        while (std::chrono::steady_clock::now() < end) {
+            MainLoopStep(true);
+            gdk_flush();
+        }
+        g_source_remove(wake);
+    }
+
+    // What the X server says about the toplevel.
+    struct XInfo {
+        int x = 0, y = 0, width = 0, height = 0;
+        bool mapped = false;
+        std::string title;
+    };
+    XInfo Query(RuntimeObject *w) {
+        XInfo info;
+        GtkWidget *top = View(w)->pane ? View(w)->pane->GtkWin() : nullptr;
+        if (!top || !top->window)
+            return info;
+        Display *dpy = GDK_WINDOW_XDISPLAY(top->window);
+        ::Window xid = GDK_WINDOW_XID(top->window), child;
+        XWindowAttributes attrs;
+        XGetWindowAttributes(dpy, xid, &attrs);
+        XTranslateCoordinates(dpy, xid, attrs.root, 0, 0, &info.x, &info.y, &child);
+        info.width = attrs.width;
+        info.height = attrs.height;
+        info.mapped = attrs.map_state == IsViewable;
+        char *name = nullptr;
+        if (XFetchName(dpy, xid, &name) && name) {
+            info.title = name;
+            XFree(name);
+        }
+        return info;
+    }
+
+    RuntimeClass *klass = nullptr;
+    std::vector<RuntimeObject *> made;
+};
+
+TEST_F(WindowTest, ShownOnTheNextPassWithTitleSizeAndPlace) {
+    RuntimeObject *w = Make(100, 120, 400, 300, "Sumbrook Drill", 1);
+    ASSERT_NE(View(w)->pane, nullptr);
+    EXPECT_FALSE(GTK_WIDGET_VISIBLE(View(w)->pane->GtkWin())); // deferred to the pre-step
+    Settle(150);
+    XInfo info = Query(w);
+    EXPECT_TRUE(info.mapped);
+    EXPECT_EQ(info.title, "Sumbrook Drill");
+    EXPECT_EQ(info.width, 400);
+    EXPECT_EQ(info.height, 300);
+    // A movable modal frame is centred on the main screen, a third down.
+    EXPECT_EQ(info.x, (1280 - 400) / 2);
+    EXPECT_EQ(info.y, (1024 - 300) / 3);
+    EXPECT_EQ(View(w)->left, info.x);
+    EXPECT_EQ(gLog.front(), "Open");
+}
+
+TEST_F(WindowTest, DocumentWindowsStaggerFromTheTopOne) {
+    RuntimeObject *a = Make(0, 0, 200, 150, "A");
+    RuntimeObject *b = Make(0, 0, 200, 150, "B");
+    Settle(150);
+    XInfo ia = Query(a), ib = Query(b);
+    EXPECT_EQ(ia.x, 10);
+    EXPECT_EQ(ia.y, 50);
+    EXPECT_EQ(ib.x, 30);
+    EXPECT_EQ(ib.y, 70);
+}
+
+TEST_F(WindowTest, BoundsLargerThanTheScreenAreKeptInside) {
+    RuntimeObject *w = Make(0, 0, 3000, 2000, "Huge", 4, 4);
+    // Left 2 in, top 25 down, right and bottom 2 inside the screen.
+    EXPECT_EQ(View(w)->left, 2);
+    EXPECT_EQ(View(w)->top, 25);
+    EXPECT_EQ(View(w)->left + View(w)->width, 1278);
+    EXPECT_EQ(View(w)->top + View(w)->height, 1022);
+}
+
+TEST_F(WindowTest, PaintEventDrawsIntoTheWindow) {
+    ASSERT_TRUE(test::SetEventHandler(klass, "Paint", reinterpret_cast<void *>(&OnPaint)));
+    gPaintColour = 0xff0000;
+    RuntimeObject *w = Make(0, 0, 120, 100, "Paint", 4, 2);
+    windowHasBackColorSetter(w, 0, 1);
+    windowBackColorSetter(w, 0, 0x0000ff);
+    Settle(200);
+    formRefresh(w, 1);
+    GdkWindow *gw = View(w)->pane->GtkWin()->window;
+    GdkImage *image = gdk_drawable_get_image(gw, 0, 0, 120, 100);
+    ASSERT_NE(image, nullptr);
+    guint32 inside = gdk_image_get_pixel(image, 30, 30);
+    guint32 outside = gdk_image_get_pixel(image, 100, 80);
+    g_object_unref(image);
+    EXPECT_EQ(inside & 0xffffff, 0xff0000u);
+    EXPECT_EQ(outside & 0xffffff, 0x0000ffu); // the back colour erased the rest
+    EXPECT_NE(std::find(gLog.begin(), gLog.end(), "Paint"), gLog.end());
+}
+
+TEST_F(WindowTest, CloseFiresCancelCloseThenCloseAndTearsDown) {
+    RuntimeObject *w = Make(0, 0, 100, 100, "C");
+    Settle(60);
+    gLog.clear();
+    int before = RuntimeWindowCount();
+    RuntimeCloseWindow(w);
+    EXPECT_EQ(gLog, (std::vector<std::string>{"CancelClose", "Close"}));
+    EXPECT_EQ(View(w)->pane, nullptr);
+    EXPECT_EQ(RuntimeWindowCount(), before - 1);
+    RuntimeCloseWindow(w); // a second close does nothing
+    EXPECT_EQ(gLog.size(), 2u);
+}
+
+TEST_F(WindowTest, RefusedCloseKeepsTheWindow) {
+    RuntimeObject *w = Make(0, 0, 100, 100, "R");
+    gRefuse = true;
+    RuntimeCloseWindow(w);
+    EXPECT_NE(View(w)->pane, nullptr);
+    EXPECT_EQ(gLog.back(), "CancelClose");
+}
+
+TEST_F(WindowTest, QuitAsksEachWindowAndARefusalStopsIt) {
+    RuntimeRegisterAppObject(nullptr);
+    RuntimeObject *w = Make(0, 0, 100, 100, "Q");
+    gLog.clear();
+    gRefuse = true;
+    ApplicationQuit(nullptr, 0);
+    EXPECT_FALSE(QuitRequested());
+    EXPECT_EQ(gLog, (std::vector<std::string>{"CancelClose(quitting)"}));
+    gRefuse = false;
+    ApplicationQuit(nullptr, 0);
+    EXPECT_TRUE(QuitRequested());
+    EXPECT_EQ(View(w)->pane, nullptr);
+    ReleaseRegisteredApplication();
+}
+
+TEST_F(WindowTest, ShowModalReturnsWhenTheWindowIsHidden) {
+    RuntimeObject *w = Make(0, 0, 100, 100, "M", 1);
+    static RuntimeObject *target;
+    target = w;
+    g_timeout_add(50, [](gpointer) -> gboolean {
+        RuntimeHideWindow(target);
+        return FALSE;
+    }, nullptr);
+    RuntimeShowModal(w);
+    EXPECT_FALSE(View(w)->pane->shown);
+}
+
+TEST_F(WindowTest, ShowModalOnAWindowClosedInItsOwnOpenReturnsAtOnce) {
+    gCloseInOpen = true;
+    RuntimeObject *w = Make(0, 0, 100, 100, "Gone", 1);
+    EXPECT_EQ(View(w)->pane, nullptr);
+    RuntimeShowModal(w); // builds again, Open closes again, and it returns
+    EXPECT_EQ(View(w)->pane, nullptr);
+    EXPECT_EQ(std::count(gLog.begin(), gLog.end(), "Close"), 2);
+}
+
+TEST_F(WindowTest, MovingAfterCreationDeliversMovedOnTheNextPass) {
+    RuntimeObject *w = Make(0, 0, 100, 100, "Mv", 4, 2);
+    Settle(100);
+    gLog.clear();
+    windowLeftSetter(w, 0, 200);
+    EXPECT_TRUE(gLog.empty());
+    Settle(100);
+    EXPECT_EQ(std::count(gLog.begin(), gLog.end(), "Moved"), 1);
+    EXPECT_EQ(Query(w).x, 200);
+    windowWidthSetter(w, 0, 250);
+    Settle(100);
+    EXPECT_EQ(Query(w).width, 250);
+    EXPECT_EQ(std::count(gLog.begin(), gLog.end(), "Resized"), 1);
+}
+
+TEST_F(WindowTest, ImplicitInstanceIsFoundByClassNameUntilClosed) {
+    KelpString name = test::MakeText("wTest");
+    EXPECT_EQ(RuntimeGetImplicitWindow(name), nullptr);
+    RuntimeObject *w = Make(0, 0, 80, 80, "I");
+    RuntimeObject *again = RuntimeGetImplicitWindow(name);
+    EXPECT_EQ(again, w);
+    RuntimeUnlockObject(again);
+    RuntimeCloseWindow(w);
+    EXPECT_EQ(RuntimeGetImplicitWindow(name), nullptr);
+}
+
+TEST_F(WindowTest, ZeroAndNegativeSizesMakeAWindowWithoutACrash) {
+    RuntimeObject *w = Make(0, 0, 0, -20, "Z", 4, 2);
+    ASSERT_NE(View(w)->pane, nullptr);
+    Settle(60);
+    EXPECT_TRUE(Query(w).mapped);
+}
+
+} // namespace
+} // namespace kelp

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <ctime>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -192,6 +193,21 @@ TEST(PrintModes, BadArgumentsGiveOneLineErrorAndFailure) {
         ASSERT_FALSE(errLines.empty()) << joined;
         EXPECT_NE(errLines.back().find("sumbrook: "), std::string::npos) << joined;
     }
+}
+
+TEST(PrintModes, WithoutSeedTheClockSeedsTheDraws) {
+    // An unseeded run seeds from time(): it must print exactly what a run
+    // seeded with the clock's second gives.
+    const long before = static_cast<long>(time(nullptr));
+    const ProgramRun clock = Sumbrook({"--print-round", "--mode", "3", "--length", "5"});
+    const long after = static_cast<long>(time(nullptr));
+    ASSERT_EQ(clock.status, 0) << clock.err;
+    bool matched = false;
+    for (long t = before; t <= after && !matched; ++t) {
+        const ProgramRun seeded = Sumbrook({"--print-round", "--mode", "3", "--length", "5", "--seed", std::to_string(t)});
+        matched = seeded.out == clock.out;
+    }
+    EXPECT_TRUE(matched) << clock.out;
 }
 
 TEST(PrintModes, LongestRoundsOfEachModeEnd) {

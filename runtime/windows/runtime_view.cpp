@@ -10,6 +10,7 @@
 #include "objects/text.h"
 #include "runloop/application.h"
 #include "runloop/main_loop.h"
+#include "startup/display.h"
 
 #include "kelp/objects.h"
 #include "kelp/windows.h"
@@ -300,7 +301,9 @@ void RuntimeViewWindow::GetMinMaxSize(int32_t &minW, int32_t &minH, int32_t &max
 // ------------------------------------------------------------- building
 
 void BuildViewWindow(ViewRecord *view) {
-    if (view->pane)
+    // Without a display there is no window to build: the object stays, and
+    // showing it (modal or not) returns at once.
+    if (view->pane || !RequireDisplay("Window"))
         return;
     view->built = 1;
     int32_t kind = KindForFrame(view->frame);

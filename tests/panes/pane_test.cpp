@@ -1,0 +1,209 @@
+// The pane tree on real windows: parents chosen by geometry, widgets placed
+// in the window's fixed, enter/exit routing, focus, capture, and panes that
+// close themselves from inside their own event.
+#include "panes/pane.h"
+#include "windows/window.h"
+
+#include "runloop/main_loop.h"
+#include "support/xvfb.h"
+
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+
+#include <algorithm>
+#include <chrono>
+#include <string>
+#include <vector>
+
+namespace kelp {
+namespace {
+
+std::vector<std::string> gLog;
+
+class LogPane : public SubPane {
+public:
+    LogPane(SubPane *parent, Rect r, std::string name, GtkWidget *w = nullptr, bool takes = false)
+        : SubPane(parent, r, w), name_(std::move(name)), takes_(takes) {}
+    ~LogPane() override { gLog.push_back(name_ + ".destroyed"); }
+    bool MouseDown(int32_t x, int32_t y, int32_t) override {
+        gLog.push_back(name_ + ".down " + std::to_string(x) + "," + std::to_string(y));
+        if (closeOnDown)
+            Close();
+        return takes_;
+    }
+    void MouseDrag(int32_t, int32_t) override { ++drags; }
+    void MouseUp(int32_t, int32_t) override { gLog.push_back(name_ + ".up"); }
+    void MouseEnter() override { gLog.push_back(name_ + ".enter"); }
+    void MouseExit() override { gLog.push_back(name_ + ".exit"); }
+    void GainFocus() override { gLog.push_back(name_ + ".gain"); }
+    void LoseFocus() override { gLog.push_back(name_ + ".lose"); }
+    bool PassesClicksThrough() override { return passes; }
+    bool closeOnDown = false;
+    bool passes = false;
+    int drags = 0;
+
+private:
+    std::string name_;
+    bool takes_;
+};
+
+Rect R(int left, int top, int w, int h) { return RectFromXYWH(left, top, w, h); }
+
+class PaneTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (!test::RequireToolkitDisplay())
+            GTEST_SKIP() << "no X server";
+        gLog.clear();
+        window = new Window("Panes", 4, true, R(50, 60, 300, 200));
+        window->Show();
+        Settle(80);
+    }
+    void TearDown() override {
+        if (window)
+            window->Close();
+        Settle(10);
+    }
+    void Settle(int ms) {
+        guint wake = g_timeout_add(5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
+        auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+        while (std::chrono::steady_clock::now() < end)
+            MainLoopStep(true);
+        g_source_remove(wake);
+    }
+    Window *window = nullptr;
+};
+
+TEST_F(PaneTest, ChildGivenToTheWindowGoesUnderTheLastPaneThatEnclosesIt) {
+    auto *group = new LogPane(window, R(10, 10, 200, 150), "group");
+    auto *inner = new LogPane(window, R(20, 20, 50, 30), "inner");
+    auto *outside = new LogPane(window, R(250, 10, 20, 20), "outside");
+    EXPECT_EQ(inner->Parent(), group);
+    EXPECT_EQ(outside->Parent(), window);
+    EXPECT_EQ(window->flatList, (std::vector<SubPane *>{group, inner, outside}));
+    // An empty rectangle encloses nothing.
+    auto *empty = new LogPane(window, R(0, 0, 0, 0), "empty");
+    auto *later = new LogPane(window, R(0, 0, 0, 0), "later");
+    EXPECT_EQ(later->Parent(), window);
+    (void)empty;
+}
+
+TEST_F(PaneTest, WidgetIsPlacedInTheFixedAndNegativeSizesRequestNothing) {
+    GtkWidget *button = gtk_button_new_with_label("OK");
+    gtk_widget_show(button);
+    auto *pane = new LogPane(window, R(30, 40, -10, 25), "button", button);
+    EXPECT_EQ(gtk_widget_get_parent(button), window->Fixed());
+    int w = 0, h = 0;
+    gtk_widget_get_size_request(button, &w, &h);
+    EXPECT_GE(w, 0); // the toolkit turns a request of 0 into 1
+    EXPECT_LE(w, 1);
+    EXPECT_EQ(h, 25);
+    EXPECT_EQ(pane->width, -10); // the bounds keep what the layout said
+    pane->SetBounds(R(60, 70, 80, 30), false);
+    Settle(60);
+    EXPECT_EQ(button->allocation.x, 60);
+    EXPECT_EQ(button->allocation.y, 70);
+    EXPECT_EQ(button->allocation.width, 80);
+}
+
+TEST_F(PaneTest, MovingAParentMovesItsChildrenBySameOffset) {
+    auto *group = new LogPane(window, R(10, 10, 100, 100), "group");
+    auto *inner = new LogPane(window, R(20, 30, 10, 10), "inner");
+    group->SetBounds(R(40, 50, 100, 100), false);
+    EXPECT_EQ(inner->bounds.left, 50);
+    EXPECT_EQ(inner->bounds.top, 70);
+    EXPECT_EQ(inner->width, 10);
+}
+
+TEST_F(PaneTest, MovingBetweenNestedPanesExitsBeforeItEnters) {
+    new LogPane(window, R(10, 10, 50, 50), "a");
+    new LogPane(window, R(100, 10, 50, 50), "b");
+    window->MouseMove(20, 20);
+    window->MouseMove(110, 20);
+    window->MouseMove(5, 5);
+    EXPECT_EQ(gLog, (std::vector<std::string>{"a.enter", "a.exit", "b.enter", "b.exit"}));
+}
+
+TEST_F(PaneTest, PressGoesToTheTopPaneThatTakesItAndCapturesIt) {
+    auto *below = new LogPane(window, R(10, 10, 100, 100), "below", nullptr, true);
+    auto *over = new LogPane(window, R(50, 50, 100, 100), "over", nullptr, false);
+    ASSERT_EQ(over->Parent(), window); // overlapping siblings, over on top
+    over->passes = true; // like static text: the click goes through
+    EXPECT_TRUE(window->MouseDown(60, 60, 0));
+    EXPECT_EQ(gLog, (std::vector<std::string>{"over.down 60,60", "below.down 60,60"}));
+    EXPECT_EQ(MouseCapturePane(), below);
+    SetMouseCapturePane(nullptr);
+}
+
+TEST_F(PaneTest, DecliningNativePaneBecomesTheNativeClickPane) {
+    auto *native = new LogPane(window, R(10, 10, 100, 100), "native", nullptr, false);
+    EXPECT_TRUE(window->MouseDown(30, 30, 0));
+    EXPECT_EQ(window->nativeClickPane, native);
+    EXPECT_EQ(MouseCapturePane(), nullptr);
+}
+
+TEST_F(PaneTest, PaneClosingItselfInItsEventIsDestroyedAfterTheEvent) {
+    auto *pane = new LogPane(window, R(10, 10, 50, 50), "self", nullptr, true);
+    pane->closeOnDown = true;
+    ASSERT_TRUE(pane->LockForEvent());
+    pane->MouseDown(20, 20, 0);
+    // Still alive while the event runs; gone when it is over.
+    EXPECT_EQ(std::count(gLog.begin(), gLog.end(), "self.destroyed"), 0);
+    EXPECT_TRUE(pane->UnlockAfterEvent());
+    EXPECT_EQ(std::count(gLog.begin(), gLog.end(), "self.destroyed"), 1);
+    EXPECT_TRUE(window->flatList.empty());
+    EXPECT_TRUE(window->Children().empty());
+}
+
+TEST_F(PaneTest, ClosingAPaneLetsGoOfFocusAndCaptureAndTellsReceivers) {
+    struct Receiver : PaneDeathNotificationReceiver {
+        void PaneDied(SubPane *pane) override { died.push_back(pane); }
+        std::vector<SubPane *> died;
+    } receiver;
+    auto *pane = new LogPane(window, R(10, 10, 50, 50), "p");
+    SetFocus(pane);
+    SetMouseCapturePane(pane);
+    pane->Close();
+    EXPECT_EQ(FocusPane(), nullptr);
+    EXPECT_EQ(MouseCapturePane(), nullptr);
+    ASSERT_EQ(receiver.died.size(), 1u);
+    EXPECT_EQ(receiver.died[0], pane);
+    EXPECT_EQ(gLog, (std::vector<std::string>{"p.gain", "p.lose", "p.destroyed"}));
+}
+
+TEST_F(PaneTest, HidingTheFocusPaneClearsTheFocus) {
+    auto *pane = new LogPane(window, R(10, 10, 50, 50), "p");
+    SetFocus(pane);
+    pane->SetVisible(false);
+    EXPECT_EQ(FocusPane(), nullptr);
+    EXPECT_FALSE(pane->visible);
+}
+
+TEST_F(PaneTest, ClosingTheWindowClosesItsChildrenFirst) {
+    auto *group = new LogPane(window, R(10, 10, 100, 100), "group");
+    new LogPane(window, R(20, 20, 10, 10), "inner");
+    (void)group;
+    window->Close();
+    window = nullptr;
+    EXPECT_EQ(gLog, (std::vector<std::string>{"inner.destroyed", "group.destroyed"}));
+}
+
+TEST_F(PaneTest, RealButtonPressAndReleaseReachTheCapturedPane) {
+    auto *pane = new LogPane(window, R(10, 10, 100, 100), "canvas", nullptr, true);
+    GdkWindow *gw = window->GtkWin()->window;
+    ASSERT_NE(gw, nullptr);
+    gdk_test_simulate_button(gw, 40, 50, 1, GdkModifierType(0), GDK_BUTTON_PRESS);
+    Settle(60);
+    EXPECT_EQ(MouseCapturePane(), pane);
+    gdk_test_simulate_button(gw, 40, 50, 1, GDK_BUTTON1_MASK, GDK_BUTTON_RELEASE);
+    Settle(60);
+    EXPECT_EQ(MouseCapturePane(), nullptr);
+    EXPECT_EQ(std::count(gLog.begin(), gLog.end(), "canvas.up"), 1);
+    // One press, though the window and the pointer both saw it.
+    EXPECT_EQ(std::count_if(gLog.begin(), gLog.end(),
+                            [](const std::string &e) { return e.rfind("canvas.down", 0) == 0; }),
+              1);
+}
+
+} // namespace
+} // namespace kelp

@@ -1,27 +1,19 @@
 #include "runloop/clock.h"
 
-#include <sys/times.h>
-#include <unistd.h>
+#include <time.h>
 
 namespace kelp {
-namespace {
-
-double ClockTicksPerSecond() {
-    static const double rate = [] {
-        long r = sysconf(_SC_CLK_TCK);
-        return r > 0 ? static_cast<double>(r) : 100.0;
-    }();
-    return rate;
-}
-
-} // namespace
 
 int32_t TickCount() {
-    struct tms unused;
-    clock_t now = times(&unused);
-    double ticks = static_cast<double>(now) / ClockTicksPerSecond() * 60.0;
-    // Truncate, then wrap like the 32-bit counter compiled code expects.
-    return static_cast<int32_t>(static_cast<uint32_t>(static_cast<uint64_t>(static_cast<int64_t>(ticks))));
+    // Elapsed real time since an arbitrary start, like times(), but read
+    // through the vDSO: compiled code asks for it at every loop back-edge,
+    // where a system call per read would cost more than the loop body.  The
+    // coarse clock's few milliseconds are finer than one tick.
+    struct timespec now;
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+    int64_t ticks = static_cast<int64_t>(now.tv_sec) * 60 + now.tv_nsec / 16666667;
+    // Wrap like the 32-bit counter compiled code expects.
+    return static_cast<int32_t>(static_cast<uint32_t>(static_cast<uint64_t>(ticks)));
 }
 
 uint32_t MilliClockForTicks(int32_t ticks) {

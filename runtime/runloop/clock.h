@@ -5,8 +5,8 @@
 
 namespace kelp {
 
-// Sixtieths of a second, from times() and the clock tick rate; wraps as a
-// signed 32-bit count.
+// Sixtieths of a second of elapsed real time (the monotonic clock); wraps
+// as a signed 32-bit count.
 int32_t TickCount();
 
 // Milliseconds at one-tick resolution: TickCount * 50 / 3 + 2^31, modulo 2^32.

@@ -78,3 +78,59 @@ INSTANTIATE_TEST_SUITE_P(Problems, BankFallbacks,
 
 } // namespace
 } // namespace banktest
+
+namespace banktest {
+namespace {
+
+// A damaged arrangement number (outside 1 to 3) builds the first
+// arrangement rather than reading past the lists, for every problem.
+TEST(BankDamagedState, ArrangementOutOfRangeBuildsTheFirst) {
+    PrepareDrill();
+    for (int32_t number = 41; number <= 87; ++number) {
+        for (int32_t damaged : {0, -1, 4, 1000}) {
+            const uint32_t seed = 977u * static_cast<uint32_t>(number) + static_cast<uint32_t>(damaged + 5);
+            sumbrook::ResetForSelection();
+            RuntimeRandomSeed(seed);
+            Gen g(seed);
+            CheckOnce(number, Models().at(number), 1, g, "first, problem " + S(number));
+            std::vector<std::string> first;
+            for (int32_t i = 1; i <= 10; ++i) first.push_back(Entry(i));
+            const std::string firstText = sumbrook::P().sProblemString.ToStd();
+
+            sumbrook::ResetForSelection();
+            RuntimeRandomSeed(seed);
+            Build(number, damaged);
+            ASSERT_EQ(sumbrook::P().sProblemString.ToStd(), firstText) << number;
+            ASSERT_EQ(sumbrook::P().iCorrectAnswerIs, BankLists().at(number)[0].correct) << number;
+            for (int32_t i = 1; i <= 10; ++i) ASSERT_EQ(Entry(i), first[i - 1]) << number << " entry " << i;
+        }
+    }
+}
+
+// A block asked for a number outside its ten builds nothing and draws
+// nothing: the question's fields stay as they were.
+TEST(BankDamagedState, BlockIgnoresNumbersOutsideItsRange) {
+    PrepareDrill();
+    const std::pair<void (*)(int32_t), std::vector<int32_t>> blocks[] = {
+        {sumbrook::mProb41to50, {40, 51, 0, -3}},  {sumbrook::mProb51to60, {50, 61, 99}},
+        {sumbrook::mProb61to70, {60, 71}},         {sumbrook::mProb71to80, {70, 81}},
+        {sumbrook::mProb81to90, {80, 88, 89, 90}},
+    };
+    for (const auto &[block, numbers] : blocks) {
+        for (int32_t number : numbers) {
+            sumbrook::ResetForSelection();
+            sumbrook::ClearWorkingFields();
+            sumbrook::P().sProblemString = sumbrook::Text();
+            sumbrook::P().iCorrectAnswerIs = 0;
+            RuntimeRandomSeed(1234);
+            Rnd expected(1234);
+            block(number);
+            EXPECT_TRUE(sumbrook::P().sProblemString.Empty()) << number;
+            EXPECT_EQ(sumbrook::P().iCorrectAnswerIs, 0) << number;
+            EXPECT_EQ(rnd(), expected.Next()) << number << " drew from the generator";
+        }
+    }
+}
+
+} // namespace
+} // namespace banktest

@@ -1,0 +1,142 @@
+// Events a person causes in a window of the language: keys, presses and
+// drags, and the run ending when the last window goes.
+#include "windows/runtime_view.h"
+
+#include "objects/text.h"
+#include "runloop/application.h"
+#include "runloop/main_loop.h"
+#include "runloop/quit.h"
+#include "support/language_class.h"
+#include "support/xvfb.h"
+
+#include "kelp/objects.h"
+#include "kelp/runloop.h"
+#include "kelp/startup.h"
+#include "kelp/windows.h"
+
+#include <gdk/gdkkeysyms.h>
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+
+#include <algorithm>
+#include <chrono>
+#include <string>
+#include <vector>
+
+namespace kelp {
+namespace {
+
+std::vector<std::string> gEvents;
+
+uint8_t OnKeyDown(RuntimeObject *, KelpString key) {
+    gEvents.push_back("KeyDown " + std::string(objtext::View(key)));
+    return 1;
+}
+uint8_t OnMouseDown(RuntimeObject *, int32_t x, int32_t y) {
+    gEvents.push_back("MouseDown " + std::to_string(x) + "," + std::to_string(y));
+    return 1;
+}
+void OnMouseDrag(RuntimeObject *, int32_t, int32_t) {
+    if (gEvents.empty() || gEvents.back() != "MouseDrag")
+        gEvents.push_back("MouseDrag");
+}
+void OnMouseUp(RuntimeObject *, int32_t, int32_t) { gEvents.push_back("MouseUp"); }
+void OnClose(RuntimeObject *) { gEvents.push_back("Close"); }
+void OnLayout(RuntimeObject *self) {
+    windowWidthSetter(self, 0, 200);
+    windowHeightSetter(self, 0, 150);
+    reinterpret_cast<ViewRecord *>(self)->frame = 4;
+    reinterpret_cast<ViewRecord *>(self)->placement = 2;
+}
+
+class WindowEventsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (!test::RequireToolkitDisplay())
+            GTEST_SKIP() << "no X server";
+        gEvents.clear();
+        ResetRunState();
+        klass = test::MakeSubclass("Window", "wEvents");
+        ASSERT_NE(klass, nullptr);
+        test::SetEventHandler(klass, "Layout", reinterpret_cast<void *>(&OnLayout));
+        test::SetEventHandler(klass, "KeyDown", reinterpret_cast<void *>(&OnKeyDown));
+        test::SetEventHandler(klass, "MouseDown", reinterpret_cast<void *>(&OnMouseDown));
+        test::SetEventHandler(klass, "MouseDrag", reinterpret_cast<void *>(&OnMouseDrag));
+        test::SetEventHandler(klass, "MouseUp", reinterpret_cast<void *>(&OnMouseUp));
+        test::SetEventHandler(klass, "Close", reinterpret_cast<void *>(&OnClose));
+    }
+    void TearDown() override { ResetRunState(); }
+    void Settle(int ms) {
+        guint wake = g_timeout_add(5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
+        auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+        while (std::chrono::steady_clock::now() < end)
+            MainLoopStep(true);
+        g_source_remove(wake);
+    }
+    static ViewRecord *View(RuntimeObject *w) { return reinterpret_cast<ViewRecord *>(w); }
+    RuntimeClass *klass = nullptr;
+};
+
+TEST_F(WindowEventsTest, KeyPressReachesKeyDownAsText) {
+    RuntimeObject *w = RuntimeNewObject(klass);
+    Settle(100);
+    GdkWindow *gw = View(w)->pane->GtkWin()->window;
+    ASSERT_NE(gw, nullptr);
+    gdk_test_simulate_key(gw, -1, -1, GDK_a, GdkModifierType(0), GDK_KEY_PRESS);
+    gdk_test_simulate_key(gw, -1, -1, GDK_Return, GdkModifierType(0), GDK_KEY_PRESS);
+    Settle(60);
+    EXPECT_EQ(gEvents, (std::vector<std::string>{"KeyDown a", "KeyDown \r"}));
+    RuntimeCloseWindow(w);
+    RuntimeUnlockObject(w);
+}
+
+TEST_F(WindowEventsTest, PressDragAndReleaseGoToTheWindowThatTookThePress) {
+    RuntimeObject *w = RuntimeNewObject(klass);
+    Settle(100);
+    GdkWindow *gw = View(w)->pane->GtkWin()->window;
+    gdk_test_simulate_button(gw, 30, 40, 1, GdkModifierType(0), GDK_BUTTON_PRESS);
+    Settle(40);
+    ASSERT_FALSE(gEvents.empty());
+    EXPECT_EQ(gEvents.front(), "MouseDown 30,40");
+    EXPECT_EQ(MouseCapturePane(), View(w)->pane);
+    gdk_test_simulate_button(gw, 30, 40, 1, GDK_BUTTON1_MASK, GDK_BUTTON_RELEASE);
+    Settle(40);
+    EXPECT_EQ(gEvents.back(), "MouseUp");
+    EXPECT_EQ(MouseCapturePane(), nullptr);
+    RuntimeCloseWindow(w);
+    RuntimeUnlockObject(w);
+}
+
+TEST_F(WindowEventsTest, ClosingTheLastWindowEndsARunWithAutoQuit) {
+    RuntimeRegisterAppObject(nullptr);
+    static RuntimeObject *w;
+    w = RuntimeNewObject(klass);
+    g_timeout_add(80, [](gpointer) -> gboolean {
+        RuntimeCloseWindow(w);
+        return FALSE;
+    }, nullptr);
+    RuntimeRun(); // blocks in the toolkit until the window is gone
+    EXPECT_TRUE(QuitRequested());
+    EXPECT_EQ(View(w)->pane, nullptr);
+    EXPECT_EQ(std::count(gEvents.begin(), gEvents.end(), "Close"), 1);
+    RuntimeUnlockObject(w);
+}
+
+TEST_F(WindowEventsTest, RunEndClosesTheWindowsThatAreLeft) {
+    RuntimeRegisterAppObject(nullptr);
+    RuntimeObject *a = RuntimeNewObject(klass);
+    RuntimeObject *b = RuntimeNewObject(klass);
+    g_timeout_add(50, [](gpointer) -> gboolean {
+        RequestQuit();
+        return FALSE;
+    }, nullptr);
+    RuntimeRun();
+    EXPECT_EQ(RuntimeWindowCount(), 0);
+    EXPECT_EQ(std::count(gEvents.begin(), gEvents.end(), "Close"), 2);
+    EXPECT_EQ(getAppObject(), nullptr);
+    RuntimeUnlockObject(a);
+    RuntimeUnlockObject(b);
+}
+
+} // namespace
+} // namespace kelp

@@ -9,6 +9,7 @@
 #include "kelp/strings.h"
 #include "exceptions/fatal_report.h"
 #include "exceptions/raise.h"
+#include "strings/encodings.h"
 #include "strings/kstring.h"
 
 #include <cstdint>
@@ -39,8 +40,34 @@ struct Element<stringStorage *> {
     static constexpr bool kCounted = true;
     static void Lock(stringStorage *s) { RuntimeLockString(s); }
     static void Unlock(stringStorage *s) { RuntimeUnlockString(s); }
-    // Sorting ignores case, as the language's comparison does.
-    static int Compare(stringStorage *a, stringStorage *b) { return RuntimeStringCompare(a, b); }
+    // Sorting ignores case, as the language's comparison does.  Two strings
+    // of one word need no conversion, so they are compared in place with the
+    // same folding; strings of different words take the full path.
+    static int Compare(stringStorage *a, stringStorage *b) {
+        if (a == b) return 0;
+        const long la = a ? a->length : 0, lb = b ? b->length : 0;
+        if (la == 0 || lb == 0) return la == lb ? 0 : (la == 0 ? -1 : 1);
+        if (a->encoding != b->encoding) return RuntimeStringCompare(a, b);
+        const uint8_t *pa = a->buffer + 1, *pb = b->buffer + 1;
+        const uint32_t word = a->encoding;
+        if (word == kEncodingUTF16) return UCS2StringCompare(pa, la / 2, pb, lb / 2, true);
+        const long n = la < lb ? la : lb;
+        if (word == kEncodingUTF8) {
+            for (long i = 0; i < n; ++i) {
+                const uint8_t ca = pa[i], cb = pb[i];
+                if ((ca | cb) >= 0x80) return UTF8StringCompare(pa + i, la - i, pb + i, lb - i, true);
+                const uint8_t ua = (ca >= 'a' && ca <= 'z') ? ca - 32 : ca;
+                const uint8_t ub = (cb >= 'a' && cb <= 'z') ? cb - 32 : cb;
+                if (ua != ub) return ua < ub ? -1 : 1;
+            }
+        } else {
+            for (long i = 0; i < n; ++i) {
+                const uint8_t ua = kUpperCaseTable[pa[i]], ub = kUpperCaseTable[pb[i]];
+                if (ua != ub) return ua < ub ? -1 : 1;
+            }
+        }
+        return la < lb ? -1 : (la > lb ? 1 : 0);
+    }
     static bool Equal(stringStorage *a, stringStorage *b) {
         return string::Wrap(a).Compare(string::Wrap(b)) == 0;
     }

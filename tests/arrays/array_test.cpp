@@ -2,7 +2,9 @@
 // them: creation, bounds, growth, insertion, removal, dimensions, sorting,
 // searching, references of string elements and the cast wrapper.
 #include "array_kit.h"
+#include "arrays/array_family.h"
 #include "exceptions/fatal_report.h"
+#include "strings/encodings.h"
 #include "kelp/random.h"
 
 #include <gtest/gtest.h>
@@ -270,6 +272,49 @@ TEST_F(Arrays, SortOrdersEveryKindByItsOwnComparison) {
     for (int i = 0; i < 5; ++i) order += (char)std::tolower(Text(e[i])[0]);
     EXPECT_EQ(order, "aabbc");
     RuntimeUnlockArray(s);
+}
+
+// Strings of mixed case, accents, shared prefixes and empty ones, in one of
+// several words.
+std::vector<kelp::string> MixedStrings(uint32_t seed, int count, bool oneWord) {
+    const char *pieces[] = {"a", "A", "b", "_", "z", "\xC3\xA9", "\xC3\x89", "\xE2\x82\xAC", "0", "["};
+    std::mt19937 gen(seed);
+    std::vector<kelp::string> out;
+    for (int i = 0; i < count; ++i) {
+        std::string text;
+        const int n = (int)(gen() % 4);
+        for (int k = 0; k < n; ++k) text += pieces[gen() % 10];
+        kelp::string str = kelp::string::FromBytes(text.data(), (long)text.size(), kEncodingUTF8);
+        const uint32_t pick = oneWord ? seed % 3 : gen() % 3;
+        if (pick == 1) str = kelp::ConvertEncoding(str, kEncodingLatin1);
+        if (pick == 2) str = kelp::ConvertEncoding(str, kEncodingUTF16);
+        out.push_back(str);
+    }
+    return out;
+}
+
+TEST_F(Arrays, StringSortOrdersByTheLanguagesComparison) {
+    // The sort compares strings of one word in place; it must agree with
+    // RuntimeStringCompare on every pair, whatever their words.
+    const std::vector<kelp::string> mixed = MixedStrings(3, 300, false);
+    for (const kelp::string &a : mixed)
+        for (const kelp::string &b : mixed) {
+            const int ours = kelp::arrays::Element<stringStorage *>::Compare(a.Storage(), b.Storage());
+            const int theirs = RuntimeStringCompare(a.Storage(), b.Storage());
+            ASSERT_EQ((ours > 0) - (ours < 0), (theirs > 0) - (theirs < 0))
+                << a.Encoding() << " " << b.Encoding();
+        }
+    // Within one word the comparison is a total order, and a sorted array
+    // follows it.
+    for (uint32_t seed = 0; seed < 3; ++seed) {
+        const std::vector<kelp::string> words = MixedStrings(seed, 2000, true);
+        RuntimeArray *s = CreateArray(1, kArrayString, 1999);
+        auto **e = static_cast<stringStorage **>(s->buffer);
+        for (int i = 0; i < 2000; ++i) e[i] = words[(size_t)i].ExtractStringStorage();
+        Slot<kelp_array1_sort>(s, kArraySlotSort)(s);
+        for (int i = 1; i < 2000; ++i) ASSERT_LE(RuntimeStringCompare(e[i - 1], e[i]), 0) << seed << " " << i;
+        RuntimeUnlockArray(s);
+    }
 }
 
 TEST_F(Arrays, IndexOfScansFromTheStartAndChecksIt) {

@@ -47,6 +47,15 @@ intptr_t windowHandleGetter(RuntimeObject *self, int32_t parameter);
 void formRefresh(RuntimeObject *self, uint8_t erase);
 void formRefreshRect(RuntimeObject *self, int32_t x, int32_t y, int32_t w, int32_t h, uint8_t erase);
 
+/* MDIWindow keeps its bounds and flags only: no frame is made on this
+ * platform, so its title reads empty, its handle 0, and Maximize, Minimize
+ * and Restore (MDIWindowFrameAction) change nothing. */
+void MDIWindowConstructor(RuntimeObject *self);
+KelpString MDIWindowTitleGetter(RuntimeObject *self, int32_t parameter);
+void MDIWindowTitleSetter(RuntimeObject *self, int32_t parameter, KelpString title);
+int32_t MDIWindowHandleGetter(RuntimeObject *self, int32_t parameter);
+void MDIWindowFrameAction(RuntimeObject *self);
+
 /* Windows open now. */
 int32_t RuntimeWindowCount(void);
 

@@ -12,6 +12,7 @@
 #include "objects/definitions.h"
 #include "objects/object_model.h"
 #include "startup/process_state.h"
+#include "windows/mdi_window.h"
 
 #include "kelp/objects.h"
 #include "kelp/runloop.h"
@@ -165,12 +166,16 @@ ObjectDefinition *PollableInterfaceDefinition() {
 }
 KELP_INTRINSIC_CLASS(PollableInterfaceDefinition);
 
+const TypeRecord kMDIWindowType{kTypeObjectOf, nullptr, nullptr, 0, &MDIWindowDefinition};
+
 ObjectDefinition *ApplicationDefinition() {
     static const PropertyRow properties[] = {
         {0, "AutoQuit", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD,
          offsetof(ApplicationRecord, autoQuit)},
         {0, "BalloonHelpVisible", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD,
          offsetof(ApplicationRecord, balloonHelpVisible)},
+        {0, "MDIWindow", &kMDIWindowType, KELP_ENTRY(objGetter), KELP_ENTRY(objSetter),
+         offsetof(ApplicationRecord, mdiWindow)},
         {0, "_CurrentEventTime", &kTypeInteger, KELP_ENTRY(ApplicationCurrentEventTimeGetter),
          {}, -9},
         {0, "Developement", &kTypeInteger, {}, {}, 0, 0, true},

@@ -1,0 +1,60 @@
+#include "windows/mdi_window.h"
+
+#include "objects/definitions.h"
+
+#include "kelp/objects.h"
+#include "kelp/windows.h"
+
+#include <cstddef>
+
+namespace kelp {
+
+ObjectDefinition *MDIWindowDefinition() {
+    static const PropertyRow properties[] = {
+        {0, "Left", &kTypeInteger, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(MDIWindowRecord, left)},
+        {0, "Top", &kTypeInteger, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(MDIWindowRecord, top)},
+        {0, "Width", &kTypeInteger, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(MDIWindowRecord, width)},
+        {0, "Height", &kTypeInteger, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(MDIWindowRecord, height)},
+        {0, "MinWidth", &kTypeInteger, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(MDIWindowRecord, minWidth)},
+        {0, "MinHeight", &kTypeInteger, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(MDIWindowRecord, minHeight)},
+        {0, "MaxWidth", &kTypeInteger, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(MDIWindowRecord, maxWidth)},
+        {0, "MaxHeight", &kTypeInteger, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(MDIWindowRecord, maxHeight)},
+        {0, "Visible", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(MDIWindowRecord, visible)},
+        {0, "Title", &kTypeString, KELP_ENTRY(MDIWindowTitleGetter), KELP_ENTRY(MDIWindowTitleSetter), -9},
+        {0, "Handle", &kTypeInteger, KELP_ENTRY(MDIWindowHandleGetter), {}, -9},
+    };
+    static const MethodRow methods[] = {
+        {"Maximize", nullptr, nullptr, 0, KELP_ENTRY(MDIWindowFrameAction)},
+        {"Minimize", nullptr, nullptr, 0, KELP_ENTRY(MDIWindowFrameAction)},
+        {"Restore", nullptr, nullptr, 0, KELP_ENTRY(MDIWindowFrameAction)},
+    };
+    static const ClassDescription description = {
+        .name = "MDIWindow",
+        .instanceSize = sizeof(MDIWindowRecord),
+        .initializer = KELP_ENTRY(MDIWindowConstructor),
+        .properties = properties,
+        .methods = methods,
+    };
+    static ObjectDefinition *definition = BuildDefinition(description);
+    return definition;
+}
+KELP_INTRINSIC_CLASS(MDIWindowDefinition);
+
+} // namespace kelp
+
+using kelp::MDIWindowRecord;
+
+extern "C" void MDIWindowConstructor(RuntimeObject *self) {
+    if (!self)
+        return;
+    auto *record = reinterpret_cast<MDIWindowRecord *>(self);
+    record->minWidth = record->minHeight = 64;
+    record->maxWidth = record->maxHeight = 32000;
+    record->visible = 1;
+}
+
+// No frame exists to carry a title, a handle or a state.
+extern "C" KelpString MDIWindowTitleGetter(RuntimeObject *, int32_t) { return nullptr; }
+extern "C" void MDIWindowTitleSetter(RuntimeObject *, int32_t, KelpString) {}
+extern "C" int32_t MDIWindowHandleGetter(RuntimeObject *, int32_t) { return 0; }
+extern "C" void MDIWindowFrameAction(RuntimeObject *) {}

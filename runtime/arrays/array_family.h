@@ -208,4 +208,9 @@ void *const *TableFor(int32_t kind, int32_t dimensions);
 int32_t KindOfTable(void *const *operations);
 bool IsCastWrapper(const RuntimeArray *a);
 
+// Called with each array record about to be freed, its elements released (a debugger keeps its list of
+// live arrays by it); null for none.  Returns the hook it replaces.
+using ArrayFreedHook = void (*)(RuntimeArray *freed);
+ArrayFreedHook SetArrayFreedHook(ArrayFreedHook hook);
+
 } // namespace kelp::arrays

@@ -7,6 +7,16 @@
 using namespace kelp;
 using namespace kelp::arrays;
 
+namespace {
+ArrayFreedHook gFreedHook = nullptr;
+} // namespace
+
+ArrayFreedHook kelp::arrays::SetArrayFreedHook(ArrayFreedHook hook) {
+    ArrayFreedHook previous = gFreedHook;
+    gFreedHook = hook;
+    return previous;
+}
+
 extern "C" void RuntimeLockArray(RuntimeArray *array) {
     if (array != nullptr) ++array->referenceCount;
 }
@@ -16,6 +26,9 @@ extern "C" void RuntimeUnlockArray(RuntimeArray *array) {
     // Slot 13 lets go of the elements (or, for a wrapper, of the inner array).
     auto release = reinterpret_cast<kelp_array_release>(array->operations[kArraySlotReleaseElements]);
     if (release != nullptr) release(array);
+    // The hook hears of it with the elements gone but the record still
+    // readable, so that it may look at the address safely.
+    if (gFreedHook != nullptr) gFreedHook(array);
     std::free(array);
 }
 

@@ -387,6 +387,23 @@ TEST_F(Arrays, ShuffleKeepsTheElementsOfEveryDimension) {
     RuntimeUnlockArray(m);
 }
 
+std::vector<RuntimeArray *> gFreed;
+void NoteFreed(RuntimeArray *a) { gFreed.push_back(a); }
+
+TEST_F(Arrays, TheFreedHookHearsOfEachArrayOnceWhenItsLastReferenceGoes) {
+    gFreed.clear();
+    auto previous = kelp::arrays::SetArrayFreedHook(&NoteFreed);
+    RuntimeArray *a = CreateArray(1, kArrayObject, 0);
+    RuntimeArray *view = RuntimeCreateArrayCastWrapper(a, RuntimeLookupClass(kelp::string("NilObjectException").Storage()));
+    RuntimeUnlockArray(a);
+    EXPECT_TRUE(gFreed.empty());
+    RuntimeUnlockArray(view);
+    ASSERT_EQ(gFreed.size(), 2u);  // the view lets go of the array it held first
+    EXPECT_EQ(gFreed[0], a);
+    EXPECT_EQ(gFreed[1], view);
+    kelp::arrays::SetArrayFreedHook(previous);
+}
+
 TEST_F(Arrays, NullArraysRaiseTheNamedExceptions) {
     int32_t r = 5;
     EXPECT_EQ(Raised([&] { r = RuntimeUBound(nullptr); }), "NilObjectException");

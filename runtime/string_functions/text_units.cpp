@@ -74,8 +74,17 @@ namespace {
 
 struct UpperTable {
     uint8_t map[256];
+    // For each folded byte, the bytes that fold to it: up to two kept, and
+    // a count of 3 meaning "more".
+    uint8_t sources[256][2];
+    uint8_t sourceCount[256] = {};
     UpperTable() {
         for (int c = 0; c < 256; ++c) map[c] = (uint8_t)std::toupper(c);
+        for (int c = 0; c < 256; ++c) {
+            uint8_t &n = sourceCount[map[c]];
+            if (n < 2) sources[map[c]][n] = (uint8_t)c;
+            if (n < 3) ++n;
+        }
     }
 };
 const UpperTable &Upper() {
@@ -86,12 +95,39 @@ const UpperTable &Upper() {
 long FoldFindBytes(const uint8_t *t, long n, const uint8_t *p, long m, long start) {
     const uint8_t *up = Upper().map;
     const uint8_t first = up[p[0]];
-    for (long i = start; i + m <= n; ++i) {
-        if (up[t[i]] != first) continue;
+    // The bytes that fold to the pattern's first one; with at most two of
+    // them (a letter's two cases) the candidates are found with memchr.
+    const uint8_t *starts = Upper().sources[first];
+    const int count = Upper().sourceCount[first];
+    auto rest = [&](long i) {
         long j = 1;
         while (j < m && up[t[i + j]] == up[p[j]]) ++j;
-        if (j == m) return i;
+        return j == m;
+    };
+    const long last = n - m;  // the last offset where a match fits
+    if (count <= 2) {
+        // Windows that grow from small, so that a case which never occurs
+        // costs about as much as the distance to the match, not the text.
+        long from = start, window = 64;
+        while (from <= last) {
+            const long span = std::min(window, last - from + 1);
+            long best = -1;
+            for (int k = 0; k < count; ++k) {
+                const auto *hit = static_cast<const uint8_t *>(std::memchr(t + from, starts[k], (size_t)span));
+                if (hit != nullptr && (best < 0 || hit - t < best)) best = hit - t;
+            }
+            if (best < 0) {
+                from += span;
+                if (window < 65536) window *= 2;
+                continue;
+            }
+            if (rest(best)) return best;
+            from = best + 1;
+        }
+        return -1;
     }
+    for (long i = start; i <= last; ++i)
+        if (up[t[i]] == first && rest(i)) return i;
     return -1;
 }
 

@@ -71,14 +71,18 @@ enum {
     kArraySlotReleaseElements = 13
 };
 
-/* Function-pointer types of the slots, one family per element type.
- * KELP_ARRAY_SLOT_TYPES(suffix, T) declares, for one dimension:
- *   kelp_array1_get_<suffix>, _set_, _redim, _insert_, _remove, _sort,
- *   _indexof_, _shuffle, _ubound, _lock_, _unlock_, _release;
- * for two: kelp_array2_get_<suffix>, kelp_array2_set_<suffix>,
- *   kelp_array2_redim;
- * for more: kelp_arrayN_get_<suffix>, kelp_arrayN_set_<suffix>,
- *   kelp_arrayN_redim (variadic). */
+/* Function-pointer types of the slots.  KELP_ARRAY_SLOT_TYPES(suffix, T)
+ * declares the element-typed ones for each kind (suffixes i32, f32, f64, str,
+ * obj, u8, i8, u16, i16, u32):
+ *   kelp_array1_get_<s>, kelp_array1_set_<s>     slots 0/2 and 1/3, one dimension
+ *   kelp_array1_insert_<s>, kelp_array1_indexof_<s>   slots 5 and 8
+ *   kelp_array_lock_<s>, kelp_array_unlock_<s>   slots 11 and 12
+ *   kelp_array2_get_<s>, kelp_array2_set_<s>     slots 0/2 and 1/3, two dimensions
+ *   kelp_arrayN_get_<s>, kelp_arrayN_set_<s>     slots 0/2 and 1/3, more (variadic)
+ * and these are shared by every kind:
+ *   kelp_array1_redim, kelp_array2_redim, kelp_arrayN_redim   slot 4
+ *   kelp_array1_remove (6), kelp_array1_sort (7), kelp_array1_shuffle (9,
+ *   any dimension count), kelp_array_ubound (10), kelp_array_release (13). */
 typedef void (*kelp_array1_redim)(RuntimeArray *a, int32_t newBound);
 typedef void (*kelp_array1_remove)(RuntimeArray *a, int32_t index);
 typedef void (*kelp_array1_sort)(RuntimeArray *a);

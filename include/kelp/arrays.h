@@ -37,9 +37,10 @@
  * The further indices are int32_t arguments in the ordinary argument order:
  * they fill the remaining general registers (rdi, rsi, rdx, rcx, r8, r9, after
  * the array and, for an integer or reference element, the value) and then
- * the stack, one 8-byte slot each, the first dimension first.  The caller sets
- * al to 0 (no vector registers used by the variadic part), as any call of a
- * variadic function must.  Exactly `dimensions` indices are read.
+ * the stack, one 8-byte slot each, the first dimension first.  As for any
+ * variadic call, the caller sets al to the number of vector registers it
+ * passes: 1 for Set of a float or double element, 0 otherwise.  Exactly
+ * `dimensions` indices are read.
  *
  * CreateArray itself is variadic in the same way: CreateArray(dimensions,
  * kind, ub0, ub1, ...), one int32_t bound per dimension.

@@ -218,6 +218,32 @@ TEST_F(Arrays, RedimKeepsEveryElementAtItsCoordinates) {
     RuntimeUnlockArray(m);
 }
 
+TEST_F(Arrays, RedimOfThreeDimensionsReleasesTheStringsThatFallOutside) {
+    RuntimeArray *c = CreateArray(3, kArrayString, 1, 1, 1);
+    auto setN = Slot<kelp_arrayN_set_str>(c, kArraySlotSet);
+    auto getN = Slot<kelp_arrayN_get_str>(c, kArraySlotGet);
+    stringStorage *kept = NewString("kept"), *dropped = NewString("dropped");
+    setN(c, kept, 0, 1, 0);
+    setN(c, dropped, 1, 1, 1);
+    EXPECT_EQ(dropped->referenceCount, 2);
+    Slot<kelp_arrayN_redim>(c, kArraySlotRedim)(c, 0, 2, 0);
+    EXPECT_EQ(dropped->referenceCount, 1);
+    EXPECT_EQ(kept->referenceCount, 2);
+    EXPECT_EQ(c->upperBounds[1], 2);
+    EXPECT_EQ(c->bufferLength, 3 * 8);
+    stringStorage *back = getN(c, 0, 1, 0);
+    EXPECT_EQ(back, kept);
+    RuntimeUnlockString(back);
+    EXPECT_EQ(getN(c, 0, 2, 0), nullptr);
+    EXPECT_EQ(Raised([&] { getN(c, 1, 1, 1); }), "OutOfBoundsException");
+    EXPECT_EQ(Raised([&] { Slot<kelp_arrayN_redim>(c, kArraySlotRedim)(c, 5, -2, 0); }), "OutOfBoundsException");
+    EXPECT_EQ(c->upperBounds[0], 0);
+    RuntimeUnlockArray(c);
+    EXPECT_EQ(kept->referenceCount, 1);
+    RuntimeUnlockString(kept);
+    RuntimeUnlockString(dropped);
+}
+
 TEST_F(Arrays, SortOrdersEveryKindByItsOwnComparison) {
     std::mt19937 gen(7);
     RuntimeArray *a = CreateArray(1, kArrayInt32, 999);

@@ -2,6 +2,8 @@
 // drags, and the run ending when the last window goes.
 #include "windows/runtime_view.h"
 
+#include "graphics/graphics_base.h"
+#include "graphics/graphics_object.h"
 #include "objects/text.h"
 #include "runloop/application.h"
 #include "runloop/main_loop.h"
@@ -34,6 +36,11 @@ uint8_t OnKeyDown(RuntimeObject *, KelpString key) {
 }
 uint8_t OnMouseDown(RuntimeObject *, int32_t x, int32_t y) {
     gEvents.push_back("MouseDown " + std::to_string(x) + "," + std::to_string(y));
+    return 1;
+}
+uint8_t OnMouseDownCloses(RuntimeObject *self, int32_t, int32_t) {
+    gEvents.push_back("MouseDown");
+    RuntimeCloseWindow(self);
     return 1;
 }
 void OnMouseDrag(RuntimeObject *, int32_t, int32_t) {
@@ -136,6 +143,42 @@ TEST_F(WindowEventsTest, RunEndClosesTheWindowsThatAreLeft) {
     EXPECT_EQ(getAppObject(), nullptr);
     RuntimeUnlockObject(a);
     RuntimeUnlockObject(b);
+}
+
+TEST_F(WindowEventsTest, WindowClosedFromItsOwnMouseDownLeavesNoCapture) {
+    test::SetEventHandler(klass, "MouseDown", reinterpret_cast<void *>(&OnMouseDownCloses));
+    RuntimeObject *w = RuntimeNewObject(klass);
+    Settle(100);
+    GdkWindow *gw = View(w)->pane->GtkWin()->window;
+    gdk_test_simulate_button(gw, 20, 20, 1, GdkModifierType(0), GDK_BUTTON_PRESS);
+    Settle(40);
+    EXPECT_EQ(gEvents, (std::vector<std::string>{"MouseDown", "Close"}));
+    EXPECT_EQ(View(w)->pane, nullptr);
+    EXPECT_EQ(MouseCapturePane(), nullptr);
+    Settle(20); // further passes touch nothing of the closed window
+    RuntimeUnlockObject(w);
+}
+
+TEST_F(WindowEventsTest, GraphicsPropertyDrawsAtOnceOutsideAnyPaint) {
+    RuntimeObject *w = RuntimeNewObject(klass);
+    Settle(150);
+    RuntimeObject *graphics = windowGraphicsGetter(w, 0);
+    Graphics *g = GraphicsOfObject(graphics);
+    ASSERT_NE(g, nullptr);
+    g->SetForeColor(ColorWordToRGB(0x00ff00));
+    g->FillRect(RectFromXYWH(0, 0, 20, 20));
+    gdk_flush();
+    GdkImage *image = gdk_drawable_get_image(View(w)->pane->GtkWin()->window, 5, 5, 1, 1);
+    ASSERT_NE(image, nullptr);
+    EXPECT_EQ(gdk_image_get_pixel(image, 0, 0) & 0xffffff, 0x00ff00u);
+    g_object_unref(image);
+    RuntimeObject *same = windowGraphicsGetter(w, 0);
+    EXPECT_EQ(same, graphics); // one Graphics object per window
+    RuntimeUnlockObject(same);
+    RuntimeCloseWindow(w);
+    EXPECT_EQ(GraphicsOfObject(graphics), nullptr); // kept past the close, it draws nothing
+    RuntimeUnlockObject(graphics);
+    RuntimeUnlockObject(w);
 }
 
 } // namespace

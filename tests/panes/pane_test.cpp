@@ -205,5 +205,30 @@ TEST_F(PaneTest, RealButtonPressAndReleaseReachTheCapturedPane) {
               1);
 }
 
+TEST_F(PaneTest, TabWalksTheFocusablePanesInCreationOrderAndShiftTabGoesBack) {
+    auto button = [] {
+        GtkWidget *b = gtk_button_new_with_label("B");
+        gtk_widget_show(b);
+        return b;
+    };
+    auto *first = new LogPane(window, R(10, 10, 60, 25), "first", button());
+    new LogPane(window, R(10, 40, 60, 25), "plain"); // no widget: never takes focus
+    auto *second = new LogPane(window, R(10, 70, 60, 25), "second", button());
+    auto *third = new LogPane(window, R(10, 100, 60, 25), "third", button());
+    third->SetEnabled(false, false); // a disabled pane is passed over
+    EXPECT_TRUE(window->KeyDownWindow(9, 0, 0));
+    EXPECT_EQ(FocusPane(), first);
+    EXPECT_TRUE(window->KeyDownWindow(9, 0, 0));
+    EXPECT_EQ(FocusPane(), second);
+    EXPECT_TRUE(window->KeyDownWindow(9, 0, 0));
+    EXPECT_EQ(FocusPane(), first); // wraps round
+    EXPECT_TRUE(window->KeyDownWindow(9, 0, kModShift));
+    EXPECT_EQ(FocusPane(), second);
+    // With Control held, Tab is no navigation key.
+    EXPECT_FALSE(window->KeyDownWindow(9, 0, kModControl));
+    EXPECT_EQ(FocusPane(), second);
+    SetFocus(nullptr);
+}
+
 } // namespace
 } // namespace kelp

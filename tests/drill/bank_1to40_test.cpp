@@ -1,8 +1,8 @@
 // Problems 1 to 40 worked out from their own text: the numbers the text
 // shows give the correct entry, the units stand behind every number entry,
 // and the special problems hold their fixed answers.
-#include "bank_support.h"
-#include "reference_rnd.h"
+#include "support/drill_bank_support.h"
+#include "support/drill_reference_rnd.h"
 
 #include <gtest/gtest.h>
 

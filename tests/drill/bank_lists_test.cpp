@@ -2,7 +2,7 @@
 // them: each entry is the correct value moved by its offset (or, for the two
 // shopping problems, the starting sum less the price), with the problem's
 // unit behind it.
-#include "bank_support.h"
+#include "support/drill_bank_support.h"
 
 #include <gtest/gtest.h>
 

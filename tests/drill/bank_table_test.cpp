@@ -1,7 +1,7 @@
 // Every problem of the bank, in every arrangement: ten entries, the correct
 // one at the arrangement's fixed position, the problem's tip, a text with no
 // blank left unfilled.
-#include "bank_support.h"
+#include "support/drill_bank_support.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include "drill/round.h"
 #include "drill/state.h"
 #include "drill/vocabulary.h"
-#include "reference_rnd.h"
+#include "support/drill_reference_rnd.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Rounds without a window: which problems come in each mode, and the
 // bookkeeping of right, wrong and missing answers.
-#include "bank_support.h"
+#include "support/drill_bank_support.h"
 
 #include <gtest/gtest.h>
 

@@ -10,6 +10,8 @@
 
 #include "bank/problem_kit.h"
 #include "bank_lists.h"
+#include "support/drill_bank_support.h"
+#include "support/drill_reference_rnd.h"
 #include "drill/round.h"
 #include "drill/state.h"
 #include "drill/vocabulary.h"
@@ -24,29 +26,8 @@
 
 namespace banktest {
 
-// The random source's rule: one 32-bit state word, seeded and stepped as the
-// runtime's rnd is.
-class Rnd {
-public:
-    explicit Rnd(uint32_t seed) {
-        state_ = static_cast<int64_t>(seed & 0x7FFFFFFFu);
-        if (state_ == 0) state_ = 1;
-        for (int i = 0; i < 7; ++i) Step();
-    }
-    double Next() {
-        Step();
-        return static_cast<double>(state_ & 0xFFFFF) * 9.5367431640625e-7;
-    }
-
-private:
-    void Step() {
-        const int64_t q = state_ / 12773, r = state_ % 12773;
-        int64_t next = 16807 * r - 2836 * q;
-        if (next <= 0) next += 0x7FFFFFFF;
-        state_ = next;
-    }
-    int64_t state_;
-};
+// The random source's rule, shared with the engine's tests.
+using Rnd = drilltest::ReferenceRnd;
 
 inline const char *const kNames[61] = {
     "Joey",     "Billy",    "Bob",     "Randy",    "John",   "Martin", "Jerry",   "Terry",   "Leslie",
@@ -174,23 +155,8 @@ inline std::string ExpectedEntry(const Model &m, const ListEntry &e) {
     return {};
 }
 
-inline void PrepareDrill() {
-    static bool filled = false;
-    if (!filled) {
-        sumbrook::mFillPools();
-        filled = true;
-    }
-    sumbrook::ResetForSelection();
-}
-
-// Builds problem `number` with arrangement `randomizer`, as a round does
-// after mResetVars has drawn the arrangement.
-inline void Build(int32_t number, int32_t randomizer) {
-    sumbrook::ClearWorkingFields();
-    sumbrook::P().iRandomizer = randomizer;
-    sumbrook::P().iProbNumber = number;
-    sumbrook::mSetProblem();
-}
+using drilltest::Build;
+using drilltest::PrepareDrill;
 
 inline std::string Entry(int32_t i) { return sumbrook::P().sAnswerStrings.Get(i).ToStd(); }
 

@@ -89,6 +89,47 @@ void InstallKeyboardState() {
     SetEscapeKeyReader([] { return KeyIsDown(GDK_Escape); });
 }
 
+namespace {
+ApplicationCursorSource gAppCursor = nullptr;
+GdkCursor *gShownCursor = nullptr;
+bool gCursorApplied = false;
+
+GdkCursor *TopCursorAt(SubPane *pane, int32_t x, int32_t y) {
+    const auto &kids = pane->Children();
+    for (size_t i = kids.size(); i-- > 0;) {
+        SubPane *child = kids[i];
+        if (!child->visible || !child->HitTest(x, y))
+            continue;
+        if (GdkCursor *inner = TopCursorAt(child, x, y))
+            return inner;
+        if (child->cursor)
+            return child->cursor;
+    }
+    return nullptr;
+}
+} // namespace
+
+void SetApplicationCursorSource(ApplicationCursorSource source) { gAppCursor = source; }
+
+GdkCursor *ChooseCursor(Window *window, int32_t x, int32_t y) {
+    if (GdkCursor *app = gAppCursor ? gAppCursor() : nullptr)
+        return app;
+    if (GdkCursor *pane = TopCursorAt(window, x, y))
+        return pane;
+    return window->cursor;
+}
+
+void ApplyCursor(Window *window, GdkCursor *cursor) {
+    if (gCursorApplied && cursor == gShownCursor)
+        return;
+    GdkWindow *drawable = window->GetDrawable();
+    if (!drawable)
+        return;
+    gdk_window_set_cursor(drawable, cursor);
+    gShownCursor = cursor;
+    gCursorApplied = true;
+}
+
 PaneDeathNotificationReceiver::PaneDeathNotificationReceiver() { DeathReceivers().push_back(this); }
 PaneDeathNotificationReceiver::~PaneDeathNotificationReceiver() {
     auto &r = DeathReceivers();

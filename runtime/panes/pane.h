@@ -89,6 +89,8 @@ public:
     bool mouseInside = false;
     int32_t lockCount = 0;
     bool visible = true, enabled = true, closing = false;
+    // The pane's own pointer shape, or null for its window's (not owned).
+    GdkCursor *cursor = nullptr;
 
 protected:
     // Puts the widget into the window's GtkFixed at the pane's place.
@@ -121,6 +123,14 @@ void SetMouseCapturePane(SubPane *pane);
 int32_t ModifiersFromState(guint state);
 int32_t CurrentModifiers();
 void SetCurrentModifiers(int32_t modifiers);
+
+// The pointer shape for a point of a window: the application's, else the
+// top-most visible pane under the point that has one, else the window's
+// own, else the toolkit's default (null).  Applied only when it changes.
+using ApplicationCursorSource = GdkCursor *(*)();
+void SetApplicationCursorSource(ApplicationCursorSource source);
+GdkCursor *ChooseCursor(Window *window, int32_t x, int32_t y);
+void ApplyCursor(Window *window, GdkCursor *cursor);
 
 // Keys held now, as the key snooper saw them.
 bool KeyIsDown(guint keyval);

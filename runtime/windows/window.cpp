@@ -33,10 +33,11 @@ gboolean OnMotion(GtkWidget *, GdkEventMotion *event, gpointer data) {
     auto *window = static_cast<Window *>(data);
     NoteUserEvent();
     SetCurrentModifiers(ModifiersFromState(event->state));
-    if (MouseCapturePane())
-        return FALSE;
     int x = 0, y = 0;
     gtk_widget_get_pointer(window->GtkWin(), &x, &y);
+    ApplyCursor(window, ChooseCursor(window, x, y));
+    if (MouseCapturePane())
+        return FALSE;
     if (window->LockForEvent()) {
         window->MouseMove(x, y);
         window->UnlockAfterEvent();

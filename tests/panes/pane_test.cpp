@@ -230,5 +230,23 @@ TEST_F(PaneTest, TabWalksTheFocusablePanesInCreationOrderAndShiftTabGoesBack) {
     SetFocus(nullptr);
 }
 
+TEST_F(PaneTest, PointerOverAPaneWithACursorShowsThatCursor) {
+    GdkCursor *cross = gdk_cursor_new(GDK_CROSSHAIR);
+    auto *pane = new LogPane(window, R(10, 10, 100, 80), "cursor");
+    pane->cursor = cross;
+    GdkWindow *gw = window->GtkWin()->window;
+    int ox = 0, oy = 0;
+    gdk_window_get_origin(gw, &ox, &oy);
+    GdkDisplay *display = gdk_display_get_default();
+    gdk_display_warp_pointer(display, gdk_display_get_default_screen(display), ox + 40, oy + 40);
+    Settle(80);
+    EXPECT_EQ(gdk_window_get_cursor(gw), cross);
+    gdk_display_warp_pointer(display, gdk_display_get_default_screen(display), ox + 250, oy + 150);
+    Settle(80);
+    EXPECT_EQ(gdk_window_get_cursor(gw), nullptr); // the toolkit's default outside it
+    pane->Close();
+    gdk_cursor_unref(cross);
+}
+
 } // namespace
 } // namespace kelp

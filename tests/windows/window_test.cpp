@@ -299,6 +299,19 @@ TEST_F(WindowTest, ImplicitInstanceIsFoundByClassNameUntilClosed) {
     EXPECT_EQ(RuntimeGetImplicitWindow(name), nullptr);
 }
 
+TEST_F(WindowTest, MinimumSizeHoldsAgainstASmallerResize) {
+    RuntimeObject *w = Make(0, 0, 300, 200, "Min", 4, 2);
+    View(w)->minWidth = 250;
+    View(w)->minHeight = 150;
+    Settle(100);
+    // As a user dragging the frame would: ask the toolkit for less.
+    gtk_window_resize(GTK_WINDOW(View(w)->pane->GtkWin()), 100, 100);
+    Settle(150);
+    XInfo info = Query(w);
+    EXPECT_EQ(info.width, 250);
+    EXPECT_EQ(info.height, 150);
+}
+
 TEST_F(WindowTest, ZeroAndNegativeSizesMakeAWindowWithoutACrash) {
     RuntimeObject *w = Make(0, 0, 0, -20, "Z", 4, 2);
     ASSERT_NE(View(w)->pane, nullptr);

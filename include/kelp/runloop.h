@@ -58,7 +58,7 @@ void ApplicationAddPollableObject(RuntimeObject *self, RuntimeObject *object);
 void ApplicationRemovePollableObject(RuntimeObject *self, RuntimeObject *object);
 
 /* Application._CurrentEventTime: the toolkit's current event time in ticks. */
-int32_t ApplicationCurrentEventTimeGetter(RuntimeObject *self, int32_t unused);
+int32_t AppGetCurrentEventTime(RuntimeObject *self, int32_t unused);
 
 /* ------------------------------------------------------------- timers */
 

@@ -12,7 +12,7 @@ extern "C" {
 /* Initialiser of Window: fills the implicit instance entry, fires Layout and
  * builds the window.  The finaliser closes a window still open. */
 void RuntimeCreateWindow(RuntimeObject *self);
-void RuntimeWindowFinalizer(RuntimeObject *self);
+void RuntimeViewDestructor(RuntimeObject *self);
 
 /* Showing is deferred to the next pass of the run loop. */
 void RuntimeShowWindow(RuntimeObject *self);
@@ -30,18 +30,22 @@ void RuntimeCloseWindow(RuntimeObject *self);
 RuntimeObject *RuntimeGetImplicitWindow(KelpString className);
 
 /* Property setters (object, row parameter, value) and getters. */
-void windowVisibleSetter(RuntimeObject *self, int32_t parameter, uint8_t visible);
-void windowLeftSetter(RuntimeObject *self, int32_t parameter, int32_t value);
-void windowTopSetter(RuntimeObject *self, int32_t parameter, int32_t value);
-void windowWidthSetter(RuntimeObject *self, int32_t parameter, int32_t value);
-void windowHeightSetter(RuntimeObject *self, int32_t parameter, int32_t value);
+void WindowVisibleSetter(RuntimeObject *self, int32_t parameter, uint8_t visible);
+/* Left, Top, Width, Height: the parameter is the field's offset.  After the
+ * window exists a change moves or resizes it and brings Moved or Resized on
+ * the next pass of the loop. */
+int32_t windowPosGetter(RuntimeObject *self, int32_t parameter);
+void windowPosSetter(RuntimeObject *self, int32_t parameter, int32_t value);
+/* MinWidth, MinHeight, MaxWidth, MaxHeight (0: none; negatives store 0). */
+int32_t windowMinMaxWidthHeightGetter(RuntimeObject *self, int32_t parameter);
+void windowMinMaxWidthHeightSetter(RuntimeObject *self, int32_t parameter, int32_t value);
 void windowTitleSetter(RuntimeObject *self, int32_t parameter, KelpString title);
 void windowHasBackColorSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
 void windowBackColorSetter(RuntimeObject *self, int32_t parameter, int32_t value);
 /* One Graphics object per window, made on first use; a new reference. */
 RuntimeObject *windowGraphicsGetter(RuntimeObject *self, int32_t parameter);
 /* The GtkWindow pointer, 0 before the window exists. */
-intptr_t windowHandleGetter(RuntimeObject *self, int32_t parameter);
+intptr_t WindowHandleGetter(RuntimeObject *self, int32_t parameter);
 
 /* Invalidate (all, or a rectangle), then process the toolkit's updates. */
 void formRefresh(RuntimeObject *self, uint8_t erase);
@@ -49,15 +53,17 @@ void formRefreshRect(RuntimeObject *self, int32_t x, int32_t y, int32_t w, int32
 
 /* MDIWindow keeps its bounds and flags only: no frame is made on this
  * platform, so its title reads empty, its handle 0, and Maximize, Minimize
- * and Restore (MDIWindowFrameAction) change nothing. */
+ * and Restore change nothing. */
 void MDIWindowConstructor(RuntimeObject *self);
 KelpString MDIWindowTitleGetter(RuntimeObject *self, int32_t parameter);
 void MDIWindowTitleSetter(RuntimeObject *self, int32_t parameter, KelpString title);
 int32_t MDIWindowHandleGetter(RuntimeObject *self, int32_t parameter);
-void MDIWindowFrameAction(RuntimeObject *self);
+void MDIWindowMaximize(RuntimeObject *self);
+void MDIWindowMinimize(RuntimeObject *self);
+void MDIWindowRestore(RuntimeObject *self);
 
 /* Windows open now. */
-int32_t RuntimeWindowCount(void);
+int32_t getWindowCount(void);
 
 #ifdef __cplusplus
 }

@@ -176,7 +176,7 @@ ObjectDefinition *ApplicationDefinition() {
          offsetof(ApplicationRecord, balloonHelpVisible)},
         {0, "MDIWindow", &kMDIWindowType, KELP_ENTRY(objGetter), KELP_ENTRY(objSetter),
          offsetof(ApplicationRecord, mdiWindow)},
-        {0, "_CurrentEventTime", &kTypeInteger, KELP_ENTRY(ApplicationCurrentEventTimeGetter),
+        {0, "_CurrentEventTime", &kTypeInteger, KELP_ENTRY(AppGetCurrentEventTime),
          {}, -9},
         {0, "Developement", &kTypeInteger, {}, {}, 0, 0, true},
         {0, "Alpha", &kTypeInteger, {}, {}, 1, 0, true},
@@ -386,7 +386,7 @@ extern "C" void ApplicationRemovePollableObject(RuntimeObject *self, RuntimeObje
     }
 }
 
-extern "C" int32_t ApplicationCurrentEventTimeGetter(RuntimeObject *, int32_t) {
+extern "C" int32_t AppGetCurrentEventTime(RuntimeObject *, int32_t) {
     // Event time in milliseconds, given to the language in ticks.
     uint32_t ms = gtk_get_current_event_time();
     return static_cast<int32_t>(ms / 1000 * 60);

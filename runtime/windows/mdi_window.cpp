@@ -24,9 +24,9 @@ ObjectDefinition *MDIWindowDefinition() {
         {0, "Handle", &kTypeInteger, KELP_ENTRY(MDIWindowHandleGetter), {}, -9},
     };
     static const MethodRow methods[] = {
-        {"Maximize", nullptr, nullptr, 0, KELP_ENTRY(MDIWindowFrameAction)},
-        {"Minimize", nullptr, nullptr, 0, KELP_ENTRY(MDIWindowFrameAction)},
-        {"Restore", nullptr, nullptr, 0, KELP_ENTRY(MDIWindowFrameAction)},
+        {"Maximize", nullptr, nullptr, 0, KELP_ENTRY(MDIWindowMaximize)},
+        {"Minimize", nullptr, nullptr, 0, KELP_ENTRY(MDIWindowMinimize)},
+        {"Restore", nullptr, nullptr, 0, KELP_ENTRY(MDIWindowRestore)},
     };
     static const ClassDescription description = {
         .name = "MDIWindow",
@@ -57,4 +57,6 @@ extern "C" void MDIWindowConstructor(RuntimeObject *self) {
 extern "C" KelpString MDIWindowTitleGetter(RuntimeObject *, int32_t) { return nullptr; }
 extern "C" void MDIWindowTitleSetter(RuntimeObject *, int32_t, KelpString) {}
 extern "C" int32_t MDIWindowHandleGetter(RuntimeObject *, int32_t) { return 0; }
-extern "C" void MDIWindowFrameAction(RuntimeObject *) {}
+extern "C" void MDIWindowMaximize(RuntimeObject *) {}
+extern "C" void MDIWindowMinimize(RuntimeObject *) {}
+extern "C" void MDIWindowRestore(RuntimeObject *) {}

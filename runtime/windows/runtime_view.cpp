@@ -362,11 +362,11 @@ bool CloseView(ViewRecord *view, bool appQuitting) {
 
 ObjectDefinition *WindowDefinition() {
     static const PropertyRow properties[] = {
-        {0, "Visible", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_ENTRY(windowVisibleSetter), offsetof(ViewRecord, visible)},
-        {0, "Left", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(windowLeftSetter), offsetof(ViewRecord, left)},
-        {0, "Top", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(windowTopSetter), offsetof(ViewRecord, top)},
-        {0, "Width", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(windowWidthSetter), offsetof(ViewRecord, width)},
-        {0, "Height", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(windowHeightSetter), offsetof(ViewRecord, height)},
+        {0, "Visible", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_ENTRY(WindowVisibleSetter), offsetof(ViewRecord, visible)},
+        {0, "Left", &kTypeInteger, KELP_ENTRY(windowPosGetter), KELP_ENTRY(windowPosSetter), offsetof(ViewRecord, left)},
+        {0, "Top", &kTypeInteger, KELP_ENTRY(windowPosGetter), KELP_ENTRY(windowPosSetter), offsetof(ViewRecord, top)},
+        {0, "Width", &kTypeInteger, KELP_ENTRY(windowPosGetter), KELP_ENTRY(windowPosSetter), offsetof(ViewRecord, width)},
+        {0, "Height", &kTypeInteger, KELP_ENTRY(windowPosGetter), KELP_ENTRY(windowPosSetter), offsetof(ViewRecord, height)},
         {0, "Placement", &kTypeInteger, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(ViewRecord, placement)},
         {0, "Frame", &kTypeInteger, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(ViewRecord, frame)},
         {0, "Title", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(windowTitleSetter), offsetof(ViewRecord, title)},
@@ -376,13 +376,13 @@ ObjectDefinition *WindowDefinition() {
         {0, "LiveResize", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(ViewRecord, liveResize)},
         {0, "HasBackColor", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_ENTRY(windowHasBackColorSetter), offsetof(ViewRecord, hasBackColor)},
         {0, "BackColor", &kTypeColor, KELP_ENTRY(intGetter), KELP_ENTRY(windowBackColorSetter), offsetof(ViewRecord, backColor)},
-        {0, "MinWidth", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(intSetter), offsetof(ViewRecord, minWidth)},
-        {0, "MinHeight", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(intSetter), offsetof(ViewRecord, minHeight)},
-        {0, "MaxWidth", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(intSetter), offsetof(ViewRecord, maxWidth)},
-        {0, "MaxHeight", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(intSetter), offsetof(ViewRecord, maxHeight)},
+        {0, "MinWidth", &kTypeInteger, KELP_ENTRY(windowMinMaxWidthHeightGetter), KELP_ENTRY(windowMinMaxWidthHeightSetter), offsetof(ViewRecord, minWidth)},
+        {0, "MinHeight", &kTypeInteger, KELP_ENTRY(windowMinMaxWidthHeightGetter), KELP_ENTRY(windowMinMaxWidthHeightSetter), offsetof(ViewRecord, minHeight)},
+        {0, "MaxWidth", &kTypeInteger, KELP_ENTRY(windowMinMaxWidthHeightGetter), KELP_ENTRY(windowMinMaxWidthHeightSetter), offsetof(ViewRecord, maxWidth)},
+        {0, "MaxHeight", &kTypeInteger, KELP_ENTRY(windowMinMaxWidthHeightGetter), KELP_ENTRY(windowMinMaxWidthHeightSetter), offsetof(ViewRecord, maxHeight)},
         {0, "MacProcId", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(intSetter), offsetof(ViewRecord, macProcId)},
         {0, "Graphics", &kTypePtr, KELP_ENTRY(windowGraphicsGetter), {}, -9},
-        {0, "Handle", &kTypeInteger, KELP_ENTRY(windowHandleGetter), {}, -9},
+        {0, "Handle", &kTypeInteger, KELP_ENTRY(WindowHandleGetter), {}, -9},
     };
     static const ParameterRow parentParams[] = {{"parent", &kTypePtr}};
     static const ParameterRow eraseParams[] = {{"eraseBackground", &kTypeBoolean, "True"}};
@@ -429,7 +429,7 @@ ObjectDefinition *WindowDefinition() {
         .name = "Window",
         .instanceSize = sizeof(ViewRecord),
         .initializer = KELP_ENTRY(RuntimeCreateWindow),
-        .finalizer = KELP_ENTRY(RuntimeWindowFinalizer),
+        .finalizer = KELP_ENTRY(RuntimeViewDestructor),
         .properties = properties,
         .methods = methods,
         .events = events,
@@ -467,7 +467,7 @@ extern "C" void RuntimeCreateWindow(RuntimeObject *self) {
     BuildViewWindow(view);
 }
 
-extern "C" void RuntimeWindowFinalizer(RuntimeObject *self) {
+extern "C" void RuntimeViewDestructor(RuntimeObject *self) {
     if (!self)
         return;
     ViewRecord *view = View(self);
@@ -563,46 +563,45 @@ extern "C" RuntimeObject *RuntimeGetImplicitWindow(KelpString className) {
     return nullptr;
 }
 
-extern "C" void windowVisibleSetter(RuntimeObject *self, int32_t, uint8_t visible) {
+extern "C" void WindowVisibleSetter(RuntimeObject *self, int32_t, uint8_t visible) {
     if (!self)
         return;
     visible ? RuntimeShowWindow(self) : RuntimeHideWindow(self);
     View(self)->visible = visible ? 1 : 0;
 }
 
-static void MoveView(ViewRecord *view) {
-    if (view->pane)
+// Left, Top, Width and Height share one accessor; the row's parameter is
+// the field's offset.  Before the window exists only the view changes.
+extern "C" int32_t windowPosGetter(RuntimeObject *self, int32_t offset) { return intGetter(self, offset); }
+
+extern "C" void windowPosSetter(RuntimeObject *self, int32_t offset, int32_t value) {
+    if (!self)
+        return;
+    ViewRecord *view = View(self);
+    switch (offset) {
+    case offsetof(ViewRecord, left): view->left = value; break;
+    case offsetof(ViewRecord, top): view->top = value; break;
+    case offsetof(ViewRecord, width): view->width = value; break;
+    case offsetof(ViewRecord, height): view->height = value; break;
+    default: return;
+    }
+    if (!view->pane)
+        return;
+    if (offset == offsetof(ViewRecord, left) || offset == offsetof(ViewRecord, top))
         view->pane->Move(view->left, view->top, true);
+    else
+        view->pane->Resize(view->width, view->height, true);
 }
 
-extern "C" void windowLeftSetter(RuntimeObject *self, int32_t, int32_t value) {
-    if (!self)
-        return;
-    View(self)->left = value;
-    MoveView(View(self));
+// MinWidth, MinHeight, MaxWidth and MaxHeight: 0 means none; the toolkit
+// hears of them at the window's next configure.
+extern "C" int32_t windowMinMaxWidthHeightGetter(RuntimeObject *self, int32_t offset) {
+    return intGetter(self, offset);
 }
 
-extern "C" void windowTopSetter(RuntimeObject *self, int32_t, int32_t value) {
-    if (!self)
-        return;
-    View(self)->top = value;
-    MoveView(View(self));
-}
-
-extern "C" void windowWidthSetter(RuntimeObject *self, int32_t, int32_t value) {
-    if (!self)
-        return;
-    View(self)->width = value;
-    if (View(self)->pane)
-        View(self)->pane->Resize(value, View(self)->height, true);
-}
-
-extern "C" void windowHeightSetter(RuntimeObject *self, int32_t, int32_t value) {
-    if (!self)
-        return;
-    View(self)->height = value;
-    if (View(self)->pane)
-        View(self)->pane->Resize(View(self)->width, value, true);
+extern "C" void windowMinMaxWidthHeightSetter(RuntimeObject *self, int32_t offset, int32_t value) {
+    if (self)
+        intSetter(self, offset, value < 0 ? 0 : value);
 }
 
 extern "C" void windowTitleSetter(RuntimeObject *self, int32_t, KelpString title) {
@@ -644,7 +643,7 @@ extern "C" RuntimeObject *windowGraphicsGetter(RuntimeObject *self, int32_t) {
     return view->graphics;
 }
 
-extern "C" intptr_t windowHandleGetter(RuntimeObject *self, int32_t) {
+extern "C" intptr_t WindowHandleGetter(RuntimeObject *self, int32_t) {
     if (!self || !View(self)->pane)
         return 0;
     return reinterpret_cast<intptr_t>(View(self)->pane->GtkWin());
@@ -668,4 +667,4 @@ extern "C" void formRefreshRect(RuntimeObject *self, int32_t x, int32_t y, int32
     gdk_window_process_all_updates();
 }
 
-extern "C" int32_t RuntimeWindowCount(void) { return static_cast<int32_t>(WindowList().size()); }
+extern "C" int32_t getWindowCount(void) { return static_cast<int32_t>(WindowList().size()); }

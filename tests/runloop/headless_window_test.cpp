@@ -31,7 +31,7 @@ TEST(HeadlessWindow, ShowingAWindowWithoutDisplaySaysSoAndReturns) {
     EXPECT_EQ(reinterpret_cast<ViewRecord *>(w)->pane, nullptr);
     EXPECT_EQ(gOpens, 0);
     EXPECT_NE(err.find("Window: no X display is available"), std::string::npos) << err;
-    EXPECT_EQ(RuntimeWindowCount(), 0);
+    EXPECT_EQ(getWindowCount(), 0);
     MainLoopStep(false); // the loop goes on without windows
     RuntimeCloseWindow(w);
     RuntimeUnlockObject(w);

@@ -11,6 +11,8 @@
 #include "kelp/windows.h"
 
 #include <gtest/gtest.h>
+
+#include <cstddef>
 #include <gtk/gtk.h>
 
 namespace kelp {
@@ -35,8 +37,8 @@ TEST(Frames, KindsAndDefaultPlacementsFollowTheFrame) {
 int gFrame = 0;
 void FrameLayout(RuntimeObject *self) {
     reinterpret_cast<ViewRecord *>(self)->frame = gFrame;
-    windowWidthSetter(self, 0, 120);
-    windowHeightSetter(self, 0, 80);
+    windowPosSetter(self, offsetof(ViewRecord, width), 120);
+    windowPosSetter(self, offsetof(ViewRecord, height), 80);
 }
 
 TEST(Frames, ModalAndPlainFramesReachTheToolkit) {
@@ -55,9 +57,9 @@ TEST(Frames, ModalAndPlainFramesReachTheToolkit) {
         GtkWidget *top = reinterpret_cast<ViewRecord *>(w)->pane->GtkWin();
         EXPECT_EQ(gtk_window_get_modal(GTK_WINDOW(top)) != 0, c.modal) << "frame " << c.frame;
         EXPECT_EQ(gtk_window_get_decorated(GTK_WINDOW(top)) != 0, c.decorated) << "frame " << c.frame;
-        EXPECT_EQ(windowHandleGetter(w, 0), reinterpret_cast<intptr_t>(top));
+        EXPECT_EQ(WindowHandleGetter(w, 0), reinterpret_cast<intptr_t>(top));
         RuntimeCloseWindow(w);
-        EXPECT_EQ(windowHandleGetter(w, 0), 0);
+        EXPECT_EQ(WindowHandleGetter(w, 0), 0);
         RuntimeUnlockObject(w);
     }
 }
@@ -71,9 +73,11 @@ TEST(MDIWindow, KeepsStateAndMakesNoWindow) {
     EXPECT_EQ(record->maxHeight, 32000);
     EXPECT_EQ(record->visible, 1);
     EXPECT_EQ(record->width, 0);
-    int before = RuntimeWindowCount();
-    MDIWindowFrameAction(mdi);
-    EXPECT_EQ(RuntimeWindowCount(), before);
+    int before = getWindowCount();
+    MDIWindowMaximize(mdi);
+    MDIWindowMinimize(mdi);
+    MDIWindowRestore(mdi);
+    EXPECT_EQ(getWindowCount(), before);
     EXPECT_EQ(MDIWindowTitleGetter(mdi, 0), nullptr);
     EXPECT_EQ(MDIWindowHandleGetter(mdi, 0), 0);
     RuntimeUnlockObject(mdi);

@@ -18,6 +18,8 @@
 
 #include <gdk/gdkkeysyms.h>
 #include <gtest/gtest.h>
+
+#include <cstddef>
 #include <gtk/gtk.h>
 
 #include <algorithm>
@@ -50,8 +52,8 @@ void OnMouseDrag(RuntimeObject *, int32_t, int32_t) {
 void OnMouseUp(RuntimeObject *, int32_t, int32_t) { gEvents.push_back("MouseUp"); }
 void OnClose(RuntimeObject *) { gEvents.push_back("Close"); }
 void OnLayout(RuntimeObject *self) {
-    windowWidthSetter(self, 0, 200);
-    windowHeightSetter(self, 0, 150);
+    windowPosSetter(self, offsetof(ViewRecord, width), 200);
+    windowPosSetter(self, offsetof(ViewRecord, height), 150);
     reinterpret_cast<ViewRecord *>(self)->frame = 4;
     reinterpret_cast<ViewRecord *>(self)->placement = 2;
 }
@@ -138,7 +140,7 @@ TEST_F(WindowEventsTest, RunEndClosesTheWindowsThatAreLeft) {
         return FALSE;
     }, nullptr);
     RuntimeRun();
-    EXPECT_EQ(RuntimeWindowCount(), 0);
+    EXPECT_EQ(getWindowCount(), 0);
     EXPECT_EQ(std::count(gEvents.begin(), gEvents.end(), "Close"), 2);
     EXPECT_EQ(getAppObject(), nullptr);
     RuntimeUnlockObject(a);

@@ -17,6 +17,8 @@
 #include "kelp/windows.h"
 
 #include <gtest/gtest.h>
+
+#include <cstddef>
 #include <gtk/gtk.h>
 
 
@@ -101,10 +103,10 @@ protected:
     RuntimeObject *Make(int left, int top, int width, int height, const char *title,
                         int frame = 0, int placement = 0) {
         gLayout = [=](RuntimeObject *self) {
-            windowLeftSetter(self, 0, left);
-            windowTopSetter(self, 0, top);
-            windowWidthSetter(self, 0, width);
-            windowHeightSetter(self, 0, height);
+            windowPosSetter(self, offsetof(ViewRecord, left), left);
+            windowPosSetter(self, offsetof(ViewRecord, top), top);
+            windowPosSetter(self, offsetof(ViewRecord, width), width);
+            windowPosSetter(self, offsetof(ViewRecord, height), height);
             KelpString t = test::MakeText(title);
             windowTitleSetter(self, 0, t);
 
@@ -220,11 +222,11 @@ TEST_F(WindowTest, CloseFiresCancelCloseThenCloseAndTearsDown) {
     RuntimeObject *w = Make(0, 0, 100, 100, "C");
     Settle(60);
     gLog.clear();
-    int before = RuntimeWindowCount();
+    int before = getWindowCount();
     RuntimeCloseWindow(w);
     EXPECT_EQ(gLog, (std::vector<std::string>{"CancelClose", "Close"}));
     EXPECT_EQ(View(w)->pane, nullptr);
-    EXPECT_EQ(RuntimeWindowCount(), before - 1);
+    EXPECT_EQ(getWindowCount(), before - 1);
     RuntimeCloseWindow(w); // a second close does nothing
     EXPECT_EQ(gLog.size(), 2u);
 }
@@ -277,12 +279,12 @@ TEST_F(WindowTest, MovingAfterCreationDeliversMovedOnTheNextPass) {
     RuntimeObject *w = Make(0, 0, 100, 100, "Mv", 4, 2);
     Settle(100);
     gLog.clear();
-    windowLeftSetter(w, 0, 200);
+    windowPosSetter(w, offsetof(ViewRecord, left), 200);
     EXPECT_TRUE(gLog.empty());
     Settle(100);
     EXPECT_EQ(std::count(gLog.begin(), gLog.end(), "Moved"), 1);
     EXPECT_EQ(Query(w).x, 200);
-    windowWidthSetter(w, 0, 250);
+    windowPosSetter(w, offsetof(ViewRecord, width), 250);
     Settle(100);
     EXPECT_EQ(Query(w).width, 250);
     EXPECT_EQ(std::count(gLog.begin(), gLog.end(), "Resized"), 1);

@@ -47,6 +47,31 @@ RuntimeObject *windowGraphicsGetter(RuntimeObject *self, int32_t parameter);
 /* The GtkWindow pointer, 0 before the window exists. */
 intptr_t WindowHandleGetter(RuntimeObject *self, int32_t parameter);
 
+/* Plain properties of the view.  Frame, Placement and LiveResize take effect
+ * when the window is next built; CloseButton and Resizeable reach a built
+ * window at once. */
+KelpString windowTitleGetter(RuntimeObject *self, int32_t parameter);
+uint8_t WindowVisibleGetter(RuntimeObject *self, int32_t parameter);
+int32_t windowFrameGetter(RuntimeObject *self, int32_t parameter);
+void windowFrameSetter(RuntimeObject *self, int32_t parameter, int32_t value);
+int32_t windowPlacementGetter(RuntimeObject *self, int32_t parameter);
+void windowPlacementSetter(RuntimeObject *self, int32_t parameter, int32_t value);
+uint8_t windowCloseBoxGetter(RuntimeObject *self, int32_t parameter);
+void windowCloseBoxSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
+uint8_t windowGrowIconGetter(RuntimeObject *self, int32_t parameter);
+void windowGrowIconSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
+uint8_t windowZoomIconGetter(RuntimeObject *self, int32_t parameter);
+void windowZoomIconSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
+uint8_t windowHasBackColorGetter(RuntimeObject *self, int32_t parameter);
+int32_t windowBackColorGetter(RuntimeObject *self, int32_t parameter);
+uint8_t windowLiveResizeGetter(RuntimeObject *self, int32_t parameter);
+void windowLiveResizeSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
+
+/* The toolkit's maximize and iconify of the window, and their undoing. */
+void WindowMaximize(RuntimeObject *self);
+void WindowMinimize(RuntimeObject *self);
+void WindowRestore(RuntimeObject *self);
+
 /* Invalidate (all, or a rectangle), then process the toolkit's updates. */
 void formRefresh(RuntimeObject *self, uint8_t erase);
 void formRefreshRect(RuntimeObject *self, int32_t x, int32_t y, int32_t w, int32_t h, uint8_t erase);

@@ -362,20 +362,20 @@ bool CloseView(ViewRecord *view, bool appQuitting) {
 
 ObjectDefinition *WindowDefinition() {
     static const PropertyRow properties[] = {
-        {0, "Visible", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_ENTRY(WindowVisibleSetter), offsetof(ViewRecord, visible)},
+        {0, "Visible", &kTypeBoolean, KELP_ENTRY(WindowVisibleGetter), KELP_ENTRY(WindowVisibleSetter), offsetof(ViewRecord, visible)},
         {0, "Left", &kTypeInteger, KELP_ENTRY(windowPosGetter), KELP_ENTRY(windowPosSetter), offsetof(ViewRecord, left)},
         {0, "Top", &kTypeInteger, KELP_ENTRY(windowPosGetter), KELP_ENTRY(windowPosSetter), offsetof(ViewRecord, top)},
         {0, "Width", &kTypeInteger, KELP_ENTRY(windowPosGetter), KELP_ENTRY(windowPosSetter), offsetof(ViewRecord, width)},
         {0, "Height", &kTypeInteger, KELP_ENTRY(windowPosGetter), KELP_ENTRY(windowPosSetter), offsetof(ViewRecord, height)},
-        {0, "Placement", &kTypeInteger, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(ViewRecord, placement)},
-        {0, "Frame", &kTypeInteger, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(ViewRecord, frame)},
-        {0, "Title", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(windowTitleSetter), offsetof(ViewRecord, title)},
-        {0, "CloseButton", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(ViewRecord, closeButton)},
-        {0, "Resizeable", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(ViewRecord, resizeable)},
-        {0, "MaximizeButton", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(ViewRecord, maximizeButton)},
-        {0, "LiveResize", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD, offsetof(ViewRecord, liveResize)},
-        {0, "HasBackColor", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_ENTRY(windowHasBackColorSetter), offsetof(ViewRecord, hasBackColor)},
-        {0, "BackColor", &kTypeColor, KELP_ENTRY(intGetter), KELP_ENTRY(windowBackColorSetter), offsetof(ViewRecord, backColor)},
+        {0, "Placement", &kTypeInteger, KELP_ENTRY(windowPlacementGetter), KELP_ENTRY(windowPlacementSetter), offsetof(ViewRecord, placement)},
+        {0, "Frame", &kTypeInteger, KELP_ENTRY(windowFrameGetter), KELP_ENTRY(windowFrameSetter), offsetof(ViewRecord, frame)},
+        {0, "Title", &kTypeString, KELP_ENTRY(windowTitleGetter), KELP_ENTRY(windowTitleSetter), offsetof(ViewRecord, title)},
+        {0, "CloseButton", &kTypeBoolean, KELP_ENTRY(windowCloseBoxGetter), KELP_ENTRY(windowCloseBoxSetter), offsetof(ViewRecord, closeButton)},
+        {0, "Resizeable", &kTypeBoolean, KELP_ENTRY(windowGrowIconGetter), KELP_ENTRY(windowGrowIconSetter), offsetof(ViewRecord, resizeable)},
+        {0, "MaximizeButton", &kTypeBoolean, KELP_ENTRY(windowZoomIconGetter), KELP_ENTRY(windowZoomIconSetter), offsetof(ViewRecord, maximizeButton)},
+        {0, "LiveResize", &kTypeBoolean, KELP_ENTRY(windowLiveResizeGetter), KELP_ENTRY(windowLiveResizeSetter), offsetof(ViewRecord, liveResize)},
+        {0, "HasBackColor", &kTypeBoolean, KELP_ENTRY(windowHasBackColorGetter), KELP_ENTRY(windowHasBackColorSetter), offsetof(ViewRecord, hasBackColor)},
+        {0, "BackColor", &kTypeColor, KELP_ENTRY(windowBackColorGetter), KELP_ENTRY(windowBackColorSetter), offsetof(ViewRecord, backColor)},
         {0, "MinWidth", &kTypeInteger, KELP_ENTRY(windowMinMaxWidthHeightGetter), KELP_ENTRY(windowMinMaxWidthHeightSetter), offsetof(ViewRecord, minWidth)},
         {0, "MinHeight", &kTypeInteger, KELP_ENTRY(windowMinMaxWidthHeightGetter), KELP_ENTRY(windowMinMaxWidthHeightSetter), offsetof(ViewRecord, minHeight)},
         {0, "MaxWidth", &kTypeInteger, KELP_ENTRY(windowMinMaxWidthHeightGetter), KELP_ENTRY(windowMinMaxWidthHeightSetter), offsetof(ViewRecord, maxWidth)},
@@ -393,6 +393,9 @@ ObjectDefinition *WindowDefinition() {
         {"Hide", nullptr, nullptr, 0, KELP_ENTRY(RuntimeHideWindow)},
         {"Close", nullptr, nullptr, 0, KELP_ENTRY(RuntimeCloseWindow)},
         {"Refresh", nullptr, eraseParams, 1, KELP_ENTRY(formRefresh)},
+        {"Maximize", nullptr, nullptr, 0, KELP_ENTRY(WindowMaximize)},
+        {"Minimize", nullptr, nullptr, 0, KELP_ENTRY(WindowMinimize)},
+        {"Restore", nullptr, nullptr, 0, KELP_ENTRY(WindowRestore)},
     };
     static const EventRow events[] = {
         {"Layout", "", nullptr, &gLayout},
@@ -647,6 +650,72 @@ extern "C" intptr_t WindowHandleGetter(RuntimeObject *self, int32_t) {
     if (!self || !View(self)->pane)
         return 0;
     return reinterpret_cast<intptr_t>(View(self)->pane->GtkWin());
+}
+
+// Plain accessors of the view's fields; the row's parameter is unused.
+extern "C" KelpString windowTitleGetter(RuntimeObject *self, int32_t) {
+    if (!self)
+        return nullptr;
+    objtext::Retain(View(self)->title);
+    return View(self)->title;
+}
+extern "C" uint8_t WindowVisibleGetter(RuntimeObject *self, int32_t) { return self ? View(self)->visible : 0; }
+extern "C" int32_t windowFrameGetter(RuntimeObject *self, int32_t) { return self ? View(self)->frame : 0; }
+// The frame takes effect when the window is next built.
+extern "C" void windowFrameSetter(RuntimeObject *self, int32_t, int32_t value) {
+    if (self)
+        View(self)->frame = value;
+}
+extern "C" int32_t windowPlacementGetter(RuntimeObject *self, int32_t) { return self ? View(self)->placement : 0; }
+extern "C" void windowPlacementSetter(RuntimeObject *self, int32_t, int32_t value) {
+    if (self)
+        View(self)->placement = value;
+}
+extern "C" uint8_t windowCloseBoxGetter(RuntimeObject *self, int32_t) { return self ? View(self)->closeButton : 0; }
+extern "C" void windowCloseBoxSetter(RuntimeObject *self, int32_t, uint8_t value) {
+    if (!self)
+        return;
+    View(self)->closeButton = value ? 1 : 0;
+    if (View(self)->pane && View(self)->pane->GtkWin())
+        gtk_window_set_deletable(GTK_WINDOW(View(self)->pane->GtkWin()), value ? TRUE : FALSE);
+}
+extern "C" uint8_t windowGrowIconGetter(RuntimeObject *self, int32_t) { return self ? View(self)->resizeable : 0; }
+extern "C" void windowGrowIconSetter(RuntimeObject *self, int32_t, uint8_t value) {
+    if (!self)
+        return;
+    View(self)->resizeable = value ? 1 : 0;
+    if (RuntimeViewWindow *pane = View(self)->pane) {
+        pane->resizable = value != 0;
+        if (pane->GtkWin())
+            gtk_window_set_resizable(GTK_WINDOW(pane->GtkWin()), value ? TRUE : FALSE);
+    }
+}
+extern "C" uint8_t windowZoomIconGetter(RuntimeObject *self, int32_t) { return self ? View(self)->maximizeButton : 0; }
+extern "C" void windowZoomIconSetter(RuntimeObject *self, int32_t, uint8_t value) {
+    if (self)
+        View(self)->maximizeButton = value ? 1 : 0;
+}
+extern "C" uint8_t windowHasBackColorGetter(RuntimeObject *self, int32_t) { return self ? View(self)->hasBackColor : 0; }
+extern "C" int32_t windowBackColorGetter(RuntimeObject *self, int32_t) { return self ? View(self)->backColor : 0; }
+extern "C" uint8_t windowLiveResizeGetter(RuntimeObject *self, int32_t) { return self ? View(self)->liveResize : 0; }
+// Live resizing is chosen when the window is built; later changes are kept
+// for the next build.
+extern "C" void windowLiveResizeSetter(RuntimeObject *self, int32_t, uint8_t value) {
+    if (self && !View(self)->pane)
+        View(self)->liveResize = value ? 1 : 0;
+}
+
+extern "C" void WindowMaximize(RuntimeObject *self) {
+    if (self && View(self)->pane)
+        View(self)->pane->Maximize();
+}
+extern "C" void WindowMinimize(RuntimeObject *self) {
+    if (self && View(self)->pane)
+        View(self)->pane->Minimize();
+}
+extern "C" void WindowRestore(RuntimeObject *self) {
+    if (self && View(self)->pane)
+        View(self)->pane->Restore();
 }
 
 extern "C" void formRefresh(RuntimeObject *self, uint8_t erase) {

@@ -185,6 +185,13 @@ gboolean OnScroll(GtkWidget *, GdkEventScroll *event, gpointer data) {
     return taken ? TRUE : FALSE;
 }
 
+gboolean OnWindowState(GtkWidget *, GdkEventWindowState *event, gpointer data) {
+    auto *window = static_cast<Window *>(data);
+    window->iconified = (event->new_window_state & GDK_WINDOW_STATE_ICONIFIED) != 0;
+    window->maximized = (event->new_window_state & GDK_WINDOW_STATE_MAXIMIZED) != 0;
+    return FALSE;
+}
+
 void Connect(GtkWidget *w, const char *signal, GCallback cb, Window *window) {
     g_signal_connect(w, signal, cb, window);
 }
@@ -358,6 +365,7 @@ Window::Window(const std::string &windowTitle, int32_t windowKind, bool isResiza
     Connect(gtkWindow, "focus-in-event", G_CALLBACK(OnFocusIn), this);
     Connect(gtkWindow, "focus-out-event", G_CALLBACK(OnFocusOut), this);
     Connect(gtkWindow, "scroll-event", G_CALLBACK(OnScroll), this);
+    Connect(gtkWindow, "window-state-event", G_CALLBACK(OnWindowState), this);
     gFrontToBack.insert(gFrontToBack.begin(), this);
 }
 
@@ -532,6 +540,25 @@ void Window::SetTitle(const std::string &newTitle) {
     title = newTitle;
     if (gtkWindow)
         gtk_window_set_title(GTK_WINDOW(gtkWindow), title.c_str());
+}
+
+void Window::Maximize() {
+    if (gtkWindow && !maximized)
+        gtk_window_maximize(GTK_WINDOW(gtkWindow));
+}
+
+void Window::Minimize() {
+    if (gtkWindow && !iconified)
+        gtk_window_iconify(GTK_WINDOW(gtkWindow));
+}
+
+void Window::Restore() {
+    if (!gtkWindow)
+        return;
+    if (maximized)
+        gtk_window_unmaximize(GTK_WINDOW(gtkWindow));
+    else if (iconified)
+        gtk_window_deiconify(GTK_WINDOW(gtkWindow));
 }
 
 void Window::SetBackdropColor(bool has, uint32_t color) {

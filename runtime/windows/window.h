@@ -58,6 +58,12 @@ public:
     void Move(int32_t left, int32_t top, bool notify);
     void Resize(int32_t width, int32_t height, bool notify);
     void SetTitle(const std::string &title);
+    // The toolkit's maximize and iconify, unless the window is so already;
+    // Restore undoes whichever is in force.
+    void Maximize();
+    void Minimize();
+    void Restore();
+    bool maximized = false, iconified = false;
     void SetBackdropColor(bool has, uint32_t color);
     // Deferred notices and the deferred show of this window.
     void PreStep();

@@ -3,6 +3,7 @@
 #include "windows/runtime_view.h"
 
 #include "objects/definitions.h"
+#include "objects/text.h"
 #include "runloop/main_loop.h"
 #include "support/language_class.h"
 #include "support/xvfb.h"
@@ -14,6 +15,8 @@
 
 #include <cstddef>
 #include <gtk/gtk.h>
+
+#include <cstddef>
 
 namespace kelp {
 namespace {
@@ -62,6 +65,43 @@ TEST(Frames, ModalAndPlainFramesReachTheToolkit) {
         EXPECT_EQ(WindowHandleGetter(w, 0), 0);
         RuntimeUnlockObject(w);
     }
+}
+
+TEST(Frames, PropertiesReachABuiltWindowOrWaitForTheNextBuild) {
+    if (!test::RequireToolkitDisplay())
+        GTEST_SKIP() << "no X server";
+    RuntimeClass *klass = test::MakeSubclass("Window", "wProps");
+    ASSERT_TRUE(test::SetEventHandler(klass, "Layout", reinterpret_cast<void *>(&FrameLayout)));
+    gFrame = 0;
+    RuntimeObject *w = RuntimeNewObject(klass);
+    GtkWindow *top = GTK_WINDOW(reinterpret_cast<ViewRecord *>(w)->pane->GtkWin());
+    KelpString title = test::MakeText("Results");
+    windowTitleSetter(w, 0, title);
+    KelpString back = windowTitleGetter(w, 0);
+    EXPECT_STREQ(test::TextOf(back), "Results");
+    EXPECT_STREQ(gtk_window_get_title(top), "Results");
+    windowGrowIconSetter(w, 0, 0);
+    EXPECT_FALSE(gtk_window_get_resizable(top));
+    EXPECT_EQ(windowGrowIconGetter(w, 0), 0);
+    windowCloseBoxSetter(w, 0, 0);
+    EXPECT_FALSE(gtk_window_get_deletable(top));
+    windowFrameSetter(w, 0, 2);
+    EXPECT_EQ(windowFrameGetter(w, 0), 2);
+    EXPECT_FALSE(gtk_window_get_modal(top)); // the frame waits for the next build
+    windowLiveResizeSetter(w, 0, 1);
+    EXPECT_EQ(windowLiveResizeGetter(w, 0), 0);
+    windowMinMaxWidthHeightSetter(w, offsetof(ViewRecord, minWidth), -5);
+    EXPECT_EQ(windowMinMaxWidthHeightGetter(w, offsetof(ViewRecord, minWidth)), 0);
+    RuntimeCloseWindow(w);
+    windowFrameSetter(w, 0, 0);
+    RuntimeShowWindow(w); // a closed window builds a new pane from the same view
+    ASSERT_NE(reinterpret_cast<ViewRecord *>(w)->pane, nullptr);
+    EXPECT_STREQ(gtk_window_get_title(GTK_WINDOW(reinterpret_cast<ViewRecord *>(w)->pane->GtkWin())),
+                 "Results");
+    RuntimeCloseWindow(w);
+    objtext::Release(title);
+    objtext::Release(back);
+    RuntimeUnlockObject(w);
 }
 
 TEST(MDIWindow, KeepsStateAndMakesNoWindow) {

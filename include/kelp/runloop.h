@@ -57,6 +57,10 @@ void ApplicationNewDocument(RuntimeObject *self);
 void ApplicationAddPollableObject(RuntimeObject *self, RuntimeObject *object);
 void ApplicationRemovePollableObject(RuntimeObject *self, RuntimeObject *object);
 
+/* Application.AutoQuit: with it set, the run ends once no window is left. */
+uint8_t AppAutoCloseGetter(RuntimeObject *self, int32_t parameter);
+void AppAutoCloseSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
+
 /* Application._CurrentEventTime: the toolkit's current event time in ticks. */
 int32_t AppGetCurrentEventTime(RuntimeObject *self, int32_t unused);
 

@@ -170,7 +170,7 @@ const TypeRecord kMDIWindowType{kTypeObjectOf, nullptr, nullptr, 0, &MDIWindowDe
 
 ObjectDefinition *ApplicationDefinition() {
     static const PropertyRow properties[] = {
-        {0, "AutoQuit", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD,
+        {0, "AutoQuit", &kTypeBoolean, KELP_ENTRY(AppAutoCloseGetter), KELP_ENTRY(AppAutoCloseSetter),
          offsetof(ApplicationRecord, autoQuit)},
         {0, "BalloonHelpVisible", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD,
          offsetof(ApplicationRecord, balloonHelpVisible)},
@@ -357,6 +357,17 @@ extern "C" void ApplicationQuit(RuntimeObject *, uint8_t raiseEnd) {
         return;
     }
     RequestQuit();
+}
+
+extern "C" uint8_t AppAutoCloseGetter(RuntimeObject *self, int32_t) {
+    RuntimeObject *app = self ? self : ApplicationObject();
+    return app ? Record(app)->autoQuit : 0;
+}
+
+extern "C" void AppAutoCloseSetter(RuntimeObject *self, int32_t, uint8_t value) {
+    RuntimeObject *app = self ? self : ApplicationObject();
+    if (app)
+        Record(app)->autoQuit = value ? 1 : 0;
 }
 
 extern "C" void KP_ApplicationQuit(RuntimeObject *self) { ApplicationQuit(self, 1); }

@@ -143,7 +143,8 @@ struct QuitAfterPasses : Pollable {
 
 TEST_F(ApplicationTest, AutoQuitOffKeepsRunningWithNoWindow) {
     RuntimeObject *app = RegisterNew(AppClass());
-    reinterpret_cast<ApplicationRecord *>(app)->autoQuit = 0;
+    AppAutoCloseSetter(app, 0, 0);
+    EXPECT_EQ(AppAutoCloseGetter(app, 0), 0);
     QuitAfterPasses stopper(5);
     AddPollable(&stopper);
     // Nothing else wakes an idle loop here: a toolkit timeout stands in for

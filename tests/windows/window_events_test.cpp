@@ -51,6 +51,8 @@ void OnMouseDrag(RuntimeObject *, int32_t, int32_t) {
 }
 void OnMouseUp(RuntimeObject *, int32_t, int32_t) { gEvents.push_back("MouseUp"); }
 void OnClose(RuntimeObject *) { gEvents.push_back("Close"); }
+void OnActivate(RuntimeObject *) { gEvents.push_back("Activate"); }
+void OnDeactivate(RuntimeObject *) { gEvents.push_back("Deactivate"); }
 void OnLayout(RuntimeObject *self) {
     windowPosSetter(self, offsetof(ViewRecord, width), 200);
     windowPosSetter(self, offsetof(ViewRecord, height), 150);
@@ -159,6 +161,26 @@ TEST_F(WindowEventsTest, WindowClosedFromItsOwnMouseDownLeavesNoCapture) {
     EXPECT_EQ(MouseCapturePane(), nullptr);
     Settle(20); // further passes touch nothing of the closed window
     RuntimeUnlockObject(w);
+}
+
+TEST_F(WindowEventsTest, FocusMovingBetweenWindowsActivatesAndDeactivates) {
+    test::SetEventHandler(klass, "Activate", reinterpret_cast<void *>(&OnActivate));
+    test::SetEventHandler(klass, "Deactivate", reinterpret_cast<void *>(&OnDeactivate));
+    RuntimeObject *a = RuntimeNewObject(klass);
+    RuntimeObject *b = RuntimeNewObject(klass);
+    Settle(100);
+    gEvents.clear();
+    // No window manager runs: give the input focus the way one would.
+    gdk_window_focus(View(a)->pane->GtkWin()->window, GDK_CURRENT_TIME);
+    Settle(60);
+    gdk_window_focus(View(b)->pane->GtkWin()->window, GDK_CURRENT_TIME);
+    Settle(60);
+    EXPECT_EQ(gEvents, (std::vector<std::string>{"Activate", "Deactivate", "Activate"}));
+    EXPECT_EQ(FrontWindow(), View(b)->pane);
+    RuntimeCloseWindow(a);
+    RuntimeCloseWindow(b);
+    RuntimeUnlockObject(a);
+    RuntimeUnlockObject(b);
 }
 
 TEST_F(WindowEventsTest, GraphicsPropertyDrawsAtOnceOutsideAnyPaint) {

@@ -174,47 +174,47 @@ void GraphicsGTK::SetClipRect(const Rect *rect) {
 
 // ------------------------------------------------------------ shapes
 
+bool GraphicsGTK::ShapeAreaOf(const Rect &r, ShapeArea &area) {
+    area.gc = GC();
+    if (!area.gc)
+        return false;
+    const Rect d = ToDrawable(r, true);
+    area.left = d.left;
+    area.top = d.top;
+    area.width = d.right - d.left;
+    area.height = d.bottom - d.top;
+    return area.width >= 1 && area.height >= 1;
+}
+
 void GraphicsGTK::FrameRect(const Rect &r) {
-    GdkGC *gc = GC();
-    if (!gc)
-        return;
-    Rect d = ToDrawable(r, true);
-    int w = d.right - d.left, h = d.bottom - d.top;
-    if (w < 1 || h < 1)
+    ShapeArea a;
+    if (!ShapeAreaOf(r, a))
         return;
     // GDK's outline covers width + 1 pixels; one less covers what a fill does.
-    gdk_draw_rectangle(Drawable(), gc, FALSE, d.left, d.top, w - 1, h - 1);
+    gdk_draw_rectangle(Drawable(), a.gc, FALSE, a.left, a.top, a.width - 1, a.height - 1);
 }
 
 void GraphicsGTK::FillRect(const Rect &r) {
-    GdkGC *gc = GC();
-    if (!gc)
+    ShapeArea a;
+    if (!ShapeAreaOf(r, a))
         return;
-    Rect d = ToDrawable(r, true);
-    int w = d.right - d.left, h = d.bottom - d.top;
-    if (w < 1 || h < 1)
-        return;
-    gdk_draw_rectangle(Drawable(), gc, TRUE, d.left, d.top, w, h);
+    gdk_draw_rectangle(Drawable(), a.gc, TRUE, a.left, a.top, a.width, a.height);
 }
 
 void GraphicsGTK::EraseRect(const Rect &r) {
-    GdkGC *gc = GC();
-    if (!gc)
-        return;
-    Rect d = ToDrawable(r, true);
-    int w = d.right - d.left, h = d.bottom - d.top;
-    if (w < 1 || h < 1)
+    ShapeArea a;
+    if (!ShapeAreaOf(r, a))
         return;
     uint32_t back = 0xFFFFFF;
     const bool onScreen = target->OnScreen();
     const bool hasBack = onScreen && target->BackColor(back);
     if (onScreen && !hasBack && GDK_IS_WINDOW(Drawable())) {
-        gdk_window_clear_area(GDK_WINDOW(Drawable()), d.left, d.top, w, h);
+        gdk_window_clear_area(GDK_WINDOW(Drawable()), a.left, a.top, a.width, a.height);
         return;
     }
     const RGBColor saved = foreColor;
     SetForeColor(ColorWordToRGB(back));
-    gdk_draw_rectangle(Drawable(), gc, TRUE, d.left, d.top, w, h);
+    gdk_draw_rectangle(Drawable(), a.gc, TRUE, a.left, a.top, a.width, a.height);
     SetForeColor(saved);
 }
 
@@ -250,46 +250,33 @@ void RoundRect(GdkDrawable *d, GdkGC *gc, bool fill, int l, int t, int w, int h,
 } // namespace
 
 void GraphicsGTK::FrameRoundRect(const Rect &r, int32_t cw, int32_t ch) {
-    GdkGC *gc = GC();
-    if (!gc)
+    ShapeArea a;
+    if (!ShapeAreaOf(r, a))
         return;
-    Rect d = ToDrawable(r, true);
-    int w = d.right - d.left, h = d.bottom - d.top;
-    if (w >= 1 && h >= 1)
-        RoundRect(Drawable(), gc, false, d.left, d.top, w, h, cw, ch);
+    RoundRect(Drawable(), a.gc, false, a.left, a.top, a.width, a.height, cw, ch);
 }
 
 void GraphicsGTK::FillRoundRect(const Rect &r, int32_t cw, int32_t ch) {
-    GdkGC *gc = GC();
-    if (!gc)
+    ShapeArea a;
+    if (!ShapeAreaOf(r, a))
         return;
-    Rect d = ToDrawable(r, true);
-    int w = d.right - d.left, h = d.bottom - d.top;
-    if (w >= 1 && h >= 1)
-        RoundRect(Drawable(), gc, true, d.left, d.top, w, h, cw, ch);
+    RoundRect(Drawable(), a.gc, true, a.left, a.top, a.width, a.height, cw, ch);
 }
 
 void GraphicsGTK::FrameOval(const Rect &r) {
-    GdkGC *gc = GC();
-    if (!gc)
+    ShapeArea a;
+    if (!ShapeAreaOf(r, a))
         return;
-    Rect d = ToDrawable(r, true);
-    int w = d.right - d.left, h = d.bottom - d.top;
-    if (w >= 1 && h >= 1)
-        gdk_draw_arc(Drawable(), gc, FALSE, d.left, d.top, w - 1, h - 1, 0, 360 * 64);
+    gdk_draw_arc(Drawable(), a.gc, FALSE, a.left, a.top, a.width - 1, a.height - 1, 0, 360 * 64);
 }
 
 void GraphicsGTK::FillOval(const Rect &r) {
-    GdkGC *gc = GC();
-    if (!gc)
+    ShapeArea a;
+    if (!ShapeAreaOf(r, a))
         return;
-    Rect d = ToDrawable(r, true);
-    int w = d.right - d.left, h = d.bottom - d.top;
-    if (w < 1 || h < 1)
-        return;
-    gdk_draw_arc(Drawable(), gc, TRUE, d.left, d.top, w - 1, h - 1, 0, 360 * 64);
+    gdk_draw_arc(Drawable(), a.gc, TRUE, a.left, a.top, a.width - 1, a.height - 1, 0, 360 * 64);
     // The fill alone leaves the rim's pixels; the outline covers them.
-    gdk_draw_arc(Drawable(), gc, FALSE, d.left, d.top, w - 1, h - 1, 0, 360 * 64);
+    gdk_draw_arc(Drawable(), a.gc, FALSE, a.left, a.top, a.width - 1, a.height - 1, 0, 360 * 64);
 }
 
 void GraphicsGTK::LineTo(int32_t x, int32_t y) {

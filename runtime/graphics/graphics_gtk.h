@@ -84,6 +84,14 @@ private:
     // The target's GC with this Graphics' foreground on it; null without one.
     GdkGC *GC();
     void ApplyForeground(GdkGC *gc);
+    // Where a shape of `r` lands: the GC and the rectangle in drawable
+    // coordinates.  False when there is nothing to draw on or the shape is
+    // empty after clipping to the pane.
+    struct ShapeArea {
+        GdkGC *gc;
+        int left, top, width, height;
+    };
+    bool ShapeAreaOf(const Rect &r, ShapeArea &area);
     void UpdateMetrics();
     // Puts `text` in the layout with the underline attribute when the style
     // asks for it.  False when there is no layout.

@@ -77,6 +77,9 @@ stringStorage *RuntimeReplaceLineEndings(stringStorage *s, stringStorage *eol);
 stringStorage *RuntimeEndOfLineAdd(RuntimeObject *eol, stringStorage *s);
 stringStorage *RuntimeEndOfLineAddRight(RuntimeObject *eol, stringStorage *s);
 int32_t RuntimeEndOfLineCompare(RuntimeObject *eol, stringStorage *s);
+/* The single EndOfLine object of the process, made on first use; the caller
+ * owns the returned reference. */
+RuntimeObject *RuntimeGetEndOfLineObject(void);
 
 #ifdef __cplusplus
 }

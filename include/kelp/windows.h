@@ -48,7 +48,8 @@ RuntimeObject *windowGraphicsGetter(RuntimeObject *self, int32_t parameter);
 intptr_t WindowHandleGetter(RuntimeObject *self, int32_t parameter);
 
 /* Plain properties of the view.  Frame, Placement and LiveResize take effect
- * when the window is next built; CloseButton and Resizeable reach a built
+ * when the window is next built (with LiveResize on, Resizing fires while the
+ * frame is dragged, and Resized once the size settles); CloseButton and Resizeable reach a built
  * window at once. */
 KelpString windowTitleGetter(RuntimeObject *self, int32_t parameter);
 uint8_t WindowVisibleGetter(RuntimeObject *self, int32_t parameter);
@@ -66,6 +67,11 @@ uint8_t windowHasBackColorGetter(RuntimeObject *self, int32_t parameter);
 int32_t windowBackColorGetter(RuntimeObject *self, int32_t parameter);
 uint8_t windowLiveResizeGetter(RuntimeObject *self, int32_t parameter);
 void windowLiveResizeSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
+/* FullScreen: the window covers its screen (through the window manager
+ * when it can, else by its own move and resize) and goes back on leaving.
+ * Set before the window exists, it takes effect when the window is built. */
+uint8_t windowFullScreenGetter(RuntimeObject *self, int32_t parameter);
+void windowFullScreenSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
 
 /* The toolkit's maximize and iconify of the window, and their undoing. */
 void WindowMaximize(RuntimeObject *self);

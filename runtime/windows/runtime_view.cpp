@@ -199,6 +199,17 @@ void RuntimeViewWindow::Resized() {
         Fire(view_, gResized);
 }
 
+// The pane has the dragged size already; the view follows it at once so
+// that the handler reads the size it is being dragged to.
+void RuntimeViewWindow::Resizing() {
+    if (!view_ || closing)
+        return;
+    view_->width = width;
+    view_->height = height;
+    if (view_->built)
+        Fire(view_, gResizing);
+}
+
 bool RuntimeViewWindow::CloseRequest() { return view_ ? CloseView(view_, false) : false; }
 
 void RuntimeViewWindow::Close() {
@@ -316,6 +327,7 @@ void BuildViewWindow(ViewRecord *view) {
     view->height = placed.bottom - placed.top;
     auto *pane = new RuntimeViewWindow(view, std::string(objtext::View(view->title)), kind,
                                        view->resizeable != 0, placed);
+    pane->liveResize = view->liveResize != 0;
     if (view->macProcId == 1040 && pane->GtkWin())
         gtk_window_set_decorated(GTK_WINDOW(pane->GtkWin()), FALSE);
     RuntimeLockObject(Obj(view)); // the events below may close the window
@@ -327,7 +339,10 @@ void BuildViewWindow(ViewRecord *view) {
         reinterpret_cast<void (*)(RuntimeObject *, RuntimeObject *)>(code)(Obj(view), Obj(view));
     if (view->pane) {
         view->pane->SetBackdropColor(view->hasBackColor != 0, static_cast<uint32_t>(view->backColor));
-        Fire(view, gSetupBindings);
+        if (view->fullScreen)
+            view->pane->SetFullScreen(true);
+        if (view->pane)
+            Fire(view, gSetupBindings);
     }
     if (view->pane && view->visible)
         view->pane->Show();
@@ -373,6 +388,7 @@ ObjectDefinition *WindowDefinition() {
         {0, "CloseButton", &kTypeBoolean, KELP_ENTRY(windowCloseBoxGetter), KELP_ENTRY(windowCloseBoxSetter), offsetof(ViewRecord, closeButton)},
         {0, "Resizeable", &kTypeBoolean, KELP_ENTRY(windowGrowIconGetter), KELP_ENTRY(windowGrowIconSetter), offsetof(ViewRecord, resizeable)},
         {0, "MaximizeButton", &kTypeBoolean, KELP_ENTRY(windowZoomIconGetter), KELP_ENTRY(windowZoomIconSetter), offsetof(ViewRecord, maximizeButton)},
+        {0, "FullScreen", &kTypeBoolean, KELP_ENTRY(windowFullScreenGetter), KELP_ENTRY(windowFullScreenSetter), offsetof(ViewRecord, fullScreen)},
         {0, "LiveResize", &kTypeBoolean, KELP_ENTRY(windowLiveResizeGetter), KELP_ENTRY(windowLiveResizeSetter), offsetof(ViewRecord, liveResize)},
         {0, "HasBackColor", &kTypeBoolean, KELP_ENTRY(windowHasBackColorGetter), KELP_ENTRY(windowHasBackColorSetter), offsetof(ViewRecord, hasBackColor)},
         {0, "BackColor", &kTypeColor, KELP_ENTRY(windowBackColorGetter), KELP_ENTRY(windowBackColorSetter), offsetof(ViewRecord, backColor)},
@@ -684,11 +700,8 @@ extern "C" void windowGrowIconSetter(RuntimeObject *self, int32_t, uint8_t value
     if (!self)
         return;
     View(self)->resizeable = value ? 1 : 0;
-    if (RuntimeViewWindow *pane = View(self)->pane) {
-        pane->resizable = value != 0;
-        if (pane->GtkWin())
-            gtk_window_set_resizable(GTK_WINDOW(pane->GtkWin()), value ? TRUE : FALSE);
-    }
+    if (RuntimeViewWindow *pane = View(self)->pane)
+        pane->SetResizable(value != 0);
 }
 extern "C" uint8_t windowZoomIconGetter(RuntimeObject *self, int32_t) { return self ? View(self)->maximizeButton : 0; }
 extern "C" void windowZoomIconSetter(RuntimeObject *self, int32_t, uint8_t value) {
@@ -697,12 +710,30 @@ extern "C" void windowZoomIconSetter(RuntimeObject *self, int32_t, uint8_t value
 }
 extern "C" uint8_t windowHasBackColorGetter(RuntimeObject *self, int32_t) { return self ? View(self)->hasBackColor : 0; }
 extern "C" int32_t windowBackColorGetter(RuntimeObject *self, int32_t) { return self ? View(self)->backColor : 0; }
-extern "C" uint8_t windowLiveResizeGetter(RuntimeObject *self, int32_t) { return self ? View(self)->liveResize : 0; }
+// The window's own setting once it exists: that is the one in force.
+extern "C" uint8_t windowLiveResizeGetter(RuntimeObject *self, int32_t) {
+    if (!self)
+        return 0;
+    if (RuntimeViewWindow *pane = View(self)->pane)
+        return pane->liveResize ? 1 : 0;
+    return View(self)->liveResize;
+}
 // Live resizing is chosen when the window is built; later changes are kept
 // for the next build.
 extern "C" void windowLiveResizeSetter(RuntimeObject *self, int32_t, uint8_t value) {
     if (self && !View(self)->pane)
         View(self)->liveResize = value ? 1 : 0;
+}
+
+extern "C" uint8_t windowFullScreenGetter(RuntimeObject *self, int32_t) { return self ? View(self)->fullScreen : 0; }
+// Before the window exists the flag waits for the building step.
+extern "C" void windowFullScreenSetter(RuntimeObject *self, int32_t, uint8_t value) {
+    if (!self)
+        return;
+    ViewRecord *view = View(self);
+    view->fullScreen = value ? 1 : 0;
+    if (RuntimeViewWindow *pane = view->pane)
+        pane->SetFullScreen(value != 0);
 }
 
 extern "C" void WindowMaximize(RuntimeObject *self) {

@@ -38,6 +38,7 @@ public:
     void DrawContents(Graphics *g) override;
     void Moved() override;
     void Resized() override;
+    void Resizing() override;
     bool CloseRequest() override;
     void Close() override;
     bool MouseDown(int32_t x, int32_t y, int32_t modifiers) override;

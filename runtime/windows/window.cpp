@@ -4,9 +4,13 @@
 #include "graphics/graphics_target.h"
 #include "runloop/background_task.h"
 #include "runloop/clock.h"
+#include "runloop/main_loop.h"
 #include "startup/display.h"
+#include "windows/window_manager.h"
 
 #include <gdk/gdkkeysyms.h>
+
+#include <dlfcn.h>
 
 #include <algorithm>
 
@@ -20,6 +24,25 @@ bool gLastPressSeen = false;
 
 constexpr int kKindOfFrame[] = {8, 3, 2, 1, 4, 5, 6, 9, 10, 11, 12};
 constexpr int kPlacementOfFrame[] = {4, 2, 2, 0, 2, 2, 4, 0, 0, 4, 0};
+
+// The height of the menu bar above the content, 0 while there is none or
+// it is hidden.
+int32_t MenuBarHeightInUse(Window *window) {
+    if (!window->hasMenuBar || !window->GtkWin())
+        return 0;
+    GtkWidget *box = gtk_bin_get_child(GTK_BIN(window->GtkWin()));
+    if (!box)
+        return 0;
+    GList *items = gtk_container_get_children(GTK_CONTAINER(box));
+    int32_t height = 0;
+    for (GList *item = items; item; item = item->next) {
+        auto *child = static_cast<GtkWidget *>(item->data);
+        if (GTK_IS_MENU_BAR(child) && GTK_WIDGET_VISIBLE(child))
+            height = child->allocation.height;
+    }
+    g_list_free(items);
+    return height;
+}
 
 // --- toolkit signals; all enter at the GtkWindow except expose.
 
@@ -45,8 +68,12 @@ gboolean OnMotion(GtkWidget *, GdkEventMotion *event, gpointer data) {
     return FALSE;
 }
 
-gboolean OnConfigure(GtkWidget *, GdkEventConfigure *, gpointer data) {
+gboolean OnConfigure(GtkWidget *, GdkEventConfigure *event, gpointer data) {
     auto *window = static_cast<Window *>(data);
+    window->ToolkitSizeReport(event->width, event->height - MenuBarHeightInUse(window));
+    // Full screen has its own open hints; the window's limits return after.
+    if (window->IsFullScreen())
+        return FALSE;
     int32_t minW = 0, minH = 0, maxW = 0, maxH = 0;
     window->GetMinMaxSize(minW, minH, maxW, maxH);
     if (!minW && !minH && !maxW && !maxH)
@@ -347,6 +374,7 @@ Window::Window(const std::string &windowTitle, int32_t windowKind, bool isResiza
     gtk_window_move(GTK_WINDOW(gtkWindow), screenBounds.left, screenBounds.top);
     gtk_window_resize(GTK_WINDOW(gtkWindow), std::max(1, width), std::max(1, height));
     gtk_window_set_resizable(GTK_WINDOW(gtkWindow), resizable);
+    HoldFixedSize();
     bool modal = kind == 2 || kind == 3 || kind == 4 || kind == 5 || kind == 10;
     gtk_window_set_modal(GTK_WINDOW(gtkWindow), modal);
     if (modal && gWindows.size() > 1 && gWindows[1]->gtkWindow)
@@ -531,9 +559,34 @@ void Window::Resize(int32_t newWidth, int32_t newHeight, bool notify) {
     height = newHeight;
     lastBounds.right = static_cast<int16_t>(lastBounds.left + std::max(1, newWidth));
     lastBounds.bottom = static_cast<int16_t>(lastBounds.top + std::max(1, newHeight));
+    HoldFixedSize();
     AwaitGeometry();
     if (notify)
         resizedPending = true;
+}
+
+void Window::HoldFixedSize() {
+    // The toolkit sizes a window that can't be resized from what its
+    // content asks for, and an empty GtkFixed asks for nothing: without
+    // this such a window would shrink to a dot.
+    if (!widget || !gtkWindow)
+        return;
+    if (resizable)
+        gtk_widget_set_size_request(widget, -1, -1);
+    else
+        gtk_widget_set_size_request(widget, std::max(1, width), std::max(1, height));
+}
+
+void Window::SetResizable(bool flag) {
+    resizable = flag;
+    if (!gtkWindow)
+        return;
+    // Equal limits left by an earlier fixed size would still pin it; the
+    // window's own limits come back with its next configure.
+    if (flag)
+        gtk_window_set_geometry_hints(GTK_WINDOW(gtkWindow), nullptr, nullptr, GdkWindowHints(0));
+    gtk_window_set_resizable(GTK_WINDOW(gtkWindow), flag ? TRUE : FALSE);
+    HoldFixedSize();
 }
 
 void Window::SetTitle(const std::string &newTitle) {
@@ -565,6 +618,94 @@ void Window::SetBackdropColor(bool has, uint32_t color) {
     hasBackdropColor = has;
     if (has)
         backdropColor = color;
+}
+
+void Window::ToolkitSizeReport(int32_t contentWidth, int32_t contentHeight) {
+    // Sizes we asked for ourselves are not the user's drag; our own Resize
+    // has set the pane's size already, so only a foreign size gets through.
+    if (!liveResize || closing || awaitingGeometry || contentWidth <= 0 || contentHeight <= 0)
+        return;
+    if (contentWidth == width && contentHeight == height)
+        return;
+    width = contentWidth;
+    height = contentHeight;
+    bounds = Rect{0, 0, static_cast<int16_t>(contentHeight), static_cast<int16_t>(contentWidth)};
+    if (LockForEvent()) {
+        Resizing();
+        UnlockAfterEvent();
+    }
+}
+
+namespace {
+
+using WindowStateCall = void (*)(GtkWindow *);
+
+// Older toolkits lack the full-screen calls, so they are looked up rather
+// than linked; a window manager that can't do it is treated the same way.
+WindowStateCall ToolkitCall(const char *name) {
+    if (void *fn = dlsym(RTLD_DEFAULT, name))
+        return reinterpret_cast<WindowStateCall>(fn);
+    void *library = dlopen("libgtk-x11-2.0.so.0", RTLD_LAZY | RTLD_NOLOAD);
+    void *fn = library ? dlsym(library, name) : nullptr;
+    if (library)
+        dlclose(library);
+    return reinterpret_cast<WindowStateCall>(fn);
+}
+
+} // namespace
+
+void Window::SetFullScreen(bool on) {
+    if (on == fullScreen || !gtkWindow || closing)
+        return;
+    GtkWindow *gw = GTK_WINDOW(gtkWindow);
+    if (on) {
+        fullScreen = true;
+        resizableBeforeFullScreen = resizable;
+        boundsBeforeFullScreen = CurrentScreenBounds();
+        boundsBeforeFullScreen.bottom = static_cast<int16_t>(boundsBeforeFullScreen.bottom - MenuBarHeightInUse(this));
+        if (!resizable)
+            SetResizable(true);
+        GdkGeometry hints{};
+        hints.min_width = hints.min_height = 0;
+        hints.max_width = hints.max_height = 32000;
+        gtk_window_set_geometry_hints(gw, nullptr, &hints, GdkWindowHints(GDK_HINT_MIN_SIZE | GDK_HINT_MAX_SIZE));
+        WindowStateCall enter = ToolkitCall("gtk_window_fullscreen");
+        fullScreenByManager = enter && WindowManagerDoesFullScreen();
+        if (fullScreenByManager) {
+            // Let the new hints reach the manager before the request.
+            for (int i = 0; i < 5 && !closing; ++i)
+                MainLoopStep(false);
+            if (!closing)
+                enter(gw);
+            return;
+        }
+        std::vector<GdkRectangle> screens = Screens();
+        if (screens.empty())
+            return;
+        const GdkRectangle *s = ScreenShowingMost(screens, boundsBeforeFullScreen);
+        if (!s)
+            s = &screens[0];
+        Move(s->x, s->y, true);
+        Resize(s->width, s->height - MenuBarHeightInUse(this), true);
+        return;
+    }
+    fullScreen = false;
+    WindowStateCall leave = ToolkitCall("gtk_window_unfullscreen");
+    Rect r = boundsBeforeFullScreen;
+    // The open limits go; the window's own come back with its next
+    // configure, and a fixed size from SetResizable below.
+    gtk_window_set_geometry_hints(gw, nullptr, nullptr, GdkWindowHints(0));
+    if (fullScreenByManager && leave) {
+        leave(gw);
+        // The manager puts the frame back; the content size is ours.
+        width = r.right - r.left;
+        height = r.bottom - r.top;
+        SetResizable(resizableBeforeFullScreen);
+        return;
+    }
+    Move(r.left, r.top, true);
+    Resize(r.right - r.left, r.bottom - r.top, true);
+    SetResizable(resizableBeforeFullScreen);
 }
 
 Rect Window::CurrentScreenBounds() {

@@ -44,6 +44,9 @@ public:
     virtual void DrawContents(Graphics *g) { (void)g; }
     virtual void Moved() {}
     virtual void Resized() {}
+    // A size the toolkit reports while the user is still dragging the
+    // frame, with live resizing on: the pane's size is already the new one.
+    virtual void Resizing() {}
     // The toolkit asks to close (the title bar's button): true keeps it.
     virtual bool CloseRequest() { return false; }
     virtual void Activate();
@@ -58,6 +61,9 @@ public:
     void Move(int32_t left, int32_t top, bool notify);
     void Resize(int32_t width, int32_t height, bool notify);
     void SetTitle(const std::string &title);
+    // A window that can't be resized keeps its content size: the user can't
+    // drag it, and only Resize changes it.
+    void SetResizable(bool flag);
     // The toolkit's maximize and iconify, unless the window is so already;
     // Restore undoes whichever is in force.
     void Maximize();
@@ -65,6 +71,15 @@ public:
     void Restore();
     bool maximized = false, iconified = false;
     void SetBackdropColor(bool has, uint32_t color);
+    // Full screen through the window manager when it can do it; otherwise
+    // the window itself covers the screen that shows most of it and goes
+    // back to where it was on leaving.  A fixed-size window may grow while
+    // full screen and is fixed again after.
+    void SetFullScreen(bool on);
+    bool IsFullScreen() const { return fullScreen; }
+    // A size report from the toolkit (content size): with live resizing
+    // on, a size that differs from the pane's goes to Resizing at once.
+    void ToolkitSizeReport(int32_t contentWidth, int32_t contentHeight);
     // Deferred notices and the deferred show of this window.
     void PreStep();
     // The content's rectangle on the screen as the toolkit has it now.
@@ -84,6 +99,7 @@ public:
     uint32_t backdropColor = 0xffffff;
     bool hasMenuBar = false;
     Rect lastBounds;        // screen rectangle the pre-step compares with
+    bool liveResize = false; // Resizing during a drag, not only Resized after
     std::string title;
     SubPane *placementParent = nullptr;
     int32_t showFacing = 0;
@@ -91,10 +107,16 @@ public:
 protected:
     // Moves and resizes we asked for are reported by the toolkit later.
     void AwaitGeometry();
+    // Pins the content's requested size while the window can't be resized.
+    void HoldFixedSize();
     bool awaitingGeometry = false;
     int32_t awaitStartTick = 0;
     GtkWidget *gtkWindow = nullptr;
     GtkWidget *gtkBox = nullptr;
+    bool fullScreen = false;
+    bool fullScreenByManager = false; // how we got there decides how to leave
+    bool resizableBeforeFullScreen = false;
+    Rect boundsBeforeFullScreen{};
 };
 
 // All windows, newest first.

@@ -78,9 +78,20 @@ struct Finder {
 // most (0: all).
 std::vector<long> Matches(const string &s, const string &f, Finder find, size_t limit) {
     std::vector<long> at;
-    long from = 0;
-    const long step = f.Length();
-    while (from < s.Length()) {
+    const long length = s.Length(), step = f.Length();
+    if (find.exact) {
+        // One searcher for the whole walk: its set-up is paid once.
+        ExactSearcher searcher(s.CString(), length, f.CString(), step);
+        for (long from = 0; from < length;) {
+            const long hit = searcher.Next(from);
+            if (hit < 0) break;
+            at.push_back(hit);
+            if (limit != 0 && at.size() >= limit) break;
+            from = hit + step;
+        }
+        return at;
+    }
+    for (long from = 0; from < length;) {
         const long hit = find(s, f, from);
         if (hit < 0) break;
         at.push_back(hit);
@@ -98,12 +109,14 @@ string Rebuild(const string &s, const std::vector<long> &at, long findLength, co
     if (record == nullptr) return s;  // no room: the text stays as it was
     char *out = reinterpret_cast<char *>(record->buffer + 1);
     const char *in = s.CString();
+    const char *withBytes = with.CString();
+    const size_t withLength = (size_t)with.Length();
     long from = 0;
     for (long hit : at) {
         std::memcpy(out, in + from, (size_t)(hit - from));
         out += hit - from;
-        std::memcpy(out, with.CString(), (size_t)with.Length());
-        out += with.Length();
+        std::memcpy(out, withBytes, withLength);
+        out += withLength;
         from = hit + findLength;
     }
     std::memcpy(out, in + from, (size_t)(s.Length() - from));

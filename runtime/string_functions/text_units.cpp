@@ -37,6 +37,52 @@ namespace {
 int32_t gShift[256];
 } // namespace
 
+// The plain forward scan: memchr to each candidate first byte, then the rest.
+// Short patterns are compared in line, where a call to memcmp per candidate
+// would cost more than the comparison.
+static long ScanFind(const uint8_t *t, long n, const uint8_t *p, long m, long start) {
+    const uint8_t first = p[0];
+    const uint8_t *end = t + n - m + 1;
+    for (const uint8_t *q = t + start; q < end;) {
+        q = static_cast<const uint8_t *>(std::memchr(q, first, (size_t)(end - q)));
+        if (q == nullptr) return -1;
+        if (m <= 16) {
+            long j = 1;
+            while (j < m && q[j] == p[j]) ++j;
+            if (j == m) return q - t;
+        } else if (std::memcmp(q + 1, p + 1, (size_t)(m - 1)) == 0) {
+            return q - t;
+        }
+        ++q;
+    }
+    return -1;
+}
+
+// Boyer-Moore with the bad-character rule only; the table holds for each
+// byte its distance from the pattern's end (its last place wins).
+static void BuildShifts(int32_t *shift, const uint8_t *p, long m) {
+    for (int c = 0; c < 256; ++c) shift[c] = (int32_t)m;
+    for (long i = 0; i < m; ++i) shift[p[i]] = (int32_t)(m - 1 - i);
+}
+
+static long ShiftFind(const int32_t *shift, const uint8_t *t, long n, const uint8_t *p, long m, long start) {
+    long i = start + m - 1;
+    while (i < n) {
+        long j = m - 1, k = i;
+        while (t[k] == p[j]) {
+            if (j == 0) return k;
+            --k;
+            --j;
+        }
+        i = k + std::max<long>(shift[t[k]], m - j);
+    }
+    return -1;
+}
+
+// Long patterns with room for many candidates go by shifts; below that the
+// table would cost more than it saves.
+static bool UseShifts(long n, long m, long start) { return m >= 5 && n - start - m + 1 > 80; }
+
 long ExactFind(const char *text, long n, const char *find, long m, long start) {
     if (n <= 0) return -1;
     if (m <= 0) return start;
@@ -44,30 +90,30 @@ long ExactFind(const char *text, long n, const char *find, long m, long start) {
     if (start >= n || n - start < m) return -1;
     const auto *t = reinterpret_cast<const uint8_t *>(text);
     const auto *p = reinterpret_cast<const uint8_t *>(find);
-    if (m >= 5 && n - start - m + 1 > 80) {
-        for (int &e : gShift) e = (int32_t)m;
-        for (long i = 0; i < m; ++i) gShift[p[i]] = (int32_t)(m - 1 - i);
-        long i = start + m - 1;
-        while (i < n) {
-            long j = m - 1, k = i;
-            while (t[k] == p[j]) {
-                if (j == 0) return k;
-                --k;
-                --j;
-            }
-            i = k + std::max<long>(gShift[t[k]], m - j);
+    if (UseShifts(n, m, start)) {
+        BuildShifts(gShift, p, m);
+        return ShiftFind(gShift, t, n, p, m, start);
+    }
+    return ScanFind(t, n, p, m, start);
+}
+
+ExactSearcher::ExactSearcher(const char *text, long length, const char *find, long findLength)
+    : text_(reinterpret_cast<const uint8_t *>(text)), find_(reinterpret_cast<const uint8_t *>(find)),
+      n_(length), m_(findLength) {}
+
+long ExactSearcher::Next(long start) {
+    if (n_ <= 0) return -1;
+    if (m_ <= 0) return start;
+    if (start < 0) start = 0;
+    if (start >= n_ || n_ - start < m_) return -1;
+    if (UseShifts(n_, m_, start)) {
+        if (!tableReady_) {
+            BuildShifts(shift_, find_, m_);
+            tableReady_ = true;
         }
-        return -1;
+        return ShiftFind(shift_, text_, n_, find_, m_, start);
     }
-    const uint8_t first = p[0];
-    const uint8_t *end = t + n - m + 1;
-    for (const uint8_t *q = t + start; q < end;) {
-        q = static_cast<const uint8_t *>(std::memchr(q, first, (size_t)(end - q)));
-        if (q == nullptr) return -1;
-        if (std::memcmp(q + 1, p + 1, (size_t)(m - 1)) == 0) return q - t;
-        ++q;
-    }
-    return -1;
+    return ScanFind(text_, n_, find_, m_, start);
 }
 
 namespace {

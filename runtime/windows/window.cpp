@@ -70,7 +70,8 @@ gboolean OnMotion(GtkWidget *, GdkEventMotion *event, gpointer data) {
 
 gboolean OnConfigure(GtkWidget *, GdkEventConfigure *event, gpointer data) {
     auto *window = static_cast<Window *>(data);
-    window->ToolkitSizeReport(event->width, event->height - MenuBarHeightInUse(window));
+    if (window->ToolkitSizeReport(event->width, event->height - MenuBarHeightInUse(window)))
+        return FALSE; // closed by its own Resizing: nothing is left to limit
     // Full screen has its own open hints; the window's limits return after.
     if (window->IsFullScreen())
         return FALSE;
@@ -620,20 +621,22 @@ void Window::SetBackdropColor(bool has, uint32_t color) {
         backdropColor = color;
 }
 
-void Window::ToolkitSizeReport(int32_t contentWidth, int32_t contentHeight) {
+bool Window::ToolkitSizeReport(int32_t contentWidth, int32_t contentHeight) {
+    if (closing)
+        return true;
     // Sizes we asked for ourselves are not the user's drag; our own Resize
     // has set the pane's size already, so only a foreign size gets through.
-    if (!liveResize || closing || awaitingGeometry || contentWidth <= 0 || contentHeight <= 0)
-        return;
+    if (!liveResize || awaitingGeometry || contentWidth <= 0 || contentHeight <= 0)
+        return false;
     if (contentWidth == width && contentHeight == height)
-        return;
+        return false;
     width = contentWidth;
     height = contentHeight;
     bounds = Rect{0, 0, static_cast<int16_t>(contentHeight), static_cast<int16_t>(contentWidth)};
-    if (LockForEvent()) {
-        Resizing();
-        UnlockAfterEvent();
-    }
+    if (!LockForEvent())
+        return true;
+    Resizing();
+    return UnlockAfterEvent();
 }
 
 namespace {

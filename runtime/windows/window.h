@@ -79,7 +79,8 @@ public:
     bool IsFullScreen() const { return fullScreen; }
     // A size report from the toolkit (content size): with live resizing
     // on, a size that differs from the pane's goes to Resizing at once.
-    void ToolkitSizeReport(int32_t contentWidth, int32_t contentHeight);
+    // True when the window is closing or gone after it: touch it no more.
+    bool ToolkitSizeReport(int32_t contentWidth, int32_t contentHeight);
     // Deferred notices and the deferred show of this window.
     void PreStep();
     // The content's rectangle on the screen as the toolkit has it now.

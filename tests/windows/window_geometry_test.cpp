@@ -41,9 +41,13 @@ void OnLayout(RuntimeObject *self) {
     if (gLayout)
         gLayout(self);
 }
+bool gCloseWhileResizing = false;
+
 // The size the handler can read is logged with the event.
 void OnResizing(RuntimeObject *self) {
     gLog.push_back("Resizing " + std::to_string(View(self)->width) + "x" + std::to_string(View(self)->height));
+    if (gCloseWhileResizing)
+        RuntimeCloseWindow(self);
 }
 void OnResized(RuntimeObject *self) {
     gLog.push_back("Resized " + std::to_string(View(self)->width) + "x" + std::to_string(View(self)->height));
@@ -73,6 +77,7 @@ protected:
         if (!test::RequireToolkitDisplay())
             GTEST_SKIP() << "no X server";
         gLog.clear();
+        gCloseWhileResizing = false;
         ResetRunState();
         klass = test::MakeSubclass("Window", "wGeometry");
         ASSERT_NE(klass, nullptr);
@@ -199,6 +204,21 @@ TEST_F(WindowGeometryTest, LiveResizeIsFixedOnceTheWindowExists) {
     Settle(120);
     ASSERT_FALSE(gLog.empty());
     EXPECT_EQ(gLog.front(), "Resizing 310x230");
+}
+
+TEST_F(WindowGeometryTest, AWindowClosedFromItsOwnResizingIsGoneWithoutResized) {
+    Layout l;
+    l.liveResize = true;
+    RuntimeObject *w = Make(l);
+    Settle(120);
+    int before = getWindowCount();
+    gLog.clear();
+    gCloseWhileResizing = true;
+    DragFrameTo(w, 340, 250);
+    Settle(150);
+    EXPECT_EQ(gLog, (std::vector<std::string>{"Resizing 340x250"}));
+    EXPECT_EQ(View(w)->pane, nullptr);
+    EXPECT_EQ(getWindowCount(), before - 1);
 }
 
 // --- full screen

@@ -725,7 +725,14 @@ extern "C" void windowLiveResizeSetter(RuntimeObject *self, int32_t, uint8_t val
         View(self)->liveResize = value ? 1 : 0;
 }
 
-extern "C" uint8_t windowFullScreenGetter(RuntimeObject *self, int32_t) { return self ? View(self)->fullScreen : 0; }
+// The window's own state once it exists: its manager may have ended it.
+extern "C" uint8_t windowFullScreenGetter(RuntimeObject *self, int32_t) {
+    if (!self)
+        return 0;
+    if (RuntimeViewWindow *pane = View(self)->pane)
+        View(self)->fullScreen = pane->IsFullScreen() ? 1 : 0;
+    return View(self)->fullScreen;
+}
 // Before the window exists the flag waits for the building step.
 extern "C" void windowFullScreenSetter(RuntimeObject *self, int32_t, uint8_t value) {
     if (!self)

@@ -217,6 +217,9 @@ gboolean OnWindowState(GtkWidget *, GdkEventWindowState *event, gpointer data) {
     auto *window = static_cast<Window *>(data);
     window->iconified = (event->new_window_state & GDK_WINDOW_STATE_ICONIFIED) != 0;
     window->maximized = (event->new_window_state & GDK_WINDOW_STATE_MAXIMIZED) != 0;
+    if ((event->changed_mask & GDK_WINDOW_STATE_FULLSCREEN) &&
+        !(event->new_window_state & GDK_WINDOW_STATE_FULLSCREEN))
+        window->FullScreenEndedByManager();
     return FALSE;
 }
 
@@ -675,11 +678,15 @@ void Window::SetFullScreen(bool on) {
         WindowStateCall enter = ToolkitCall("gtk_window_fullscreen");
         fullScreenByManager = enter && WindowManagerDoesFullScreen();
         if (fullScreenByManager) {
-            // Let the new hints reach the manager before the request.
-            for (int i = 0; i < 5 && !closing; ++i)
+            // Let the new hints reach the manager before the request; the
+            // passes may run a handler that closes this very window.
+            if (!LockForEvent())
+                return;
+            for (int i = 0; i < 5; ++i)
                 MainLoopStep(false);
-            if (!closing)
-                enter(gw);
+            if (UnlockAfterEvent())
+                return;
+            enter(gw);
             return;
         }
         std::vector<GdkRectangle> screens = Screens();
@@ -706,8 +713,21 @@ void Window::SetFullScreen(bool on) {
         SetResizable(resizableBeforeFullScreen);
         return;
     }
+    fullScreenByManager = false;
     Move(r.left, r.top, true);
     Resize(r.right - r.left, r.bottom - r.top, true);
+    SetResizable(resizableBeforeFullScreen);
+}
+
+void Window::FullScreenEndedByManager() {
+    // The manager's own way out (a key of its own, say): the window is
+    // back in its frame, so its limits and fixed size come back too.
+    if (!fullScreen || !fullScreenByManager || !gtkWindow)
+        return;
+    fullScreen = false;
+    gtk_window_set_geometry_hints(GTK_WINDOW(gtkWindow), nullptr, nullptr, GdkWindowHints(0));
+    width = boundsBeforeFullScreen.right - boundsBeforeFullScreen.left;
+    height = boundsBeforeFullScreen.bottom - boundsBeforeFullScreen.top;
     SetResizable(resizableBeforeFullScreen);
 }
 

@@ -77,6 +77,8 @@ public:
     // full screen and is fixed again after.
     void SetFullScreen(bool on);
     bool IsFullScreen() const { return fullScreen; }
+    // The window manager took the window out of full screen by itself.
+    void FullScreenEndedByManager();
     // A size report from the toolkit (content size): with live resizing
     // on, a size that differs from the pane's goes to Resizing at once.
     // True when the window is closing or gone after it: touch it no more.

@@ -5,6 +5,7 @@
 #include "string_functions/text_units.h"
 
 #include <cstring>
+#include <optional>
 #include <vector>
 
 using namespace kelp;
@@ -182,13 +183,21 @@ stringStorage *NthField(stringStorage *source, stringStorage *separator, int32_t
         return nullptr;
     const Fields f = Prepare(source, separator, exact);
     const long step = f.separator.Length();
+    // The exact walk keeps one searcher, so a far field costs no set-up per
+    // separator passed.
+    std::optional<ExactSearcher> searcher;
+    if (f.finder.exact)
+        searcher.emplace(f.source.CString(), f.source.Length(), f.separator.CString(), step);
+    const auto next = [&](long from) {
+        return searcher ? searcher->Next(from) : f.finder(f.source, f.separator, from);
+    };
     long from = 0;
     for (int32_t k = 1; k < n; ++k) {
-        const long hit = f.finder(f.source, f.separator, from);
+        const long hit = next(from);
         if (hit < 0) return nullptr;
         from = hit + step;
     }
-    const long end = f.finder(f.source, f.separator, from);
+    const long end = next(from);
     return Out(mid(f.source, from, (end < 0 ? f.source.Length() : end) - from));
 }
 

@@ -47,10 +47,11 @@ RuntimeObject *windowGraphicsGetter(RuntimeObject *self, int32_t parameter);
 /* The GtkWindow pointer, 0 before the window exists. */
 intptr_t WindowHandleGetter(RuntimeObject *self, int32_t parameter);
 
-/* Plain properties of the view.  Frame, Placement and LiveResize take effect
- * when the window is next built (with LiveResize on, Resizing fires while the
- * frame is dragged, and Resized once the size settles); CloseButton and Resizeable reach a built
- * window at once. */
+/* Plain properties of the view.  Frame and Placement take effect when the
+ * window is next built; LiveResize only counts when set before the window
+ * exists (with it on, Resizing fires while the frame is dragged, and Resized
+ * once the size settles).  CloseButton and Resizeable reach a built window at
+ * once; a window that isn't resizable keeps its size against the user. */
 KelpString windowTitleGetter(RuntimeObject *self, int32_t parameter);
 uint8_t WindowVisibleGetter(RuntimeObject *self, int32_t parameter);
 int32_t windowFrameGetter(RuntimeObject *self, int32_t parameter);

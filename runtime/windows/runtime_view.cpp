@@ -718,8 +718,8 @@ extern "C" uint8_t windowLiveResizeGetter(RuntimeObject *self, int32_t) {
         return pane->liveResize ? 1 : 0;
     return View(self)->liveResize;
 }
-// Live resizing is chosen when the window is built; later changes are kept
-// for the next build.
+// Live resizing is chosen before the window is built; once it exists its
+// setting stays, and a change is not kept.
 extern "C" void windowLiveResizeSetter(RuntimeObject *self, int32_t, uint8_t value) {
     if (self && !View(self)->pane)
         View(self)->liveResize = value ? 1 : 0;

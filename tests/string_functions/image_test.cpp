@@ -95,4 +95,38 @@ TEST(FromAnImage, CompiledCodeCallsTheStringFunctionsAndAnArraysSlots) {
     EXPECT_EQ(result.out, "He\nalpha,Beta,gamma\n1.234567e+6\n3\n1,234,567.89\n");
 }
 
+// EndOfLine as compiled code uses it: the object fetched by its export and
+// handed to the line-end operators.
+TEST(FromAnImage, CompiledCodeJoinsTextToTheEndOfLineObject) {
+    ImageBuilder b;
+    b.Prologue();
+    b.Push(Reg::RBX);
+    b.Push(Reg::R12);
+
+    b.CallImport("RuntimeGetEndOfLineObject");
+    b.MovReg(Reg::RBX, Reg::RAX);
+    // "first" + EndOfLine + "second"
+    b.MovReg(Reg::RDI, Reg::RBX);
+    b.LoadString(Reg::RSI, "first");
+    b.CallImport("RuntimeEndOfLineAddRight");
+    b.MovReg(Reg::R12, Reg::RAX);
+    b.MovReg(Reg::RDI, Reg::RBX);
+    b.LoadString(Reg::RSI, "second");
+    b.CallImport("RuntimeEndOfLineAdd");
+    b.MovReg(Reg::RDI, Reg::R12);
+    b.MovReg(Reg::RSI, Reg::RAX);
+    b.CallImport("RuntimeAddString");
+    b.PutsString(Reg::RAX);
+    b.MovReg(Reg::RDI, Reg::RBX);
+    b.CallImport("RuntimeUnlockObject");
+
+    b.Pop(Reg::R12);
+    b.Pop(Reg::RBX);
+    b.Epilogue();
+
+    const auto result = kelp::test::RunAppended(b.Build());
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out, "first\n\nsecond\n");
+}
+
 } // namespace

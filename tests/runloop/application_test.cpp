@@ -71,9 +71,10 @@ protected:
         EXPECT_NE(klass, nullptr);
         EXPECT_TRUE(test::SetEventHandler(klass, "Open", reinterpret_cast<void *>(&OnOpen)));
         EXPECT_TRUE(test::SetEventHandler(klass, "NewDocument", reinterpret_cast<void *>(&OnNewDocument)));
-        if (withOpenDocument)
+        if (withOpenDocument) {
             EXPECT_TRUE(test::SetEventHandler(klass, "OpenDocument",
                                               reinterpret_cast<void *>(&OnOpenDocument)));
+        }
         EXPECT_TRUE(test::SetEventHandler(klass, "Close", reinterpret_cast<void *>(&OnClose)));
         EXPECT_TRUE(test::SetEventHandler(klass, "CancelClose", reinterpret_cast<void *>(&OnCancelClose)));
         EXPECT_TRUE(test::SetEventHandler(klass, "UnhandledException",

@@ -8,6 +8,7 @@
 #include "runloop/main_loop.h"
 #include "support/language_class.h"
 #include "support/xvfb.h"
+#include "window_fixture.h"
 
 #include "kelp/objects.h"
 #include "kelp/runloop.h"
@@ -33,14 +34,9 @@ namespace kelp {
 namespace {
 
 std::vector<std::string> gLog;
-std::function<void(RuntimeObject *)> gLayout;
 
 ViewRecord *View(RuntimeObject *w) { return reinterpret_cast<ViewRecord *>(w); }
 
-void OnLayout(RuntimeObject *self) {
-    if (gLayout)
-        gLayout(self);
-}
 bool gCloseWhileResizing = false;
 
 // The size the handler can read is logged with the event.
@@ -71,36 +67,18 @@ struct Layout {
     bool liveResize = false, resizeable = true, fullScreen = false;
 };
 
-class WindowGeometryTest : public ::testing::Test {
+class WindowGeometryTest : public test::WindowFixture {
 protected:
     void SetUp() override {
-        if (!test::RequireToolkitDisplay())
-            GTEST_SKIP() << "no X server";
         gLog.clear();
         gCloseWhileResizing = false;
-        ResetRunState();
-        klass = test::MakeSubclass("Window", "wGeometry");
-        ASSERT_NE(klass, nullptr);
-        auto set = [&](const char *event, void *code) {
-            ASSERT_TRUE(test::SetEventHandler(klass, event, code)) << event;
-        };
-        set("Layout", reinterpret_cast<void *>(&OnLayout));
-        set("Resizing", reinterpret_cast<void *>(&OnResizing));
-        set("Resized", reinterpret_cast<void *>(&OnResized));
-        set("Moved", reinterpret_cast<void *>(&OnMoved));
-    }
-    void TearDown() override {
-        for (RuntimeObject *w : made) {
-            if (View(w)->pane)
-                View(w)->pane->Close();
-            RuntimeUnlockObject(w);
-        }
-        Settle(20);
-        ResetRunState();
+        SetUpWindowClass("wGeometry", {{"Resizing", reinterpret_cast<void *>(&OnResizing)},
+                                       {"Resized", reinterpret_cast<void *>(&OnResized)},
+                                       {"Moved", reinterpret_cast<void *>(&OnMoved)}});
     }
 
     RuntimeObject *Make(const Layout &l) {
-        gLayout = [l](RuntimeObject *self) {
+        return MakeWith([l](RuntimeObject *self) {
             windowPosSetter(self, offsetof(ViewRecord, left), l.left);
             windowPosSetter(self, offsetof(ViewRecord, top), l.top);
             windowPosSetter(self, offsetof(ViewRecord, width), l.width);
@@ -110,21 +88,7 @@ protected:
             windowLiveResizeSetter(self, 0, l.liveResize);
             windowGrowIconSetter(self, 0, l.resizeable);
             windowFullScreenSetter(self, 0, l.fullScreen);
-        };
-        RuntimeObject *w = RuntimeNewObject(klass);
-        gLayout = nullptr;
-        made.push_back(w);
-        return w;
-    }
-
-    void Settle(int ms) {
-        guint wake = g_timeout_add(5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
-        auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
-        while (std::chrono::steady_clock::now() < end) {
-            MainLoopStep(true);
-            gdk_flush();
-        }
-        g_source_remove(wake);
+        });
     }
 
     // What a user's drag of the frame does to the toplevel.
@@ -148,8 +112,6 @@ protected:
         return g;
     }
 
-    RuntimeClass *klass = nullptr;
-    std::vector<RuntimeObject *> made;
 };
 
 // --- live resizing

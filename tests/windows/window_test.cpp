@@ -11,6 +11,7 @@
 #include "runloop/quit.h"
 #include "support/language_class.h"
 #include "support/xvfb.h"
+#include "window_fixture.h"
 
 #include "kelp/objects.h"
 #include "kelp/runloop.h"
@@ -38,15 +39,10 @@ namespace kelp {
 namespace {
 
 std::vector<std::string> gLog;
-std::function<void(RuntimeObject *)> gLayout;
 bool gRefuse = false;
 bool gCloseInOpen = false;
 uint32_t gPaintColour = 0;
 
-void OnLayout(RuntimeObject *self) {
-    if (gLayout)
-        gLayout(self);
-}
 void OnOpen(RuntimeObject *self) {
     gLog.push_back("Open");
     if (gCloseInOpen)
@@ -67,42 +63,21 @@ void OnPaint(RuntimeObject *, RuntimeObject *graphics) {
     g->FillRect(RectFromXYWH(10, 10, 50, 40));
 }
 
-class WindowTest : public ::testing::Test {
+class WindowTest : public test::WindowFixture {
 protected:
     void SetUp() override {
-        if (!test::RequireToolkitDisplay())
-            GTEST_SKIP() << "no X server";
         gLog.clear();
-        gLayout = nullptr;
         gRefuse = gCloseInOpen = false;
-        ResetRunState();
-        klass = test::MakeSubclass("Window", "wTest");
-        ASSERT_NE(klass, nullptr);
-        auto set = [&](const char *event, void *code) {
-            ASSERT_TRUE(test::SetEventHandler(klass, event, code)) << event;
-        };
-        set("Layout", reinterpret_cast<void *>(&OnLayout));
-        set("Open", reinterpret_cast<void *>(&OnOpen));
-        set("Close", reinterpret_cast<void *>(&OnClose));
-        set("CancelClose", reinterpret_cast<void *>(&OnCancelClose));
-        set("Moved", reinterpret_cast<void *>(&OnMoved));
-        set("Resized", reinterpret_cast<void *>(&OnResized));
+        SetUpWindowClass("wTest", {{"Open", reinterpret_cast<void *>(&OnOpen)},
+                                   {"Close", reinterpret_cast<void *>(&OnClose)},
+                                   {"CancelClose", reinterpret_cast<void *>(&OnCancelClose)},
+                                   {"Moved", reinterpret_cast<void *>(&OnMoved)},
+                                   {"Resized", reinterpret_cast<void *>(&OnResized)}});
     }
-    void TearDown() override {
-        for (RuntimeObject *w : made) {
-            if (View(w)->pane)
-                View(w)->pane->Close();
-            RuntimeUnlockObject(w);
-        }
-        Settle(20);
-        ResetRunState();
-    }
-
-    static ViewRecord *View(RuntimeObject *w) { return reinterpret_cast<ViewRecord *>(w); }
 
     RuntimeObject *Make(int left, int top, int width, int height, const char *title,
                         int frame = 0, int placement = 0) {
-        gLayout = [=](RuntimeObject *self) {
+        return MakeWith([=](RuntimeObject *self) {
             windowPosSetter(self, offsetof(ViewRecord, left), left);
             windowPosSetter(self, offsetof(ViewRecord, top), top);
             windowPosSetter(self, offsetof(ViewRecord, width), width);
@@ -113,22 +88,7 @@ protected:
             objtext::Release(t);
             View(self)->frame = frame;
             View(self)->placement = placement;
-        };
-        RuntimeObject *w = RuntimeNewObject(klass);
-        gLayout = nullptr;
-        made.push_back(w);
-        return w;
-    }
-
-    // Passes of the loop until the window is on screen and drawn.
-    void Settle(int ms) {
-        guint wake = g_timeout_add(5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
-        auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
-        while (std::chrono::steady_clock::now() < end) {
-            MainLoopStep(true);
-            gdk_flush();
-        }
-        g_source_remove(wake);
+        });
     }
 
     // What the X server says about the toplevel.
@@ -158,8 +118,6 @@ protected:
         return info;
     }
 
-    RuntimeClass *klass = nullptr;
-    std::vector<RuntimeObject *> made;
 };
 
 TEST_F(WindowTest, ShownOnTheNextPassWithTitleSizeAndPlace) {

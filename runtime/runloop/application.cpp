@@ -15,6 +15,7 @@
 #include "windows/mdi_window.h"
 
 #include "kelp/objects.h"
+#include "kelp/resources.h"
 #include "kelp/runloop.h"
 
 #include <gtk/gtk.h>
@@ -178,6 +179,17 @@ ObjectDefinition *ApplicationDefinition() {
          offsetof(ApplicationRecord, mdiWindow)},
         {0, "_CurrentEventTime", &kTypeInteger, KELP_ENTRY(AppGetCurrentEventTime),
          {}, -9},
+        // The version block of the image, read-only; the parameter selects
+        // the field.
+        {0, "MajorVersion", &kTypeInteger, KELP_ENTRY(AppIntegerVersionStuffGetter), {}, 0},
+        {0, "MinorVersion", &kTypeInteger, KELP_ENTRY(AppIntegerVersionStuffGetter), {}, 1},
+        {0, "BugVersion", &kTypeInteger, KELP_ENTRY(AppIntegerVersionStuffGetter), {}, 2},
+        {0, "StageCode", &kTypeInteger, KELP_ENTRY(AppIntegerVersionStuffGetter), {}, 3},
+        {0, "NonReleaseVersion", &kTypeInteger, KELP_ENTRY(AppIntegerVersionStuffGetter), {}, 4},
+        {0, "RegionCode", &kTypeInteger, KELP_ENTRY(AppIntegerVersionStuffGetter), {}, 5},
+        {0, "ShortVersion", &kTypeString, KELP_ENTRY(AppStringVersionStuffGetter), {}, 0},
+        {0, "LongVersion", &kTypeString, KELP_ENTRY(AppStringVersionStuffGetter), {}, 1},
+        {0, "PackageInfo", &kTypeString, KELP_ENTRY(AppStringVersionStuffGetter), {}, 2},
         {0, "Developement", &kTypeInteger, {}, {}, 0, 0, true},
         {0, "Alpha", &kTypeInteger, {}, {}, 1, 0, true},
         {0, "Beta", &kTypeInteger, {}, {}, 2, 0, true},

@@ -14,6 +14,7 @@
 
 #include "kelp/exceptions.h"
 #include "kelp/objects.h"
+#include "kelp/resources.h"
 #include "kelp/runloop.h"
 #include "kelp/startup.h"
 
@@ -298,6 +299,47 @@ TEST_F(ApplicationTest, ReleasingTheApplicationDropsItsPollables) {
     EXPECT_EQ(PollableCount(), before);
     EXPECT_EQ(ticker->referenceCount, 1);
     RuntimeUnlockObject(ticker);
+}
+
+} // namespace
+} // namespace kelp
+
+namespace kelp {
+namespace {
+
+// Compiled code reads a property by calling the row's getter with the row's
+// parameter; the version properties must reach the version block that way.
+TEST_F(ApplicationTest, VersionPropertiesReadTheVersionBlockThroughTheirRows) {
+    RuntimeRegisterAppObject(nullptr);
+    RuntimeObject *app = getAppObject();
+    ASSERT_NE(app, nullptr);
+    const RuntimeClass *klass = app->klass;
+    auto row = [&](const std::string &name) -> const RuntimePropertyRow * {
+        for (int32_t i = 0; i < klass->propertyCount; ++i) {
+            std::string signature = test::TextOf(klass->propertyTable[i].signature);
+            if (signature.rfind(name + "%", 0) == 0)
+                return &klass->propertyTable[i];
+        }
+        return nullptr;
+    };
+    const char *integers[] = {"MajorVersion", "MinorVersion", "BugVersion",
+                              "StageCode",    "NonReleaseVersion", "RegionCode"};
+    for (int32_t selector = 0; selector < 6; ++selector) {
+        const RuntimePropertyRow *r = row(integers[selector]);
+        ASSERT_NE(r, nullptr) << integers[selector];
+        EXPECT_EQ(r->getter, reinterpret_cast<void *>(&AppIntegerVersionStuffGetter));
+        EXPECT_EQ(r->setter, nullptr) << "read-only";
+        auto get = reinterpret_cast<int32_t (*)(RuntimeObject *, int32_t)>(r->getter);
+        EXPECT_EQ(get(app, r->fieldOffset), AppIntegerVersionStuffGetter(app, selector));
+        EXPECT_EQ(r->fieldOffset, selector);
+    }
+    const char *strings[] = {"ShortVersion", "LongVersion", "PackageInfo"};
+    for (int32_t selector = 0; selector < 3; ++selector) {
+        const RuntimePropertyRow *r = row(strings[selector]);
+        ASSERT_NE(r, nullptr) << strings[selector];
+        EXPECT_EQ(r->getter, reinterpret_cast<void *>(&AppStringVersionStuffGetter));
+        EXPECT_EQ(r->fieldOffset, selector);
+    }
 }
 
 } // namespace

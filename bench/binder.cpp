@@ -2,7 +2,7 @@
 // the export table, 10,000 call holes, 10,000 data and code references and
 // 5,000 string references.  Each round binds a fresh copy of the same code
 // and data; the copy is not counted.
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "image/binder.h"
 #include "image/image_format.h"
 #include "kelp/image.h"
@@ -56,9 +56,9 @@ Image Generate() {
         const int n = h % kNames;
         im.code.push_back(0xE8);
         const uint32_t hole = uint32_t(im.code.size());
-        img::AppendU32(im.code, 0);
+        kelp::AppendU32(im.code, 0);
         if (last[n])
-            img::WriteU32(im.code.data() + last[n], hole);
+            kelp::WriteU32(im.code.data() + last[n], hole);
         else
             head[n] = hole;
         last[n] = hole;
@@ -66,7 +66,7 @@ Image Generate() {
     for (int n = 0; n < kNames; ++n) {
         im.link.push_back(1);
         im.link.push_back(1);
-        img::AppendU32(im.link, head[n]);
+        kelp::AppendU32(im.link, head[n]);
         im.link.push_back(uint8_t(names[size_t(n)].size()));
         im.link.insert(im.link.end(), names[size_t(n)].begin(), names[size_t(n)].end());
         im.link.push_back(0);
@@ -95,7 +95,7 @@ Image Generate() {
         for (int i = 0; i < 8; ++i)
             im.code.push_back(uint8_t(value >> (8 * i)));
         im.link.push_back(type);
-        img::AppendU32(im.link, at);
+        kelp::AppendU32(im.link, at);
     };
     for (int i = 0; i < kDataRefs; ++i)
         word(2, uint64_t(i) % im.data.size());

@@ -1,5 +1,5 @@
 // Speed of the string core: concatenation, comparison and map lookups.
-#include "containers/string_map.h"
+#include "strings/string_map.h"
 #include "kelp/strings.h"
 #include "strings/kstring.h"
 

@@ -7,7 +7,7 @@
 #include "kelp/random.h"
 #include "kelp/startup.h"
 #include "kelp/strings.h"
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "exceptions/raise.h"
 #include "strings/encodings.h"
 #include "strings/kstring.h"

@@ -5,7 +5,7 @@
 // least 16 at a time): 16, 32, 64, and doubling from there.  It never
 // shrinks.  Elements are copied member by member on growth, so T must be
 // copy-assignable and default-constructible.
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 
 #include <cstdint>
 

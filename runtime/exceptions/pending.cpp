@@ -7,7 +7,7 @@
 #include "exceptions/unhandled.h"
 #include "exceptions/callback_scope.h"
 
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "exceptions/raise.h"
 #include "kelp/exceptions.h"
 #include "kelp/objects.h"

@@ -1,7 +1,7 @@
 // The runtime's own ways to raise: by class, by library class name with a
 // message, and the three common ones.
 #include "exceptions/exception_classes.h"
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "exceptions/raise.h"
 #include "objects/text.h"
 

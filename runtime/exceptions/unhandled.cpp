@@ -4,11 +4,11 @@
 #include "exceptions/unhandled.h"
 
 #include "exceptions/exception_classes.h"
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "objects/object_model.h"
 #include "objects/text.h"
-#include "runloop/quit.h"
-#include "startup/display.h"
+#include "process/quit.h"
+#include "process/display.h"
 
 #include "kelp/exceptions.h"
 #include "kelp/objects.h"

@@ -1,6 +1,6 @@
 #include "files/unix_data_file.h"
 
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 
 #include <cerrno>
 #include <unistd.h>

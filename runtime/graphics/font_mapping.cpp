@@ -1,7 +1,7 @@
 #include "graphics/font_mapping.h"
 
-#include "startup/display.h"
-#include "startup/process_state.h"
+#include "process/display.h"
+#include "process/process_state.h"
 
 #include <gdk/gdk.h>
 

@@ -5,7 +5,7 @@
 #include "kelp/graphics.h"
 #include "kelp/objects.h"
 
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "exceptions/raise.h"
 #include "graphics/graphics_gtk.h"
 #include "objects/definitions.h"

@@ -1,6 +1,6 @@
 #include "graphics/graphics_gtk.h"
 
-#include "startup/display.h"
+#include "process/display.h"
 
 #include <algorithm>
 #include <climits>

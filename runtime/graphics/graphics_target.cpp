@@ -1,6 +1,6 @@
 #include "graphics/graphics_target.h"
 
-#include "startup/display.h"
+#include "process/display.h"
 
 namespace kelp {
 

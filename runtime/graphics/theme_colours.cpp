@@ -2,7 +2,7 @@
 // once at start-up (when there was a display), with fixed values otherwise.
 #include "kelp/graphics.h"
 
-#include "startup/process_state.h"
+#include "process/process_state.h"
 
 namespace {
 

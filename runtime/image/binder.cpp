@@ -1,9 +1,9 @@
 #include "image/binder.h"
 
-#include "exceptions/fatal_report.h"
-#include "image/export_table.h"
+#include "base/fatal_report.h"
+#include "exports/export_table.h"
 #include "image/image_format.h"
-#include "image/shared_libraries.h"
+#include "base/soft_library.h"
 #include "kelp/records.h"
 #include "strings/kstring.h"
 

@@ -5,6 +5,8 @@
 // runtime and the kelp-image tool share it.  Every reader here checks each
 // length against what is really there: a damaged or hostile file gives an
 // error text, never a read outside the buffer.
+#include "base/bytes.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -145,23 +147,5 @@ struct SymbolRow {
 // lie complete before the damage are still returned).
 bool ParseSymbols(const uint8_t *segment, size_t size, std::vector<SymbolRow> &rows,
                   std::string &error);
-
-// Little-endian words.
-inline uint32_t ReadU32(const uint8_t *p) {
-    return uint32_t(p[0]) | uint32_t(p[1]) << 8 | uint32_t(p[2]) << 16 | uint32_t(p[3]) << 24;
-}
-inline uint64_t ReadU64(const uint8_t *p) { return ReadU32(p) | uint64_t(ReadU32(p + 4)) << 32; }
-inline void WriteU32(uint8_t *p, uint32_t v) {
-    for (int i = 0; i < 4; ++i)
-        p[i] = uint8_t(v >> (8 * i));
-}
-inline void WriteU64(uint8_t *p, uint64_t v) {
-    for (int i = 0; i < 8; ++i)
-        p[i] = uint8_t(v >> (8 * i));
-}
-inline void AppendU32(std::vector<uint8_t> &out, uint32_t v) {
-    for (int i = 0; i < 4; ++i)
-        out.push_back(uint8_t(v >> (8 * i)));
-}
 
 } // namespace kelp::image

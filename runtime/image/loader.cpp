@@ -1,9 +1,9 @@
 #include "image/loader.h"
 
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "kelp/image.h"
 #include "resources/resource_store.h"
-#include "startup/display.h"
+#include "process/display.h"
 
 #include <gtk/gtk.h>
 #include <sys/mman.h>

@@ -4,7 +4,7 @@
 #include "objects/object_model.h"
 #include "objects/text.h"
 
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "kelp/objects.h"
 
 #include <cstring>

@@ -5,7 +5,7 @@
 // recursion.
 #include "objects/object_model.h"
 
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "exceptions/raise.h"
 #include "kelp/objects.h"
 

@@ -3,7 +3,7 @@
 #include "objects/definitions.h"
 #include "objects/text.h"
 
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 
 namespace kelp {
 

@@ -2,11 +2,11 @@
 
 #include "windows/window.h"
 
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "graphics/graphics_gtk.h"
 #include "graphics/graphics_target.h"
 #include "runloop/background_task.h"
-#include "startup/process_state.h"
+#include "process/process_state.h"
 
 #include <gdk/gdkkeysyms.h>
 

@@ -1,7 +1,7 @@
 #include "resources/resource_store.h"
 
-#include "exceptions/fatal_report.h"
-#include "image/image_format.h"
+#include "base/fatal_report.h"
+#include "base/bytes.h"
 
 #include <memory>
 #include <vector>
@@ -55,10 +55,10 @@ bool FindDatabaseResource(uint32_t id, DatabaseResource &out) {
     const ResourceRow row = FindResource(kResourceDatabase, id);
     if (!row.data || row.length < 4)
         return false;
-    const uint32_t nameLength = image::ReadU32(row.data);
+    const uint32_t nameLength = ReadU32(row.data);
     if (nameLength > row.length - 4 || row.length - 4 - nameLength < 4)
         return false;
-    const uint32_t dataLength = image::ReadU32(row.data + 4 + nameLength);
+    const uint32_t dataLength = ReadU32(row.data + 4 + nameLength);
     if (dataLength > row.length - 8 - nameLength)
         return false;
     out.name = row.data + 4;
@@ -93,7 +93,7 @@ const VersionInfo *ApplicationVersion() {
     // the same: a short block gives empty texts, never a read past its end.
     auto info = std::make_unique<VersionInfo>();
     auto word = [&](int i) {
-        return row.length >= uint32_t(4 * i + 4) ? int32_t(image::ReadU32(row.data + 4 * i)) : -1;
+        return row.length >= uint32_t(4 * i + 4) ? int32_t(ReadU32(row.data + 4 * i)) : -1;
     };
     info->major = word(0);
     info->minor = word(1);

@@ -1,9 +1,9 @@
 #include "runloop/main_loop.h"
 
-#include "runloop/application.h"
+#include "app/application.h"
 #include "runloop/background_task.h"
 #include "runloop/pollable.h"
-#include "runloop/quit.h"
+#include "process/quit.h"
 
 #include "kelp/objects.h"
 #include "kelp/runloop.h"

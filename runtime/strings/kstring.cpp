@@ -2,7 +2,7 @@
 // comparison with encodings.
 #include "strings/kstring.h"
 
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "strings/encodings.h"
 #include "containers/simple_vector.h"
 #include "strings/small_alloc.h"

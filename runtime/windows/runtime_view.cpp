@@ -8,9 +8,9 @@
 #include "objects/definitions.h"
 #include "objects/object_model.h"
 #include "objects/text.h"
-#include "runloop/application.h"
+#include "app/application.h"
 #include "runloop/main_loop.h"
-#include "startup/display.h"
+#include "process/display.h"
 
 #include "kelp/objects.h"
 #include "kelp/windows.h"

@@ -5,7 +5,7 @@
 #include "runloop/background_task.h"
 #include "runloop/clock.h"
 #include "runloop/main_loop.h"
-#include "startup/display.h"
+#include "process/display.h"
 #include "windows/window_manager.h"
 
 #include <gdk/gdkkeysyms.h>

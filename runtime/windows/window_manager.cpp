@@ -1,6 +1,6 @@
 #include "windows/window_manager.h"
 
-#include "startup/display.h"
+#include "process/display.h"
 
 #include <gdk/gdkx.h>
 

@@ -3,7 +3,7 @@
 // searching, references of string elements and the cast wrapper.
 #include "array_kit.h"
 #include "arrays/array_family.h"
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "strings/encodings.h"
 #include "kelp/random.h"
 

@@ -3,8 +3,8 @@
 #include "support/class_kit.h"
 #include "exceptions/raise.h"
 #include "exceptions/unhandled.h"
-#include "runloop/quit.h"
-#include "startup/display.h"
+#include "process/quit.h"
+#include "process/display.h"
 
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>

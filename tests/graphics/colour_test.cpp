@@ -2,7 +2,7 @@
 #include "kelp/graphics.h"
 
 #include "graphics/geometry.h"
-#include "startup/process_state.h"
+#include "process/process_state.h"
 #include "support/xvfb.h"
 
 #include <gtest/gtest.h>

@@ -5,7 +5,7 @@
 #include "graphics/graphics_object.h"
 #include "kelp/graphics.h"
 #include "kelp/objects.h"
-#include "startup/display.h"
+#include "process/display.h"
 #include "support/language_class.h"
 
 #include <gtest/gtest.h>

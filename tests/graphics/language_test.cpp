@@ -5,7 +5,7 @@
 #include "kelp/exceptions.h"
 #include "kelp/graphics.h"
 #include "kelp/objects.h"
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "strings/kstring.h"
 #include "support/language_class.h"
 #include "support/xvfb.h"

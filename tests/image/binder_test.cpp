@@ -3,7 +3,7 @@
 // through it.
 #include "support/image_builder.h"
 
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "image/binder.h"
 #include "image/loader.h"
 #include "kelp/image.h"
@@ -143,7 +143,7 @@ TEST_F(Binder, DataCodeAndStringReferencesBecomeAddresses) {
     b.MovImm(Reg::RDI, 5);
     b.CallImport("TestImageRecord");
     b.Epilogue();
-    img::WriteU64(b.Code().data() + codeRef, helper);
+    kelp::WriteU64(b.Code().data() + codeRef, helper);
 
     auto p = Prepare(b);
     EXPECT_EQ(p.counts.words, 3u);
@@ -259,7 +259,7 @@ TEST_F(Binder, AChainThatLoopsStopsAtTheFirstHoleSeenTwice) {
     // Point the last hole back at the first: a ring.
     auto &code = b.Code();
     const uint32_t first = 5, second = 10;
-    img::WriteU32(code.data() + second, first);
+    kelp::WriteU32(code.data() + second, first);
     auto p = Prepare(b);
     ASSERT_EQ(gReports.size(), 1u);
     EXPECT_NE(gReports[0].find("loops at offset 5"), std::string::npos) << gReports[0];
@@ -272,7 +272,7 @@ TEST_F(Binder, DamagedStringLiteralsAreReportedAndLeftUnbound) {
     b.LoadString(Reg::RDI, "text");
     b.Epilogue();
     // A length far beyond the data segment.
-    img::WriteU32(b.Data().data() + 20, 0x7FFFFF00);
+    kelp::WriteU32(b.Data().data() + 20, 0x7FFFFF00);
     auto p = Prepare(b);
     ASSERT_EQ(gReports.size(), 1u);
     EXPECT_NE(gReports[0].find("is damaged"), std::string::npos);

@@ -27,7 +27,7 @@ TEST(ImageFile, LCountsTheSizeWordsAndLocatesTheFirstSegment) {
     for (int i = 0; i < 6; ++i)
         s.bytes[i] = Filled(sizes[i], uint8_t(i));
     const auto tail = img::EncodeAppendedImage(s);
-    EXPECT_EQ(img::ReadU32(tail.data() + tail.size() - 13), 3381086u);
+    EXPECT_EQ(kelp::ReadU32(tail.data() + tail.size() - 13), 3381086u);
     EXPECT_EQ(tail.size(), 3381099u);
     EXPECT_EQ(std::string(tail.end() - 9, tail.end()), "CehNehDeh");
 
@@ -63,17 +63,17 @@ TEST(ImageFile, WithoutTheMagicAtTheVeryEndThereIsNoImage) {
 
 TEST(ImageFile, OptionalSegmentsWithTheTopBitSetAreAbsentAndTakeNoBytes) {
     std::vector<uint8_t> image;
-    img::AppendU32(image, 1);
+    kelp::AppendU32(image, 1);
     image.push_back(0xC3);
-    img::AppendU32(image, 0);
-    img::AppendU32(image, 0);
-    img::AppendU32(image, 0x80000000u); // symbols
-    img::AppendU32(image, 0xFFFFFFFFu); // resources
-    img::AppendU32(image, 2);           // options: two unknown bytes
+    kelp::AppendU32(image, 0);
+    kelp::AppendU32(image, 0);
+    kelp::AppendU32(image, 0x80000000u); // symbols
+    kelp::AppendU32(image, 0xFFFFFFFFu); // resources
+    kelp::AppendU32(image, 2);           // options: two unknown bytes
     image.push_back(9);
     image.push_back(9);
     const uint32_t length = uint32_t(image.size());
-    img::AppendU32(image, length);
+    kelp::AppendU32(image, length);
     image.insert(image.end(), img::kTrailerMagic, img::kTrailerMagic + 9);
     TempDir dir;
     ASSERT_TRUE(kelp::test::WriteFileBytes(dir / "app", image));

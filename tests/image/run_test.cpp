@@ -45,7 +45,7 @@ img::Segments Greeter() {
     b.MovImm(Reg::RDI, 0);
     b.CallSoftImport("fflush", "libc.so.6");
     b.Epilogue();
-    img::WriteU64(b.Code().data() + helperRef, helper);
+    kelp::WriteU64(b.Code().data() + helperRef, helper);
     return b.Build();
 }
 
@@ -147,12 +147,12 @@ TEST(RunImage, DamagedImagesEndWithOneClearLineAndNoCrash) {
     std::vector<Case> cases;
     {
         auto t = good; // L far larger than the file
-        img::WriteU32(t.data() + t.size() - 13, 0xFFFFFF00);
+        kelp::WriteU32(t.data() + t.size() - 13, 0xFFFFFF00);
         cases.push_back({"L outside", t, "points outside the file"});
     }
     {
         auto t = good; // the code segment's size runs past the image
-        img::WriteU32(t.data(), 0x00FFFFFF);
+        kelp::WriteU32(t.data(), 0x00FFFFFF);
         cases.push_back({"segment size", t, "runs past the end of the image"});
     }
     {

@@ -3,7 +3,7 @@
 #include "support/image_builder.h"
 #include "support/xvfb.h"
 
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "image/loader.h"
 #include "kelp/resources.h"
 #include "resources/resource_store.h"

@@ -2,7 +2,7 @@
 // Counts the assertion reports raised while it lives, remembering the last
 // condition text, so a test can tell that a bad call was reported (and
 // that a good call was not).
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 
 #include <string>
 

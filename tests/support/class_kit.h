@@ -2,7 +2,7 @@
 // Helpers for building classes and objects the way compiled code does:
 // string literals that live for the whole run, a log of life-cycle calls,
 // and a recorder of fatal reports.
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "kelp/kelp.h"
 
 #include <deque>

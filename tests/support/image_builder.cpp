@@ -17,8 +17,8 @@
 
 namespace kelp::test {
 
-using kelp::image::AppendU32;
-using kelp::image::WriteU32;
+using kelp::AppendU32;
+using kelp::WriteU32;
 
 namespace {
 uint8_t Low(Reg r) { return uint8_t(uint8_t(r) & 7); }

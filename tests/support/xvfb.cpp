@@ -1,6 +1,6 @@
 #include "support/xvfb.h"
 
-#include "startup/display.h"
+#include "process/display.h"
 
 #include <fcntl.h>
 #include <signal.h>

@@ -5,9 +5,9 @@
 #include "graphics/graphics_base.h"
 #include "graphics/graphics_object.h"
 #include "objects/text.h"
-#include "runloop/application.h"
+#include "app/application.h"
 #include "runloop/main_loop.h"
-#include "runloop/quit.h"
+#include "process/quit.h"
 #include "support/language_class.h"
 #include "support/xvfb.h"
 

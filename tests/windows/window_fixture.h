@@ -5,7 +5,7 @@
 
 #include "windows/runtime_view.h"
 
-#include "runloop/application.h"
+#include "app/application.h"
 #include "runloop/main_loop.h"
 #include "support/language_class.h"
 #include "support/xvfb.h"

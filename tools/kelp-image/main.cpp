@@ -23,6 +23,8 @@
 #include <vector>
 
 using namespace kelp::image;
+using kelp::AppendU32;
+using kelp::ReadU32;
 
 namespace {
 

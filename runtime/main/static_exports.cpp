@@ -1,7 +1,7 @@
 // The static rows of the export table: every function that an image may bind
 // by name.  Each subsystem lists its own in its exports.inc; a name listed
 // here must be declared in a public header, so headers and table can't drift.
-#include "image/static_exports.h"
+#include "main/static_exports.h"
 
 #include "kelp/kelp.h"
 
@@ -11,7 +11,7 @@
 namespace kelp {
 namespace {
 const RelocEntry kRows[] = {
-#include "startup/exports.inc"
+#include "process/exports.inc"
 #include "resources/exports.inc"
 #include "strings/exports.inc"
 #include "objects/exports.inc"
@@ -21,6 +21,7 @@ const RelocEntry kRows[] = {
 #include "numbers/exports.inc"
 #include "random/exports.inc"
 #include "runloop/exports.inc"
+#include "app/exports.inc"
 #include "timers/exports.inc"
 #include "graphics/exports.inc"
 #include "windows/exports.inc"

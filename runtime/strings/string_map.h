@@ -11,7 +11,7 @@
 //
 // StringMapIterator<V> walks in insertion order.  StringMap<bool> serves as a
 // set of strings, with StringSetIterator.
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 #include "strings/kstring.h"
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "shutdown/menu_bar.h"
+#include "windows/menu_bar.h"
 
 #include "shutdown/shutdown_task.h"
 

@@ -1,4 +1,4 @@
-#include "startup/bring_up.h"
+#include "base/wiring.h"
 
 #include <algorithm>
 #include <vector>

@@ -1,6 +1,6 @@
-#include "exceptions/fatal_report.h"
+#include "base/fatal_report.h"
 
-#include "startup/display.h"
+#include "process/display.h"
 
 #include <gtk/gtk.h>
 

@@ -1,4 +1,4 @@
-#include "startup/display.h"
+#include "process/display.h"
 
 #include <gtk/gtk.h>
 

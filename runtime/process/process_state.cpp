@@ -1,4 +1,4 @@
-#include "startup/process_state.h"
+#include "process/process_state.h"
 
 #include "kelp/startup.h"
 

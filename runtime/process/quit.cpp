@@ -1,4 +1,4 @@
-#include "runloop/quit.h"
+#include "process/quit.h"
 
 namespace kelp {
 namespace {

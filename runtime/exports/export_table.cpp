@@ -2,10 +2,10 @@
 // class registration and plug-ins add while the program runs.  Lookups go
 // through one case-folded index so that binding an image costs one hash
 // probe per name, not a pass over every row.
-#include "image/export_table.h"
+#include "exports/export_table.h"
 
-#include "exceptions/fatal_report.h"
-#include "image/static_exports.h"
+#include "base/fatal_report.h"
+#include "main/static_exports.h"
 
 #include <cstring>
 #include <deque>
@@ -118,7 +118,7 @@ extern "C" void AddExport(const char *name, void *code) {
     if (name) {
         if (const RelocEntry *old = kelp::FindExport(name)) {
             if (old->code != code)
-                FatalReport(kFatalFailedAssertion, "runtime/image/export_table.cpp", __LINE__,
+                FatalReport(kFatalFailedAssertion, "runtime/exports/export_table.cpp", __LINE__,
                             "functionPtr == oldEntry->code",
                             (std::string("Export '") + name + "' is already bound to other code")
                                 .c_str());

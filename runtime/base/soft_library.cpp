@@ -1,7 +1,7 @@
-#include "image/shared_libraries.h"
+#include "base/soft_library.h"
 
-#include "exceptions/fatal_report.h"
-#include "image/export_table.h"
+#include "base/fatal_report.h"
+#include "exports/export_table.h"
 
 #include <dlfcn.h>
 #include <sys/stat.h>
@@ -60,7 +60,7 @@ SharedLibrary &OpenSharedLibrary(const std::string &name) {
     if (!lib->handle)
         lib->handle = FollowLinks(name);
     if (!lib->handle)
-        FatalReport(kFatalFailedAssertion, "runtime/image/shared_libraries.cpp", __LINE__,
+        FatalReport(kFatalFailedAssertion, "runtime/base/soft_library.cpp", __LINE__,
                     "lib->mLibraryHandle", ("Missing shared library " + name).c_str());
     lib->next = gLibraries;
     gLibraries = lib;

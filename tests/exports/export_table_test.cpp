@@ -1,7 +1,7 @@
 // The export table: static rows first, rows added at run time behind them,
 // one case-folded index over both.
-#include "exceptions/fatal_report.h"
-#include "image/static_exports.h"
+#include "base/fatal_report.h"
+#include "main/static_exports.h"
 #include "kelp/image.h"
 #include "kelp/startup.h"
 

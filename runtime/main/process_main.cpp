@@ -1,12 +1,12 @@
-#include "startup/process_main.h"
+#include "main/process_main.h"
 
 #include "exceptions/unhandled.h"
 #include "image/loader.h"
 #include "kelp/startup.h"
 #include "shutdown/shutdown_task.h"
-#include "startup/bring_up.h"
-#include "startup/display.h"
-#include "startup/process_state.h"
+#include "base/wiring.h"
+#include "process/display.h"
+#include "process/process_state.h"
 
 namespace {
 

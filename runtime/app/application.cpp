@@ -1,17 +1,17 @@
 // The Application class: its record and definition, the start sequence of
 // RuntimeRegisterAppObject, the quit sequence and the pollable objects.
-#include "runloop/application.h"
+#include "app/application.h"
 
 #include "runloop/main_loop.h"
 #include "runloop/pollable.h"
-#include "runloop/quit.h"
+#include "process/quit.h"
 
 #include "exceptions/exception_classes.h"
 #include "exceptions/raise.h"
 #include "exceptions/unhandled.h"
 #include "objects/definitions.h"
 #include "objects/object_model.h"
-#include "startup/process_state.h"
+#include "process/process_state.h"
 #include "windows/mdi_window.h"
 
 #include "kelp/objects.h"

@@ -1,15 +1,15 @@
 // The Application object: start sequence, auto-quit, the quit sequence,
 // pollable objects and uncaught exceptions, through classes made the way an
 // image makes its application class.
-#include "runloop/application.h"
+#include "app/application.h"
 #include "runloop/main_loop.h"
 #include "runloop/pollable.h"
-#include "runloop/quit.h"
+#include "process/quit.h"
 
 #include "exceptions/raise.h"
 #include "exceptions/unhandled.h"
 #include "objects/definitions.h"
-#include "startup/process_state.h"
+#include "process/process_state.h"
 #include "support/language_class.h"
 
 #include "kelp/exceptions.h"

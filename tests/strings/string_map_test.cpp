@@ -1,5 +1,5 @@
 // StringMap and its iterators on real strings.
-#include "containers/string_map.h"
+#include "strings/string_map.h"
 #include "strings/kstring.h"
 #include "strings/small_alloc.h"
 

@@ -7,6 +7,7 @@
 #include "kelp/random.h"
 #include "kelp/startup.h"
 #include "kelp/strings.h"
+#include "base/ascii.h"
 #include "base/fatal_report.h"
 #include "exceptions/raise.h"
 #include "strings/encodings.h"
@@ -56,8 +57,7 @@ struct Element<stringStorage *> {
             for (long i = 0; i < n; ++i) {
                 const uint8_t ca = pa[i], cb = pb[i];
                 if ((ca | cb) >= 0x80) return UTF8StringCompare(pa + i, la - i, pb + i, lb - i, true);
-                const uint8_t ua = (ca >= 'a' && ca <= 'z') ? ca - 32 : ca;
-                const uint8_t ub = (cb >= 'a' && cb <= 'z') ? cb - 32 : cb;
+                const uint8_t ua = AsciiUpper(ca), ub = AsciiUpper(cb);
                 if (ua != ub) return ua < ub ? -1 : 1;
             }
         } else {

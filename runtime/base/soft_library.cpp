@@ -1,16 +1,19 @@
+// The soft loader: dlopen and dlsym behind one pair of report texts.
 #include "base/soft_library.h"
 
+#include "base/ascii.h"
 #include "base/fatal_report.h"
-#include "exports/export_table.h"
 
 #include <dlfcn.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace kelp::image {
+namespace kelp {
 namespace {
 
-SharedLibrary *gLibraries = nullptr; // newest first; never freed
+constexpr const char *kFile = "runtime/base/soft_library.cpp";
+
+SoftLibrary *gLibraries = nullptr; // newest first; never freed
 
 void *TryOpen(const std::string &path) { return dlopen(path.c_str(), RTLD_LAZY); }
 
@@ -44,15 +47,21 @@ void *FollowLinks(std::string path) {
 
 } // namespace
 
-void *SharedLibrary::Symbol(const std::string &function) const {
-    return handle ? dlsym(handle, function.c_str()) : nullptr;
+void *SoftLibrary::Symbol(const std::string &function) const {
+    if (!handle)
+        return nullptr; // reported when it failed to load
+    void *code = dlsym(handle, function.c_str());
+    if (!code)
+        FatalReport(kFatalFailedAssertion, kFile, __LINE__, "functionEntry",
+                    ("Could not resolve function '" + function + "' in " + name).c_str());
+    return code;
 }
 
-SharedLibrary &OpenSharedLibrary(const std::string &name) {
-    for (SharedLibrary *lib = gLibraries; lib; lib = lib->next)
-        if (NamesMatch(lib->name, name))
+SoftLibrary &OpenSoftLibrary(const std::string &name) {
+    for (SoftLibrary *lib = gLibraries; lib; lib = lib->next)
+        if (AsciiEqualNoCase(lib->name, name))
             return *lib;
-    auto *lib = new SharedLibrary;
+    auto *lib = new SoftLibrary;
     lib->name = name;
     lib->handle = TryOpen(name);
     if (!lib->handle && name.find(".so") == std::string::npos)
@@ -60,11 +69,21 @@ SharedLibrary &OpenSharedLibrary(const std::string &name) {
     if (!lib->handle)
         lib->handle = FollowLinks(name);
     if (!lib->handle)
-        FatalReport(kFatalFailedAssertion, "runtime/base/soft_library.cpp", __LINE__,
-                    "lib->mLibraryHandle", ("Missing shared library " + name).c_str());
+        FatalReport(kFatalFailedAssertion, kFile, __LINE__, "lib->mLibraryHandle",
+                    ("Missing shared library " + name).c_str());
     lib->next = gLibraries;
     gLibraries = lib;
     return *lib;
 }
 
-} // namespace kelp::image
+void *FindLoadedSymbol(const char *library, const char *function) {
+    if (void *code = dlsym(RTLD_DEFAULT, function))
+        return code;
+    void *handle = library ? dlopen(library, RTLD_LAZY | RTLD_NOLOAD) : nullptr;
+    void *code = handle ? dlsym(handle, function) : nullptr;
+    if (handle)
+        dlclose(handle);
+    return code;
+}
+
+} // namespace kelp

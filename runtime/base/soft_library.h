@@ -1,20 +1,32 @@
 #pragma once
-// Shared libraries that an image's soft imports name: loaded once at first
-// need, kept open until the process ends.
+// Code found while the program runs instead of linked: the shared libraries
+// that an image's soft imports name, and calls that an older toolkit may
+// lack.  Every dlopen and dlsym of the runtime is here, so that a missing
+// library or function is told one way: "Missing shared library <name>"
+// once per library, "Could not resolve function '<function>' in <library>"
+// per function, both as assertion reports.
 #include <string>
 
-namespace kelp::image {
+namespace kelp {
 
-struct SharedLibrary {
-    SharedLibrary *next = nullptr;
+struct SoftLibrary {
+    SoftLibrary *next = nullptr;
     std::string name;
     void *handle = nullptr; // null when it couldn't be loaded
+
+    // The function's address, or null after the report.  A library that
+    // couldn't be loaded answers null without a second report.
     void *Symbol(const std::string &function) const;
 };
 
-// The node for a library name (compared without regard to case), loading it
-// on first use.  A library that can't be found is reported once, with
-// "Missing shared library <name>", and keeps a node without a handle.
-SharedLibrary &OpenSharedLibrary(const std::string &name);
+// The node for a library name (compared without regard to ASCII case),
+// loading it on first use; it stays open until the process ends.  A library
+// that can't be found is reported once and keeps a node without a handle.
+SoftLibrary &OpenSoftLibrary(const std::string &name);
 
-} // namespace kelp::image
+// A function of code the process has loaded already (the program and the
+// libraries it links), else of `library` when that is loaded; never loads
+// anything.  Null without a report: for calls the caller can do without.
+void *FindLoadedSymbol(const char *library, const char *function);
+
+} // namespace kelp

@@ -4,6 +4,7 @@
 // probe per name, not a pass over every row.
 #include "exports/export_table.h"
 
+#include "base/ascii.h"
 #include "base/fatal_report.h"
 #include "main/static_exports.h"
 
@@ -18,15 +19,7 @@ namespace kelp {
 namespace {
 
 struct FoldedHash {
-    size_t operator()(std::string_view s) const noexcept {
-        uint64_t h = 1469598103934665603ull;
-        for (unsigned char c : s) {
-            if (c >= 'a' && c <= 'z')
-                c = char(c - 32);
-            h = (h ^ c) * 1099511628211ull;
-        }
-        return size_t(h);
-    }
+    size_t operator()(std::string_view s) const noexcept { return AsciiFoldedHash(s); }
 };
 struct FoldedEqual {
     bool operator()(std::string_view a, std::string_view b) const noexcept {
@@ -65,20 +58,7 @@ Table &TheTable() {
 
 } // namespace
 
-bool NamesMatch(std::string_view a, std::string_view b) {
-    if (a.size() != b.size())
-        return false;
-    for (size_t i = 0; i < a.size(); ++i) {
-        unsigned char x = a[i], y = b[i];
-        if (x >= 'a' && x <= 'z')
-            x = char(x - 32);
-        if (y >= 'a' && y <= 'z')
-            y = char(y - 32);
-        if (x != y)
-            return false;
-    }
-    return true;
-}
+bool NamesMatch(std::string_view a, std::string_view b) { return AsciiEqualNoCase(a, b); }
 
 const RelocEntry *FindExport(std::string_view name) {
     Table &t = TheTable();

@@ -1,11 +1,10 @@
 #include "graphics/font_mapping.h"
 
+#include "base/ascii.h"
 #include "process/display.h"
 #include "process/process_state.h"
 
 #include <gdk/gdk.h>
-
-#include <strings.h>
 
 #include <algorithm>
 
@@ -22,8 +21,7 @@ int32_t DefaultFontSize() {
 }
 
 bool IsSystemFontName(const std::string &name) {
-    return name.empty() || strcasecmp(name.c_str(), "System") == 0 ||
-           strcasecmp(name.c_str(), "SmallSystem") == 0;
+    return name.empty() || AsciiEqualNoCase(name, "System") || AsciiEqualNoCase(name, "SmallSystem");
 }
 
 namespace {
@@ -81,7 +79,7 @@ PangoFontDescription *MakeFontDescription(const FontSpec &spec) {
     PangoFontDescription *description = nullptr;
     const FamilyList &families = Families();
     for (int i = 0; i < families.count && !description; ++i) {
-        if (strcasecmp(pango_font_family_get_name(families.families[i]), name.c_str()) != 0)
+        if (!AsciiEqualNoCase(pango_font_family_get_name(families.families[i]), name))
             continue;
         PangoFontFace **faces = nullptr;
         int faceCount = 0;

@@ -111,14 +111,12 @@ public:
     }
 
     void SoftImport(const LinkRecord &r) {
-        const std::string function(r.name), library(r.library);
-        SharedLibrary &lib = OpenSharedLibrary(library);
+        const SoftLibrary &lib = OpenSoftLibrary(std::string(r.library));
         if (!lib.handle)
-            return; // OpenSharedLibrary reported it the first time
-        void *functionEntry = lib.Symbol(function);
+            return; // the loader reported it the first time
+        void *functionEntry = lib.Symbol(std::string(r.name));
         if (!functionEntry) {
-            Report(__LINE__, "functionEntry",
-                   "Could not resolve function '" + function + "' in " + library);
+            ++counts.failures; // the loader reported it
             return;
         }
         if (r.value)

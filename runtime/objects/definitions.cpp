@@ -6,12 +6,12 @@
 #include "objects/object_model.h"
 #include "objects/text.h"
 
+#include "base/ascii.h"
 #include "base/fatal_report.h"
 #include "kelp/image.h"
 #include "kelp/objects.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -27,12 +27,7 @@ void Assert(bool ok, int line, const char *condition, const char *message = "") 
         FatalReport(kFatalFailedAssertion, kFile, line, condition, message);
 }
 
-std::string Key(std::string_view name) {
-    std::string key(name);
-    for (char &c : key)
-        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return key;
-}
+std::string Key(std::string_view name) { return AsciiLowered(name); }
 
 // Registries live to the end of the process, like the classes they make.
 struct Registries {

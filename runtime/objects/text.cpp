@@ -2,10 +2,10 @@
 // exception messages), through the string class and its exports.
 #include "objects/text.h"
 
+#include "base/ascii.h"
 #include "kelp/strings.h"
 #include "strings/kstring.h"
 
-#include <cctype>
 
 namespace kelp::objtext {
 
@@ -26,14 +26,6 @@ std::string_view View(KelpString s) {
     return {reinterpret_cast<const char *>(s->buffer + 1), static_cast<size_t>(s->length)};
 }
 
-bool SameName(std::string_view a, std::string_view b) {
-    if (a.size() != b.size())
-        return false;
-    for (size_t i = 0; i < a.size(); ++i)
-        if (std::tolower(static_cast<unsigned char>(a[i])) !=
-            std::tolower(static_cast<unsigned char>(b[i])))
-            return false;
-    return true;
-}
+bool SameName(std::string_view a, std::string_view b) { return AsciiEqualNoCase(a, b); }
 
 } // namespace kelp::objtext

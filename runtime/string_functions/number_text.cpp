@@ -4,6 +4,8 @@
 #include "kelp/string_functions.h"
 #include "string_functions/text_units.h"
 
+#include "base/ascii.h"
+
 #include <cctype>
 #include <clocale>
 #include <cmath>
@@ -11,7 +13,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <locale.h>
-#include <strings.h>
 
 using namespace kelp;
 using namespace kelp::text;
@@ -61,7 +62,7 @@ std::string NumberToText(double value, NumberMode mode, int digits) {
         if (at != std::string::npos) text[at] = '.';
     }
     if (!text.empty() && text[0] == ' ') text.erase(0, 1);
-    if (text.size() >= 3 && strcasecmp(text.c_str() + text.size() - 3, "nan") == 0) return "NaN";
+    if (text.size() >= 3 && AsciiEqualNoCase(std::string_view(text).substr(text.size() - 3), "nan")) return "NaN";
     if (!text.empty() && text[0] == '-' && text.find_first_not_of("0.", 1) == std::string::npos)
         text.erase(0, 1);
     return text;
@@ -123,7 +124,7 @@ Section PickSection(const char *mask, long n, double value) {
 
 std::string FormatNumber(double value, const char *maskText, long maskLength) {
     static const char kScientific[] = "-#.000000E+";
-    if (maskLength == 10 && strncasecmp(maskText, "Scientific", 10) == 0) {
+    if (maskLength == 10 && AsciiEqualNoCase(std::string_view(maskText, 10), "Scientific")) {
         maskText = kScientific;
         maskLength = (long)sizeof kScientific - 1;
     }

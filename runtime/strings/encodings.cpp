@@ -1,6 +1,8 @@
 // Encoding words: combination, the upper-casing table, case folding of
 // Unicode characters, and conversion through the C library's iconv.
 #include "strings/encodings.h"
+
+#include "base/ascii.h"
 #include "strings/kstring.h"
 
 #include <cerrno>
@@ -101,7 +103,7 @@ locale_t UnicodeLocale() {
 
 uint32_t UnicodeCharToUpper(uint32_t c) {
     if (c < 128)
-        return (c >= 'a' && c <= 'z') ? c - 32 : c;
+        return AsciiUpper(static_cast<unsigned char>(c));
     if (c > 0xFFFF) // case maps cover the Basic Multilingual Plane
         return c;
     locale_t l = UnicodeLocale();
@@ -111,7 +113,7 @@ uint32_t UnicodeCharToUpper(uint32_t c) {
 
 uint32_t UnicodeCharToLower(uint32_t c) {
     if (c < 128)
-        return (c >= 'A' && c <= 'Z') ? c + 32 : c;
+        return AsciiLower(static_cast<unsigned char>(c));
     if (c > 0xFFFF)
         return c;
     locale_t l = UnicodeLocale();

@@ -11,6 +11,7 @@
 //
 // StringMapIterator<V> walks in insertion order.  StringMap<bool> serves as a
 // set of strings, with StringSetIterator.
+#include "base/ascii.h"
 #include "base/fatal_report.h"
 #include "strings/kstring.h"
 
@@ -167,9 +168,7 @@ template <typename V> class StringMap {
         uint32_t h = 0;
         const char *p = key.CString();
         for (long i = 0, n = key.Length(); i < n; ++i) {
-            signed char c = static_cast<signed char>(p[i]);
-            if (c >= 'a' && c <= 'z')
-                c = static_cast<signed char>(c - 'a' + 'A');
+            const auto c = static_cast<signed char>(AsciiUpper(static_cast<unsigned char>(p[i])));
             h = h * 31 + static_cast<uint32_t>(static_cast<int32_t>(c));
         }
         return h;

@@ -1,5 +1,6 @@
 #include "windows/window.h"
 
+#include "base/soft_library.h"
 #include "graphics/graphics_gtk.h"
 #include "graphics/graphics_target.h"
 #include "runloop/background_task.h"
@@ -9,8 +10,6 @@
 #include "windows/window_manager.h"
 
 #include <gdk/gdkkeysyms.h>
-
-#include <dlfcn.h>
 
 #include <algorithm>
 
@@ -649,13 +648,7 @@ using WindowStateCall = void (*)(GtkWindow *);
 // Older toolkits lack the full-screen calls, so they are looked up rather
 // than linked; a window manager that can't do it is treated the same way.
 WindowStateCall ToolkitCall(const char *name) {
-    if (void *fn = dlsym(RTLD_DEFAULT, name))
-        return reinterpret_cast<WindowStateCall>(fn);
-    void *library = dlopen("libgtk-x11-2.0.so.0", RTLD_LAZY | RTLD_NOLOAD);
-    void *fn = library ? dlsym(library, name) : nullptr;
-    if (library)
-        dlclose(library);
-    return reinterpret_cast<WindowStateCall>(fn);
+    return reinterpret_cast<WindowStateCall>(FindLoadedSymbol("libgtk-x11-2.0.so.0", name));
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "kelp/string_functions.h"
 #include "kelp/strings.h"
 #include "strings/kstring.h"
+#include "main/wiring_table.h"
 
 #include <algorithm>
 #include <chrono>
@@ -28,6 +29,7 @@ void Report(const char *what, double ours, double standard) {
 } // namespace
 
 int main() {
+    kelp::WireRuntime();
     std::mt19937 gen(42);
     std::vector<int32_t> ints(kCount);
     for (int32_t &v : ints) v = (int32_t)gen();

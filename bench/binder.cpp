@@ -7,6 +7,7 @@
 #include "image/image_format.h"
 #include "kelp/image.h"
 #include "kelp/records.h"
+#include "main/wiring_table.h"
 
 #include <algorithm>
 #include <chrono>
@@ -110,6 +111,7 @@ Image Generate() {
 } // namespace
 
 int main() {
+    kelp::WireRuntime();
     kelp::SetFatalReportHook(&CountReport);
     const Image im = Generate();
     const size_t stubBytes = img::CountImports(im.link.data(), im.link.size()) * img::kStubSize;

@@ -6,6 +6,7 @@
 #include "kelp/graphics.h"
 #include "kelp/objects.h"
 #include "process/display.h"
+#include "main/wiring_table.h"
 
 #include <gtk/gtk.h>
 
@@ -75,6 +76,7 @@ void Measure(const char *name, int count, const std::function<void(int)> &body) 
 } // namespace
 
 int main(int argc, char **argv) {
+    kelp::WireRuntime();
     pid_t server = StartServer();
     if (server < 0 || !kelp::InitToolkit(&argc, &argv)) {
         std::fprintf(stderr, "bench_graphics: no X display\n");

@@ -1,6 +1,7 @@
 // Costs of the object runtime's hottest calls: a lock/unlock pair, creating
 // and releasing an object, and a cast down a five-deep class chain.
 #include "kelp/kelp.h"
+#include "main/wiring_table.h"
 
 #include <benchmark/benchmark.h>
 
@@ -54,4 +55,12 @@ BENCHMARK(CheckCastFiveDeep);
 
 } // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char **argv) {
+    kelp::WireRuntime();
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

@@ -6,6 +6,7 @@
 #include "drill/round.h"
 #include "drill/state.h"
 #include "drill/vocabulary.h"
+#include "main/wiring_table.h"
 
 #include <chrono>
 #include <cstdio>
@@ -14,6 +15,7 @@
 using namespace sumbrook;
 
 int main(int argc, char **argv) {
+    kelp::WireRuntime();
     const int total = argc > 1 ? std::atoi(argv[1]) : 100000;
     mFillPools();
     ResetForSelection();

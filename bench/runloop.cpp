@@ -12,6 +12,7 @@
 
 #include "kelp/objects.h"
 #include "kelp/runloop.h"
+#include "main/wiring_table.h"
 
 #include <gtk/gtk.h>
 
@@ -80,6 +81,7 @@ void Settle(int ms) {
 } // namespace
 
 int main(int argc, char **argv) {
+    kelp::WireRuntime();
     pid_t xvfb = StartXvfb();
     kelp::InitToolkit(&argc, &argv);
 

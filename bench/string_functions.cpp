@@ -4,6 +4,7 @@
 #include "kelp/string_functions.h"
 #include "kelp/strings.h"
 #include "strings/kstring.h"
+#include "main/wiring_table.h"
 
 #include <algorithm>
 #include <cctype>
@@ -37,6 +38,7 @@ void Report(const char *what, double ours, double standard) {
 } // namespace
 
 int main() {
+    kelp::WireRuntime();
     // 1 MB of words, the pattern near the end.
     std::string text;
     const char *words[] = {"apple ", "Banana ", "cherry ", "date ", "Elder ", "fig "};

@@ -2,17 +2,16 @@
 // RuntimeRegisterAppObject, the quit sequence and the pollable objects.
 #include "app/application.h"
 
-#include "runloop/main_loop.h"
-#include "runloop/pollable.h"
-#include "process/quit.h"
-
-#include "exceptions/exception_classes.h"
+#include "exceptions/call_event.h"
 #include "exceptions/raise.h"
-#include "exceptions/unhandled.h"
 #include "objects/definitions.h"
 #include "objects/object_model.h"
 #include "process/process_state.h"
+#include "process/quit.h"
+#include "runloop/main_loop.h"
+#include "runloop/pollable.h"
 #include "windows/mdi_window.h"
+#include "windows/runtime_view.h"
 
 #include "kelp/objects.h"
 #include "kelp/resources.h"
@@ -38,14 +37,11 @@ public:
     ~RuntimeObjectPoll() override { RuntimeUnlockObject(object_); }
     void Poll() override {
         // The handler may remove this very wrapper: keep what the call needs
-        // in locals and the object alive until it returns.
+        // in locals; the call keeps the object alive until it returns.
         void *code = pollMethod_;
         RuntimeObject *object = object_;
-        if (!code)
-            return;
-        RuntimeLockObject(object);
-        reinterpret_cast<void (*)(RuntimeObject *)>(code)(object);
-        RuntimeUnlockObject(object);
+        if (code)
+            CallHandlerCode(code, object);
     }
     RuntimeObject *object() const { return object_; }
 
@@ -60,6 +56,7 @@ ObjectHook *gOpen, *gClose, *gEnableMenuItems, *gNewDocument, *gOpenDocument,
     *gHandleAppleEvent, *gActivate, *gDeactivate, *gUnhandledException, *gCancelClose;
 
 DocumentItemMaker gItemMaker = nullptr;
+bool gInUnhandledEvent = false;
 
 ApplicationRecord *Record(RuntimeObject *app) { return reinterpret_cast<ApplicationRecord *>(app); }
 
@@ -71,16 +68,9 @@ Pollers &PollersOf(RuntimeObject *app) {
     return *static_cast<Pollers *>(record->pollers);
 }
 
-void FireSimple(RuntimeObject *app, ObjectHook *hook) {
-    if (void *code = FindEventHandler(app, hook))
-        reinterpret_cast<void (*)(RuntimeObject *)>(code)(app);
-}
+void FireSimple(RuntimeObject *app, ObjectHook *hook) { CallEvent(app, hook); }
 
-bool FireBoolean(RuntimeObject *app, ObjectHook *hook) {
-    if (void *code = FindEventHandler(app, hook))
-        return reinterpret_cast<uint8_t (*)(RuntimeObject *)>(code)(app) != 0;
-    return false;
-}
+bool FireBoolean(RuntimeObject *app, ObjectHook *hook) { return CallBooleanEvent(app, hook); }
 
 void ApplicationInitializer(RuntimeObject *object) {
     Record(object)->autoQuit = 1;
@@ -126,19 +116,9 @@ void *PollMethodOf(RuntimeObject *object) {
     return nullptr;
 }
 
-bool FireUnhandledEvent(RuntimeObject *exception) {
-    RuntimeObject *app = ApplicationObject();
-    if (!app)
-        return false;
-    void *code = FindEventHandler(app, gUnhandledException);
-    if (!code)
-        return false;
-    RuntimeLockObject(app);
-    bool handled =
-        reinterpret_cast<uint8_t (*)(RuntimeObject *, RuntimeObject *)>(code)(app, exception) != 0;
-    RuntimeUnlockObject(app);
-    return handled;
-}
+bool AutoQuitOfRegisteredApplication() { return ApplicationAutoQuit(ApplicationObject()); }
+
+void QuitForWantOfWindows() { ApplicationQuit(nullptr, 0); }
 
 // The document arguments: the process's own argument copies from index 1 on.
 std::vector<std::string> DocumentArguments() {
@@ -165,7 +145,6 @@ ObjectDefinition *PollableInterfaceDefinition() {
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;
 }
-KELP_INTRINSIC_CLASS(PollableInterfaceDefinition);
 
 const TypeRecord kMDIWindowType{kTypeObjectOf, nullptr, nullptr, 0, &MDIWindowDefinition};
 
@@ -232,7 +211,6 @@ ObjectDefinition *ApplicationDefinition() {
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;
 }
-KELP_INTRINSIC_CLASS(ApplicationDefinition);
 
 ObjectDefinition *ConsoleApplicationDefinition() {
     static const ClassDescription description = {
@@ -244,7 +222,6 @@ ObjectDefinition *ConsoleApplicationDefinition() {
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;
 }
-KELP_INTRINSIC_CLASS(ConsoleApplicationDefinition);
 
 ObjectDefinition *ServiceApplicationDefinition() {
     static const ClassDescription description = {
@@ -256,7 +233,6 @@ ObjectDefinition *ServiceApplicationDefinition() {
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;
 }
-KELP_INTRINSIC_CLASS(ServiceApplicationDefinition);
 
 // ------------------------------------------------------------ state
 
@@ -273,13 +249,24 @@ bool ApplicationAutoQuit(RuntimeObject *app) { return app && Record(app)->autoQu
 
 void SetDocumentItemMaker(DocumentItemMaker maker) { gItemMaker = maker; }
 
-void InstallRunControl() {
-    static bool installed = false;
-    if (installed)
-        return;
-    installed = true;
-    SetCloseAllWindows(&DestroyAllWindows);
-    SetUnhandledExceptionEvent(&FireUnhandledEvent);
+bool FireApplicationUnhandledException(RuntimeObject *exception) {
+    RuntimeObject *app = ApplicationObject();
+    if (!app)
+        return false;
+    gInUnhandledEvent = true;
+    const bool dealtWith = CallBooleanEvent(app, gUnhandledException, exception);
+    gInUnhandledEvent = false;
+    return dealtWith;
+}
+
+bool InUnhandledExceptionEvent() { return gInUnhandledEvent; }
+
+ApplicationLoopClient RunLoopApplicationClient() {
+    ApplicationLoopClient client;
+    client.autoQuitOn = &AutoQuitOfRegisteredApplication;
+    client.quitForWantOfWindows = &QuitForWantOfWindows;
+    client.releaseApplication = &ReleaseRegisteredApplication;
+    return client;
 }
 
 } // namespace kelp
@@ -289,7 +276,6 @@ void InstallRunControl() {
 using namespace kelp;
 
 extern "C" void RuntimeRegisterAppObject(RuntimeObject *app) {
-    InstallRunControl();
     if (app) {
         RuntimeLockObject(app);
     } else {
@@ -310,7 +296,7 @@ extern "C" void RuntimeRegisterAppObject(RuntimeObject *app) {
         if (void *code = FindEventHandler(app, gOpenDocument)) {
             for (const std::string &path : arguments) {
                 RuntimeObject *item = gItemMaker ? gItemMaker(path.c_str()) : nullptr;
-                reinterpret_cast<void (*)(RuntimeObject *, RuntimeObject *)>(code)(app, item);
+                CallHandlerCode(code, app, item);
                 RuntimeUnlockObject(item);
             }
         }
@@ -321,7 +307,6 @@ extern "C" void RuntimeRegisterAppObject(RuntimeObject *app) {
 }
 
 extern "C" void RuntimeRegisterConsoleAppObject(RuntimeObject *app, uint8_t isService) {
-    InstallRunControl();
     if (app) {
         RuntimeLockObject(app);
     } else {
@@ -340,7 +325,6 @@ extern "C" void ApplicationNewDocument(RuntimeObject *self) {
 }
 
 extern "C" void ApplicationQuit(RuntimeObject *, uint8_t raiseEnd) {
-    InstallRunControl();
     bool agreed = true;
     RuntimeObject *app = ApplicationObject();
     if (app) {
@@ -353,7 +337,7 @@ extern "C" void ApplicationQuit(RuntimeObject *, uint8_t raiseEnd) {
         RuntimeLockObject(app);
         if (FireBoolean(app, gCancelClose))
             agreed = false;
-        else if (!CloseWindowsForQuit())
+        else if (!CloseViewWindowsForQuit())
             agreed = false;
         if (agreed)
             FireSimple(app, gClose);

@@ -43,13 +43,14 @@ bool ApplicationAutoQuit(RuntimeObject *app);
 using DocumentItemMaker = RuntimeObject *(*)(const char *path);
 void SetDocumentItemMaker(DocumentItemMaker maker);
 
-// The quit sequence's walk and the unhandled-exception path need the window
-// layer; both are reached through the loop client of main_loop.h.
-bool CloseWindowsForQuit();
+// The application's UnhandledException event: true when the application
+// dealt with the exception.  False without an application or a handler.
+bool FireApplicationUnhandledException(RuntimeObject *exception);
+// True while that event runs.
+bool InUnhandledExceptionEvent();
 
-// Connects the run loop to the exception layer's top-level handler: the
-// application's UnhandledException event, the quit flag and the closing of
-// all windows.  Idempotent.
-void InstallRunControl();
+// What the run loop asks of the application, for the Wire function.
+struct ApplicationLoopClient;
+ApplicationLoopClient RunLoopApplicationClient();
 
 } // namespace kelp

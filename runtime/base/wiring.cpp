@@ -4,32 +4,15 @@
 #include <vector>
 
 namespace kelp {
-namespace {
-struct Step {
-    int order;
-    void (*run)();
-};
-std::vector<Step> &Steps() {
-    static std::vector<Step> steps;
-    return steps;
-}
-bool gRan = false;
-} // namespace
 
-BringUpStep::BringUpStep(int order, void (*step)()) {
-    if (step)
-        Steps().push_back({order, step});
-}
-
-void RunBringUpSteps() {
-    if (gRan)
+void RunWiring(std::span<const WiringStep> steps) {
+    static std::vector<const WiringStep *> wired; // the tables that ran
+    if (std::find(wired.begin(), wired.end(), steps.data()) != wired.end())
         return;
-    gRan = true;
-    auto steps = Steps();
-    std::stable_sort(steps.begin(), steps.end(),
-                     [](const Step &a, const Step &b) { return a.order < b.order; });
-    for (const Step &s : steps)
-        s.run();
+    wired.push_back(steps.data());
+    for (const WiringStep &step : steps)
+        if (step.wire)
+            step.wire();
 }
 
 } // namespace kelp

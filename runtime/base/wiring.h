@@ -1,24 +1,23 @@
 #pragma once
-// Steps of the runtime bring-up that belong to other subsystems (control
-// colours, socket table, ...).  A subsystem registers its step from a static
-// object; the process entry runs all steps, lowest order first, after the
-// theme read-out and before the image is read.
+// How a lower layer reaches a higher one.  A folder never includes a higher
+// folder; where a lower layer must call up (a report to present, an event
+// of the application to fire, the windows to close) it keeps a slot, and the
+// higher folder fills the slot from its Wire function (in its wiring.cpp),
+// which also registers the folder's library classes.  The roof's wiring
+// table calls every Wire function once, in a named order, lowest layer
+// first, before anything else runs: no static constructor wires anything,
+// and the order can be read in one place.
+#include <span>
+
 namespace kelp {
 
-enum BringUpOrder {
-    kBringUpControlColours = 10,
-    kBringUpUnhandledExceptions = 20,
-    kBringUpStackChecker = 40,
-    kBringUpSockets = 50,
-    kBringUpLate = 90,
+struct WiringStep {
+    const char *name; // what the step wires, as the table reads
+    void (*wire)();
 };
 
-struct BringUpStep {
-    BringUpStep(int order, void (*step)());
-};
-
-// Runs every registered step once, in order (equal orders in registration
-// order).  Later calls do nothing.
-void RunBringUpSteps();
+// Runs each step of the table once, in the table's order.  Later calls with
+// the same table do nothing.
+void RunWiring(std::span<const WiringStep> steps);
 
 } // namespace kelp

@@ -83,12 +83,10 @@ ObjectDefinition *ExceptionDefinitionNamed(const char *name) {
     return nullptr;
 }
 
-// Registered with the library's classes at start, so that the export table
-// lists the finalizer and RuntimeLookupClass finds every one by name.
-KELP_INTRINSIC_CLASS(RuntimeExceptionDefinition);
-#define KELP_REGISTER(n)                                                                         \
-    static IntrinsicClassRegistrar k##n##Registrar{&SubclassDefinition<k##n>};
-KELP_EXCEPTION_NAMES(KELP_REGISTER)
+void RegisterExceptionClasses() {
+    for (const NamedDefinition &row : kExceptionClasses)
+        AddIntrinsicClassAccessor(row.accessor);
+}
 
 } // namespace kelp
 

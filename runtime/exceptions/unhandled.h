@@ -1,5 +1,6 @@
 #pragma once
-// Hooks around raising and the handler of exceptions that no code took.
+// Hooks around raising, the slot of the handler of exceptions that no code
+// took, and the texts that tell the user of one.
 #include "kelp/records.h"
 
 #include <cstdint>
@@ -15,27 +16,18 @@ RaiseHook SetRaiseHook(RaiseHook hook);
 // Open handler regions on this thread.
 int32_t HandlerRegionDepth();
 
-// The process's handler of unhandled exceptions; null means none, and an
-// unhandled exception is then a failed assertion.  Returns the previous one.
+// The process's handler of unhandled exceptions.  The Application class
+// installs the standard one at bring-up (the application's event, then the
+// notice and the end of the run); null means none, and an unhandled
+// exception is then a failed assertion.  Returns the previous one.
 using UnhandledHandler = void (*)(RuntimeObject *exception);
 UnhandledHandler SetUnhandledHandler(UnhandledHandler handler);
 
-// The standard handler, installed at start-up: the application's
-// UnhandledException event, then the message and the end of the run.
-void StandardUnhandledHandler(RuntimeObject *exception);
-void InstallStandardUnhandledHandler();
+// True when the object is of the named library exception class or of a
+// class derived from it.
+bool IsExceptionOfClass(RuntimeObject *object, const char *className);
 
-// The application's "UnhandledException" event, supplied by the Application
-// class: returns true when the application dealt with the exception.
-using UnhandledEvent = bool (*)(RuntimeObject *exception);
-void SetUnhandledExceptionEvent(UnhandledEvent event);
-// True while that event runs.
-bool InUnhandledExceptionEvent();
-
-// How an EndException ends the run: the window classes close all windows.
-void SetCloseAllWindows(void (*closeAllWindows)());
-
-// The message of the dialog for an unhandled exception, and its explanation
+// The message of the notice of an unhandled exception, and its explanation
 // ("" when the exception has neither message nor error number).
 std::string UnhandledMessageText(RuntimeObject *exception);
 std::string UnhandledExplanationText(RuntimeObject *exception);

@@ -1,12 +1,12 @@
-// The export table: static rows built into the program, then the rows that
-// class registration and plug-ins add while the program runs.  Lookups go
+// The export table: static rows built into the program (the roof hands them
+// over at bring-up), then the rows that class registration and plug-ins add
+// while the program runs.  Lookups go
 // through one case-folded index so that binding an image costs one hash
 // probe per name, not a pass over every row.
 #include "exports/export_table.h"
 
 #include "base/ascii.h"
 #include "base/fatal_report.h"
-#include "main/static_exports.h"
 
 #include <cstring>
 #include <deque>
@@ -28,24 +28,23 @@ struct FoldedEqual {
 };
 
 struct Table {
+    const RelocEntry *staticRows = nullptr;
+    size_t staticCount = 0;
     std::deque<RelocEntry> dynamicRows;    // stable addresses
     std::deque<std::string> dynamicNames;  // names copied from callers
     std::vector<const RelocEntry *> dynamicIndex;
     std::unordered_map<std::string_view, const RelocEntry *, FoldedHash, FoldedEqual> map;
-    bool mapBuilt = false;
 
     void Index(const RelocEntry *row) {
         if (row->name)
             map.emplace(std::string_view(row->name), row); // keeps the first row
     }
-    void BuildMap() {
-        if (mapBuilt)
-            return;
-        mapBuilt = true;
+    // The static rows come first, so that a name they hold keeps its code.
+    void Rebuild() {
+        map.clear();
         map.reserve(4096);
-        const RelocEntry *rows = StaticExportRows();
-        for (size_t i = 0, n = StaticExportCount(); i < n; ++i)
-            Index(&rows[i]);
+        for (size_t i = 0; i < staticCount; ++i)
+            Index(&staticRows[i]);
         for (const RelocEntry *row : dynamicIndex)
             Index(row);
     }
@@ -60,9 +59,17 @@ Table &TheTable() {
 
 bool NamesMatch(std::string_view a, std::string_view b) { return AsciiEqualNoCase(a, b); }
 
+void SetStaticExportRows(const RelocEntry *rows, size_t count) {
+    Table &t = TheTable();
+    t.staticRows = rows;
+    t.staticCount = rows ? count : 0;
+    t.Rebuild();
+}
+
+size_t StaticExportRowCount() { return TheTable().staticCount; }
+
 const RelocEntry *FindExport(std::string_view name) {
     Table &t = TheTable();
-    t.BuildMap();
     auto it = t.map.find(name);
     return it == t.map.end() ? nullptr : it->second;
 }
@@ -70,15 +77,17 @@ const RelocEntry *FindExport(std::string_view name) {
 } // namespace kelp
 
 extern "C" int32_t ExportCount(void) {
-    return int32_t(kelp::StaticExportCount() + kelp::TheTable().dynamicIndex.size());
+    const kelp::Table &t = kelp::TheTable();
+    return int32_t(t.staticCount + t.dynamicIndex.size());
 }
 
 extern "C" const RelocEntry *ExportAt(int32_t index) {
     if (index < 0)
         return nullptr;
-    const size_t i = size_t(index), statics = kelp::StaticExportCount();
+    const kelp::Table &t = kelp::TheTable();
+    const size_t i = size_t(index), statics = t.staticCount;
     if (i < statics)
-        return &kelp::StaticExportRows()[i];
+        return &t.staticRows[i];
     auto &dyn = kelp::TheTable().dynamicIndex;
     return i - statics < dyn.size() ? dyn[i - statics] : nullptr;
 }
@@ -94,7 +103,6 @@ extern "C" void AddExport(const char *name, void *code) {
     if (!code)
         return;
     kelp::Table &t = kelp::TheTable();
-    t.BuildMap();
     if (name) {
         if (const RelocEntry *old = kelp::FindExport(name)) {
             if (old->code != code)

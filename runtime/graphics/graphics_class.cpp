@@ -483,6 +483,5 @@ ObjectDefinition *GraphicsDefinition() {
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;
 }
-KELP_INTRINSIC_CLASS(GraphicsDefinition);
 
 } // namespace kelp

@@ -2,7 +2,7 @@
 // classes.  Compiled code calls them with the object and the row's offset.
 #include "objects/text.h"
 
-#include "exceptions/raise.h"
+#include "objects/standard_exceptions.h"
 #include "kelp/objects.h"
 
 #include <cstring>
@@ -13,12 +13,12 @@ namespace {
 // or an offset that points back into the object header.
 template <typename T> T *Field(RuntimeObject *object, int32_t offset) {
     if (!object) {
-        kelp::RaiseNilObject();
+        kelp::RaiseStandardException(kelp::StandardException::kNilObject);
         return nullptr;
     }
     if (offset < static_cast<int32_t>(sizeof(RuntimeObject)) || !object->klass ||
         static_cast<uint32_t>(offset) + sizeof(T) > object->klass->instanceSize) {
-        kelp::RaiseOutOfBounds();
+        kelp::RaiseStandardException(kelp::StandardException::kOutOfBounds);
         return nullptr;
     }
     return reinterpret_cast<T *>(reinterpret_cast<unsigned char *>(object) + offset);

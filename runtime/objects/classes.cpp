@@ -5,7 +5,7 @@
 #include "objects/text.h"
 
 #include "base/fatal_report.h"
-#include "exceptions/raise.h"
+#include "objects/standard_exceptions.h"
 #include "kelp/objects.h"
 
 #include <algorithm>
@@ -81,7 +81,7 @@ extern "C" RuntimeClass *RuntimeNewClass(RuntimeClass *base, int32_t methods, in
                   properties * sizeof(RuntimePropertyRow);
     auto *block = new (std::nothrow) unsigned char[size];
     if (!block) {
-        RaiseNilObject();
+        RaiseStandardException(StandardException::kNilObject);
         return nullptr;
     }
     std::memset(block, 0, size);
@@ -128,7 +128,7 @@ extern "C" RuntimeMethodRow *RuntimeNewVtable(int32_t slots) {
     slots = Count(slots);
     auto *rows = new (std::nothrow) RuntimeMethodRow[slots ? slots : 1]();
     if (!rows)
-        RaiseNilObject();
+        RaiseStandardException(StandardException::kNilObject);
     return rows;
 }
 
@@ -152,7 +152,7 @@ extern "C" RuntimeObject *RuntimeCheckCast(RuntimeObject *object, RuntimeClass *
             RuntimeLockObject(object);
             return object;
         }
-        RaiseIllegalCast();
+        RaiseStandardException(StandardException::kIllegalCast);
         return nullptr;
     }
     if (ClassInherits(object->klass, klass)) {
@@ -167,18 +167,18 @@ extern "C" RuntimeObject *RuntimeCheckCast(RuntimeObject *object, RuntimeClass *
         RuntimeLockObject(object);
         return object;
     }
-    RaiseIllegalCast();
+    RaiseStandardException(StandardException::kIllegalCast);
     return nullptr;
 }
 
 extern "C" RuntimeMethodRow *RuntimeLookupInterfaceVtable(RuntimeObject *object,
                                                           RuntimeClass *interfaceClass) {
     if (!object) {
-        RaiseNilObject();
+        RaiseStandardException(StandardException::kNilObject);
         return nullptr;
     }
     if (const RuntimeInterfaceRow *row = FindInterfaceRow(object->klass, interfaceClass))
         return row->methodTable;
-    RaiseIllegalCast();
+    RaiseStandardException(StandardException::kIllegalCast);
     return nullptr;
 }

@@ -32,17 +32,20 @@
 //         static ObjectDefinition *definition = BuildDefinition(description);
 //         return definition;
 //     }
-//     KELP_INTRINSIC_CLASS(TimerDefinition);    // registered at start
+//
+// and registered from the folder's Wire function (its wiring.cpp):
+//
+//     AddIntrinsicClassAccessor(&TimerDefinition);
 //
 // A module (a named group of functions and constants) is declared the same
 // way with `.instanceSize = 0` and no super, events or life-cycle functions,
-// and registered with KELP_INTRINSIC_MODULE.
+// and registered with AddIntrinsicModuleAccessor.
 //
 // A subclass names its super with `.super = RectControlDefinition`; an
 // implementation of an inherited event is a HookInstanceRow; an interface the
 // class implements is listed in `.interfaces` by its accessor, and its
 // methods are found by name among the class's methods.  Firing an event:
-//     if (void *code = FindEventHandler(object, gTimerAction)) ((void (*)(RuntimeObject *))code)(object);
+//     CallEvent(object, gTimerAction);      // exceptions/call_event.h
 #include "kelp/records.h"
 
 #include <cstdint>
@@ -236,30 +239,16 @@ const char *TargetConditionText(const ObjectDefinition *definition);
 
 // ----------------------------------------------------------- registries
 
-// Adds a class accessor to those RuntimeInitExternalClasses registers.  Use
-// KELP_INTRINSIC_CLASS at namespace level; modules register likewise.
+// Adds a class accessor to those RuntimeInitExternalClasses registers.  A
+// folder's Wire function adds its classes; modules register likewise.
 void AddIntrinsicClassAccessor(DefinitionAccessor accessor);
 void AddIntrinsicModuleAccessor(DefinitionAccessor accessor);
-struct IntrinsicClassRegistrar {
-    explicit IntrinsicClassRegistrar(DefinitionAccessor a, bool module = false) {
-        module ? AddIntrinsicModuleAccessor(a) : AddIntrinsicClassAccessor(a);
-    }
-};
-#define KELP_INTRINSIC_CLASS(accessor)                                                           \
-    static ::kelp::IntrinsicClassRegistrar accessor##Registrar_{accessor}
-#define KELP_INTRINSIC_MODULE(accessor)                                                          \
-    static ::kelp::IntrinsicClassRegistrar accessor##Registrar_{accessor, true}
 
 // Module-level functions of the language (Left, MsgBox, Rnd): method rows
 // by name; a name may have several rows with different parameters.  Rows
 // given before RuntimeInitExternalClasses have their entry points exported
-// there; later ones at once.
+// there; later ones at once.  A folder's Wire function adds its rows.
 void AddIntrinsicFunctions(std::span<const MethodRow> rows);
-struct IntrinsicFunctionsRegistrar {
-    explicit IntrinsicFunctionsRegistrar(std::span<const MethodRow> rows) {
-        AddIntrinsicFunctions(rows);
-    }
-};
 std::vector<const MethodRow *> LookupIntrinsicFunction(const char *name);
 
 void RegisterIntrinsicClass(ObjectDefinition *definition);

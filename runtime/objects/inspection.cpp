@@ -42,6 +42,8 @@ RuntimeObject *ObjectAt(int32_t index) {
     return at;
 }
 
+} // namespace
+
 ObjectDefinition *RuntimeClassDefinition() {
     static const ClassDescription description = {
         .name = "Runtime",
@@ -50,13 +52,6 @@ ObjectDefinition *RuntimeClassDefinition() {
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;
 }
-KELP_INTRINSIC_CLASS(RuntimeClassDefinition);
-
-int32_t (*gMemoryCounter)() = nullptr;
-
-} // namespace
-
-void SetSmallBlockBytesCounter(int32_t (*counter)()) { gMemoryCounter = counter; }
 
 } // namespace kelp
 
@@ -78,8 +73,6 @@ extern "C" int32_t RuntimeDebugObjectRefs(int32_t index) {
 }
 
 extern "C" int32_t RuntimeDebugMemoryUsed(void) {
-    if (gMemoryCounter)
-        return gMemoryCounter();
     int64_t bytes = TotalAllocLen();
     return bytes > INT32_MAX ? INT32_MAX : static_cast<int32_t>(bytes);
 }

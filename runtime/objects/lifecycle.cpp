@@ -6,7 +6,7 @@
 #include "objects/object_model.h"
 
 #include "base/fatal_report.h"
-#include "exceptions/raise.h"
+#include "objects/standard_exceptions.h"
 #include "kelp/objects.h"
 
 #include <cstring>
@@ -103,7 +103,7 @@ using namespace kelp;
 
 extern "C" RuntimeObject *RuntimeNewObject(RuntimeClass *klass) {
     if (!klass) {
-        RaiseNilObject();
+        RaiseStandardException(StandardException::kNilObject);
         return nullptr;
     }
     if (klass->isInterface) {
@@ -120,7 +120,7 @@ extern "C" RuntimeObject *RuntimeNewObject(RuntimeClass *klass) {
     }
     auto *block = new (std::nothrow) unsigned char[size];
     if (!block) {
-        RaiseNilObject();
+        RaiseStandardException(StandardException::kNilObject);
         return nullptr;
     }
     ++gLiveObjects;
@@ -160,4 +160,4 @@ extern "C" void RuntimeLockUnlockObjects(RuntimeObject *newValue, RuntimeObject 
     RuntimeUnlockObject(oldValue);
 }
 
-extern "C" void RuntimeNilObject(void) { RaiseNilObject(); }
+extern "C" void RuntimeNilObject(void) { RaiseStandardException(StandardException::kNilObject); }

@@ -18,6 +18,16 @@ inline RuntimeClass *GetObjectClass(RuntimeObject *object) {
 // event table that the hook's index names.  All event firing goes through it.
 void *FindEventHandler(RuntimeObject *object, const ObjectHook *hook);
 
+// Calls code of compiled code whose first argument is the object, as the
+// function type R(RuntimeObject *, Args...) that the row it came from
+// declares: the one place where a code address becomes a function.  Event
+// handlers go through CallEvent (exceptions/call_event.h), which adds the
+// lock and the callback scope.
+template <typename R, typename... Args>
+R CallCompiledCode(void *code, RuntimeObject *object, Args... args) {
+    return reinterpret_cast<R (*)(RuntimeObject *, Args...)>(code)(object, args...);
+}
+
 // The row of the object's event table with this name (the most derived one),
 // or -1.
 int32_t FindEventRow(RuntimeObject *object, const char *eventName);
@@ -45,8 +55,8 @@ bool ClassInherits(const RuntimeClass *klass, const RuntimeClass *ancestor);
 using ObjectRelation = RuntimeObject *(*)(RuntimeObject *object);
 void SetControlRelations(ObjectRelation windowOf, ObjectRelation parentOf);
 
-// RuntimeDebugMemoryUsed reports the small-block allocator's bytes in use
-// through this counter, which the string runtime supplies.
-void SetSmallBlockBytesCounter(int32_t (*counter)());
+struct ObjectDefinition;
+// The class "Runtime" that the language asks about the objects alive.
+ObjectDefinition *RuntimeClassDefinition();
 
 } // namespace kelp

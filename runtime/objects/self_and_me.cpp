@@ -32,8 +32,7 @@ RuntimeObject *WindowOf(RuntimeObject *object) {
         const RuntimeInterfaceRow &row = klass->interfaceTable[i];
         if (row.interfaceClass && row.slotCount >= 3 && row.methodTable &&
             IsNamedOrDerived(row.interfaceClass, "_PaneChild") && row.methodTable[2].code)
-            return reinterpret_cast<RuntimeObject *(*)(RuntimeObject *)>(row.methodTable[2].code)(
-                object);
+            return CallCompiledCode<RuntimeObject *>(row.methodTable[2].code, object);
     }
     FatalReport(kFatalFailedAssertion, kFile, __LINE__, "0",
                 "Non-control object has a window event implementation");

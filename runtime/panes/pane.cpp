@@ -1,6 +1,6 @@
 #include "panes/pane.h"
 
-#include "windows/window.h"
+#include "panes/pane_root.h"
 
 #include "base/fatal_report.h"
 #include "graphics/graphics_gtk.h"
@@ -8,7 +8,6 @@
 #include "runloop/background_task.h"
 #include "process/process_state.h"
 
-#include <gdk/gdkkeysyms.h>
 
 #include <algorithm>
 #include <set>
@@ -28,7 +27,9 @@ std::set<guint> &KeysDown() {
     return keys;
 }
 
-void SnoopKey(void *, void *data) {
+} // namespace
+
+void FollowKeyEvent(void *, void *data) {
     auto *event = static_cast<GdkEventKey *>(data);
     if (event->type == GDK_KEY_PRESS)
         KeysDown().insert(event->keyval);
@@ -37,8 +38,8 @@ void SnoopKey(void *, void *data) {
     NoteUserEvent();
 }
 
+namespace {
 const char kFile[] = "runtime/panes/pane.cpp";
-
 } // namespace
 
 // ------------------------------------------------------------- globals
@@ -80,15 +81,6 @@ void SetCurrentModifiers(int32_t modifiers) { gModifiers = modifiers; }
 
 bool KeyIsDown(guint keyval) { return KeysDown().count(keyval) != 0; }
 
-void InstallKeyboardState() {
-    static bool installed = false;
-    if (installed)
-        return;
-    installed = true;
-    SetKeySnoopHook(&SnoopKey);
-    SetEscapeKeyReader([] { return KeyIsDown(GDK_Escape); });
-}
-
 namespace {
 ApplicationCursorSource gAppCursor = nullptr;
 GdkCursor *gShownCursor = nullptr;
@@ -111,18 +103,18 @@ GdkCursor *TopCursorAt(SubPane *pane, int32_t x, int32_t y) {
 
 void SetApplicationCursorSource(ApplicationCursorSource source) { gAppCursor = source; }
 
-GdkCursor *ChooseCursor(Window *window, int32_t x, int32_t y) {
+GdkCursor *ChooseCursor(PaneRoot *root, int32_t x, int32_t y) {
     if (GdkCursor *app = gAppCursor ? gAppCursor() : nullptr)
         return app;
-    if (GdkCursor *pane = TopCursorAt(window, x, y))
+    if (GdkCursor *pane = TopCursorAt(root, x, y))
         return pane;
-    return window->cursor;
+    return root->cursor;
 }
 
-void ApplyCursor(Window *window, GdkCursor *cursor) {
+void ApplyCursor(PaneRoot *root, GdkCursor *cursor) {
     if (gCursorApplied && cursor == gShownCursor)
         return;
-    GdkWindow *drawable = window->GetDrawable();
+    GdkWindow *drawable = root->GetDrawable();
     if (!drawable)
         return;
     gdk_window_set_cursor(drawable, cursor);
@@ -142,18 +134,15 @@ SubPane::SubPane(SubPane *requestedParent, Rect rect, GtkWidget *w) : bounds(rec
     width = bounds.right - bounds.left;
     height = bounds.bottom - bounds.top;
     if (requestedParent) {
-        Window *window = requestedParent->RootWindow();
+        PaneRoot *root = requestedParent->Root();
         SubPane *chosen = requestedParent;
-        // A child given to the window goes under the last pane that holds it.
-        if (window && requestedParent == window) {
-            for (SubPane *candidate : window->flatList)
-                if (candidate != this && candidate->Encloses(this))
-                    chosen = candidate;
-        }
-        if (!chosen->AddChild(this) && window && chosen != window)
-            window->AddChild(this);
-        if (window)
-            window->flatList.push_back(this);
+        // A child given to the root goes under the last pane that holds it.
+        if (root && requestedParent == root)
+            chosen = root->HolderFor(this);
+        if (!chosen->AddChild(this) && root && chosen != root)
+            root->AddChild(this);
+        if (root)
+            root->Register(this);
     }
     if (w)
         SetWidget(w);
@@ -181,10 +170,10 @@ void SubPane::SetWidget(GtkWidget *w) {
 }
 
 void SubPane::PlaceWidget() {
-    Window *window = RootWindow();
-    if (!widget || !window || window == this || !window->Fixed())
+    PaneRoot *root = Root();
+    if (!widget || !root || root == this || !root->Fixed())
         return;
-    GtkWidget *fixed = window->Fixed();
+    GtkWidget *fixed = root->Fixed();
     // Negative sizes from a layout keep the bounds but request nothing.
     int w = std::max(0, width), h = std::max(0, height);
     if (gtk_widget_get_parent(widget) == fixed)
@@ -194,11 +183,11 @@ void SubPane::PlaceWidget() {
     gtk_widget_set_size_request(widget, w, h);
 }
 
-Window *SubPane::RootWindow() {
+PaneRoot *SubPane::Root() {
     SubPane *p = this;
     while (p->parent)
         p = p->parent;
-    return dynamic_cast<Window *>(p);
+    return dynamic_cast<PaneRoot *>(p);
 }
 
 bool SubPane::AddChild(SubPane *child) {
@@ -387,13 +376,11 @@ bool SubPane::Unlock() {
     for (size_t i = children.size(); i-- > 0;)
         if (i < children.size())
             children[i]->Close();
-    Window *window = RootWindow();
+    PaneRoot *root = Root();
     if (parent)
         parent->RemoveChild(this);
-    if (window && window != static_cast<SubPane *>(this)) {
-        auto &flat = window->flatList;
-        flat.erase(std::remove(flat.begin(), flat.end(), this), flat.end());
-    }
+    if (root && root != static_cast<SubPane *>(this))
+        root->Unregister(this);
     delete this;
     return true;
 }
@@ -408,8 +395,8 @@ void SubPane::Close() {
         gCapturePane = nullptr;
     if (gFocusPane == this)
         SetFocus(nullptr);
-    if (Window *window = RootWindow(); window && window->storedFocus == this)
-        window->storedFocus = nullptr;
+    if (PaneRoot *root = Root(); root && root->StoredFocus() == this)
+        root->SetStoredFocus(nullptr);
     Unlock();
 }
 

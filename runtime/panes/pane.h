@@ -13,14 +13,14 @@
 namespace kelp {
 
 class Graphics;
-class Window;
+class PaneRoot;
 
 enum Modifier : int32_t { kModShift = 512, kModOption = 2048, kModControl = 4096 };
 
 class SubPane {
 public:
-    // With a parent, the pane joins the window's tree: the last pane of the
-    // window that encloses it becomes its real parent.
+    // With a parent, the pane joins its root's tree: given to the root
+    // itself, it goes under the last pane of the tree that encloses it.
     SubPane(SubPane *parent, Rect bounds, GtkWidget *widget = nullptr);
     virtual ~SubPane();
     SubPane(const SubPane &) = delete;
@@ -77,7 +77,8 @@ public:
 
     bool Contains(const SubPane *pane) const;
     bool HitTest(int32_t x, int32_t y) const;
-    Window *RootWindow();
+    // The root of the pane's tree (its toolkit window), or null.
+    PaneRoot *Root();
     SubPane *Parent() const { return parent; }
     const std::vector<SubPane *> &Children() const { return children; }
     GtkWidget *GetWidget() const { return widget; }
@@ -93,7 +94,7 @@ public:
     GdkCursor *cursor = nullptr;
 
 protected:
-    // Puts the widget into the window's GtkFixed at the pane's place.
+    // Puts the widget into the root's GtkFixed at the pane's place.
     void PlaceWidget();
     SubPane *parent = nullptr;
     std::vector<SubPane *> children; // creation order = z-order, last on top
@@ -129,11 +130,13 @@ void SetCurrentModifiers(int32_t modifiers);
 // own, else the toolkit's default (null).  Applied only when it changes.
 using ApplicationCursorSource = GdkCursor *(*)();
 void SetApplicationCursorSource(ApplicationCursorSource source);
-GdkCursor *ChooseCursor(Window *window, int32_t x, int32_t y);
-void ApplyCursor(Window *window, GdkCursor *cursor);
+GdkCursor *ChooseCursor(PaneRoot *root, int32_t x, int32_t y);
+void ApplyCursor(PaneRoot *root, GdkCursor *cursor);
 
-// Keys held now, as the key snooper saw them.
+// Keys held now, as FollowKeyEvent saw them.  The panes' Wire function makes
+// it the process's key snoop hook, which sees every key event the toolkit
+// delivers.
 bool KeyIsDown(guint keyval);
-void InstallKeyboardState();
+void FollowKeyEvent(void *widget, void *event);
 
 } // namespace kelp

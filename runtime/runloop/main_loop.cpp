@@ -1,11 +1,9 @@
 #include "runloop/main_loop.h"
 
-#include "app/application.h"
+#include "process/quit.h"
 #include "runloop/background_task.h"
 #include "runloop/pollable.h"
-#include "process/quit.h"
 
-#include "kelp/objects.h"
 #include "kelp/runloop.h"
 
 #include <gtk/gtk.h>
@@ -16,6 +14,7 @@ namespace kelp {
 namespace {
 
 WindowLoopClient gWindows;
+ApplicationLoopClient gApplication;
 SerialPortPoller gSerialPoller = nullptr;
 SocketPoller gSocketPoller = nullptr;
 bool gBlockWhenIdle = true;
@@ -30,9 +29,12 @@ void DestroyAllWindows() {
     if (gWindows.destroyAllWindows)
         gWindows.destroyAllWindows();
 }
-bool CloseWindowsForQuit() {
-    return gWindows.closeWindowsForQuit ? gWindows.closeWindowsForQuit() : true;
-}
+
+void SetApplicationLoopClient(const ApplicationLoopClient &client) { gApplication = client; }
+
+namespace {
+bool AutoQuitOn() { return gApplication.autoQuitOn && gApplication.autoQuitOn(); }
+} // namespace
 
 void SetSerialPortPoller(SerialPortPoller poller) { gSerialPoller = poller; }
 void SetSocketPoller(SocketPoller poller) { gSocketPoller = poller; }
@@ -54,8 +56,7 @@ void MainLoopStep(bool block) {
         block = false;
     // A program that is about to quit for want of windows must not wait for
     // an event that may never come: the auto-quit test below ends it.
-    RuntimeObject *app = RegisteredApplication();
-    if (block && gAppRunning && app && ApplicationAutoQuit(app) && LiveWindowCount() == 0)
+    if (block && gAppRunning && AutoQuitOn() && LiveWindowCount() == 0)
         block = false;
     gtk_main_iteration_do(block ? TRUE : FALSE);
     if (gWindows.focusIdle)
@@ -66,9 +67,8 @@ void MainLoopStep(bool block) {
     if (gSocketPoller)
         gSocketPoller(false);
     SetUserCancelledFlag(false);
-    app = RegisteredApplication();
-    if (LiveWindowCount() == 0 && gAppRunning && app && ApplicationAutoQuit(app))
-        ApplicationQuit(nullptr, 0);
+    if (LiveWindowCount() == 0 && gAppRunning && AutoQuitOn() && gApplication.quitForWantOfWindows)
+        gApplication.quitForWantOfWindows();
     ScanBackgroundTasks(true);
 }
 
@@ -83,7 +83,8 @@ extern "C" void RuntimeRun(void) {
     while (!QuitRequested())
         MainLoopStep(gBlockWhenIdle);
     DestroyAllWindows();
-    ReleaseRegisteredApplication();
+    if (gApplication.releaseApplication)
+        gApplication.releaseApplication();
     gAppRunning = false;
 }
 

@@ -9,12 +9,22 @@ struct WindowLoopClient {
     void (*focusIdle)() = nullptr;      // Idle on the focus pane
     int (*windowCount)() = nullptr;
     void (*destroyAllWindows)() = nullptr;
-    // The quit sequence's walk over view windows: false when one refused.
-    bool (*closeWindowsForQuit)() = nullptr;
 };
 void SetWindowLoopClient(const WindowLoopClient &client);
 int LiveWindowCount();
 void DestroyAllWindows();
+
+// What the loop asks of the application object, supplied by the
+// Application class.
+struct ApplicationLoopClient {
+    // True when an application object is registered and its AutoQuit is on.
+    bool (*autoQuitOn)() = nullptr;
+    // The quit sequence that a program without windows goes through.
+    void (*quitForWantOfWindows)() = nullptr;
+    // The end of RuntimeRun drops the registered application object.
+    void (*releaseApplication)() = nullptr;
+};
+void SetApplicationLoopClient(const ApplicationLoopClient &client);
 
 // Serial ports and sockets are serviced once a pass.
 using SerialPortPoller = void (*)();

@@ -1,5 +1,7 @@
 // The EndOfLine object of the language: one for the process, standing for
 // the platform's line end in expressions such as `s + EndOfLine`.
+#include "string_functions/end_of_line_object.h"
+
 #include "kelp/objects.h"
 #include "kelp/string_functions.h"
 
@@ -18,8 +20,6 @@ ObjectDefinition *EndOfLineDefinition() {
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;
 }
-KELP_INTRINSIC_CLASS(EndOfLineDefinition);
-
 } // namespace kelp
 
 extern "C" RuntimeObject *RuntimeGetEndOfLineObject(void) {

@@ -2,6 +2,7 @@
 
 #include "runloop/clock.h"
 
+#include "exceptions/call_event.h"
 #include "objects/definitions.h"
 #include "objects/object_model.h"
 
@@ -52,7 +53,7 @@ gboolean Fire(gpointer data) {
     RuntimeLockObject(object);
     uint32_t firingId = timer->timeoutId;
     if (code)
-        reinterpret_cast<void (*)(RuntimeObject *)>(code)(object);
+        CallHandlerCode(code, object);
     // Repeat only while this very source is still the armed one: a handler
     // that assigned Mode or Period armed a new source and removed this one.
     bool again = timer->mode == kTimerModeMultiple && timer->timeoutId == firingId && firingId != 0;
@@ -95,7 +96,6 @@ ObjectDefinition *TimerDefinition() {
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;
 }
-KELP_INTRINSIC_CLASS(TimerDefinition);
 
 } // namespace kelp
 

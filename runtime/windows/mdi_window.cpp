@@ -38,7 +38,6 @@ ObjectDefinition *MDIWindowDefinition() {
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;
 }
-KELP_INTRINSIC_CLASS(MDIWindowDefinition);
 
 } // namespace kelp
 

@@ -3,14 +3,14 @@
 // implicit instance of each window class.
 #include "windows/runtime_view.h"
 
+#include "exceptions/call_event.h"
 #include "graphics/graphics_base.h"
 #include "graphics/graphics_object.h"
 #include "objects/definitions.h"
 #include "objects/object_model.h"
 #include "objects/text.h"
-#include "app/application.h"
-#include "runloop/main_loop.h"
 #include "process/display.h"
+#include "runloop/main_loop.h"
 
 #include "kelp/objects.h"
 #include "kelp/windows.h"
@@ -44,18 +44,10 @@ std::string ClassName(RuntimeObject *object) {
     return std::string(objtext::View(klass ? klass->name : nullptr));
 }
 
-void Fire(ViewRecord *view, ObjectHook *hook) {
-    if (void *code = FindEventHandler(Obj(view), hook))
-        reinterpret_cast<void (*)(RuntimeObject *)>(code)(Obj(view));
-}
-void FireXY(ViewRecord *view, ObjectHook *hook, int32_t x, int32_t y) {
-    if (void *code = FindEventHandler(Obj(view), hook))
-        reinterpret_cast<void (*)(RuntimeObject *, int32_t, int32_t)>(code)(Obj(view), x, y);
-}
+void Fire(ViewRecord *view, ObjectHook *hook) { CallEvent(Obj(view), hook); }
+void FireXY(ViewRecord *view, ObjectHook *hook, int32_t x, int32_t y) { CallEvent(Obj(view), hook, x, y); }
 bool FireXYBool(ViewRecord *view, ObjectHook *hook, int32_t x, int32_t y) {
-    if (void *code = FindEventHandler(Obj(view), hook))
-        return reinterpret_cast<uint8_t (*)(RuntimeObject *, int32_t, int32_t)>(code)(Obj(view), x, y) != 0;
-    return false;
+    return CallBooleanEvent(Obj(view), hook, x, y);
 }
 
 void RemoveFromImplicitTable(ViewRecord *view) {
@@ -85,7 +77,7 @@ bool MouseCaptureStep() {
     SubPane *capture = MouseCapturePane();
     if (!capture)
         return false;
-    Window *window = capture->RootWindow();
+    Window *window = WindowOf(capture);
     if (!window || !window->GtkWin() || !window->GtkWin()->window)
         return false;
     int x = 0, y = 0;
@@ -107,18 +99,19 @@ void FocusIdle() {
 
 int WindowCount() { return static_cast<int>(WindowList().size()); }
 
-void DestroyAll() {
-    Window *last = nullptr;
-    while (!WindowList().empty()) {
-        Window *head = WindowList().front();
-        if (head == last)
-            break; // it would not go
-        last = head;
-        head->Close();
-    }
+} // namespace
+
+WindowLoopClient RunLoopWindowClient() {
+    WindowLoopClient client;
+    client.preStep = &PreStepAll;
+    client.mouseCaptureStep = &MouseCaptureStep;
+    client.focusIdle = &FocusIdle;
+    client.windowCount = &WindowCount;
+    client.destroyAllWindows = &CloseAllWindows;
+    return client;
 }
 
-bool CloseForQuit() {
+bool CloseViewWindowsForQuit() {
     std::vector<Window *> snapshot = WindowList();
     for (Window *window : snapshot) {
         if (!Alive(window))
@@ -131,21 +124,6 @@ bool CloseForQuit() {
     }
     return true;
 }
-
-struct LoopClientInstaller {
-    LoopClientInstaller() {
-        WindowLoopClient client;
-        client.preStep = &PreStepAll;
-        client.mouseCaptureStep = &MouseCaptureStep;
-        client.focusIdle = &FocusIdle;
-        client.windowCount = &WindowCount;
-        client.destroyAllWindows = &DestroyAll;
-        client.closeWindowsForQuit = &CloseForQuit;
-        SetWindowLoopClient(client);
-    }
-} gLoopClientInstaller;
-
-} // namespace
 
 // ------------------------------------------------------------- the pane
 
@@ -171,7 +149,7 @@ void RuntimeViewWindow::DrawContents(Graphics *g) {
         return;
     if (void *code = FindEventHandler(Obj(view_), gPaint)) {
         RuntimeObject *graphics = NewGraphicsObject(g, false);
-        reinterpret_cast<void (*)(RuntimeObject *, RuntimeObject *)>(code)(Obj(view_), graphics);
+        CallHandlerCode(code, Obj(view_), graphics);
         DetachGraphicsObject(graphics); // a kept object draws nothing later
         RuntimeUnlockObject(graphics);
     }
@@ -271,10 +249,7 @@ bool RuntimeViewWindow::MouseWheel(int32_t x, int32_t y, int32_t delta) {
         if (child->visible && child->HitTest(x, y) && child->MouseWheel(x, y, delta))
             return true;
     }
-    if (void *code = view_ ? FindEventHandler(Obj(view_), gMouseWheel) : nullptr)
-        return reinterpret_cast<uint8_t (*)(RuntimeObject *, int32_t, int32_t, int32_t)>(code)(
-                   Obj(view_), x, y, delta) != 0;
-    return false;
+    return view_ && CallBooleanEvent(Obj(view_), gMouseWheel, x, y, delta);
 }
 
 bool RuntimeViewWindow::KeyDown(int32_t character, int32_t, int32_t) {
@@ -283,7 +258,7 @@ bool RuntimeViewWindow::KeyDown(int32_t character, int32_t, int32_t) {
         return false;
     char text[2] = {static_cast<char>(character), 0};
     KelpString key = objtext::Make(std::string_view(text, 1));
-    bool taken = reinterpret_cast<uint8_t (*)(RuntimeObject *, KelpString)>(code)(Obj(view_), key) != 0;
+    bool taken = CallHandlerCode<uint8_t>(code, Obj(view_), key) != 0;
     objtext::Release(key);
     return taken;
 }
@@ -335,8 +310,7 @@ void BuildViewWindow(ViewRecord *view) {
         view->controlsCreated = 1;
         Fire(view, gCreateControls);
     }
-    if (void *code = FindEventHandler(Obj(view), gAddMenuHandlers))
-        reinterpret_cast<void (*)(RuntimeObject *, RuntimeObject *)>(code)(Obj(view), Obj(view));
+    CallEvent(Obj(view), gAddMenuHandlers, Obj(view));
     if (view->pane) {
         view->pane->SetBackdropColor(view->hasBackColor != 0, static_cast<uint32_t>(view->backColor));
         if (view->fullScreen)
@@ -362,10 +336,7 @@ bool CloseView(ViewRecord *view, bool appQuitting) {
         return false;
     RuntimeLockObject(Obj(view));
     pane->Lock();
-    bool cancelled = false;
-    if (void *code = FindEventHandler(Obj(view), gCancelClose))
-        cancelled = reinterpret_cast<uint8_t (*)(RuntimeObject *, uint8_t)>(code)(
-                        Obj(view), appQuitting ? 1 : 0) != 0;
+    const bool cancelled = CallBooleanEvent(Obj(view), gCancelClose, uint8_t(appQuitting ? 1 : 0));
     bool destroyed = pane->Unlock();
     if (!cancelled && !destroyed)
         pane->Close();
@@ -456,7 +427,6 @@ ObjectDefinition *WindowDefinition() {
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;
 }
-KELP_INTRINSIC_CLASS(WindowDefinition);
 
 } // namespace kelp
 

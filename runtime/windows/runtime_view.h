@@ -56,6 +56,14 @@ private:
     bool viewClosing_ = false;
 };
 
+// The quit sequence's walk over the view windows, newest first: false when
+// one refused in its CancelClose.
+bool CloseViewWindowsForQuit();
+
+// The window work of a pass of the run loop, for its Wire function.
+struct WindowLoopClient;
+WindowLoopClient RunLoopWindowClient();
+
 // The window-building step: makes the pane for a view that has none.
 void BuildViewWindow(ViewRecord *view);
 // Closes a view's window; true when a CancelClose refused.

@@ -353,7 +353,7 @@ Rect PlaceBounds(Rect bounds, int32_t placement, int32_t kind) {
 // ------------------------------------------------------------- Window
 
 Window::Window(const std::string &windowTitle, int32_t windowKind, bool isResizable, Rect screenBounds)
-    : ContainerPane(nullptr, Rect{0, 0, static_cast<int16_t>(screenBounds.bottom - screenBounds.top),
+    : PaneRoot(nullptr, Rect{0, 0, static_cast<int16_t>(screenBounds.bottom - screenBounds.top),
                                   static_cast<int16_t>(screenBounds.right - screenBounds.left)}),
       kind(windowKind), resizable(isResizable), lastBounds(screenBounds), title(windowTitle) {
     gWindows.insert(gWindows.begin(), this);
@@ -361,7 +361,6 @@ Window::Window(const std::string &windowTitle, int32_t windowKind, bool isResiza
         gFrontToBack.insert(gFrontToBack.begin(), this);
         return;
     }
-    InstallKeyboardState();
     gtkWindow = gtk_window_new(GTK_WINDOW_TOPLEVEL);
     g_object_ref_sink(gtkWindow);
     gtkBox = gtk_vbox_new(FALSE, 0);
@@ -471,9 +470,9 @@ bool Window::MouseDown(int32_t x, int32_t y, int32_t modifiers) {
 void Window::Activate() {
     if (kind == 1 || kind == 7)
         return;
-    SubPane *target = storedFocus && storedFocus->visible ? storedFocus : nullptr;
+    SubPane *target = StoredFocus() && StoredFocus()->visible ? StoredFocus() : nullptr;
     if (!target)
-        for (SubPane *pane : flatList)
+        for (SubPane *pane : PanesInCreationOrder())
             if (pane->CanFocus()) {
                 target = pane;
                 break;
@@ -490,7 +489,7 @@ bool Window::KeyDownWindow(int32_t character, int32_t code, int32_t modifiers) {
     // Tab moves the focus through the panes in creation order.
     if (character == 9 && !(modifiers & (256 | kModOption | kModControl))) {
         std::vector<SubPane *> order;
-        for (SubPane *p : flatList)
+        for (SubPane *p : PanesInCreationOrder())
             if (p->CanFocus())
                 order.push_back(p);
         if (order.empty())
@@ -504,7 +503,7 @@ bool Window::KeyDownWindow(int32_t character, int32_t code, int32_t modifiers) {
             next = it == order.begin() ? order.back() : *(it - 1);
         else
             next = (it + 1) == order.end() ? order.front() : *(it + 1);
-        storedFocus = next;
+        SetStoredFocus(next);
         if (next->GetWidget())
             gtk_widget_grab_focus(next->GetWidget());
         SetFocus(next);
@@ -785,6 +784,19 @@ void Window::Close() {
     if (gtkWindow)
         gtk_widget_hide(gtkWindow);
     SubPane::Close();
+}
+
+Window *WindowOf(SubPane *pane) { return pane ? dynamic_cast<Window *>(pane->Root()) : nullptr; }
+
+void CloseAllWindows() {
+    Window *last = nullptr;
+    while (!gWindows.empty()) {
+        Window *head = gWindows.front();
+        if (head == last)
+            break; // it would not go
+        last = head;
+        head->Close();
+    }
 }
 
 const std::vector<Window *> &WindowList() { return gWindows; }

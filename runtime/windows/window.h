@@ -3,7 +3,7 @@
 // the parent of every control widget (and a menu bar when there is one).
 // Showing happens in the run loop's pre-step, and so do the Moved and
 // Resized notices, at most once a pass.
-#include "panes/pane.h"
+#include "panes/pane_root.h"
 
 #include <string>
 #include <vector>
@@ -28,7 +28,7 @@ enum Placement : int32_t {
 // coordinates of its content): stagger, centring and keeping on screen.
 Rect PlaceBounds(Rect bounds, int32_t placement, int32_t kind);
 
-class Window : public ContainerPane {
+class Window : public PaneRoot {
 public:
     // `screenBounds`: the content's rectangle on the screen.
     Window(const std::string &title, int32_t kind, bool resizable, Rect screenBounds);
@@ -88,11 +88,8 @@ public:
     // The content's rectangle on the screen as the toolkit has it now.
     Rect CurrentScreenBounds();
 
-    GtkWidget *Fixed() const { return widget; }
     GtkWidget *GtkWin() const { return gtkWindow; }
 
-    std::vector<SubPane *> flatList; // every pane, in creation (tab) order
-    SubPane *storedFocus = nullptr;
     SubPane *nativeClickPane = nullptr;
     int32_t kind;
     bool shown = false;
@@ -121,6 +118,13 @@ protected:
     bool resizableBeforeFullScreen = false;
     Rect boundsBeforeFullScreen{};
 };
+
+// The window of a pane's tree, or null for a pane outside any window.
+Window *WindowOf(SubPane *pane);
+
+// Closes every window, newest first (the end of the run, an EndException
+// nobody took).
+void CloseAllWindows();
 
 // All windows, newest first.
 const std::vector<Window *> &WindowList();

@@ -7,6 +7,7 @@
 #include "process/quit.h"
 
 #include "exceptions/raise.h"
+#include "app/unhandled_exceptions.h"
 #include "exceptions/unhandled.h"
 #include "objects/definitions.h"
 #include "process/process_state.h"
@@ -56,7 +57,7 @@ protected:
         gRefuseClose = gQuitInsideCancelClose = gHandleUnhandled = false;
         gPolls = 0;
         ResetRunState();
-        InstallStandardUnhandledHandler();
+        SetUnhandledHandler(&StandardUnhandledHandler);
         char arg0[] = "sumbrook";
         char *argv[] = {arg0, nullptr};
         SetProcessArguments(1, argv);

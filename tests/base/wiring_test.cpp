@@ -1,24 +1,28 @@
-// The bring-up runs each registered step once, in its order.
+// The wiring runs each step of a table once, in the table's order.
 #include "base/wiring.h"
 
 #include <gtest/gtest.h>
 
-#include <vector>
+#include <string>
 
 namespace {
 
-std::vector<int> gSteps;
-void StepLate() { gSteps.push_back(90); }
-void StepEarly() { gSteps.push_back(10); }
-void StepSockets() { gSteps.push_back(50); }
-kelp::BringUpStep late(kelp::kBringUpLate, &StepLate);
-kelp::BringUpStep early(kelp::kBringUpControlColours, &StepEarly);
-kelp::BringUpStep sockets(kelp::kBringUpSockets, &StepSockets);
+std::string gRan;
 
-TEST(BringUp, StepsRunOnceInTheirOrder) {
-    kelp::RunBringUpSteps();
-    kelp::RunBringUpSteps();
-    EXPECT_EQ(gSteps, (std::vector<int>{10, 50, 90}));
+TEST(Wiring, EachStepRunsOnceInTheTablesOrder) {
+    static const kelp::WiringStep table[] = {
+        {"lowest", [] { gRan += "a"; }},
+        {"empty", nullptr},
+        {"middle", [] { gRan += "b"; }},
+        {"highest", [] { gRan += "c"; }},
+    };
+    static const kelp::WiringStep other[] = {{"another table", [] { gRan += "x"; }}};
+    gRan.clear();
+    kelp::RunWiring(table);
+    kelp::RunWiring(table);
+    EXPECT_EQ(gRan, "abc");
+    kelp::RunWiring(other);
+    EXPECT_EQ(gRan, "abcx") << "a second table is a table of its own";
 }
 
 } // namespace

@@ -1,15 +1,8 @@
-// The standard handler of exceptions that no code took: the application's
-// event first, then the message, then the end of the run.
+// The texts that tell the user of an exception no code took.
 #include "support/class_kit.h"
-#include "exceptions/raise.h"
 #include "exceptions/unhandled.h"
-#include "process/quit.h"
-#include "process/display.h"
 
 #include <gtest/gtest.h>
-#include <gtk/gtk.h>
-
-#include "support/xvfb.h"
 
 using namespace kelp::test;
 
@@ -24,24 +17,7 @@ RuntimeObject *MakeException(const char *cls, const char *message, int32_t numbe
     return e;
 }
 
-class Unhandled : public ::testing::Test {
-protected:
-    void SetUp() override {
-        previous_ = kelp::SetUnhandledHandler(&kelp::StandardUnhandledHandler);
-        kelp::ClearQuitRequest();
-        kelp::SetUnhandledExceptionEvent(nullptr);
-        kelp::SetCloseAllWindows(nullptr);
-    }
-    void TearDown() override {
-        kelp::SetUnhandledHandler(previous_);
-        kelp::SetUnhandledExceptionEvent(nullptr);
-        kelp::SetCloseAllWindows(nullptr);
-        kelp::ClearQuitRequest();
-    }
-    kelp::UnhandledHandler previous_ = nullptr;
-};
-
-TEST_F(Unhandled, MessageAndExplanationTexts) {
+TEST(UnhandledTexts, MessageAndExplanation) {
     RuntimeObject *e = MakeException("TypeMismatchException", "Expected a number", 42);
     EXPECT_EQ(kelp::UnhandledMessageText(e), "An exception of class TypeMismatchException was "
                                              "not handled.  The application must shut down.");
@@ -54,120 +30,6 @@ TEST_F(Unhandled, MessageAndExplanationTexts) {
     e = MakeException("RuntimeException", nullptr, -3);
     EXPECT_EQ(kelp::UnhandledExplanationText(e), "Exception Error Number: -3");
     RuntimeUnlockObject(e);
-}
-
-TEST_F(Unhandled, WithoutADisplayTheTextGoesToStandardErrorAndTheRunEnds) {
-    if (kelp::DisplayAvailable())
-        GTEST_SKIP() << "a display was brought up earlier in this process";
-    testing::internal::CaptureStderr();
-    kelp::RaiseWithMessage("OutOfBoundsException", "Index 9 of 3", 0);
-    std::string err = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(err, "An exception of class OutOfBoundsException was not handled.  The application "
-                   "must shut down.\nException Message: Index 9 of 3\r\n");
-    EXPECT_TRUE(kelp::QuitRequested());
-
-    // Once the run is ending, a further exception says nothing more.
-    testing::internal::CaptureStderr();
-    kelp::RaiseNilObject();
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-}
-
-int gEventCalls = 0;
-bool gEventAnswer = false;
-bool gInEventSeen = false;
-bool AppEvent(RuntimeObject *) {
-    ++gEventCalls;
-    gInEventSeen = kelp::InUnhandledExceptionEvent();
-    return gEventAnswer;
-}
-
-TEST_F(Unhandled, AnApplicationEventThatDealsWithItKeepsTheRunGoing) {
-    kelp::SetUnhandledExceptionEvent(&AppEvent);
-    gEventCalls = 0;
-    gEventAnswer = true;
-    testing::internal::CaptureStderr();
-    kelp::RaiseOutOfBounds();
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_EQ(gEventCalls, 1);
-    EXPECT_TRUE(gInEventSeen);
-    EXPECT_FALSE(kelp::InUnhandledExceptionEvent());
-    EXPECT_FALSE(kelp::QuitRequested());
-
-    gEventAnswer = false;
-    testing::internal::CaptureStderr();
-    kelp::RaiseOutOfBounds();
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("OutOfBoundsException"),
-              std::string::npos);
-    EXPECT_EQ(gEventCalls, 2);
-    EXPECT_TRUE(kelp::QuitRequested());
-}
-
-int gClosed = 0;
-void CloseAll() { ++gClosed; }
-
-TEST_F(Unhandled, EndExceptionClosesTheWindowsQuietly) {
-    kelp::SetUnhandledExceptionEvent(&AppEvent);
-    kelp::SetCloseAllWindows(&CloseAll);
-    gEventCalls = 0;
-    gClosed = 0;
-    testing::internal::CaptureStderr();
-    RuntimeObject *e = RuntimeNewObject(RuntimeLookupClass(Lit("EndException")));
-    RuntimeRaiseException(e);
-    RuntimeUnlockObject(e);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_EQ(gEventCalls, 0) << "EndException does not reach the application's event";
-    EXPECT_EQ(gClosed, 1);
-    EXPECT_TRUE(kelp::QuitRequested());
-}
-
-} // namespace
-
-namespace {
-
-struct SeenDialog {
-    std::string text, secondary;
-    GtkMessageType type = GTK_MESSAGE_INFO;
-    int count = 0;
-};
-SeenDialog gSeen;
-
-// Answers the first message dialog on screen with OK, as a user would.
-gboolean AnswerDialog(gpointer) {
-    GList *tops = gtk_window_list_toplevels();
-    bool answered = false;
-    for (GList *l = tops; l; l = l->next) {
-        if (!GTK_IS_MESSAGE_DIALOG(l->data) || !gtk_widget_get_visible(GTK_WIDGET(l->data)))
-            continue;
-        gchar *text = nullptr, *secondary = nullptr;
-        GtkMessageType type;
-        g_object_get(l->data, "text", &text, "secondary-text", &secondary, "message-type", &type,
-                     nullptr);
-        gSeen.text = text ? text : "";
-        gSeen.secondary = secondary ? secondary : "";
-        gSeen.type = type;
-        ++gSeen.count;
-        g_free(text);
-        g_free(secondary);
-        gtk_dialog_response(GTK_DIALOG(l->data), GTK_RESPONSE_OK);
-        answered = true;
-        break;
-    }
-    g_list_free(tops);
-    return answered ? FALSE : TRUE; // keep looking until the dialog is up
-}
-
-TEST_F(Unhandled, WithADisplayAStopDialogShowsTheText) {
-    if (!kelp::test::RequireToolkitDisplay())
-        GTEST_SKIP() << "no X server could be started";
-    gSeen = {};
-    g_timeout_add(20, &AnswerDialog, nullptr);
-    kelp::RaiseWithMessage("UnsupportedFormatException", "Not a picture", 7);
-    EXPECT_EQ(gSeen.count, 1);
-    EXPECT_EQ(gSeen.text, "An exception of class UnsupportedFormatException was not handled.  "
-                          "The application must shut down.");
-    EXPECT_EQ(gSeen.secondary, "Exception Message: Not a picture\rException Error Number: 7");
-    EXPECT_EQ(gSeen.type, GTK_MESSAGE_ERROR);
-    EXPECT_TRUE(kelp::QuitRequested());
 }
 
 } // namespace

@@ -39,7 +39,6 @@ const MethodRow kFunctions[] = {
     {"DfLeft", &kTypeString, kLeftParams, 2, KELP_ENTRY(DfLeftFunction)},
     {"DfLeft", &kTypeString, kLeftExtendsParams, 2, KELP_ENTRY(DfLeftExtends)},
 };
-IntrinsicFunctionsRegistrar gFunctions{kFunctions};
 
 ObjectDefinition *DfWidgetDefinition();
 ObjectDefinition *DfShapeDefinition();
@@ -79,7 +78,13 @@ ObjectDefinition *DfWidgetDefinition() {
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;
 }
-KELP_INTRINSIC_CLASS(DfWidgetDefinition);
+// Registered before any test runs, as a folder's Wire function registers its
+// library classes at bring-up.
+[[maybe_unused]] const bool gRegistered = [] {
+    AddIntrinsicFunctions(kFunctions);
+    AddIntrinsicClassAccessor(&DfWidgetDefinition);
+    return true;
+}();
 
 ObjectDefinition *DfShapeDefinition() {
     static const MethodRow methods[] = {{"Area", &kTypeDouble}};

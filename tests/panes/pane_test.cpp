@@ -80,7 +80,7 @@ TEST_F(PaneTest, ChildGivenToTheWindowGoesUnderTheLastPaneThatEnclosesIt) {
     auto *outside = new LogPane(window, R(250, 10, 20, 20), "outside");
     EXPECT_EQ(inner->Parent(), group);
     EXPECT_EQ(outside->Parent(), window);
-    EXPECT_EQ(window->flatList, (std::vector<SubPane *>{group, inner, outside}));
+    EXPECT_EQ(window->PanesInCreationOrder(), (std::vector<SubPane *>{group, inner, outside}));
     // An empty rectangle encloses nothing.
     auto *empty = new LogPane(window, R(0, 0, 0, 0), "empty");
     auto *later = new LogPane(window, R(0, 0, 0, 0), "later");
@@ -151,7 +151,7 @@ TEST_F(PaneTest, PaneClosingItselfInItsEventIsDestroyedAfterTheEvent) {
     EXPECT_EQ(std::count(gLog.begin(), gLog.end(), "self.destroyed"), 0);
     EXPECT_TRUE(pane->UnlockAfterEvent());
     EXPECT_EQ(std::count(gLog.begin(), gLog.end(), "self.destroyed"), 1);
-    EXPECT_TRUE(window->flatList.empty());
+    EXPECT_TRUE(window->PanesInCreationOrder().empty());
     EXPECT_TRUE(window->Children().empty());
 }
 

@@ -1,0 +1,5 @@
+#pragma once
+namespace kelp {
+// The dialogs' upcalls: the assertion report's dialog presents reports.
+void WireDialogs();
+} // namespace kelp

@@ -1,0 +1,5 @@
+#pragma once
+namespace kelp {
+// The Graphics class.
+void WireGraphics();
+} // namespace kelp

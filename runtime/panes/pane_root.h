@@ -1,0 +1,40 @@
+#pragma once
+// The root of a pane tree: the toolkit window.  Panes never reach into the
+// window that holds them; they register with their root through this narrow
+// interface, which keeps every pane of the tree in creation order (the tab
+// order) and the pane that takes the focus back when the window is
+// activated again.
+#include "panes/pane.h"
+
+#include <vector>
+
+namespace kelp {
+
+class PaneRoot : public ContainerPane {
+public:
+    using ContainerPane::ContainerPane;
+
+    // The toolkit container that holds the widgets of the tree's panes
+    // (a GtkFixed), or null while there is none.
+    GtkWidget *Fixed() const { return widget; }
+
+    // Every pane of the tree, in creation order.
+    const std::vector<SubPane *> &PanesInCreationOrder() const { return mPanes; }
+
+    // The pane that regains the focus when the window is activated again.
+    SubPane *StoredFocus() const { return mStoredFocus; }
+    void SetStoredFocus(SubPane *pane) { mStoredFocus = pane; }
+
+    // For SubPane: where a new pane given to the root itself goes (the last
+    // registered pane that encloses it, else the root), joining and leaving
+    // the creation order.  A pane that leaves is no longer the stored focus.
+    SubPane *HolderFor(const SubPane *pane);
+    void Register(SubPane *pane);
+    void Unregister(SubPane *pane);
+
+private:
+    std::vector<SubPane *> mPanes;
+    SubPane *mStoredFocus = nullptr;
+};
+
+} // namespace kelp

@@ -1,0 +1,5 @@
+#pragma once
+namespace kelp {
+// The Timer class.
+void WireTimers();
+} // namespace kelp

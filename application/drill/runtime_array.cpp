@@ -23,50 +23,50 @@ Fn SlotOf(RuntimeArray *array, int slot) {
 
 ArrayHandle &ArrayHandle::operator=(ArrayHandle &&other) noexcept {
     if (this != &other) {
-        RuntimeUnlockArray(array_);
-        array_ = other.array_;
-        other.array_ = nullptr;
+        RuntimeUnlockArray(mArray);
+        mArray = other.mArray;
+        other.mArray = nullptr;
     }
     return *this;
 }
 
-ArrayHandle::~ArrayHandle() { RuntimeUnlockArray(array_); }
+ArrayHandle::~ArrayHandle() { RuntimeUnlockArray(mArray); }
 
 int32_t ArrayHandle::UBound() const {
-    if (array_ == nullptr) return -1;
-    return RuntimeUBound(array_);
+    if (mArray == nullptr) return -1;
+    return RuntimeUBound(mArray);
 }
 
 StringArray StringArray::Create(int32_t upperBound) {
     StringArray a;
-    a.array_ = CreateArray(1, kArrayString, upperBound);
+    a.mArray = CreateArray(1, kArrayString, upperBound);
     return a;
 }
 
 Text StringArray::Get(int32_t index) const {
-    if (array_ == nullptr) return Text();
-    return Text::Adopt(SlotOf<StringGet>(array_, kGet)(array_, index));
+    if (mArray == nullptr) return Text();
+    return Text::Adopt(SlotOf<StringGet>(mArray, kGet)(mArray, index));
 }
 
 void StringArray::Set(int32_t index, const Text &value) {
-    if (array_ == nullptr) return;
-    SlotOf<StringSet>(array_, kSet)(array_, value.get(), index);
+    if (mArray == nullptr) return;
+    SlotOf<StringSet>(mArray, kSet)(mArray, value.get(), index);
 }
 
 BoolArray BoolArray::Create(int32_t upperBound) {
     BoolArray a;
-    a.array_ = CreateArray(1, kArrayUInt8, upperBound);
+    a.mArray = CreateArray(1, kArrayUInt8, upperBound);
     return a;
 }
 
 bool BoolArray::Get(int32_t index) const {
-    if (array_ == nullptr) return false;
-    return SlotOf<ByteGet>(array_, kGet)(array_, index) != 0;
+    if (mArray == nullptr) return false;
+    return SlotOf<ByteGet>(mArray, kGet)(mArray, index) != 0;
 }
 
 void BoolArray::Set(int32_t index, bool value) {
-    if (array_ == nullptr) return;
-    SlotOf<ByteSet>(array_, kSet)(array_, value ? 1 : 0, index);
+    if (mArray == nullptr) return;
+    SlotOf<ByteSet>(mArray, kSet)(mArray, value ? 1 : 0, index);
 }
 
 } // namespace sumbrook

@@ -13,17 +13,17 @@ public:
     ArrayHandle() = default;
     ArrayHandle(const ArrayHandle &) = delete;
     ArrayHandle &operator=(const ArrayHandle &) = delete;
-    ArrayHandle(ArrayHandle &&other) noexcept : array_(other.array_) { other.array_ = nullptr; }
+    ArrayHandle(ArrayHandle &&other) noexcept : mArray(other.mArray) { other.mArray = nullptr; }
     ArrayHandle &operator=(ArrayHandle &&other) noexcept;
     ~ArrayHandle();
 
-    RuntimeArray *get() const { return array_; }
+    RuntimeArray *get() const { return mArray; }
     // Upper bound of the one dimension, -1 for none.
     int32_t UBound() const;
 
 protected:
-    explicit ArrayHandle(RuntimeArray *owned) : array_(owned) {}
-    RuntimeArray *array_ = nullptr;
+    explicit ArrayHandle(RuntimeArray *owned) : mArray(owned) {}
+    RuntimeArray *mArray = nullptr;
 };
 
 // A one-dimensional array of strings (element kind 3).

@@ -2,26 +2,26 @@
 
 namespace sumbrook {
 
-Text::Text(const Text &other) : storage_(other.storage_) { RuntimeLockString(storage_); }
+Text::Text(const Text &other) : mStorage(other.mStorage) { RuntimeLockString(mStorage); }
 
 Text &Text::operator=(const Text &other) {
     // Lock first, so that assigning a text to itself is safe.
-    RuntimeLockString(other.storage_);
-    RuntimeUnlockString(storage_);
-    storage_ = other.storage_;
+    RuntimeLockString(other.mStorage);
+    RuntimeUnlockString(mStorage);
+    mStorage = other.mStorage;
     return *this;
 }
 
 Text &Text::operator=(Text &&other) noexcept {
     if (this != &other) {
-        RuntimeUnlockString(storage_);
-        storage_ = other.storage_;
-        other.storage_ = nullptr;
+        RuntimeUnlockString(mStorage);
+        mStorage = other.mStorage;
+        other.mStorage = nullptr;
     }
     return *this;
 }
 
-Text::~Text() { RuntimeUnlockString(storage_); }
+Text::~Text() { RuntimeUnlockString(mStorage); }
 
 Text Text::Borrow(stringStorage *borrowed) {
     RuntimeLockString(borrowed);
@@ -29,13 +29,13 @@ Text Text::Borrow(stringStorage *borrowed) {
 }
 
 std::string_view Text::View() const {
-    if (storage_ == nullptr || storage_->buffer == nullptr || storage_->length <= 0) return {};
-    return {reinterpret_cast<const char *>(storage_->buffer + 1),
-            static_cast<std::size_t>(storage_->length)};
+    if (mStorage == nullptr || mStorage->buffer == nullptr || mStorage->length <= 0) return {};
+    return {reinterpret_cast<const char *>(mStorage->buffer + 1),
+            static_cast<std::size_t>(mStorage->length)};
 }
 
 Text operator+(const Text &a, const Text &b) {
-    return Text::Adopt(RuntimeAddString(a.storage_, b.storage_));
+    return Text::Adopt(RuntimeAddString(a.mStorage, b.mStorage));
 }
 
 Text &Text::operator+=(const Text &b) {
@@ -44,7 +44,7 @@ Text &Text::operator+=(const Text &b) {
 }
 
 bool SameText(const Text &a, const Text &b) {
-    return RuntimeStringCompare(a.storage_, b.storage_) == 0;
+    return RuntimeStringCompare(a.mStorage, b.mStorage) == 0;
 }
 
 Text Str(int32_t value) {

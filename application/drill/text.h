@@ -24,7 +24,7 @@ class Text {
 public:
     Text() = default;
     Text(const Text &other);
-    Text(Text &&other) noexcept : storage_(other.storage_) { other.storage_ = nullptr; }
+    Text(Text &&other) noexcept : mStorage(other.mStorage) { other.mStorage = nullptr; }
     Text &operator=(const Text &other);
     Text &operator=(Text &&other) noexcept;
     ~Text();
@@ -32,21 +32,21 @@ public:
     // Takes over a reference the caller owns (a runtime function's result).
     static Text Adopt(stringStorage *owned) {
         Text t;
-        t.storage_ = owned;
+        t.mStorage = owned;
         return t;
     }
     // Takes a new reference to a record somebody else owns.
     static Text Borrow(stringStorage *borrowed);
 
-    stringStorage *get() const { return storage_; }
+    stringStorage *get() const { return mStorage; }
     // Hands the reference over to the caller, who must unlock it.
     stringStorage *release() {
-        stringStorage *s = storage_;
-        storage_ = nullptr;
+        stringStorage *s = mStorage;
+        mStorage = nullptr;
         return s;
     }
 
-    int32_t Length() const { return storage_ ? storage_->length : 0; }
+    int32_t Length() const { return mStorage ? mStorage->length : 0; }
     bool Empty() const { return Length() == 0; }
     // The bytes of the text (no length byte); valid while this Text lives.
     std::string_view View() const;
@@ -60,7 +60,7 @@ public:
     friend bool SameText(const Text &a, const Text &b);
 
 private:
-    stringStorage *storage_ = nullptr;
+    stringStorage *mStorage = nullptr;
 };
 
 namespace detail {

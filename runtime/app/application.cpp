@@ -31,23 +31,23 @@ namespace kelp {
 class RuntimeObjectPoll : public Pollable {
 public:
     RuntimeObjectPoll(RuntimeObject *object, void *pollMethod)
-        : object_(object), pollMethod_(pollMethod) {
-        RuntimeLockObject(object_);
+        : mObject(object), mPollMethod(pollMethod) {
+        RuntimeLockObject(mObject);
     }
-    ~RuntimeObjectPoll() override { RuntimeUnlockObject(object_); }
+    ~RuntimeObjectPoll() override { RuntimeUnlockObject(mObject); }
     void Poll() override {
         // The handler may remove this very wrapper: keep what the call needs
         // in locals; the call keeps the object alive until it returns.
-        void *code = pollMethod_;
-        RuntimeObject *object = object_;
+        void *code = mPollMethod;
+        RuntimeObject *object = mObject;
         if (code)
             CallHandlerCode(code, object);
     }
-    RuntimeObject *object() const { return object_; }
+    RuntimeObject *object() const { return mObject; }
 
 private:
-    RuntimeObject *object_;
-    void *pollMethod_;
+    RuntimeObject *mObject;
+    void *mPollMethod;
 };
 
 namespace {

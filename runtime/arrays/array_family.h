@@ -87,7 +87,7 @@ inline int32_t *Bounds(RuntimeArray *a) { return a->upperBounds; }
 // Number of elements of all dimensions (0 when any dimension is empty).
 inline int64_t ElementCount(const RuntimeArray *a) {
     int64_t n = 1;
-    for (int32_t d = 0; d < a->dimensions; ++d) n *= (int64_t)a->upperBounds[d] + 1;
+    for (int32_t d = 0; d < a->dimensions; ++d) n *= static_cast<int64_t>(a->upperBounds[d]) + 1;
     return n < 0 ? 0 : n;
 }
 
@@ -98,7 +98,7 @@ inline int64_t LinearIndex(const RuntimeArray *a, const int32_t *idx) {
     for (int32_t d = 0; d < a->dimensions; ++d) {
         if (idx[d] < 0 || idx[d] > a->upperBounds[d]) return -1;
         pos += idx[d] * scale;
-        scale *= (int64_t)a->upperBounds[d] + 1;
+        scale *= static_cast<int64_t>(a->upperBounds[d]) + 1;
     }
     return pos;
 }
@@ -107,7 +107,7 @@ inline int64_t LinearIndexUnchecked(const RuntimeArray *a, const int32_t *idx) {
     int64_t pos = 0, scale = 1;
     for (int32_t d = 0; d < a->dimensions; ++d) {
         pos += idx[d] * scale;
-        scale *= (int64_t)a->upperBounds[d] + 1;
+        scale *= static_cast<int64_t>(a->upperBounds[d]) + 1;
     }
     return pos;
 }

@@ -43,19 +43,19 @@ void Family<T>::Insert(RuntimeArray *a, int32_t index, T value) {
     }
     constexpr int64_t size = sizeof(T);
     int64_t needed;
-    if (!CheckedBytes((int64_t)ub + 2, size, &needed)) {
+    if (!CheckedBytes(static_cast<int64_t>(ub) + 2, size, &needed)) {
         RaiseOutOfMemory();
         return;
     }
     if (needed > a->bufferLength) {
-        int64_t length = (int64_t)a->bufferLength + (int64_t)a->growthStep * size;
+        int64_t length = static_cast<int64_t>(a->bufferLength) + static_cast<int64_t>(a->growthStep) * size;
         if (length > kMaxBufferBytes) length = needed;  // the last steps may not fit in full
         if (length < needed) {
             FatalReport(kFatalFailedAssertion, kFoundation, __LINE__,
                         "array->bufferLength >= minimumBufferSize", "");
             length = needed;
         }
-        T *fresh = static_cast<T *>(std::malloc((size_t)length));
+        T *fresh = static_cast<T *>(std::malloc(static_cast<size_t>(length)));
         if (fresh == nullptr) {
             // The bound must not change when the storage can't be had.
             RaiseOutOfMemory();
@@ -64,15 +64,15 @@ void Family<T>::Insert(RuntimeArray *a, int32_t index, T value) {
         if (a->growthStep < kStepLimit) a->growthStep *= 2;
         T *old = Data(a);
         if (old != nullptr) {
-            std::memcpy(fresh, old, (size_t)index * size);
-            std::memcpy(fresh + index + 1, old + index, (size_t)(ub + 1 - index) * size);
+            std::memcpy(fresh, old, static_cast<size_t>(index) * size);
+            std::memcpy(fresh + index + 1, old + index, static_cast<size_t>(ub + 1 - index) * size);
         }
         std::free(old);
         a->buffer = fresh;
-        a->bufferLength = (int32_t)length;
+        a->bufferLength = static_cast<int32_t>(length);
     } else {
         T *data = Data(a);
-        std::memmove(data + index + 1, data + index, (size_t)(ub + 1 - index) * size);
+        std::memmove(data + index + 1, data + index, static_cast<size_t>(ub + 1 - index) * size);
     }
     a->upperBounds[0] = ub + 1;
     E::Lock(value);
@@ -95,10 +95,10 @@ void Family<T>::Remove(RuntimeArray *a, int32_t index) {
         return;
     }
     constexpr int64_t size = sizeof(T);
-    const int64_t length = (int64_t)ub * size;
+    const int64_t length = static_cast<int64_t>(ub) * size;
     T *fresh = nullptr;
     if (length > 0) {
-        fresh = static_cast<T *>(std::malloc((size_t)length));
+        fresh = static_cast<T *>(std::malloc(static_cast<size_t>(length)));
         if (fresh == nullptr) {
             RaiseOutOfMemory();
             return;
@@ -107,12 +107,12 @@ void Family<T>::Remove(RuntimeArray *a, int32_t index) {
     T *old = Data(a);
     T gone = old[index];
     if (fresh != nullptr) {
-        std::memcpy(fresh, old, (size_t)index * size);
-        std::memcpy(fresh + index, old + index + 1, (size_t)(ub - index) * size);
+        std::memcpy(fresh, old, static_cast<size_t>(index) * size);
+        std::memcpy(fresh + index, old + index + 1, static_cast<size_t>(ub - index) * size);
     }
     std::free(old);
     a->buffer = fresh;
-    a->bufferLength = (int32_t)length;
+    a->bufferLength = static_cast<int32_t>(length);
     a->growthStep = kInitialStep;
     a->upperBounds[0] = ub - 1;
     // Released last: an element's finaliser may look at the array.
@@ -139,7 +139,7 @@ void Family<T>::RedimAt(RuntimeArray *a, const int32_t *newBounds) {
             return;
         }
         same = same && newBounds[d] == a->upperBounds[d];
-        count *= (int64_t)newBounds[d] + 1;
+        count *= static_cast<int64_t>(newBounds[d]) + 1;
         if (count > kMaxBufferBytes) {
             RaiseOutOfMemory();
             return;
@@ -154,7 +154,7 @@ void Family<T>::RedimAt(RuntimeArray *a, const int32_t *newBounds) {
     }
     T *fresh = nullptr;
     if (length > 0) {
-        fresh = static_cast<T *>(std::calloc((size_t)count, size));
+        fresh = static_cast<T *>(std::calloc(static_cast<size_t>(count), size));
         if (fresh == nullptr) {
             RaiseOutOfMemory();
             return;
@@ -163,35 +163,35 @@ void Family<T>::RedimAt(RuntimeArray *a, const int32_t *newBounds) {
     T *old = Data(a);
     std::vector<T> dropped;
     if (dims == 1) {
-        const int64_t keep = std::min<int64_t>((int64_t)a->upperBounds[0] + 1, count);
-        if (keep > 0) std::memcpy(fresh, old, (size_t)(keep * size));
+        const int64_t keep = std::min<int64_t>(static_cast<int64_t>(a->upperBounds[0]) + 1, count);
+        if (keep > 0) std::memcpy(fresh, old, static_cast<size_t>(keep * size));
         for (int64_t i = keep; i <= a->upperBounds[0]; ++i) dropped.push_back(old[i]);
     } else if (old != nullptr) {
         // Every element keeps its coordinates: walk the old ones with a
         // counter of one digit per dimension, first digit fastest.
-        std::vector<int32_t> at((size_t)dims, 0);
+        std::vector<int32_t> at(static_cast<size_t>(dims), 0);
         const int64_t oldCount = ElementCount(a);
         for (int64_t pos = 0; pos < oldCount; ++pos) {
             int64_t target = 0, scale = 1;
             bool fits = true;
             for (int32_t d = 0; d < dims; ++d) {
-                if (at[(size_t)d] > newBounds[d]) fits = false;
-                target += at[(size_t)d] * scale;
-                scale *= (int64_t)newBounds[d] + 1;
+                if (at[static_cast<size_t>(d)] > newBounds[d]) fits = false;
+                target += at[static_cast<size_t>(d)] * scale;
+                scale *= static_cast<int64_t>(newBounds[d]) + 1;
             }
             if (fits)
                 fresh[target] = old[pos];
             else
                 dropped.push_back(old[pos]);
             for (int32_t d = 0; d < dims; ++d) {
-                if (++at[(size_t)d] <= a->upperBounds[d]) break;
-                at[(size_t)d] = 0;
+                if (++at[static_cast<size_t>(d)] <= a->upperBounds[d]) break;
+                at[static_cast<size_t>(d)] = 0;
             }
         }
     }
     std::free(old);
     a->buffer = fresh;
-    a->bufferLength = (int32_t)length;
+    a->bufferLength = static_cast<int32_t>(length);
     a->growthStep = kInitialStep;
     for (int32_t d = 0; d < dims; ++d) a->upperBounds[d] = newBounds[d];
     for (T v : dropped) E::Unlock(v);
@@ -261,7 +261,7 @@ void Family<T>::Shuffle(RuntimeArray *a) {
     T *e = Data(a);
     const int64_t count = ElementCount(a);
     for (int64_t n = count - 1; n >= 1; --n) {
-        int64_t j = (int64_t)(rnd() * (double)(n + 1));
+        int64_t j = static_cast<int64_t>(rnd() * static_cast<double>(n + 1));
         if (j > n) j = n;  // a generator that could return 1 must not step outside
         std::swap(e[n], e[j]);
     }

@@ -129,17 +129,17 @@ struct Slots {
 template <typename F>
 auto ForKind(int32_t kind, F &&f) {
     switch (kind) {
-    case kArrayInt32: return f((int32_t *)nullptr);
-    case kArrayFloat32: return f((float *)nullptr);
-    case kArrayFloat64: return f((double *)nullptr);
-    case kArrayString: return f((stringStorage **)nullptr);
-    case kArrayObject: return f((RuntimeObject **)nullptr);
-    case kArrayUInt8: return f((uint8_t *)nullptr);
-    case kArrayInt8: return f((int8_t *)nullptr);
-    case kArrayUInt16: return f((uint16_t *)nullptr);
-    case kArrayInt16: return f((int16_t *)nullptr);
-    case kArrayUInt32: return f((uint32_t *)nullptr);
-    default: return f((void *)nullptr);
+    case kArrayInt32: return f(static_cast<int32_t *>(nullptr));
+    case kArrayFloat32: return f(static_cast<float *>(nullptr));
+    case kArrayFloat64: return f(static_cast<double *>(nullptr));
+    case kArrayString: return f(static_cast<stringStorage **>(nullptr));
+    case kArrayObject: return f(static_cast<RuntimeObject **>(nullptr));
+    case kArrayUInt8: return f(static_cast<uint8_t *>(nullptr));
+    case kArrayInt8: return f(static_cast<int8_t *>(nullptr));
+    case kArrayUInt16: return f(static_cast<uint16_t *>(nullptr));
+    case kArrayInt16: return f(static_cast<int16_t *>(nullptr));
+    case kArrayUInt32: return f(static_cast<uint32_t *>(nullptr));
+    default: return f(static_cast<void *>(nullptr));
     }
 }
 
@@ -199,24 +199,24 @@ extern "C" RuntimeArray *CreateArray(int32_t dimensions, int32_t kind, ...) {
         // A bound below -1 describes no elements either; keep it readable.
         if (ub < -1) ub = -1;
         bounds[d] = ub;
-        if (count > 0) count *= (int64_t)ub + 1;
+        if (count > 0) count *= static_cast<int64_t>(ub) + 1;
         if (count > kMaxBufferBytes) count = kMaxBufferBytes + 1;
     }
     va_end(ap);
     int64_t length;
-    if (!CheckedBytes(count, (int64_t)KindSize(kind), &length)) return nullptr;
+    if (!CheckedBytes(count, static_cast<int64_t>(KindSize(kind)), &length)) return nullptr;
     auto *a = static_cast<RuntimeArray *>(
-        std::malloc(sizeof(RuntimeArray) + sizeof(int32_t) * (size_t)dimensions));
+        std::malloc(sizeof(RuntimeArray) + sizeof(int32_t) * static_cast<size_t>(dimensions)));
     if (a == nullptr) return nullptr;
     a->referenceCount = 1;
     a->operations = table;
     a->buffer = nullptr;
     a->dimensions = dimensions;
-    a->bufferLength = (int32_t)length;
+    a->bufferLength = static_cast<int32_t>(length);
     a->growthStep = kInitialStep;
     for (int32_t d = 0; d < dimensions; ++d) a->upperBounds[d] = bounds[d];
     if (length >= 1) {
-        a->buffer = std::calloc(1, (size_t)length);
+        a->buffer = std::calloc(1, static_cast<size_t>(length));
         if (a->buffer == nullptr) {
             std::free(a);
             return nullptr;

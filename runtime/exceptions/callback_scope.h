@@ -17,7 +17,7 @@ public:
     CompiledCallbackScope &operator=(const CompiledCallbackScope &) = delete;
 
 private:
-    RuntimeObject *stashed_; // holds the reference the pending slot held
+    RuntimeObject *mStashed; // holds the reference the pending slot held
 };
 
 } // namespace kelp

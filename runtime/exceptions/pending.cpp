@@ -98,15 +98,15 @@ extern "C" RuntimeObject *RuntimeTakeException(void) {
 
 namespace kelp {
 
-CompiledCallbackScope::CompiledCallbackScope() : stashed_(RuntimeTakeException()) {}
+CompiledCallbackScope::CompiledCallbackScope() : mStashed(RuntimeTakeException()) {}
 
 CompiledCallbackScope::~CompiledCallbackScope() {
     ThreadExceptionState &state = State();
     if (state.pending) {
-        RuntimeUnlockObject(stashed_); // the callback's exception is the newer
+        RuntimeUnlockObject(mStashed); // the callback's exception is the newer
         return;
     }
-    state.pending = stashed_;
+    state.pending = mStashed;
 }
 
 } // namespace kelp

@@ -12,35 +12,35 @@ Graphics *CurrentGraphics() { return gCurrentGraphics; }
 void SetCurrentGraphics(Graphics *g) { gCurrentGraphics = g; }
 
 Graphics::Graphics(GraphicsTarget *t, bool owns)
-    : target(t), textFont("System"), textSize(12), textStyle(0), penWidth(1), penHeight(1),
-      scale(1.0f), foreColor{0, 0, 0}, backColor{65535, 65535, 65535}, penX(0), penY(0), originX(0),
-      originY(0), margin(0), patternOriginX(0), patternOriginY(0), pattern{}, shiftedPattern{},
-      ownsTarget(owns), pageProvider(nullptr) {
-    std::memset(pattern, 0xFF, sizeof pattern);
-    std::memset(shiftedPattern, 0xFF, sizeof shiftedPattern);
+    : mTarget(t), mTextFont("System"), mTextSize(12), mTextStyle(0), mPenWidth(1), mPenHeight(1),
+      mScale(1.0f), mForeColor{0, 0, 0}, mBackColor{65535, 65535, 65535}, mPenX(0), mPenY(0), mOriginX(0),
+      mOriginY(0), mMargin(0), mPatternOriginX(0), mPatternOriginY(0), mPattern{}, mShiftedPattern{},
+      mOwnsTarget(owns), mPageProvider(nullptr) {
+    std::memset(mPattern, 0xFF, sizeof mPattern);
+    std::memset(mShiftedPattern, 0xFF, sizeof mShiftedPattern);
 }
 
 Graphics::~Graphics() {
     if (gCurrentGraphics == this)
         gCurrentGraphics = nullptr;
-    if (ownsTarget)
-        delete target;
+    if (mOwnsTarget)
+        delete mTarget;
 }
 
 void Graphics::ApplyPatternOrigin() {}
 
 void Graphics::SetPattern(const uint8_t bytes[8]) {
-    std::memcpy(pattern, bytes, 8);
+    std::memcpy(mPattern, bytes, 8);
     ApplyPatternOrigin();
 }
 
 void Graphics::SetPatternKind(int32_t kind) {
     for (int i = 0; i < 8; ++i) {
         switch (kind) {
-        case 1: pattern[i] = (i % 2) ? 0xAA : 0x55; break;
-        case 2: pattern[i] = (i % 2) ? 0x00 : 0xFF; break;
-        case 3: pattern[i] = 0xAA; break;
-        default: pattern[i] = 0xFF; break;
+        case 1: mPattern[i] = (i % 2) ? 0xAA : 0x55; break;
+        case 2: mPattern[i] = (i % 2) ? 0x00 : 0xFF; break;
+        case 3: mPattern[i] = 0xAA; break;
+        default: mPattern[i] = 0xFF; break;
         }
     }
     ApplyPatternOrigin();
@@ -52,23 +52,23 @@ void Graphics::SetFont(const FontSpec &spec) {
     SetTextStyle(spec.style);
 }
 
-void Graphics::SetTextFont(const std::string &name) { textFont = name; }
-void Graphics::SetTextSize(int32_t size) { textSize = size; }
-void Graphics::SetTextStyle(int32_t style) { textStyle = style; }
+void Graphics::SetTextFont(const std::string &name) { mTextFont = name; }
+void Graphics::SetTextSize(int32_t size) { mTextSize = size; }
+void Graphics::SetTextStyle(int32_t style) { mTextStyle = style; }
 
 void Graphics::SetPenSize(int32_t w, int32_t h) {
-    penWidth = w;
-    penHeight = h;
+    mPenWidth = w;
+    mPenHeight = h;
 }
 
 void Graphics::MoveTo(int32_t x, int32_t y) {
-    penX = x;
-    penY = y;
+    mPenX = x;
+    mPenY = y;
 }
 
 void Graphics::LineTo(int32_t x, int32_t y) {
-    penX = x;
-    penY = y;
+    mPenX = x;
+    mPenY = y;
 }
 
 namespace {
@@ -138,7 +138,7 @@ int32_t Graphics::FitText(std::string_view text, int32_t width, bool wordBreak) 
 
 void Graphics::DrawStringCondensed(std::string_view text, int32_t x, int32_t y, int32_t width,
                                    std::string_view ellipsis) {
-    const int32_t savedStyle = textStyle;
+    const int32_t savedStyle = mTextStyle;
     BeginText();
     UpdateFont();
     std::string_view shown = text;
@@ -146,7 +146,7 @@ void Graphics::DrawStringCondensed(std::string_view text, int32_t x, int32_t y, 
     if (TextWidth(shown) > width) {
         // Ask for the condensed face; the toolkit has none, so the measure
         // is the same and the text is cut below.
-        SetTextStyle(textStyle | kStyleCondensed);
+        SetTextStyle(mTextStyle | kStyleCondensed);
         if (TextWidth(shown) > width) {
             int32_t ellipsisWidth = TextWidth(ellipsis);
             if (ellipsisWidth >= width) {
@@ -167,33 +167,33 @@ void Graphics::DrawStringCondensed(std::string_view text, int32_t x, int32_t y, 
 
 // ---------------------------------------------------------------- savers
 
-ClipSaver::ClipSaver(Graphics &g) : g_(g), had_(g.ClipRect() != nullptr) {
-    if (had_) {
+ClipSaver::ClipSaver(Graphics &g) : mGraphics(g), mHad(g.ClipRect() != nullptr) {
+    if (mHad) {
         // The stored clip is already moved by the origin; give it back in the
         // caller's terms.
-        saved_ = *g.ClipRect();
-        saved_.left = static_cast<int16_t>(saved_.left + g.OriginX());
-        saved_.right = static_cast<int16_t>(saved_.right + g.OriginX());
-        saved_.top = static_cast<int16_t>(saved_.top + g.OriginY());
-        saved_.bottom = static_cast<int16_t>(saved_.bottom + g.OriginY());
+        mSaved = *g.ClipRect();
+        mSaved.left = static_cast<int16_t>(mSaved.left + g.OriginX());
+        mSaved.right = static_cast<int16_t>(mSaved.right + g.OriginX());
+        mSaved.top = static_cast<int16_t>(mSaved.top + g.OriginY());
+        mSaved.bottom = static_cast<int16_t>(mSaved.bottom + g.OriginY());
     }
 }
 
-ClipSaver::~ClipSaver() { g_.SetClipRect(had_ ? &saved_ : nullptr); }
+ClipSaver::~ClipSaver() { mGraphics.SetClipRect(mHad ? &mSaved : nullptr); }
 
 GraphicsStateSaver::GraphicsStateSaver(Graphics &g)
-    : g_(g), fore_(g.ForeColor()), back_(g.BackColor()), penW_(g.PenWidth()), penH_(g.PenHeight()),
-      penX_(g.PenX()), penY_(g.PenY()), font_(g.TextFont()), size_(g.TextSize()),
-      style_(g.TextStyle()), clip_(g) {}
+    : mGraphics(g), mFore(g.ForeColor()), mBack(g.BackColor()), mPenW(g.PenWidth()), mPenH(g.PenHeight()),
+      mPenX(g.PenX()), mPenY(g.PenY()), mFont(g.TextFont()), mSize(g.TextSize()),
+      mStyle(g.TextStyle()), mClip(g) {}
 
 GraphicsStateSaver::~GraphicsStateSaver() {
-    g_.SetForeColor(fore_);
-    g_.SetBackColor(back_);
-    g_.SetPenSize(penW_, penH_);
-    g_.MoveTo(penX_, penY_);
-    g_.SetTextFont(font_);
-    g_.SetTextSize(size_);
-    g_.SetTextStyle(style_);
+    mGraphics.SetForeColor(mFore);
+    mGraphics.SetBackColor(mBack);
+    mGraphics.SetPenSize(mPenW, mPenH);
+    mGraphics.MoveTo(mPenX, mPenY);
+    mGraphics.SetTextFont(mFont);
+    mGraphics.SetTextSize(mSize);
+    mGraphics.SetTextStyle(mStyle);
 }
 
 } // namespace kelp

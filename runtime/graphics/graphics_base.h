@@ -41,18 +41,18 @@ public:
     virtual void SetTextFont(const std::string &name);
     virtual void SetTextSize(int32_t size);
     virtual void SetTextStyle(int32_t style);
-    const std::string &TextFont() const { return textFont; }
-    int32_t TextSize() const { return textSize; }
-    int32_t TextStyle() const { return textStyle; }
+    const std::string &TextFont() const { return mTextFont; }
+    int32_t TextSize() const { return mTextSize; }
+    int32_t TextStyle() const { return mTextStyle; }
 
     // --- pen and colours.  The pen size is remembered but GDK lines stay one
     // pixel wide.
     virtual void SetPenSize(int32_t w, int32_t h);
     virtual void ResetPen() { SetPenSize(1, 1); }
-    virtual void SetForeColor(const RGBColor &rgb) { foreColor = rgb; }
-    virtual void SetBackColor(const RGBColor &rgb) { backColor = rgb; }
-    const RGBColor &ForeColor() const { return foreColor; }
-    const RGBColor &BackColor() const { return backColor; }
+    virtual void SetForeColor(const RGBColor &rgb) { mForeColor = rgb; }
+    virtual void SetBackColor(const RGBColor &rgb) { mBackColor = rgb; }
+    const RGBColor &ForeColor() const { return mForeColor; }
+    const RGBColor &BackColor() const { return mBackColor; }
 
     // --- shapes, in window coordinates.
     virtual void FrameRect(const Rect &r) { (void)r; }
@@ -115,22 +115,22 @@ public:
     virtual void DrawFocusRing(const Rect &r) { (void)r; }
 
     // --- target
-    GraphicsTarget *Target() const { return target; }
+    GraphicsTarget *Target() const { return mTarget; }
     void SetOrigin(int32_t x, int32_t y) {
-        originX = x;
-        originY = y;
+        mOriginX = x;
+        mOriginY = y;
     }
-    int32_t OriginX() const { return originX; }
-    int32_t OriginY() const { return originY; }
-    int32_t PenX() const { return penX; }
-    int32_t PenY() const { return penY; }
-    int32_t PenWidth() const { return penWidth; }
-    int32_t PenHeight() const { return penHeight; }
-    const uint8_t *Pattern() const { return pattern; }
-    const uint8_t *ShiftedPattern() const { return shiftedPattern; }
+    int32_t OriginX() const { return mOriginX; }
+    int32_t OriginY() const { return mOriginY; }
+    int32_t PenX() const { return mPenX; }
+    int32_t PenY() const { return mPenY; }
+    int32_t PenWidth() const { return mPenWidth; }
+    int32_t PenHeight() const { return mPenHeight; }
+    const uint8_t *Pattern() const { return mPattern; }
+    const uint8_t *ShiftedPattern() const { return mShiftedPattern; }
     void SetPatternOrigin(int32_t x, int32_t y) {
-        patternOriginX = x;
-        patternOriginY = y;
+        mPatternOriginX = x;
+        mPatternOriginY = y;
     }
 
 protected:
@@ -138,21 +138,21 @@ protected:
     virtual void BeginText() {}
     virtual void EndText() {}
 
-    GraphicsTarget *target;
-    std::string textFont;
-    int32_t textSize;
-    int32_t textStyle;
-    int32_t penWidth, penHeight;
-    float scale;
-    RGBColor foreColor, backColor;
-    int32_t penX, penY;
-    int32_t originX, originY;
-    int32_t margin;
-    int32_t patternOriginX, patternOriginY;
-    uint8_t pattern[8];
-    uint8_t shiftedPattern[8];
-    bool ownsTarget;
-    void *pageProvider;
+    GraphicsTarget *mTarget;
+    std::string mTextFont;
+    int32_t mTextSize;
+    int32_t mTextStyle;
+    int32_t mPenWidth, mPenHeight;
+    float mScale;
+    RGBColor mForeColor, mBackColor;
+    int32_t mPenX, mPenY;
+    int32_t mOriginX, mOriginY;
+    int32_t mMargin;
+    int32_t mPatternOriginX, mPatternOriginY;
+    uint8_t mPattern[8];
+    uint8_t mShiftedPattern[8];
+    bool mOwnsTarget;
+    void *mPageProvider;
 };
 
 // The Graphics being drawn with at the moment (a Paint event's), or null.
@@ -168,9 +168,9 @@ public:
     ClipSaver &operator=(const ClipSaver &) = delete;
 
 private:
-    Graphics &g_;
-    bool had_;
-    Rect saved_;
+    Graphics &mGraphics;
+    bool mHad;
+    Rect mSaved;
 };
 
 // Puts back colours, pen, position, font, style and clip at the end of a
@@ -183,12 +183,12 @@ public:
     GraphicsStateSaver &operator=(const GraphicsStateSaver &) = delete;
 
 private:
-    Graphics &g_;
-    RGBColor fore_, back_;
-    int32_t penW_, penH_, penX_, penY_;
-    std::string font_;
-    int32_t size_, style_;
-    ClipSaver clip_;
+    Graphics &mGraphics;
+    RGBColor mFore, mBack;
+    int32_t mPenW, mPenH, mPenX, mPenY;
+    std::string mFont;
+    int32_t mSize, mStyle;
+    ClipSaver mClip;
 };
 
 } // namespace kelp

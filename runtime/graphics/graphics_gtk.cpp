@@ -38,7 +38,7 @@ int32_t RoundPangoUnits(int32_t v) {
 
 GraphicsGTK::GraphicsGTK(GraphicsTarget *t, bool owns) : Graphics(t, owns) {
     if (DisplayAvailable())
-        pangoContext = gdk_pango_context_get();
+        mPangoContext = gdk_pango_context_get();
 }
 
 GraphicsGTK::~GraphicsGTK() {
@@ -46,18 +46,18 @@ GraphicsGTK::~GraphicsGTK() {
         gGcUser = nullptr;
         gGcInUse = nullptr;
     }
-    if (clipRect) {
+    if (mClipRect) {
         // Leave the shared GC unclipped for the pane's next user.
-        if (target && target->Drawable() && target->GetGC())
-            gdk_gc_set_clip_rectangle(target->GetGC(), nullptr);
-        delete clipRect;
+        if (mTarget && mTarget->Drawable() && mTarget->GetGC())
+            gdk_gc_set_clip_rectangle(mTarget->GetGC(), nullptr);
+        delete mClipRect;
     }
-    if (fontDescription)
-        pango_font_description_free(fontDescription);
-    if (pangoLayout)
-        g_object_unref(pangoLayout);
-    if (pangoContext)
-        g_object_unref(pangoContext);
+    if (mFontDescription)
+        pango_font_description_free(mFontDescription);
+    if (mPangoLayout)
+        g_object_unref(mPangoLayout);
+    if (mPangoContext)
+        g_object_unref(mPangoContext);
 }
 
 GraphicsGTK *GraphicsGTK::ForPixmap(int32_t width, int32_t height) {
@@ -67,21 +67,21 @@ GraphicsGTK *GraphicsGTK::ForPixmap(int32_t width, int32_t height) {
 // ------------------------------------------------------------ coordinates
 
 Rect GraphicsGTK::ToDrawable(const Rect &r, bool clipToPane) const {
-    int32_t left = std::min(r.left, r.right) - originX, right = std::max(r.left, r.right) - originX;
-    int32_t top = std::min(r.top, r.bottom) - originY, bottom = std::max(r.top, r.bottom) - originY;
-    if (target && target->OnScreen()) {
-        if (clipToPane && target->SharesWindowDrawable()) {
-            Rect pane = target->Bounds();
+    int32_t left = std::min(r.left, r.right) - mOriginX, right = std::max(r.left, r.right) - mOriginX;
+    int32_t top = std::min(r.top, r.bottom) - mOriginY, bottom = std::max(r.top, r.bottom) - mOriginY;
+    if (mTarget && mTarget->OnScreen()) {
+        if (clipToPane && mTarget->SharesWindowDrawable()) {
+            Rect pane = mTarget->Bounds();
             right = std::min<int32_t>(right, pane.right);
             bottom = std::min<int32_t>(bottom, pane.bottom);
         }
-        left += target->DrawableOffsetX();
-        right += target->DrawableOffsetX();
-        top += target->DrawableOffsetY();
-        bottom += target->DrawableOffsetY();
-    } else if (clipToPane && clipRect) {
-        right = std::min<int32_t>(right, clipRect->right);
-        bottom = std::min<int32_t>(bottom, clipRect->bottom);
+        left += mTarget->DrawableOffsetX();
+        right += mTarget->DrawableOffsetX();
+        top += mTarget->DrawableOffsetY();
+        bottom += mTarget->DrawableOffsetY();
+    } else if (clipToPane && mClipRect) {
+        right = std::min<int32_t>(right, mClipRect->right);
+        bottom = std::min<int32_t>(bottom, mClipRect->bottom);
     }
     if (right < left)
         right = left;
@@ -91,29 +91,29 @@ Rect GraphicsGTK::ToDrawable(const Rect &r, bool clipToPane) const {
 }
 
 int32_t GraphicsGTK::ToDrawableX(int32_t x) const {
-    x -= originX;
-    if (target && target->OnScreen())
-        x += target->DrawableOffsetX();
+    x -= mOriginX;
+    if (mTarget && mTarget->OnScreen())
+        x += mTarget->DrawableOffsetX();
     return x;
 }
 
 int32_t GraphicsGTK::ToDrawableY(int32_t y) const {
-    y -= originY;
-    if (target && target->OnScreen())
-        y += target->DrawableOffsetY();
+    y -= mOriginY;
+    if (mTarget && mTarget->OnScreen())
+        y += mTarget->DrawableOffsetY();
     return y;
 }
 
 // ------------------------------------------------------------ GC and colour
 
-GdkDrawable *GraphicsGTK::Drawable() const { return target ? target->Drawable() : nullptr; }
+GdkDrawable *GraphicsGTK::Drawable() const { return mTarget ? mTarget->Drawable() : nullptr; }
 
 void GraphicsGTK::ApplyForeground(GdkGC *gc) {
     GdkDrawable *d = Drawable();
     GdkColormap *colormap = d ? gdk_drawable_get_colormap(d) : nullptr;
     if (!colormap)
         colormap = gdk_colormap_get_system();
-    GdkColor color = {0, foreColor.red, foreColor.green, foreColor.blue};
+    GdkColor color = {0, mForeColor.red, mForeColor.green, mForeColor.blue};
     gdk_colormap_alloc_color(colormap, &color, FALSE, TRUE);
     gdk_gc_set_foreground(gc, &color);
 }
@@ -121,22 +121,22 @@ void GraphicsGTK::ApplyForeground(GdkGC *gc) {
 GdkGC *GraphicsGTK::GC() {
     if (!Drawable())
         return nullptr;
-    GdkGC *gc = target->GetGC();
+    GdkGC *gc = mTarget->GetGC();
     if (!gc)
         return nullptr;
-    if (!gcReady || gGcUser != this || gGcInUse != gc) {
+    if (!mGcReady || gGcUser != this || gGcInUse != gc) {
         ApplyForeground(gc);
-        if (clipRect) {
-            Rect clip = *clipRect;
-            Rect d = ToDrawable(Rect{Clamp16(clip.top + originY), Clamp16(clip.left + originX),
-                                     Clamp16(clip.bottom + originY), Clamp16(clip.right + originX)},
+        if (mClipRect) {
+            Rect clip = *mClipRect;
+            Rect d = ToDrawable(Rect{Clamp16(clip.top + mOriginY), Clamp16(clip.left + mOriginX),
+                                     Clamp16(clip.bottom + mOriginY), Clamp16(clip.right + mOriginX)},
                                 false);
             GdkRectangle area = {d.left, d.top, d.right - d.left, d.bottom - d.top};
             gdk_gc_set_clip_rectangle(gc, &area);
         } else {
             gdk_gc_set_clip_rectangle(gc, nullptr);
         }
-        gcReady = true;
+        mGcReady = true;
         gGcUser = this;
         gGcInUse = gc;
     }
@@ -145,29 +145,29 @@ GdkGC *GraphicsGTK::GC() {
 
 void GraphicsGTK::SetForeColor(const RGBColor &rgb) {
     Graphics::SetForeColor(rgb);
-    if (gcReady && gGcUser == this && Drawable())
-        if (GdkGC *gc = target->GetGC())
+    if (mGcReady && gGcUser == this && Drawable())
+        if (GdkGC *gc = mTarget->GetGC())
             ApplyForeground(gc);
 }
 
 void GraphicsGTK::ApplyPatternOrigin() {
-    const int dx = ((patternOriginX + originX) % 8 + 8) % 8;
-    const int dy = ((patternOriginY + originY) % 8 + 8) % 8;
+    const int dx = ((mPatternOriginX + mOriginX) % 8 + 8) % 8;
+    const int dy = ((mPatternOriginY + mOriginY) % 8 + 8) % 8;
     for (int row = 0; row < 8; ++row) {
-        uint8_t b = pattern[(row + dy) % 8];
-        shiftedPattern[row] = static_cast<uint8_t>(dx ? ((b << dx) | (b >> (8 - dx))) : b);
+        uint8_t b = mPattern[(row + dy) % 8];
+        mShiftedPattern[row] = static_cast<uint8_t>(dx ? ((b << dx) | (b >> (8 - dx))) : b);
     }
 }
 
 void GraphicsGTK::SetClipRect(const Rect *rect) {
-    delete clipRect;
-    clipRect = nullptr;
+    delete mClipRect;
+    mClipRect = nullptr;
     if (rect) {
-        clipRect = new Rect{Clamp16(rect->top - originY), Clamp16(rect->left - originX),
-                            Clamp16(rect->bottom - originY), Clamp16(rect->right - originX)};
+        mClipRect = new Rect{Clamp16(rect->top - mOriginY), Clamp16(rect->left - mOriginX),
+                            Clamp16(rect->bottom - mOriginY), Clamp16(rect->right - mOriginX)};
     }
     // The GC takes the new clip at the next drawing.
-    gcReady = false;
+    mGcReady = false;
     if (Drawable())
         GC();
 }
@@ -206,13 +206,13 @@ void GraphicsGTK::EraseRect(const Rect &r) {
     if (!ShapeAreaOf(r, a))
         return;
     uint32_t back = 0xFFFFFF;
-    const bool onScreen = target->OnScreen();
-    const bool hasBack = onScreen && target->BackColor(back);
+    const bool onScreen = mTarget->OnScreen();
+    const bool hasBack = onScreen && mTarget->BackColor(back);
     if (onScreen && !hasBack && GDK_IS_WINDOW(Drawable())) {
         gdk_window_clear_area(GDK_WINDOW(Drawable()), a.left, a.top, a.width, a.height);
         return;
     }
-    const RGBColor saved = foreColor;
+    const RGBColor saved = mForeColor;
     SetForeColor(ColorWordToRGB(back));
     gdk_draw_rectangle(Drawable(), a.gc, TRUE, a.left, a.top, a.width, a.height);
     SetForeColor(saved);
@@ -281,7 +281,7 @@ void GraphicsGTK::FillOval(const Rect &r) {
 
 void GraphicsGTK::LineTo(int32_t x, int32_t y) {
     if (GdkGC *gc = GC())
-        gdk_draw_line(Drawable(), gc, ToDrawableX(penX), ToDrawableY(penY), ToDrawableX(x), ToDrawableY(y));
+        gdk_draw_line(Drawable(), gc, ToDrawableX(mPenX), ToDrawableY(mPenY), ToDrawableX(x), ToDrawableY(y));
     Graphics::LineTo(x, y);
 }
 
@@ -302,60 +302,60 @@ void GraphicsGTK::DrawPolygon(const int32_t *coords, int32_t count, bool fill) {
 // ------------------------------------------------------------ text
 
 void GraphicsGTK::SetTextFont(const std::string &name) {
-    if (name != textFont) {
-        textFont = name;
-        fontValid = false;
+    if (name != mTextFont) {
+        mTextFont = name;
+        mFontValid = false;
     }
 }
 
 void GraphicsGTK::SetTextSize(int32_t size) {
-    if (size != textSize) {
-        textSize = size;
-        fontValid = false;
+    if (size != mTextSize) {
+        mTextSize = size;
+        mFontValid = false;
     }
 }
 
 void GraphicsGTK::SetTextStyle(int32_t style) {
-    if (style != textStyle) {
-        textStyle = style;
-        fontValid = false;
+    if (style != mTextStyle) {
+        mTextStyle = style;
+        mFontValid = false;
     }
 }
 
 void GraphicsGTK::UpdateFont() {
-    if (fontValid && fontDescription)
+    if (mFontValid && mFontDescription)
         return;
-    if (!pangoContext)
+    if (!mPangoContext)
         return;
-    FontSpec spec{textFont, textSize, textStyle};
-    if (fontDescription)
-        pango_font_description_free(fontDescription);
-    fontDescription = MakeFontDescription(spec);
-    if (pangoLayout)
-        g_object_unref(pangoLayout);
-    pangoLayout = pango_layout_new(pangoContext);
-    if (fontDescription)
-        pango_layout_set_font_description(pangoLayout, fontDescription);
-    fontValid = true;
-    metricsValid = false;
+    FontSpec spec{mTextFont, mTextSize, mTextStyle};
+    if (mFontDescription)
+        pango_font_description_free(mFontDescription);
+    mFontDescription = MakeFontDescription(spec);
+    if (mPangoLayout)
+        g_object_unref(mPangoLayout);
+    mPangoLayout = pango_layout_new(mPangoContext);
+    if (mFontDescription)
+        pango_layout_set_font_description(mPangoLayout, mFontDescription);
+    mFontValid = true;
+    mEtricsValid = false;
 }
 
 void GraphicsGTK::UpdateMetrics() {
     UpdateFont();
-    if (metricsValid)
+    if (mEtricsValid)
         return;
-    ascent = descent = height = -1;
-    metricsValid = true;
-    if (!pangoContext || !fontDescription)
+    mAscent = mDescent = mHeight = -1;
+    mEtricsValid = true;
+    if (!mPangoContext || !mFontDescription)
         return;
-    pango_context_set_font_description(pangoContext, fontDescription);
-    PangoFont *font = pango_context_load_font(pangoContext, fontDescription);
+    pango_context_set_font_description(mPangoContext, mFontDescription);
+    PangoFont *font = pango_context_load_font(mPangoContext, mFontDescription);
     if (!font)
         return;
     PangoFontMetrics *metrics = pango_font_get_metrics(font, nullptr);
-    ascent = RoundPangoUnits(pango_font_metrics_get_ascent(metrics)) - 1;
-    descent = RoundPangoUnits(pango_font_metrics_get_descent(metrics));
-    height = ascent + descent;
+    mAscent = RoundPangoUnits(pango_font_metrics_get_ascent(metrics)) - 1;
+    mDescent = RoundPangoUnits(pango_font_metrics_get_descent(metrics));
+    mHeight = mAscent + mDescent;
     pango_font_metrics_unref(metrics);
     g_object_unref(font);
 }
@@ -364,43 +364,43 @@ int32_t GraphicsGTK::Ascent() {
     if (!Drawable())
         return 0;
     UpdateMetrics();
-    return ascent;
+    return mAscent;
 }
 
 int32_t GraphicsGTK::Descent() {
     if (!Drawable())
         return 0;
     UpdateMetrics();
-    return descent;
+    return mDescent;
 }
 
 int32_t GraphicsGTK::TextHeight() {
     if (!Drawable())
         return 0;
     UpdateMetrics();
-    return height;
+    return mHeight;
 }
 
 bool GraphicsGTK::PrepareLayout(std::string_view text) {
     BeginText();
     UpdateFont();
-    if (!pangoLayout)
+    if (!mPangoLayout)
         return false;
     const std::string valid = ValidText(text);
     // A layout left wrapped or aligned by a wrapped drawing starts plain again.
-    pango_layout_set_width(pangoLayout, -1);
-    pango_layout_set_alignment(pangoLayout, PANGO_ALIGN_LEFT);
-    pango_layout_set_text(pangoLayout, valid.data(), static_cast<int>(valid.size()));
-    if (textStyle & kStyleUnderline) {
+    pango_layout_set_width(mPangoLayout, -1);
+    pango_layout_set_alignment(mPangoLayout, PANGO_ALIGN_LEFT);
+    pango_layout_set_text(mPangoLayout, valid.data(), static_cast<int>(valid.size()));
+    if (mTextStyle & kStyleUnderline) {
         PangoAttrList *list = pango_attr_list_new();
         PangoAttribute *underline = pango_attr_underline_new(PANGO_UNDERLINE_SINGLE);
         underline->start_index = 0;
         underline->end_index = static_cast<guint>(valid.size());
         pango_attr_list_insert(list, underline);
-        pango_layout_set_attributes(pangoLayout, list);
+        pango_layout_set_attributes(mPangoLayout, list);
         pango_attr_list_unref(list);
     } else {
-        pango_layout_set_attributes(pangoLayout, nullptr);
+        pango_layout_set_attributes(mPangoLayout, nullptr);
     }
     return true;
 }
@@ -410,7 +410,7 @@ void GraphicsGTK::DrawText(std::string_view text, int32_t x, int32_t y, int32_t 
     GdkGC *gc = GC();
     if (!gc || !PrepareLayout(text))
         return;
-    gdk_draw_layout(Drawable(), gc, ToDrawableX(x), ToDrawableY(y) - Ascent(), pangoLayout);
+    gdk_draw_layout(Drawable(), gc, ToDrawableX(x), ToDrawableY(y) - Ascent(), mPangoLayout);
     EndText();
 }
 
@@ -418,7 +418,7 @@ int32_t GraphicsGTK::TextWidth(std::string_view text) {
     if (!Drawable() || !PrepareLayout(text))
         return 0;
     int w = 0, h = 0;
-    pango_layout_get_pixel_size(pangoLayout, &w, &h);
+    pango_layout_get_pixel_size(mPangoLayout, &w, &h);
     EndText();
     return w;
 }
@@ -427,11 +427,11 @@ int32_t GraphicsGTK::WrappedHeight(std::string_view text, int32_t width) {
     if (!Drawable() || !PrepareLayout(text))
         return 0;
     if (width > 0) {
-        pango_layout_set_width(pangoLayout, width * PANGO_SCALE);
-        pango_layout_set_wrap(pangoLayout, PANGO_WRAP_WORD);
+        pango_layout_set_width(mPangoLayout, width * PANGO_SCALE);
+        pango_layout_set_wrap(mPangoLayout, PANGO_WRAP_WORD);
     }
     int w = 0, h = 0;
-    pango_layout_get_pixel_size(pangoLayout, &w, &h);
+    pango_layout_get_pixel_size(mPangoLayout, &w, &h);
     EndText();
     return h;
 }
@@ -441,16 +441,16 @@ void GraphicsGTK::DrawTextWrapped(std::string_view text, const Rect &r, int32_t 
     if (!gc || !PrepareLayout(text))
         return;
     if (align == 1)
-        pango_layout_set_alignment(pangoLayout, PANGO_ALIGN_CENTER);
+        pango_layout_set_alignment(mPangoLayout, PANGO_ALIGN_CENTER);
     else if (align == 2)
-        pango_layout_set_alignment(pangoLayout, PANGO_ALIGN_RIGHT);
+        pango_layout_set_alignment(mPangoLayout, PANGO_ALIGN_RIGHT);
     const int32_t width = std::abs(r.right - r.left);
     if (width > 0) {
-        pango_layout_set_width(pangoLayout, width * PANGO_SCALE);
-        pango_layout_set_wrap(pangoLayout, PANGO_WRAP_WORD);
+        pango_layout_set_width(mPangoLayout, width * PANGO_SCALE);
+        pango_layout_set_wrap(mPangoLayout, PANGO_WRAP_WORD);
     }
     Rect d = ToDrawable(r, false);
-    gdk_draw_layout(Drawable(), gc, d.left, d.top, pangoLayout);
+    gdk_draw_layout(Drawable(), gc, d.left, d.top, mPangoLayout);
     EndText();
 }
 
@@ -464,7 +464,7 @@ void GraphicsGTK::DrawStockIcon(int32_t kind, int32_t x, int32_t y, int32_t w, i
     if (!gc || kind < 0 || kind > 3 || w < 1 || h < 1)
         return;
     if (!cache[kind]) {
-        if (GtkWidget *widget = target->Widget()) {
+        if (GtkWidget *widget = mTarget->Widget()) {
             cache[kind] = gtk_widget_render_icon(widget, kStock[kind], GTK_ICON_SIZE_DIALOG, nullptr);
         } else if (GtkIconSet *set = gtk_icon_factory_lookup_default(kStock[kind])) {
             cache[kind] = gtk_icon_set_render_icon(set, gtk_widget_get_default_style(), GTK_TEXT_DIR_LTR,
@@ -512,7 +512,7 @@ void GraphicsGTK::SetPixel(int32_t x, int32_t y, const RGBColor &rgb) {
     GdkGC *gc = GC();
     if (!gc)
         return;
-    const RGBColor saved = foreColor;
+    const RGBColor saved = mForeColor;
     SetForeColor(rgb);
     gdk_draw_point(Drawable(), gc, ToDrawableX(x), ToDrawableY(y));
     SetForeColor(saved);

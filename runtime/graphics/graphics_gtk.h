@@ -31,9 +31,9 @@ public:
     static GraphicsGTK *ForPixmap(int32_t width, int32_t height);
 
     void ApplyPatternOrigin() override;
-    bool HasClip() const override { return clipRect != nullptr; }
+    bool HasClip() const override { return mClipRect != nullptr; }
     void SetClipRect(const Rect *rect) override;
-    const Rect *ClipRect() const override { return clipRect; }
+    const Rect *ClipRect() const override { return mClipRect; }
 
     void UpdateFont() override;
     void SetTextFont(const std::string &name) override;
@@ -76,8 +76,8 @@ public:
     int32_t ToDrawableY(int32_t y) const;
 
     // The font description in use (after UpdateFont); null without a display.
-    const PangoFontDescription *FontDescription() const { return fontDescription; }
-    PangoLayout *Layout() const { return pangoLayout; }
+    const PangoFontDescription *FontDescription() const { return mFontDescription; }
+    PangoLayout *Layout() const { return mPangoLayout; }
 
 private:
     GdkDrawable *Drawable() const;
@@ -97,14 +97,14 @@ private:
     // asks for it.  False when there is no layout.
     bool PrepareLayout(std::string_view text);
 
-    PangoFontDescription *fontDescription = nullptr;
-    Rect *clipRect = nullptr;
-    bool gcReady = false;
-    bool fontValid = false;
-    bool metricsValid = false;
-    int32_t ascent = -1, descent = -1, height = -1;
-    PangoContext *pangoContext = nullptr;
-    PangoLayout *pangoLayout = nullptr;
+    PangoFontDescription *mFontDescription = nullptr;
+    Rect *mClipRect = nullptr;
+    bool mGcReady = false;
+    bool mFontValid = false;
+    bool mEtricsValid = false;
+    int32_t mAscent = -1, mDescent = -1, mHeight = -1;
+    PangoContext *mPangoContext = nullptr;
+    PangoLayout *mPangoLayout = nullptr;
 };
 
 } // namespace kelp

@@ -7,101 +7,101 @@ namespace kelp {
 // ------------------------------------------------------------ WidgetTarget
 
 WidgetTarget::WidgetTarget(GtkWidget *widget, Rect bounds, Placement placement, int32_t menuBarHeight)
-    : widget_(widget), bounds_(bounds), useWidgetSize_(false), placement_(placement),
-      menuBarHeight_(menuBarHeight) {
-    if (widget_)
-        g_object_ref(widget_);
+    : mWidget(widget), mBounds(bounds), mUseWidgetSize(false), mPlacement(placement),
+      mMenuBarHeight(menuBarHeight) {
+    if (mWidget)
+        g_object_ref(mWidget);
 }
 
 WidgetTarget::WidgetTarget(GtkWidget *widget)
-    : widget_(widget), bounds_{}, useWidgetSize_(true), placement_(kWindowItself), menuBarHeight_(0) {
-    if (widget_)
-        g_object_ref(widget_);
+    : mWidget(widget), mBounds{}, mUseWidgetSize(true), mPlacement(kWindowItself), mMenuBarHeight(0) {
+    if (mWidget)
+        g_object_ref(mWidget);
 }
 
 WidgetTarget::~WidgetTarget() {
-    if (gc_)
-        g_object_unref(gc_);
-    if (widget_)
-        g_object_unref(widget_);
+    if (mGc)
+        g_object_unref(mGc);
+    if (mWidget)
+        g_object_unref(mWidget);
 }
 
 GdkDrawable *WidgetTarget::Drawable() {
-    if (!widget_ || !DisplayAvailable() || !GTK_WIDGET_REALIZED(widget_))
+    if (!mWidget || !DisplayAvailable() || !GTK_WIDGET_REALIZED(mWidget))
         return nullptr;
-    return GDK_DRAWABLE(widget_->window);
+    return GDK_DRAWABLE(mWidget->window);
 }
 
 GdkGC *WidgetTarget::GetGC() {
-    if (!gc_) {
+    if (!mGc) {
         GdkDrawable *d = Drawable();
         if (d)
-            gc_ = gdk_gc_new(d);
+            mGc = gdk_gc_new(d);
     }
-    return gc_;
+    return mGc;
 }
 
 Rect WidgetTarget::Bounds() const {
-    if (!useWidgetSize_)
-        return bounds_;
+    if (!mUseWidgetSize)
+        return mBounds;
     Rect r;
-    if (widget_) {
-        r.right = static_cast<int16_t>(widget_->allocation.width);
-        r.bottom = static_cast<int16_t>(widget_->allocation.height);
+    if (mWidget) {
+        r.right = static_cast<int16_t>(mWidget->allocation.width);
+        r.bottom = static_cast<int16_t>(mWidget->allocation.height);
     }
     return r;
 }
 
 int32_t WidgetTarget::DrawableOffsetX() const {
-    return placement_ == kOwnWindow ? -bounds_.left : 0;
+    return mPlacement == kOwnWindow ? -mBounds.left : 0;
 }
 
 int32_t WidgetTarget::DrawableOffsetY() const {
-    return placement_ == kOwnWindow ? -bounds_.top : menuBarHeight_;
+    return mPlacement == kOwnWindow ? -mBounds.top : mMenuBarHeight;
 }
 
 bool WidgetTarget::BackColor(uint32_t &colorWord) const {
-    if (hasBackColor_)
-        colorWord = backColor_;
-    return hasBackColor_;
+    if (mHasBackColor)
+        colorWord = mBackColor;
+    return mHasBackColor;
 }
 
 // ------------------------------------------------------------ PixmapTarget
 
-PixmapTarget::PixmapTarget(int32_t width, int32_t height) : width_(width), height_(height) {
+PixmapTarget::PixmapTarget(int32_t width, int32_t height) : mWidth(width), mHeight(height) {
     if (!DisplayAvailable() || width < 1 || height < 1)
         return;
     GdkScreen *screen = gdk_screen_get_default();
     GdkWindow *root = gdk_screen_get_root_window(screen);
-    pixmap_ = gdk_pixmap_new(root, width, height, -1);
-    if (!pixmap_)
+    mPixmap = gdk_pixmap_new(root, width, height, -1);
+    if (!mPixmap)
         return;
-    if (!gdk_drawable_get_colormap(pixmap_))
-        gdk_drawable_set_colormap(pixmap_, gdk_screen_get_system_colormap(screen));
+    if (!gdk_drawable_get_colormap(mPixmap))
+        gdk_drawable_set_colormap(mPixmap, gdk_screen_get_system_colormap(screen));
     // A new picture is white, as a new sheet of paper would be.
     GdkGC *gc = GetGC();
     GdkColor white = {0, 65535, 65535, 65535};
     gdk_gc_set_rgb_fg_color(gc, &white);
-    gdk_draw_rectangle(pixmap_, gc, TRUE, 0, 0, width, height);
+    gdk_draw_rectangle(mPixmap, gc, TRUE, 0, 0, width, height);
 }
 
 PixmapTarget::~PixmapTarget() {
-    if (gc_)
-        g_object_unref(gc_);
-    if (pixmap_)
-        g_object_unref(pixmap_);
+    if (mGc)
+        g_object_unref(mGc);
+    if (mPixmap)
+        g_object_unref(mPixmap);
 }
 
 GdkGC *PixmapTarget::GetGC() {
-    if (!gc_ && pixmap_)
-        gc_ = gdk_gc_new(pixmap_);
-    return gc_;
+    if (!mGc && mPixmap)
+        mGc = gdk_gc_new(mPixmap);
+    return mGc;
 }
 
 Rect PixmapTarget::Bounds() const {
     Rect r;
-    r.right = static_cast<int16_t>(width_ > 0 ? width_ : 0);
-    r.bottom = static_cast<int16_t>(height_ > 0 ? height_ : 0);
+    r.right = static_cast<int16_t>(mWidth > 0 ? mWidth : 0);
+    r.bottom = static_cast<int16_t>(mHeight > 0 ? mHeight : 0);
     return r;
 }
 

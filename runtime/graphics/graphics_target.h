@@ -71,29 +71,29 @@ public:
 
     GdkDrawable *Drawable() override;
     GdkGC *GetGC() override;
-    GtkWidget *Widget() override { return widget_; }
+    GtkWidget *Widget() override { return mWidget; }
     bool OnScreen() const override { return true; }
     Rect Bounds() const override;
     int32_t DrawableOffsetX() const override;
     int32_t DrawableOffsetY() const override;
-    bool SharesWindowDrawable() const override { return placement_ == kSharesWindow; }
+    bool SharesWindowDrawable() const override { return mPlacement == kSharesWindow; }
     bool BackColor(uint32_t &colorWord) const override;
 
-    void SetBounds(Rect bounds) { bounds_ = bounds; }
+    void SetBounds(Rect bounds) { mBounds = bounds; }
     void SetBackColor(bool has, uint32_t colorWord) {
-        hasBackColor_ = has;
-        backColor_ = colorWord;
+        mHasBackColor = has;
+        mBackColor = colorWord;
     }
 
 private:
-    GtkWidget *widget_;
-    GdkGC *gc_ = nullptr;
-    Rect bounds_;
-    bool useWidgetSize_;
-    Placement placement_;
-    int32_t menuBarHeight_;
-    bool hasBackColor_ = false;
-    uint32_t backColor_ = 0xFFFFFF;
+    GtkWidget *mWidget;
+    GdkGC *mGc = nullptr;
+    Rect mBounds;
+    bool mUseWidgetSize;
+    Placement mPlacement;
+    int32_t mMenuBarHeight;
+    bool mHasBackColor = false;
+    uint32_t mBackColor = 0xFFFFFF;
 };
 
 // An offscreen target: a GdkPixmap of the screen's depth, cleared to white.
@@ -103,16 +103,16 @@ public:
     PixmapTarget(int32_t width, int32_t height);
     ~PixmapTarget() override;
 
-    GdkDrawable *Drawable() override { return GDK_DRAWABLE(pixmap_); }
+    GdkDrawable *Drawable() override { return GDK_DRAWABLE(mPixmap); }
     GdkGC *GetGC() override;
     bool OnScreen() const override { return false; }
     Rect Bounds() const override;
-    GdkPixmap *Pixmap() const { return pixmap_; }
+    GdkPixmap *Pixmap() const { return mPixmap; }
 
 private:
-    GdkPixmap *pixmap_ = nullptr;
-    GdkGC *gc_ = nullptr;
-    int32_t width_, height_;
+    GdkPixmap *mPixmap = nullptr;
+    GdkGC *mGc = nullptr;
+    int32_t mWidth, mHeight;
 };
 
 } // namespace kelp

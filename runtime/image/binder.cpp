@@ -20,7 +20,7 @@ constexpr const char *kSource = "runtime/image/binder.cpp";
 
 class Binder {
 public:
-    explicit Binder(BindArea &area) : area_(area), bound_(area.codeSize, 0) {}
+    explicit Binder(BindArea &area) : mArea(area), mBound(area.codeSize, 0) {}
 
     void Report(int line, const char *condition, const std::string &message) {
         ++counts.failures;
@@ -33,19 +33,19 @@ public:
         const int64_t disp = reinterpret_cast<intptr_t>(target) - reinterpret_cast<intptr_t>(hole + 4);
         if (disp >= INT32_MIN && disp <= INT32_MAX)
             return static_cast<uint8_t *>(target);
-        auto it = stubFor_.find(target);
-        if (it != stubFor_.end())
+        auto it = mStubFor.find(target);
+        if (it != mStubFor.end())
             return it->second;
-        if (area_.stubCapacity - stubUsed_ < kStubSize)
+        if (mArea.stubCapacity - mStubUsed < kStubSize)
             return nullptr;
-        uint8_t *stub = area_.stubs + stubUsed_;
-        stubUsed_ += kStubSize;
+        uint8_t *stub = mArea.stubs + mStubUsed;
+        mStubUsed += kStubSize;
         // jmp qword [rip+0], then the address; int3 as filler.
         const uint8_t jump[6] = {0xFF, 0x25, 0, 0, 0, 0};
         std::memcpy(stub, jump, sizeof jump);
         WriteU64(stub + 6, reinterpret_cast<uint64_t>(target));
         std::memset(stub + 14, 0xCC, kStubSize - 14);
-        stubFor_.emplace(target, stub);
+        mStubFor.emplace(target, stub);
         ++counts.stubs;
         return stub;
     }
@@ -56,20 +56,20 @@ public:
     void WalkChain(uint32_t head, bool relative, void *target, std::string_view name) {
         const size_t width = relative ? 4 : 8;
         for (uint32_t at = head; at != 0;) {
-            if (at > area_.codeSize || area_.codeSize - at < width) {
+            if (at > mArea.codeSize || mArea.codeSize - at < width) {
                 Report(__LINE__, "hole inside code",
                        "The chain of '" + std::string(name) + "' reaches offset " +
                            std::to_string(at) + ", outside the code segment");
                 return;
             }
-            if (bound_[at]) {
+            if (mBound[at]) {
                 Report(__LINE__, "chain ends",
                        "The chain of '" + std::string(name) + "' loops at offset " +
                            std::to_string(at));
                 return;
             }
-            bound_[at] = 1;
-            uint8_t *hole = area_.code + at;
+            mBound[at] = 1;
+            uint8_t *hole = mArea.code + at;
             const uint32_t next = ReadU32(hole);
             if (relative) {
                 uint8_t *to = Reachable(hole, target);
@@ -89,14 +89,14 @@ public:
 
     // The 8-byte word a data, code or string reference adjusts.
     uint8_t *Word(const LinkRecord &r) {
-        if (r.value > area_.codeSize || area_.codeSize - r.value < 8) {
+        if (r.value > mArea.codeSize || mArea.codeSize - r.value < 8) {
             Report(__LINE__, "offset inside code",
                    "The reference at link position " + std::to_string(r.position) +
                        " names offset " + std::to_string(r.value) +
                        ", outside the code segment");
             return nullptr;
         }
-        return area_.code + r.value;
+        return mArea.code + r.value;
     }
 
     void Import(const LinkRecord &r) {
@@ -129,7 +129,7 @@ public:
             return;
         const uint64_t d = ReadU64(word);
         // The record, the length byte and the NUL at least must lie in data.
-        if (d > area_.dataSize || area_.dataSize - d < KELP_LITERAL_TEXT_OFFSET + 2) {
+        if (d > mArea.dataSize || mArea.dataSize - d < KELP_LITERAL_TEXT_OFFSET + 2) {
             Report(__LINE__, "literal inside data",
                    "The string at data offset " + std::to_string(d) +
                        " lies outside the data segment");
@@ -137,11 +137,11 @@ public:
         }
         // Read and written by byte: a damaged image may place a literal off
         // its alignment.
-        uint8_t *literal = area_.data + d;
+        uint8_t *literal = mArea.data + d;
         uint8_t *text = literal + KELP_LITERAL_TEXT_OFFSET;
         const int32_t length = int32_t(ReadU32(literal + offsetof(stringStorage, length)));
         const uint64_t buffer = ReadU64(literal + offsetof(stringStorage, buffer));
-        const uint64_t room = area_.dataSize - d - KELP_LITERAL_TEXT_OFFSET;
+        const uint64_t room = mArea.dataSize - d - KELP_LITERAL_TEXT_OFFSET;
         if (length < 0 || uint64_t(length) + 2 > room ||
             (buffer != 0 && buffer != reinterpret_cast<uint64_t>(text))) {
             Report(__LINE__, "literal intact",
@@ -161,21 +161,21 @@ public:
         while (reader.Next(r, error)) {
             ++counts.records;
             switch (r.type) {
-            case 1:
+            case kLinkImport:
                 Import(r);
                 break;
-            case 2:
-            case 3:
+            case kLinkDataReference:
+            case kLinkCodeReference:
                 if (uint8_t *word = Word(r)) {
-                    uint8_t *base = r.type == 2 ? area_.data : area_.code;
+                    uint8_t *base = r.type == kLinkDataReference ? mArea.data : mArea.code;
                     WriteU64(word, ReadU64(word) + reinterpret_cast<uint64_t>(base));
                     ++counts.words;
                 }
                 break;
-            case 4:
+            case kLinkSoftImport:
                 SoftImport(r);
                 break;
-            case 5:
+            case kLinkStringReference:
                 StringReference(r);
                 break;
             default:
@@ -189,10 +189,10 @@ public:
     BindCounts counts;
 
 private:
-    BindArea &area_;
-    std::vector<uint8_t> bound_;
-    std::unordered_map<void *, uint8_t *> stubFor_;
-    size_t stubUsed_ = 0;
+    BindArea &mArea;
+    std::vector<uint8_t> mBound;
+    std::unordered_map<void *, uint8_t *> mStubFor;
+    size_t mStubUsed = 0;
 };
 
 } // namespace
@@ -203,7 +203,7 @@ size_t CountImports(const uint8_t *table, size_t size) {
     std::string error;
     size_t n = 0;
     while (reader.Next(r, error))
-        n += r.type == 1 || r.type == 4;
+        n += r.type == kLinkImport || r.type == kLinkSoftImport;
     return n;
 }
 

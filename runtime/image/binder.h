@@ -28,7 +28,7 @@ struct BindCounts {
     size_t failures = 0; // reports made
 };
 
-// Number of import records (types 1 and 4): an upper bound on the stubs a
+// Number of import and soft-import records: an upper bound on the stubs a
 // bind can need, since each import binds one target.
 size_t CountImports(const uint8_t *table, size_t size);
 

@@ -158,55 +158,55 @@ std::vector<uint8_t> EncodeAppendedImage(const Segments &segments) {
 // ------------------------------------------------------------- link table
 
 bool LinkTableReader::ReadName(size_t &at, std::string_view &name) {
-    if (at >= size_)
+    if (at >= mSize)
         return false;
-    const size_t length = table_[at];
+    const size_t length = mTable[at];
     // Length byte, text, and the NUL that the length doesn't count.
-    if (size_ - at < length + 2)
+    if (mSize - at < length + 2)
         return false;
-    name = std::string_view(reinterpret_cast<const char *>(table_ + at + 1), length);
+    name = std::string_view(reinterpret_cast<const char *>(mTable + at + 1), length);
     at += length + 2;
     return true;
 }
 
 bool LinkTableReader::Next(LinkRecord &record, std::string &error) {
-    if (at_ >= size_)
+    if (mAt >= mSize)
         return false;
     record = LinkRecord{};
-    record.position = at_;
-    record.type = table_[at_];
-    size_t at = at_ + 1;
+    record.position = mAt;
+    record.type = mTable[mAt];
+    size_t at = mAt + 1;
     auto cut = [&](const char *what) {
         error = "link record of type " + std::to_string(record.type) + " at " +
                 std::to_string(record.position) + " is cut off by the end of the table (" + what +
                 ")";
-        at_ = size_;
+        mAt = mSize;
         return false;
     };
     auto word = [&](uint32_t &v) {
-        if (size_ - at < 4)
+        if (mSize - at < 4)
             return false;
-        v = ReadU32(table_ + at);
+        v = ReadU32(mTable + at);
         at += 4;
         return true;
     };
     switch (record.type) {
-    case 1:
-        if (at >= size_)
+    case kLinkImport:
+        if (at >= mSize)
             return cut("relative flag");
-        record.relative = table_[at++] == 1;
+        record.relative = mTable[at++] == 1;
         if (!word(record.value))
             return cut("chain head");
         if (!ReadName(at, record.name))
             return cut("name");
         break;
-    case 2:
-    case 3:
-    case 5:
+    case kLinkDataReference:
+    case kLinkCodeReference:
+    case kLinkStringReference:
         if (!word(record.value))
             return cut("offset");
         break;
-    case 4:
+    case kLinkSoftImport:
         record.relative = true;
         if (!word(record.value))
             return cut("chain head");
@@ -216,10 +216,10 @@ bool LinkTableReader::Next(LinkRecord &record, std::string &error) {
             return cut("library name");
         break;
     default:
-        // Padding (0) and unknown types take one byte.
+        // Padding and unknown types take one byte.
         break;
     }
-    at_ = at;
+    mAt = at;
     return true;
 }
 
@@ -242,48 +242,48 @@ std::string FourCCText(uint32_t type) {
 }
 
 bool ResourceReader::Next(ResourceRecord &record, std::string &error) {
-    if (at_ >= size_)
+    if (mAt >= mSize)
         return false;
-    if (size_ - at_ < 14) {
-        error = "resource record at " + std::to_string(at_) + " is cut off (header)";
-        at_ = size_;
+    if (mSize - mAt < 14) {
+        error = "resource record at " + std::to_string(mAt) + " is cut off (header)";
+        mAt = mSize;
         return false;
     }
-    const uint8_t *p = seg_ + at_;
+    const uint8_t *p = mSeg + mAt;
     record.type = ReadU32(p);
     record.id = uint16_t(p[4] | p[5] << 8);
     record.length = ReadU32(p + 10);
-    if (uint64_t(record.length) > size_ - at_ - 14) {
+    if (uint64_t(record.length) > mSize - mAt - 14) {
         error = "resource " + FourCCText(record.type) + " " + std::to_string(record.id) +
-                " at " + std::to_string(at_) + " claims " + std::to_string(record.length) +
+                " at " + std::to_string(mAt) + " claims " + std::to_string(record.length) +
                 " bytes, more than its segment holds";
-        at_ = size_;
+        mAt = mSize;
         return false;
     }
-    record.dataOffset = at_ + 14;
-    record.data = seg_ + record.dataOffset;
-    at_ += 14 + size_t(record.length);
+    record.dataOffset = mAt + 14;
+    record.data = mSeg + record.dataOffset;
+    mAt += 14 + size_t(record.length);
     return true;
 }
 
 // ------------------------------------------------------------- options
 
 bool OptionReader::Next(OptionRecord &record, std::string &error) {
-    if (at_ >= size_)
+    if (mAt >= mSize)
         return false;
     record = OptionRecord{};
-    record.position = at_;
-    record.type = int8_t(seg_[at_]);
+    record.position = mAt;
+    record.type = int8_t(mSeg[mAt]);
     auto cut = [&](const char *what) {
         error = "option record of type " + std::to_string(record.type) + " at " +
                 std::to_string(record.position) + " runs past the end of its segment (" + what +
                 ")";
-        at_ = size_;
+        mAt = mSize;
         return false;
     };
-    const size_t left = size_ - at_ - 1;
-    const uint8_t *p = seg_ + at_ + 1;
-    if (record.type == 1) {
+    const size_t left = mSize - mAt - 1;
+    const uint8_t *p = mSeg + mAt + 1;
+    if (record.type == kOptionWindowIcon) {
         if (left < 2)
             return cut("icon size");
         record.width = p[0];
@@ -292,10 +292,10 @@ bool OptionReader::Next(OptionRecord &record, std::string &error) {
         if (pixelBytes > left - 2)
             return cut("icon pixels");
         record.pixels = p + 2;
-        at_ += 3 + size_t(pixelBytes);
+        mAt += 3 + size_t(pixelBytes);
         return true;
     }
-    if (record.type == 2) {
+    if (record.type == kOptionVersion) {
         if (left < 24)
             return cut("version words");
         for (int i = 0; i < 6; ++i)
@@ -314,10 +314,10 @@ bool OptionReader::Next(OptionRecord &record, std::string &error) {
         }
         record.block = p;
         record.blockLength = uint32_t(at);
-        at_ += 1 + at;
+        mAt += 1 + at;
         return true;
     }
-    at_ += 1;
+    mAt += 1;
     return true;
 }
 

@@ -54,28 +54,38 @@ std::vector<uint8_t> EncodeAppendedImage(const Segments &segments);
 
 // ------------------------------------------------------------- link table
 
+// The record types of a link table.  A byte of any other value is skipped.
+enum LinkRecordType : uint8_t {
+    kLinkPadding = 0,         // one byte, skipped
+    kLinkImport = 1,          // a runtime export by name, with its chain of holes
+    kLinkDataReference = 2,   // a word that gets the data segment's address added
+    kLinkCodeReference = 3,   // a word that gets the code segment's address added
+    kLinkSoftImport = 4,      // a function of a shared library, with its chain
+    kLinkStringReference = 5, // a word that gets the address of a string constant
+};
+
 struct LinkRecord {
-    uint8_t type = 0;        // 0..5; other values are skipped as one byte
+    uint8_t type = 0;        // a LinkRecordType, or another byte that is skipped
     size_t position = 0;     // where the record starts in the table
-    bool relative = false;   // type 1: displacement hole; type 4 always
-    uint32_t value = 0;      // chain head (1, 4) or word offset (2, 3, 5)
-    std::string_view name;   // type 1: export name; type 4: function name
-    std::string_view library; // type 4
+    bool relative = false;   // imports: displacement holes; soft imports always
+    uint32_t value = 0;      // chain head (imports) or word offset (references)
+    std::string_view name;   // the export's or the function's name
+    std::string_view library; // soft imports
 };
 
 // Walks a LinkTable one record at a time.
 class LinkTableReader {
 public:
-    LinkTableReader(const uint8_t *table, size_t size) : table_(table), size_(size) {}
+    LinkTableReader(const uint8_t *table, size_t size) : mTable(table), mSize(size) {}
     // False at the end, or when a record is cut off by the table's end (then
     // error says which, and the walk is over).
     bool Next(LinkRecord &record, std::string &error);
 
 private:
     bool ReadName(size_t &at, std::string_view &name);
-    const uint8_t *table_;
-    size_t size_;
-    size_t at_ = 0;
+    const uint8_t *mTable;
+    size_t mSize;
+    size_t mAt = 0;
 };
 
 // ------------------------------------------------------------- resources
@@ -90,13 +100,13 @@ struct ResourceRecord {
 
 class ResourceReader {
 public:
-    ResourceReader(const uint8_t *segment, size_t size) : seg_(segment), size_(size) {}
+    ResourceReader(const uint8_t *segment, size_t size) : mSeg(segment), mSize(size) {}
     bool Next(ResourceRecord &record, std::string &error);
 
 private:
-    const uint8_t *seg_;
-    size_t size_;
-    size_t at_ = 0;
+    const uint8_t *mSeg;
+    size_t mSize;
+    size_t mAt = 0;
 };
 
 // Four-character code from text ("WAVE") and back.
@@ -110,13 +120,19 @@ struct VersionBlock {
     std::string_view shortVersion, longVersion, packageInfo;
 };
 
+// The record types of the options segment.
+enum OptionType : int8_t {
+    kOptionWindowIcon = 1, // the windows' default icon, RGBA
+    kOptionVersion = 2,    // the version block the Application's properties read
+};
+
 struct OptionRecord {
-    int8_t type = 0;
+    int8_t type = 0; // an OptionType; another type stops nothing but is reported
     size_t position = 0;
-    // Type 1, window icon.
+    // kOptionWindowIcon.
     uint32_t width = 0, height = 0;
     const uint8_t *pixels = nullptr; // width*height*4 bytes RGBA
-    // Type 2, version block: the block behind the type byte and its length.
+    // kOptionVersion: the block behind the type byte and its length.
     VersionBlock version;
     const uint8_t *block = nullptr;
     uint32_t blockLength = 0;
@@ -124,16 +140,16 @@ struct OptionRecord {
 
 class OptionReader {
 public:
-    OptionReader(const uint8_t *segment, size_t size) : seg_(segment), size_(size) {}
+    OptionReader(const uint8_t *segment, size_t size) : mSeg(segment), mSize(size) {}
     // An unknown type comes back as a record of that type, and the walk goes
     // on at the next byte.  A record that runs past the segment's end is an
     // error and ends the walk.
     bool Next(OptionRecord &record, std::string &error);
 
 private:
-    const uint8_t *seg_;
-    size_t size_;
-    size_t at_ = 0;
+    const uint8_t *mSeg;
+    size_t mSize;
+    size_t mAt = 0;
 };
 
 // ------------------------------------------------------------- symbols

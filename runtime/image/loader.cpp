@@ -102,7 +102,7 @@ void RecordOptions(const Segments &s) {
     GList *icons = nullptr;
     const bool display = DisplayAvailable();
     while (reader.Next(r, error)) {
-        if (r.type == 1) {
+        if (r.type == kOptionWindowIcon) {
             if (!display || r.width == 0 || r.height == 0)
                 continue;
             GdkPixbuf *icon = gdk_pixbuf_new(GDK_COLORSPACE_RGB, TRUE, 8, int(r.width), int(r.height));
@@ -115,7 +115,7 @@ void RecordOptions(const Segments &s) {
                 std::memcpy(pixels + size_t(y) * size_t(stride), r.pixels + size_t(y) * r.width * 4,
                             size_t(r.width) * 4);
             icons = g_list_prepend(icons, icon);
-        } else if (r.type == 2) {
+        } else if (r.type == kOptionVersion) {
             AddResource(kResourceVersion, 0, r.block, r.blockLength, 0);
         } else {
             ReportOption("Unknown option record of type " + std::to_string(r.type) +

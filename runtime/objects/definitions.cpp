@@ -22,11 +22,6 @@ namespace {
 
 constexpr const char *kFile = "runtime/objects/definitions.cpp";
 
-void Assert(bool ok, int line, const char *condition, const char *message = "") {
-    if (!ok)
-        FatalReport(kFatalFailedAssertion, kFile, line, condition, message);
-}
-
 std::string Key(std::string_view name) { return AsciiLowered(name); }
 
 // Registries live to the end of the process, like the classes they make.
@@ -122,48 +117,55 @@ bool ResolveInterfaces(ObjectDefinition *definition) {
 
 KelpString Text(const std::string &s) { return objtext::Make(s); }
 
-RuntimeClass *Convert(ObjectDefinition *definition) {
-    RuntimeClass *superClass = nullptr;
-    if (definition->super) {
-        superClass = ClassForDefinition(definition->super);
-        Assert(superClass != nullptr, __LINE__, "super");
-    }
-    ResolveInterfaces(definition);
+// The sizes of the class a definition converts into, each counting the
+// super's rows first.
+struct ClassSizes {
+    int32_t properties = 0, interfaces = 0, events = 0, directMethods = 0, methods = 0;
+};
 
-    // Number the properties behind the super's.
-    int32_t superProperties = superClass ? superClass->propertyCount : 0;
+// Numbers the definition's properties and events behind the super's rows
+// and counts every table of the class to be.
+ClassSizes NumberRows(ObjectDefinition *definition, const RuntimeClass *superClass) {
+    ClassSizes sizes;
+    const int32_t superProperties = superClass ? superClass->propertyCount : 0;
     int32_t next = superProperties;
     for (InstanceVariable *v = definition->instanceVariables; v; v = v->next) {
-        Assert(0 == (v->userFlags & kItemSystemVirtual), __LINE__,
-               "0 == (item->userFlags & systemPropertyVirtual)");
+        KELP_ASSERT(0 == (v->userFlags & kItemSystemVirtual), kFile,
+                    "0 == (item->userFlags & systemPropertyVirtual)");
         if (!v->IsConstant())
             v->mPropertyTableIndex = next++;
     }
     definition->mPropertyTableSize = next;
 
-    int32_t interfaces = superClass ? superClass->interfaceCount : 0;
+    sizes.interfaces = superClass ? superClass->interfaceCount : 0;
     for (InterfaceItem *i = definition->interfaces; i; i = i->next)
-        ++interfaces;
-    int32_t events = superClass ? superClass->eventCount : 0;
+        ++sizes.interfaces;
+    sizes.events = superClass ? superClass->eventCount : 0;
     for (ObjectHook *h = definition->hooks; h; h = h->next)
-        h->index = events++;
-    int32_t directMethods = superClass ? superClass->directMethodCount : 0;
+        h->index = sizes.events++;
+    sizes.directMethods = superClass ? superClass->directMethodCount : 0;
     for (ObjectMethod *m = definition->methods; m; m = m->next)
-        directMethods += (m->row->entry.code ? 1 : 0) + (m->row->secondEntry.code ? 1 : 0);
-    int32_t propertyCount = superProperties;
+        sizes.directMethods += (m->row->entry.code ? 1 : 0) + (m->row->secondEntry.code ? 1 : 0);
+    sizes.properties = superProperties;
     for (InstanceVariable *v = definition->instanceVariables; v; v = v->next) {
         if (v->IsConstant())
             continue;
-        Assert(v->mPropertyTableIndex == propertyCount, __LINE__,
-               "item->mPropertyTableIndex == propertyCount");
-        ++propertyCount;
+        KELP_ASSERT(v->mPropertyTableIndex == sizes.properties, kFile,
+                    "item->mPropertyTableIndex == propertyCount");
+        ++sizes.properties;
     }
-    Assert(propertyCount == definition->mPropertyTableSize, __LINE__,
-           "propertyCount == defn->mPropertyTableSize");
-    int32_t methods = superClass ? superClass->methodCount : 0;
+    KELP_ASSERT(sizes.properties == definition->mPropertyTableSize, kFile,
+                "propertyCount == defn->mPropertyTableSize");
+    sizes.methods = superClass ? superClass->methodCount : 0;
+    return sizes;
+}
 
-    RuntimeClass *out =
-        RuntimeNewClass(superClass, methods, interfaces, events, directMethods, propertyCount);
+// The class record with its tables, its name, its life-cycle functions and
+// its instance size (at least the super's).
+RuntimeClass *NewClassRecord(const ObjectDefinition *definition, RuntimeClass *superClass,
+                             const ClassSizes &sizes) {
+    RuntimeClass *out = RuntimeNewClass(superClass, sizes.methods, sizes.interfaces, sizes.events,
+                                        sizes.directMethods, sizes.properties);
     if (!out)
         return nullptr;
     out->name = objtext::Make(objtext::View(definition->className));
@@ -174,9 +176,12 @@ RuntimeClass *Convert(ObjectDefinition *definition) {
         out->instanceSize = superClass->instanceSize;
     if (definition->isInterface)
         out->isInterface = 1;
+    return out;
+}
 
-    // Events: own hooks behind the inherited rows, then the implementations
-    // of inherited events.
+// Events: own hooks behind the inherited rows, then the implementations of
+// inherited events.
+void FillEvents(ObjectDefinition *definition, RuntimeClass *out) {
     for (ObjectHook *h = definition->hooks; h; h = h->next)
         out->eventTable[h->index].name = objtext::Make(h->name ? h->name : "");
     for (ObjectHookInstance *hi = definition->hookInstances; hi; hi = hi->next) {
@@ -189,11 +194,14 @@ RuntimeClass *Convert(ObjectDefinition *definition) {
         if (hi->id >= 0 && hi->id < out->eventCount)
             out->eventTable[hi->id].handler = hi->code;
     }
+}
 
-    // Interfaces behind the super's.
+// Interfaces behind the super's, each with its method table.
+void FillInterfaces(const ObjectDefinition *definition, const RuntimeClass *superClass,
+                    RuntimeClass *out) {
     int32_t itableCtr = superClass ? superClass->interfaceCount : 0;
     for (InterfaceItem *item = definition->interfaces; item; item = item->next) {
-        Assert(itableCtr < out->interfaceCount, __LINE__, "itableCtr < out->interfaceCount");
+        KELP_ASSERT(itableCtr < out->interfaceCount, kFile, "itableCtr < out->interfaceCount");
         if (itableCtr >= out->interfaceCount)
             break;
         ObjectDefinition *iface = item->interface ? item->interface() : nullptr;
@@ -208,8 +216,11 @@ RuntimeClass *Convert(ObjectDefinition *definition) {
             row.methodTable[slot].signature = Text(MethodSignature(iface, *m->row));
         }
     }
+}
 
-    // Direct methods behind the super's: the entry, then the assigning form.
+// Direct methods behind the super's: the entry, then the assigning form.
+void FillDirectMethods(const ObjectDefinition *definition, const RuntimeClass *superClass,
+                       RuntimeClass *out) {
     int32_t directCtr = superClass ? superClass->directMethodCount : 0;
     for (ObjectMethod *m = definition->methods; m; m = m->next) {
         if (m->row->entry.code && directCtr < out->directMethodCount) {
@@ -227,15 +238,18 @@ RuntimeClass *Convert(ObjectDefinition *definition) {
             out->directMethodTable[directCtr++].signature = Text(setter);
         }
     }
+}
 
-    // Properties behind the super's.
-    int32_t propertyCtr = superProperties;
+// Properties behind the super's; constants take no row.
+void FillProperties(const ObjectDefinition *definition, const RuntimeClass *superClass,
+                    RuntimeClass *out) {
+    int32_t propertyCtr = superClass ? superClass->propertyCount : 0;
     for (InstanceVariable *v = definition->instanceVariables; v; v = v->next) {
         if (v->IsConstant())
             continue;
-        Assert(propertyCtr < out->propertyCount, __LINE__, "propertyCtr < out->propertyCount");
-        Assert(propertyCtr == v->mPropertyTableIndex, __LINE__,
-               "propertyCtr == ivar->mPropertyTableIndex");
+        KELP_ASSERT(propertyCtr < out->propertyCount, kFile, "propertyCtr < out->propertyCount");
+        KELP_ASSERT(propertyCtr == v->mPropertyTableIndex, kFile,
+                    "propertyCtr == ivar->mPropertyTableIndex");
         if (propertyCtr >= out->propertyCount)
             break;
         RuntimePropertyRow &row = out->propertyTable[propertyCtr++];
@@ -244,6 +258,25 @@ RuntimeClass *Convert(ObjectDefinition *definition) {
         row.getter = v->row->getter.code;
         row.setter = v->row->setter.code;
     }
+}
+
+// A definition made into a class: the super first, the interfaces'
+// methods found, the rows numbered, then the record and its tables.
+RuntimeClass *Convert(ObjectDefinition *definition) {
+    RuntimeClass *superClass = nullptr;
+    if (definition->super) {
+        superClass = ClassForDefinition(definition->super);
+        KELP_ASSERT(superClass != nullptr, kFile, "super");
+    }
+    ResolveInterfaces(definition);
+    const ClassSizes sizes = NumberRows(definition, superClass);
+    RuntimeClass *out = NewClassRecord(definition, superClass, sizes);
+    if (!out)
+        return nullptr;
+    FillEvents(definition, out);
+    FillInterfaces(definition, superClass, out);
+    FillDirectMethods(definition, superClass, out);
+    FillProperties(definition, superClass, out);
     return out;
 }
 
@@ -365,17 +398,17 @@ void RegisterIntrinsicClass(ObjectDefinition *definition) {
 void RegisterIntrinsicModule(ObjectDefinition *definition) {
     if (!definition)
         return;
-    Assert(0 == definition->objectSize, __LINE__, "0 == defn->objectSize");
-    Assert(nullptr == definition->super, __LINE__, "NULL == defn->super");
-    Assert(nullptr == definition->initializer.toc, __LINE__, "NULL == defn->initializer.toc");
-    Assert(nullptr == definition->finalizer.toc, __LINE__, "NULL == defn->finalizer.toc");
-    Assert(nullptr == definition->hooks, __LINE__, "NULL == defn->hooks");
-    Assert(nullptr == definition->hookInstances, __LINE__, "NULL == defn->hookInstances");
-    Assert(nullptr == definition->menuHandlers, __LINE__, "NULL == defn->menuHandlers");
-    Assert(nullptr == definition->interfaces, __LINE__, "NULL == defn->interfaces");
+    KELP_ASSERT(0 == definition->objectSize, kFile, "0 == defn->objectSize");
+    KELP_ASSERT(nullptr == definition->super, kFile, "NULL == defn->super");
+    KELP_ASSERT(nullptr == definition->initializer.toc, kFile, "NULL == defn->initializer.toc");
+    KELP_ASSERT(nullptr == definition->finalizer.toc, kFile, "NULL == defn->finalizer.toc");
+    KELP_ASSERT(nullptr == definition->hooks, kFile, "NULL == defn->hooks");
+    KELP_ASSERT(nullptr == definition->hookInstances, kFile, "NULL == defn->hookInstances");
+    KELP_ASSERT(nullptr == definition->menuHandlers, kFile, "NULL == defn->menuHandlers");
+    KELP_ASSERT(nullptr == definition->interfaces, kFile, "NULL == defn->interfaces");
     std::string key = Key(objtext::View(definition->className));
     bool fresh = !R().modules.contains(key);
-    Assert(fresh, __LINE__, "not gIntrinsicModuleMap->HasEntry( defn->className )");
+    KELP_ASSERT(fresh, kFile, "not gIntrinsicModuleMap->HasEntry( defn->className )");
     if (!fresh)
         return;
     R().modules[key] = definition;

@@ -155,55 +155,55 @@ SubPane::~SubPane() {
         gFocusPane = nullptr;
     if (gCapturePane == this)
         gCapturePane = nullptr;
-    if (widget) {
-        GtkWidget *w = widget;
-        widget = nullptr;
+    if (mWidget) {
+        GtkWidget *w = mWidget;
+        mWidget = nullptr;
         gtk_widget_destroy(w);
         g_object_unref(w);
     }
 }
 
 void SubPane::SetWidget(GtkWidget *w) {
-    widget = w;
+    mWidget = w;
     g_object_ref_sink(w);
     PlaceWidget();
 }
 
 void SubPane::PlaceWidget() {
     PaneRoot *root = Root();
-    if (!widget || !root || root == this || !root->Fixed())
+    if (!mWidget || !root || root == this || !root->Fixed())
         return;
     GtkWidget *fixed = root->Fixed();
     // Negative sizes from a layout keep the bounds but request nothing.
     int w = std::max(0, width), h = std::max(0, height);
-    if (gtk_widget_get_parent(widget) == fixed)
-        gtk_fixed_move(GTK_FIXED(fixed), widget, bounds.left, bounds.top);
+    if (gtk_widget_get_parent(mWidget) == fixed)
+        gtk_fixed_move(GTK_FIXED(fixed), mWidget, bounds.left, bounds.top);
     else
-        gtk_fixed_put(GTK_FIXED(fixed), widget, bounds.left, bounds.top);
-    gtk_widget_set_size_request(widget, w, h);
+        gtk_fixed_put(GTK_FIXED(fixed), mWidget, bounds.left, bounds.top);
+    gtk_widget_set_size_request(mWidget, w, h);
 }
 
 PaneRoot *SubPane::Root() {
     SubPane *p = this;
-    while (p->parent)
-        p = p->parent;
+    while (p->mParent)
+        p = p->mParent;
     return dynamic_cast<PaneRoot *>(p);
 }
 
 bool SubPane::AddChild(SubPane *child) {
-    child->parent = this;
-    children.push_back(child);
+    child->mParent = this;
+    mChildren.push_back(child);
     return true;
 }
 
 void SubPane::RemoveChild(SubPane *child) {
-    children.erase(std::remove(children.begin(), children.end(), child), children.end());
-    if (child->parent == this)
-        child->parent = nullptr;
+    mChildren.erase(std::remove(mChildren.begin(), mChildren.end(), child), mChildren.end());
+    if (child->mParent == this)
+        child->mParent = nullptr;
 }
 
 bool SubPane::Contains(const SubPane *pane) const {
-    for (auto it = children.rbegin(); it != children.rend(); ++it)
+    for (auto it = mChildren.rbegin(); it != mChildren.rend(); ++it)
         if (*it == pane || (*it)->Contains(pane))
             return true;
     return false;
@@ -221,14 +221,14 @@ bool SubPane::HitTest(int32_t x, int32_t y) const {
 }
 
 GdkWindow *SubPane::GetDrawable() {
-    return widget && GTK_WIDGET_REALIZED(widget) ? widget->window : nullptr;
+    return mWidget && GTK_WIDGET_REALIZED(mWidget) ? mWidget->window : nullptr;
 }
 
 Graphics *SubPane::NewGraphics() {
-    if (!widget)
+    if (!mWidget)
         return nullptr;
-    auto *target = new WidgetTarget(widget, bounds,
-                                    GTK_WIDGET_NO_WINDOW(widget) ? WidgetTarget::kSharesWindow
+    auto *target = new WidgetTarget(mWidget, bounds,
+                                    GTK_WIDGET_NO_WINDOW(mWidget) ? WidgetTarget::kSharesWindow
                                                                  : WidgetTarget::kOwnWindow);
     return new GraphicsGTK(target, true);
 }
@@ -249,7 +249,7 @@ void SubPane::Invalidate(bool) {
     if (!drawable || closing)
         return;
     GdkRectangle r;
-    if (GTK_WIDGET_NO_WINDOW(widget)) {
+    if (GTK_WIDGET_NO_WINDOW(mWidget)) {
         r = {bounds.left, bounds.top, width, height};
     } else {
         r = {0, 0, width, height};
@@ -260,10 +260,10 @@ void SubPane::Invalidate(bool) {
 bool SubPane::MouseDown(int32_t, int32_t, int32_t) { return false; }
 
 bool SubPane::ContextualClick(int32_t x, int32_t y, int32_t modifiers) {
-    for (size_t i = children.size(); i-- > 0;) {
-        if (i >= children.size())
+    for (size_t i = mChildren.size(); i-- > 0;) {
+        if (i >= mChildren.size())
             continue;
-        SubPane *child = children[i];
+        SubPane *child = mChildren[i];
         if (child->visible && child->HitTest(x, y) && child->ContextualClick(x, y, modifiers))
             return true;
     }
@@ -273,7 +273,7 @@ bool SubPane::ContextualClick(int32_t x, int32_t y, int32_t modifiers) {
 void SubPane::MouseMove(int32_t x, int32_t y) {
     // Enter and exit come from rectangles, not from toolkit crossings: all
     // exits first, then enters and moves.
-    std::vector<SubPane *> snapshot = children;
+    std::vector<SubPane *> snapshot = mChildren;
     for (SubPane *child : snapshot)
         if (child->mouseInside && !(child->visible && child->HitTest(x, y))) {
             child->mouseInside = false;
@@ -295,7 +295,7 @@ bool SubPane::MouseWheel(int32_t, int32_t, int32_t) { return false; }
 bool SubPane::KeyDown(int32_t, int32_t, int32_t) { return false; }
 
 bool SubPane::CanFocus() {
-    return widget && enabled && visible && GTK_WIDGET_CAN_FOCUS(widget);
+    return mWidget && enabled && visible && GTK_WIDGET_CAN_FOCUS(mWidget);
 }
 
 void SubPane::SetBounds(Rect rect, bool invalidate) {
@@ -309,7 +309,7 @@ void SubPane::SetBounds(Rect rect, bool invalidate) {
     width = bounds.right - bounds.left;
     height = bounds.bottom - bounds.top;
     PlaceWidget();
-    for (SubPane *child : std::vector<SubPane *>(children)) {
+    for (SubPane *child : std::vector<SubPane *>(mChildren)) {
         Rect c = child->bounds;
         c.left += dx, c.right += dx, c.top += dy, c.bottom += dy;
         child->SetBounds(c, invalidate);
@@ -321,28 +321,28 @@ void SubPane::SetBounds(Rect rect, bool invalidate) {
 void SubPane::SetVisible(bool flag) {
     if (flag == visible)
         return;
-    if (flag && parent && !parent->visible)
+    if (flag && mParent && !mParent->visible)
         return;
     if (!flag && (gFocusPane == this || Contains(gFocusPane)))
         SetFocus(nullptr);
     visible = flag;
-    for (SubPane *child : std::vector<SubPane *>(children))
+    for (SubPane *child : std::vector<SubPane *>(mChildren))
         child->SetVisible(flag);
     Invalidate(true);
-    if (widget)
-        flag ? gtk_widget_show(widget) : gtk_widget_hide(widget);
+    if (mWidget)
+        flag ? gtk_widget_show(mWidget) : gtk_widget_hide(mWidget);
 }
 
 void SubPane::SetEnabled(bool flag, bool repaint) {
     if (flag == enabled)
         return;
-    if (flag && parent && !parent->enabled)
+    if (flag && mParent && !mParent->enabled)
         return;
     enabled = flag;
-    for (SubPane *child : std::vector<SubPane *>(children))
+    for (SubPane *child : std::vector<SubPane *>(mChildren))
         child->SetEnabled(flag, repaint);
-    if (widget)
-        gtk_widget_set_sensitive(widget, flag);
+    if (mWidget)
+        gtk_widget_set_sensitive(mWidget, flag);
     if (repaint)
         Invalidate(true);
     if (!flag && gFocusPane == this)
@@ -352,7 +352,7 @@ void SubPane::SetEnabled(bool flag, bool repaint) {
 bool SubPane::LockForEvent() {
     if (closing)
         return false;
-    for (SubPane *p = this; p; p = p->parent)
+    for (SubPane *p = this; p; p = p->mParent)
         p->Lock();
     return true;
 }
@@ -360,7 +360,7 @@ bool SubPane::LockForEvent() {
 bool SubPane::UnlockAfterEvent() {
     // Parents first, before an unlock can free this pane.
     std::vector<SubPane *> chain;
-    for (SubPane *p = this; p; p = p->parent)
+    for (SubPane *p = this; p; p = p->mParent)
         chain.push_back(p);
     bool wasClosing = closing;
     bool destroyed = false;
@@ -373,12 +373,12 @@ bool SubPane::UnlockAfterEvent() {
 bool SubPane::Unlock() {
     if (--lockCount >= 0)
         return false;
-    for (size_t i = children.size(); i-- > 0;)
-        if (i < children.size())
-            children[i]->Close();
+    for (size_t i = mChildren.size(); i-- > 0;)
+        if (i < mChildren.size())
+            mChildren[i]->Close();
     PaneRoot *root = Root();
-    if (parent)
-        parent->RemoveChild(this);
+    if (mParent)
+        mParent->RemoveChild(this);
     if (root && root != static_cast<SubPane *>(this))
         root->Unregister(this);
     delete this;

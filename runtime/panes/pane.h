@@ -79,9 +79,9 @@ public:
     bool HitTest(int32_t x, int32_t y) const;
     // The root of the pane's tree (its toolkit window), or null.
     PaneRoot *Root();
-    SubPane *Parent() const { return parent; }
-    const std::vector<SubPane *> &Children() const { return children; }
-    GtkWidget *GetWidget() const { return widget; }
+    SubPane *Parent() const { return mParent; }
+    const std::vector<SubPane *> &Children() const { return mChildren; }
+    GtkWidget *GetWidget() const { return mWidget; }
     void SetWidget(GtkWidget *w);
     bool IsClosing() const { return closing; }
 
@@ -96,9 +96,9 @@ public:
 protected:
     // Puts the widget into the root's GtkFixed at the pane's place.
     void PlaceWidget();
-    SubPane *parent = nullptr;
-    std::vector<SubPane *> children; // creation order = z-order, last on top
-    GtkWidget *widget = nullptr;
+    SubPane *mParent = nullptr;
+    std::vector<SubPane *> mChildren; // creation order = z-order, last on top
+    GtkWidget *mWidget = nullptr;
 };
 
 // A pane whose children are drawn over it.

@@ -16,7 +16,7 @@ public:
 
     // The toolkit container that holds the widgets of the tree's panes
     // (a GtkFixed), or null while there is none.
-    GtkWidget *Fixed() const { return widget; }
+    GtkWidget *Fixed() const { return mWidget; }
 
     // Every pane of the tree, in creation order.
     const std::vector<SubPane *> &PanesInCreationOrder() const { return mPanes; }

@@ -58,7 +58,7 @@ void RemoveTree(const std::string &path) {
 }
 
 TempFileShutDownTask::~TempFileShutDownTask() {
-    for (const std::string &path : paths_)
+    for (const std::string &path : mPaths)
         RemoveTree(path);
     if (gTempFiles == this)
         gTempFiles = nullptr;

@@ -34,10 +34,10 @@ class TempFileShutDownTask : public runShutdownTask {
 public:
     TempFileShutDownTask() : runShutdownTask("TempFileShutDownTask") {}
     ~TempFileShutDownTask() override;
-    void Add(const std::string &path) { paths_.push_back(path); }
+    void Add(const std::string &path) { mPaths.push_back(path); }
 
 private:
-    std::vector<std::string> paths_;
+    std::vector<std::string> mPaths;
 };
 
 // Registers a path for removal at the run-down, making the one

@@ -15,8 +15,8 @@ namespace {
 string MapBytes(const string &s, int (*map)(int)) {
     if (s.IsEmpty()) return s;
     std::string out(s.View());
-    for (char &c : out) c = (char)map((unsigned char)c);
-    return string::FromBytes(out.data(), (long)out.size(), s.Encoding());
+    for (char &c : out) c = static_cast<char>(map(static_cast<unsigned char>(c)));
+    return string::FromBytes(out.data(), static_cast<long>(out.size()), s.Encoding());
 }
 
 } // namespace
@@ -60,7 +60,7 @@ void Scan(const string &s, long *head, long *tail) {
         auto unit = [p](long i) {
             uint16_t u;
             std::memcpy(&u, p + 2 * i, 2);
-            return (uint32_t)u;
+            return static_cast<uint32_t>(u);
         };
         long a = 0, b = n / 2;
         while (a < b && IsTrimSpace(unit(a))) ++a;
@@ -131,7 +131,7 @@ extern "C" int32_t StringStrCompare(stringStorage *a, stringStorage *b, int32_t 
     auto sign = [](long v) { return v < 0 ? -1 : v > 0 ? 1 : 0; };
     if (mode == 0) {
         const long n = std::min(x.Length(), y.Length());
-        const int r = std::memcmp(x.CString(), y.CString(), (size_t)n);
+        const int r = std::memcmp(x.CString(), y.CString(), static_cast<size_t>(n));
         if (r != 0) return sign(r);
         return sign(x.Length() - y.Length());
     }

@@ -9,7 +9,7 @@ using namespace kelp::text;
 
 namespace {
 // Built once and held for the life of the process.
-stringStorage *Held(const char *text) { return string::FromBytes(text, (long)std::strlen(text), kEncodingASCII).Release(); }
+stringStorage *Held(const char *text) { return string::FromBytes(text, static_cast<long>(std::strlen(text)), kEncodingASCII).Release(); }
 } // namespace
 
 extern "C" stringStorage *getMacEndOfLine(void) {

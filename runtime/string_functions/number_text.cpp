@@ -45,12 +45,12 @@ std::string NumberToText(double value, NumberMode mode, int digits) {
     std::string text;
     const char *format = exponent ? "%.*e" : "%.*f";
     const int n = std::snprintf(small, sizeof small, format, precision, value);
-    if (n < (int)sizeof small) {
-        text.assign(small, (size_t)n);
+    if (n < static_cast<int>(sizeof small)) {
+        text.assign(small, static_cast<size_t>(n));
     } else {
-        text.resize((size_t)n + 1);
+        text.resize(static_cast<size_t>(n) + 1);
         std::snprintf(text.data(), text.size(), format, precision, value);
-        text.resize((size_t)n);
+        text.resize(static_cast<size_t>(n));
     }
     if (exponent) {
         const size_t at = text.find("e+0");
@@ -73,7 +73,7 @@ std::string NumberToText(double value, NumberMode mode, int digits) {
 namespace {
 
 stringStorage *Ascii(const std::string &text) {
-    return Out(string::FromBytes(text.data(), (long)text.size(), kEncodingASCII));
+    return Out(string::FromBytes(text.data(), static_cast<long>(text.size()), kEncodingASCII));
 }
 
 } // namespace
@@ -122,41 +122,52 @@ Section PickSection(const char *mask, long n, double value) {
     return first;
 }
 
-std::string FormatNumber(double value, const char *maskText, long maskLength) {
-    static const char kScientific[] = "-#.000000E+";
-    if (maskLength == 10 && AsciiEqualNoCase(std::string_view(maskText, 10), "Scientific")) {
-        maskText = kScientific;
-        maskLength = (long)sizeof kScientific - 1;
-    }
-    const Section sec = PickSection(maskText, maskLength, value);
-    const bool negative = value < 0;
-    double magnitude = std::fabs(value);
-
+// What a mask section asks for, read before any digit is written.
+struct MaskShape {
     int intPlaces = 0, fracPlaces = 0;
-    bool inFraction = false, percent = false, grouping = false, exponent = false;
+    bool percent = false, grouping = false, exponent = false;
+};
+
+MaskShape ReadMask(const Section &sec) {
+    MaskShape shape;
+    bool inFraction = false;
     for (long i = 0; i < sec.n; ++i) {
         const char c = sec.p[i];
         if (c == '\\') {
             ++i;
         } else if (c == '#' || c == '0') {
-            if (!exponent) (inFraction ? fracPlaces : intPlaces)++;
+            if (!shape.exponent) (inFraction ? shape.fracPlaces : shape.intPlaces)++;
         } else if (c == '.') {
             inFraction = true;
         } else if (c == '%') {
-            percent = true;
+            shape.percent = true;
         } else if (c == ',') {
-            grouping = true;
+            shape.grouping = true;
         } else if (c == 'e' || c == 'E') {
-            exponent = true;
+            shape.exponent = true;
         }
     }
-    if (percent) magnitude *= 100;
-    std::string text = NumberToText(magnitude, exponent ? NumberMode::kExponent : NumberMode::kFixed,
-                                    exponent ? fracPlaces + 1 : fracPlaces);
+    return shape;
+}
+
+// The value's digits as the C library writes them for the mask, trailing
+// fraction zeros dropped, with where the integer part and the exponent end.
+struct DigitText {
+    std::string text;
+    long point = 0;        // end of the integer digits
+    long exponentAt = 0;   // the 'e', or the end of the text
+    bool exponent = false; // the text has an exponent
+};
+
+DigitText WriteDigits(double magnitude, const MaskShape &shape) {
+    DigitText d;
+    std::string &text = d.text;
+    text = NumberToText(magnitude, shape.exponent ? NumberMode::kExponent : NumberMode::kFixed,
+                        shape.exponent ? shape.fracPlaces + 1 : shape.fracPlaces);
     text.erase(0, text.find_first_not_of(' ') == std::string::npos ? text.size()
                                                                   : text.find_first_not_of(' '));
     size_t ePos = text.find('e');
-    if (fracPlaces != 0) {
+    if (shape.fracPlaces != 0) {
         if (ePos != std::string::npos) {
             size_t start = ePos;
             while (start > 0 && text[start - 1] == '0') --start;
@@ -166,96 +177,138 @@ std::string FormatNumber(double value, const char *maskText, long maskLength) {
         }
     }
     ePos = text.find('e');
-    if (ePos == std::string::npos) exponent = false;
-    const long e = ePos == std::string::npos ? (long)text.size() : (long)ePos;
+    d.exponent = shape.exponent && ePos != std::string::npos;
+    d.exponentAt = ePos == std::string::npos ? static_cast<long>(text.size()) : static_cast<long>(ePos);
     const size_t dot = text.find('.');
-    const long point = (dot == std::string::npos || (long)dot > e) ? e : (long)dot;
+    d.point = (dot == std::string::npos || static_cast<long>(dot) > d.exponentAt) ? d.exponentAt
+                                                                                : static_cast<long>(dot);
+    return d;
+}
 
-    const std::string separator = LocaleThousandsSeparator();
-    std::string out;
-    long remaining = intPlaces, fractionIndex = 0;
-    bool firstPlaceholder = true, anyDigit = false, pointDone = false, pastMark = false,
-         exponentDone = false;
-    auto digit = [&](long at) {
-        if (grouping && anyDigit && (point - at) % 3 == 0) out += separator;
-        out += text[(size_t)at];
-        anyDigit = true;
-    };
-    for (long i = 0; i < sec.n; ++i) {
-        const char c = sec.p[i];
-        switch (c) {
-        case '\\':
-            if (i + 1 < sec.n) {
-                out += sec.p[++i];
-                while (i + 1 < sec.n && ((unsigned char)sec.p[i + 1] & 0xC0) == 0x80) out += sec.p[++i];
+// Walks the mask section once, writing the digits into its placeholders.
+class MaskWriter {
+public:
+    MaskWriter(const Section &sec, const MaskShape &shape, const DigitText &digits, double value)
+        : mSec(sec), mShape(shape), mDigits(digits), mValue(value),
+          mSeparator(LocaleThousandsSeparator()), mRemaining(shape.intPlaces) {}
+
+    std::string Write() {
+        for (long i = 0; i < mSec.n; ++i) {
+            const char c = mSec.p[i];
+            switch (c) {
+            case '\\': Literal(i); break;
+            case '#':
+            case '0': Placeholder(c); break;
+            case '.': DecimalPoint(); break;
+            case '+':
+                if (mValue < 0)
+                    mOut += '-';
+                else if (mValue > 0)
+                    mOut += '+';
+                break;
+            case '-':
+                if (mValue < 0) mOut += '-';
+                break;
+            case '%':
+            case '(':
+            case ')': mOut += c; break;
+            case 'e':
+            case 'E': Exponent(c, i); break;
+            default: break;
             }
-            break;
-        case '#':
-        case '0':
-            if (pastMark) break;
-            if (!pointDone) {
-                if (firstPlaceholder) {
-                    firstPlaceholder = false;
-                    for (long at = 0; at < point - intPlaces; ++at) digit(at);
-                }
-                const long at = point - remaining--;
-                if (at >= 0 && at < point) {
-                    digit(at);
-                } else if (c == '0') {
-                    out += '0';
-                    anyDigit = true;
-                }
-            } else {
-                const long at = point + 1 + fractionIndex++;
-                if (at < e)
-                    out += text[(size_t)at];
-                else if (c == '0')
-                    out += '0';
+        }
+        return mOut;
+    }
+
+private:
+    // A backslash writes the next character as it is, all its UTF-8 bytes.
+    void Literal(long &i) {
+        if (i + 1 >= mSec.n) return;
+        mOut += mSec.p[++i];
+        while (i + 1 < mSec.n && (static_cast<unsigned char>(mSec.p[i + 1]) & 0xC0) == 0x80)
+            mOut += mSec.p[++i];
+    }
+
+    void Digit(long at) {
+        if (mShape.grouping && mAnyDigit && (mDigits.point - at) % 3 == 0) mOut += mSeparator;
+        mOut += mDigits.text[static_cast<size_t>(at)];
+        mAnyDigit = true;
+    }
+
+    // '#' writes a digit that is there, '0' a digit or a zero.  The first
+    // integer placeholder also takes the digits that the mask has no room
+    // for.
+    void Placeholder(char c) {
+        if (mPastMark) return;
+        const long point = mDigits.point;
+        if (!mPointDone) {
+            if (mFirstPlaceholder) {
+                mFirstPlaceholder = false;
+                for (long at = 0; at < point - mShape.intPlaces; ++at) Digit(at);
             }
-            break;
-        case '.':
-            if (!pointDone) {
-                pointDone = true;
-                out += LocaleDecimalPoint();
+            const long at = point - mRemaining--;
+            if (at >= 0 && at < point) {
+                Digit(at);
+            } else if (c == '0') {
+                mOut += '0';
+                mAnyDigit = true;
             }
-            break;
-        case '+':
-            if (negative)
-                out += '-';
-            else if (value > 0)
-                out += '+';
-            break;
-        case '-':
-            if (negative) out += '-';
-            break;
-        case '%':
-        case '(':
-        case ')':
-            out += c;
-            break;
-        case 'e':
-        case 'E':
-            pastMark = true;
-            if (exponent && !exponentDone) {
-                exponentDone = true;
-                out += c;
-                std::string power = text.substr((size_t)e + 1);
-                const char next = i + 1 < sec.n ? sec.p[i + 1] : '\0';
-                if (next == '+') {
-                    ++i;
-                    if (power.empty() || (power[0] != '+' && power[0] != '-')) power.insert(0, "+");
-                } else if (next == '-') {
-                    ++i;
-                    if (!power.empty() && power[0] == '+') power.erase(0, 1);
-                }
-                out += power;
-            }
-            break;
-        default:
-            break;
+        } else {
+            const long at = point + 1 + mFractionIndex++;
+            if (at < mDigits.exponentAt)
+                mOut += mDigits.text[static_cast<size_t>(at)];
+            else if (c == '0')
+                mOut += '0';
         }
     }
-    return out;
+
+    void DecimalPoint() {
+        if (mPointDone) return;
+        mPointDone = true;
+        mOut += LocaleDecimalPoint();
+    }
+
+    // The mark and the power once; a following '+' forces the power's sign,
+    // a '-' drops a plus.
+    void Exponent(char c, long &i) {
+        mPastMark = true;
+        if (!mDigits.exponent || mExponentDone) return;
+        mExponentDone = true;
+        mOut += c;
+        std::string power = mDigits.text.substr(static_cast<size_t>(mDigits.exponentAt) + 1);
+        const char next = i + 1 < mSec.n ? mSec.p[i + 1] : '\0';
+        if (next == '+') {
+            ++i;
+            if (power.empty() || (power[0] != '+' && power[0] != '-')) power.insert(0, "+");
+        } else if (next == '-') {
+            ++i;
+            if (!power.empty() && power[0] == '+') power.erase(0, 1);
+        }
+        mOut += power;
+    }
+
+    const Section &mSec;
+    const MaskShape &mShape;
+    const DigitText &mDigits;
+    const double mValue;
+    const std::string mSeparator;
+    std::string mOut;
+    long mRemaining, mFractionIndex = 0;
+    bool mFirstPlaceholder = true, mAnyDigit = false, mPointDone = false, mPastMark = false,
+         mExponentDone = false;
+};
+
+std::string FormatNumber(double value, const char *maskText, long maskLength) {
+    static const char kScientific[] = "-#.000000E+";
+    if (maskLength == 10 && AsciiEqualNoCase(std::string_view(maskText, 10), "Scientific")) {
+        maskText = kScientific;
+        maskLength = static_cast<long>(sizeof kScientific) - 1;
+    }
+    const Section sec = PickSection(maskText, maskLength, value);
+    const MaskShape shape = ReadMask(sec);
+    const double magnitude = std::fabs(value) * (shape.percent ? 100 : 1);
+    const DigitText digits = WriteDigits(magnitude, shape);
+    return MaskWriter(sec, shape, digits, value).Write();
 }
 
 } // namespace
@@ -263,7 +316,7 @@ std::string FormatNumber(double value, const char *maskText, long maskLength) {
 extern "C" stringStorage *StringFormat(double value, stringStorage *mask) {
     const string m = Arg(mask);
     const std::string out = FormatNumber(value, m.CString(), m.Length());
-    return Out(string::FromBytes(out.data(), (long)out.size(), mask ? m.Encoding() : kEncodingASCII));
+    return Out(string::FromBytes(out.data(), static_cast<long>(out.size()), mask ? m.Encoding() : kEncodingASCII));
 }
 
 // -------------------------------------------------------------------- Val
@@ -271,7 +324,7 @@ extern "C" stringStorage *StringFormat(double value, stringStorage *mask) {
 namespace {
 
 locale_t CLocale() {
-    static locale_t c = newlocale(LC_ALL_MASK, "C", (locale_t)0);
+    static locale_t c = newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr));
     return c;
 }
 
@@ -290,15 +343,15 @@ double ValOf(const string &in) {
         }
         uint32_t acc = 0;
         for (long i = 2; i < n; ++i) {
-            const unsigned char c = (unsigned char)p[i];
+            const unsigned char c = static_cast<unsigned char>(p[i]);
             int v = -1;
             if (c >= '0' && c <= '9') v = c - '0';
             else if (base == 16 && c >= 'a' && c <= 'z') v = c - 'a' + 10;
             else if (base == 16 && c >= 'A' && c <= 'Z') v = c - 'A' + 10;
             if (v < 0 || (base != 16 && v >= base)) continue;  // anything else is skipped
-            acc = acc * (uint32_t)base + (uint32_t)v;
+            acc = acc * static_cast<uint32_t>(base) + static_cast<uint32_t>(v);
         }
-        return (double)(int32_t)acc;
+        return static_cast<double>(static_cast<int32_t>(acc));
     }
     // The language's numbers always use "." whatever the user's locale.
     return strtod_l(p, nullptr, CLocale());
@@ -329,14 +382,14 @@ extern "C" double runCDbl(stringStorage *s) {
             clean += text[i++];
         }
     }
-    return ValOf(string::FromBytes(clean.data(), (long)clean.size(), kEncodingUTF8));
+    return ValOf(string::FromBytes(clean.data(), static_cast<long>(clean.size()), kEncodingUTF8));
 }
 
 // -------------------------------------------------------- Hex, Oct, Bin
 
 namespace {
 stringStorage *InBase(int32_t value, unsigned shift) {
-    uint32_t v = (uint32_t)value;
+    uint32_t v = static_cast<uint32_t>(value);
     char digits[33];
     int at = 33;
     const uint32_t mask = (1u << shift) - 1;

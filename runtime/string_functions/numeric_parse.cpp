@@ -38,17 +38,17 @@ bool ParsePrefixed(const char *p, long n, double *value) {
         const int v = DigitValue(p[i], base);
         if (v < 0) break;
         // Wraps as Val's accumulator does, so both agree on long texts.
-        acc = acc * (uint32_t)base + (uint32_t)v;
+        acc = acc * static_cast<uint32_t>(base) + static_cast<uint32_t>(v);
     }
     if (i == 2) return false;
     while (i < n && IsBlank(p[i])) ++i;
     if (i != n) return false;
-    if (value) *value = (double)(int32_t)acc;
+    if (value) *value = static_cast<double>(static_cast<int32_t>(acc));
     return true;
 }
 
 locale_t CLocale() {
-    static const locale_t c = newlocale(LC_ALL_MASK, "C", (locale_t)0);
+    static const locale_t c = newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr));
     return c;
 }
 
@@ -61,7 +61,7 @@ bool ParseDecimal(const char *p, long n, double *value) {
     // The number as the C library reads it: grouping commas left out, the
     // exponent marker made an "e".
     std::string clean;
-    clean.reserve((size_t)(n - i));
+    clean.reserve(static_cast<size_t>(n - i));
     if (p[i] == '+' || p[i] == '-') clean += p[i++];
 
     long digits = 0;

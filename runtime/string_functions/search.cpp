@@ -17,8 +17,8 @@ extern "C" int32_t StringInStrB(int32_t start, stringStorage *source, stringStor
     const string s = Arg(source), f = Arg(find);
     if (s.IsEmpty()) return 0;
     if (f.IsEmpty()) return start;
-    const long at = ExactFind(s.CString(), s.Length(), f.CString(), f.Length(), (long)start - 1);
-    return at < 0 ? 0 : (int32_t)(at + 1);
+    const long at = ExactFind(s.CString(), s.Length(), f.CString(), f.Length(), static_cast<long>(start) - 1);
+    return at < 0 ? 0 : static_cast<int32_t>(at + 1);
 }
 
 extern "C" int32_t StringExtendsInStrB(stringStorage *source, int32_t start, stringStorage *find) {
@@ -32,7 +32,7 @@ int32_t InStrCharacters(int32_t start, const string &source, const string &findI
     if (source.IsEmpty()) return 0;
     const string find = InEncoding(findIn, source.Encoding());
     if (find.IsEmpty()) return start;
-    long index = (long)start - 1;
+    long index = static_cast<long>(start) - 1;
     if (index < 0) index = 0;
     long byteStart;
     if (IsUTF16(source)) {
@@ -46,7 +46,7 @@ int32_t InStrCharacters(int32_t start, const string &source, const string &findI
     if (byteStart >= source.Length()) return 0;
     const long at = FoldFind(source, find, byteStart);
     if (at < 0) return 0;
-    return (int32_t)(BytesToUnits(source, at) + 1);
+    return static_cast<int32_t>(BytesToUnits(source, at) + 1);
 }
 
 } // namespace
@@ -104,23 +104,23 @@ std::vector<long> Matches(const string &s, const string &f, Finder find, size_t 
 
 string Rebuild(const string &s, const std::vector<long> &at, long findLength, const string &with) {
     if (at.empty()) return s;
-    const long total = s.Length() + (long)at.size() * (with.Length() - findLength);
+    const long total = s.Length() + static_cast<long>(at.size()) * (with.Length() - findLength);
     if (total <= 0) return string();
     stringStorage *record = NewStringStorage(total, true);
     if (record == nullptr) return s;  // no room: the text stays as it was
     char *out = reinterpret_cast<char *>(record->buffer + 1);
     const char *in = s.CString();
     const char *withBytes = with.CString();
-    const size_t withLength = (size_t)with.Length();
+    const size_t withLength = static_cast<size_t>(with.Length());
     long from = 0;
     for (long hit : at) {
-        std::memcpy(out, in + from, (size_t)(hit - from));
+        std::memcpy(out, in + from, static_cast<size_t>(hit - from));
         out += hit - from;
         std::memcpy(out, withBytes, withLength);
         out += withLength;
         from = hit + findLength;
     }
-    std::memcpy(out, in + from, (size_t)(s.Length() - from));
+    std::memcpy(out, in + from, static_cast<size_t>(s.Length() - from));
     record->encoding = s.Encoding();
     return string::Adopt(record);
 }
@@ -174,7 +174,7 @@ int32_t CountFields(stringStorage *source, stringStorage *separator, bool exact)
     if (source == nullptr || source->length == 0) return 0;
     if (separator == nullptr || separator->length == 0) return 1;
     const Fields f = Prepare(source, separator, exact);
-    return (int32_t)Matches(f.source, f.separator, f.finder, 0).size() + 1;
+    return static_cast<int32_t>(Matches(f.source, f.separator, f.finder, 0).size()) + 1;
 }
 
 stringStorage *NthField(stringStorage *source, stringStorage *separator, int32_t n, bool exact) {
@@ -224,10 +224,10 @@ RuntimeArray *Split(stringStorage *source, stringStorage *separator, bool exact)
             }
         }
     }
-    RuntimeArray *array = CreateArray(1, kArrayString, (int32_t)parts.size() - 1);
+    RuntimeArray *array = CreateArray(1, kArrayString, static_cast<int32_t>(parts.size()) - 1);
     if (array == nullptr) return nullptr;
     auto set = reinterpret_cast<kelp_array1_set_str>(array->operations[kArraySlotSet]);
-    for (size_t i = 0; i < parts.size(); ++i) set(array, parts[i].Storage(), (int32_t)i);
+    for (size_t i = 0; i < parts.size(); ++i) set(array, parts[i].Storage(), static_cast<int32_t>(i));
     return array;
 }
 
@@ -257,19 +257,19 @@ extern "C" RuntimeArray *StringSplitB(stringStorage *source, stringStorage *sepa
 extern "C" stringStorage *StringJoin(RuntimeArray *array, stringStorage *separator) {
     if (array == nullptr || array->dimensions != 1 || array->upperBounds[0] < 0) return nullptr;
     auto *const *items = static_cast<stringStorage *const *>(array->buffer);
-    const long count = (long)array->upperBounds[0] + 1;
+    const long count = static_cast<long>(array->upperBounds[0]) + 1;
     if (count == 1) return RuntimeLockString(items[0]);
     string sep = Arg(separator);
     uint32_t word = sep.Encoding();
     if (items[0] != nullptr) word = items[0]->encoding;
     for (long i = 1; i < count; ++i)
         if (items[i] != nullptr) word = CommonEncoding(word, items[i]->encoding, true);
-    std::vector<string> parts((size_t)count);
+    std::vector<string> parts(static_cast<size_t>(count));
     long total = 0;
     sep = InEncoding(sep, word);
     for (long i = 0; i < count; ++i) {
-        parts[(size_t)i] = InEncoding(Arg(items[i]), word);
-        total += parts[(size_t)i].Length();
+        parts[static_cast<size_t>(i)] = InEncoding(Arg(items[i]), word);
+        total += parts[static_cast<size_t>(i)].Length();
     }
     total += (count - 1) * sep.Length();
     if (total == 0) return nullptr;
@@ -278,11 +278,11 @@ extern "C" stringStorage *StringJoin(RuntimeArray *array, stringStorage *separat
     char *out = reinterpret_cast<char *>(record->buffer + 1);
     for (long i = 0; i < count; ++i) {
         if (i > 0) {
-            std::memcpy(out, sep.CString(), (size_t)sep.Length());
+            std::memcpy(out, sep.CString(), static_cast<size_t>(sep.Length()));
             out += sep.Length();
         }
-        std::memcpy(out, parts[(size_t)i].CString(), (size_t)parts[(size_t)i].Length());
-        out += parts[(size_t)i].Length();
+        std::memcpy(out, parts[static_cast<size_t>(i)].CString(), static_cast<size_t>(parts[(size_t)i].Length()));
+        out += parts[static_cast<size_t>(i)].Length();
     }
     record->encoding = word;
     return record;

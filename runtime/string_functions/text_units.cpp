@@ -44,13 +44,13 @@ static long ScanFind(const uint8_t *t, long n, const uint8_t *p, long m, long st
     const uint8_t first = p[0];
     const uint8_t *end = t + n - m + 1;
     for (const uint8_t *q = t + start; q < end;) {
-        q = static_cast<const uint8_t *>(std::memchr(q, first, (size_t)(end - q)));
+        q = static_cast<const uint8_t *>(std::memchr(q, first, static_cast<size_t>(end - q)));
         if (q == nullptr) return -1;
         if (m <= 16) {
             long j = 1;
             while (j < m && q[j] == p[j]) ++j;
             if (j == m) return q - t;
-        } else if (std::memcmp(q + 1, p + 1, (size_t)(m - 1)) == 0) {
+        } else if (std::memcmp(q + 1, p + 1, static_cast<size_t>(m - 1)) == 0) {
             return q - t;
         }
         ++q;
@@ -61,8 +61,8 @@ static long ScanFind(const uint8_t *t, long n, const uint8_t *p, long m, long st
 // Boyer-Moore with the bad-character rule only; the table holds for each
 // byte its distance from the pattern's end (its last place wins).
 static void BuildShifts(int32_t *shift, const uint8_t *p, long m) {
-    for (int c = 0; c < 256; ++c) shift[c] = (int32_t)m;
-    for (long i = 0; i < m; ++i) shift[p[i]] = (int32_t)(m - 1 - i);
+    for (int c = 0; c < 256; ++c) shift[c] = static_cast<int32_t>(m);
+    for (long i = 0; i < m; ++i) shift[p[i]] = static_cast<int32_t>(m - 1 - i);
 }
 
 static long ShiftFind(const int32_t *shift, const uint8_t *t, long n, const uint8_t *p, long m, long start) {
@@ -98,22 +98,22 @@ long ExactFind(const char *text, long n, const char *find, long m, long start) {
 }
 
 ExactSearcher::ExactSearcher(const char *text, long length, const char *find, long findLength)
-    : text_(reinterpret_cast<const uint8_t *>(text)), find_(reinterpret_cast<const uint8_t *>(find)),
-      n_(length), m_(findLength) {}
+    : mText(reinterpret_cast<const uint8_t *>(text)), mFind(reinterpret_cast<const uint8_t *>(find)),
+      mTextLength(length), mFindLength(findLength) {}
 
 long ExactSearcher::Next(long start) {
-    if (n_ <= 0) return -1;
-    if (m_ <= 0) return start;
+    if (mTextLength <= 0) return -1;
+    if (mFindLength <= 0) return start;
     if (start < 0) start = 0;
-    if (start >= n_ || n_ - start < m_) return -1;
-    if (UseShifts(n_, m_, start)) {
-        if (!tableReady_) {
-            BuildShifts(shift_, find_, m_);
-            tableReady_ = true;
+    if (start >= mTextLength || mTextLength - start < mFindLength) return -1;
+    if (UseShifts(mTextLength, mFindLength, start)) {
+        if (!mTableReady) {
+            BuildShifts(mShift, mFind, mFindLength);
+            mTableReady = true;
         }
-        return ShiftFind(shift_, text_, n_, find_, m_, start);
+        return ShiftFind(mShift, mText, mTextLength, mFind, mFindLength, start);
     }
-    return ScanFind(text_, n_, find_, m_, start);
+    return ScanFind(mText, mTextLength, mFind, mFindLength, start);
 }
 
 namespace {
@@ -125,10 +125,10 @@ struct UpperTable {
     uint8_t sources[256][2];
     uint8_t sourceCount[256] = {};
     UpperTable() {
-        for (int c = 0; c < 256; ++c) map[c] = (uint8_t)std::toupper(c);
+        for (int c = 0; c < 256; ++c) map[c] = static_cast<uint8_t>(std::toupper(c));
         for (int c = 0; c < 256; ++c) {
             uint8_t &n = sourceCount[map[c]];
-            if (n < 2) sources[map[c]][n] = (uint8_t)c;
+            if (n < 2) sources[map[c]][n] = static_cast<uint8_t>(c);
             if (n < 3) ++n;
         }
     }
@@ -159,7 +159,7 @@ long FoldFindBytes(const uint8_t *t, long n, const uint8_t *p, long m, long star
             const long span = std::min(window, last - from + 1);
             long best = -1;
             for (int k = 0; k < count; ++k) {
-                const auto *hit = static_cast<const uint8_t *>(std::memchr(t + from, starts[k], (size_t)span));
+                const auto *hit = static_cast<const uint8_t *>(std::memchr(t + from, starts[k], static_cast<size_t>(span)));
                 if (hit != nullptr && (best < 0 || hit - t < best)) best = hit - t;
             }
             if (best < 0) {

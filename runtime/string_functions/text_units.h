@@ -38,10 +38,10 @@ class ExactSearcher {
     long Next(long start);
 
   private:
-    const uint8_t *text_, *find_;
-    long n_, m_;
-    bool tableReady_ = false;
-    int32_t shift_[256];
+    const uint8_t *mText, *mFind;
+    long mTextLength, mFindLength;
+    bool mTableReady = false;
+    int32_t mShift[256];
 };
 
 // The caseless search over two strings of one word: zero-based byte start

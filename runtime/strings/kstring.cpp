@@ -147,10 +147,10 @@ string::string(const char *cstr) {
         return;
     }
     long length = static_cast<long>(std::strlen(cstr));
-    s_ = NewRecordWith(cstr, length, gCStringEncoding);
+    mStorage = NewRecordWith(cstr, length, gCStringEncoding);
 }
 
-string::string(const char *bytes, long length) { s_ = NewRecordWith(bytes, length, kEncodingUnknown); }
+string::string(const char *bytes, long length) { mStorage = NewRecordWith(bytes, length, kEncodingUnknown); }
 
 string string::FromBytes(const void *bytes, long length, uint32_t encoding) {
     return AdoptRecord(NewRecordWith(bytes, length, encoding));
@@ -205,27 +205,27 @@ string string::Wrap(stringStorage *record) {
 
 string string::Adopt(stringStorage *record) { return string(record); }
 
-string::string(const string &other) noexcept : s_(other.s_) {
-    if (s_)
-        ++s_->referenceCount;
+string::string(const string &other) noexcept : mStorage(other.mStorage) {
+    if (mStorage)
+        ++mStorage->referenceCount;
 }
 
 string &string::operator=(const string &other) noexcept {
-    if (s_ == other.s_)
+    if (mStorage == other.mStorage)
         return *this;
-    stringStorage *old = s_;
-    s_ = other.s_;
-    if (s_)
-        ++s_->referenceCount;
+    stringStorage *old = mStorage;
+    mStorage = other.mStorage;
+    if (mStorage)
+        ++mStorage->referenceCount;
     ReleaseStringStorage(old);
     return *this;
 }
 
 string &string::operator=(string &&other) noexcept {
     if (this != &other) {
-        stringStorage *old = s_;
-        s_ = other.s_;
-        other.s_ = nullptr;
+        stringStorage *old = mStorage;
+        mStorage = other.mStorage;
+        other.mStorage = nullptr;
         // Even when both handles held the same record, each held its own
         // reference, so the old one goes.
         ReleaseStringStorage(old);
@@ -233,47 +233,47 @@ string &string::operator=(string &&other) noexcept {
     return *this;
 }
 
-string::~string() { ReleaseStringStorage(s_); }
+string::~string() { ReleaseStringStorage(mStorage); }
 
 stringStorage *string::ExtractStringStorage() const {
-    if (s_)
-        ++s_->referenceCount;
-    return s_;
+    if (mStorage)
+        ++mStorage->referenceCount;
+    return mStorage;
 }
 
 stringStorage *string::Release() {
-    stringStorage *record = s_;
-    s_ = nullptr;
+    stringStorage *record = mStorage;
+    mStorage = nullptr;
     return record;
 }
 
 // ------------------------------------------------------------------- views
 
 const char *string::CString() const {
-    if (!s_ || !s_->buffer)
+    if (!mStorage || !mStorage->buffer)
         return reinterpret_cast<const char *>(kEmptyPString + 1);
-    return reinterpret_cast<const char *>(s_->buffer + 1);
+    return reinterpret_cast<const char *>(mStorage->buffer + 1);
 }
 
 const uint8_t *string::PString() const {
-    if (!s_ || !s_->buffer)
+    if (!mStorage || !mStorage->buffer)
         return kEmptyPString;
-    return s_->buffer;
+    return mStorage->buffer;
 }
 
 const uint16_t *string::UTF16Units() const {
     static const uint16_t kNoUnits[1] = {0};
-    if (!s_)
+    if (!mStorage)
         return kNoUnits;
-    if (s_->encoding != kEncodingUTF16) {
+    if (mStorage->encoding != kEncodingUTF16) {
         FatalReport(kFatalFailedAssertion, kStringFile, __LINE__, "Encoding() == kEncodingUTF16", "");
         return kNoUnits;
     }
-    return reinterpret_cast<const uint16_t *>(s_->buffer + 1);
+    return reinterpret_cast<const uint16_t *>(mStorage->buffer + 1);
 }
 
 const char *string::UTF8CString() const {
-    if (s_ && s_->encoding != kEncodingUTF8 && s_->encoding != kEncodingASCII)
+    if (mStorage && mStorage->encoding != kEncodingUTF8 && mStorage->encoding != kEncodingASCII)
         FatalReport(kFatalFailedAssertion, kStringFile, __LINE__, "Encoding() == kEncodingUTF8", "");
     return CString();
 }
@@ -281,42 +281,42 @@ const char *string::UTF8CString() const {
 // ------------------------------------------------------------ modification
 
 void string::SetEncoding(uint32_t encoding) {
-    if (!s_ || s_->encoding == encoding)
+    if (!mStorage || mStorage->encoding == encoding)
         return;
-    if (s_->referenceCount > 1) {
-        stringStorage *copy = NewRecordWith(s_->buffer + 1, s_->length, encoding);
+    if (mStorage->referenceCount > 1) {
+        stringStorage *copy = NewRecordWith(mStorage->buffer + 1, mStorage->length, encoding);
         if (!copy)
             return;
-        ReleaseStringStorage(s_);
-        s_ = copy;
+        ReleaseStringStorage(mStorage);
+        mStorage = copy;
         return;
     }
-    s_->encoding = encoding;
+    mStorage->encoding = encoding;
 }
 
 char &string::MutableChar(long pos) {
     static char scratch;
-    if (!s_) {
+    if (!mStorage) {
         FatalReport(kFatalFailedAssertion, kStringFile, __LINE__, "not pos", "");
         scratch = 0;
         return scratch;
     }
-    if (pos < 0 || pos >= s_->length) {
+    if (pos < 0 || pos >= mStorage->length) {
         FatalReport(kFatalFailedAssertion, kStringFile, __LINE__, "not (pos < 0 || pos >= Length())", "");
         scratch = 0;
         return scratch;
     }
-    if (s_->referenceCount > 1) {
+    if (mStorage->referenceCount > 1) {
         // Copy on write: the other holders keep their text.
-        stringStorage *copy = NewRecordWith(s_->buffer + 1, s_->length, s_->encoding);
+        stringStorage *copy = NewRecordWith(mStorage->buffer + 1, mStorage->length, mStorage->encoding);
         if (!copy) {
             scratch = 0;
             return scratch;
         }
-        ReleaseStringStorage(s_);
-        s_ = copy;
+        ReleaseStringStorage(mStorage);
+        mStorage = copy;
     }
-    return reinterpret_cast<char *>(s_->buffer + 1)[pos];
+    return reinterpret_cast<char *>(mStorage->buffer + 1)[pos];
 }
 
 // ---------------------------------------------------------- concatenation
@@ -394,7 +394,7 @@ string &string::operator+=(const string &other) {
 string &string::operator+=(const char *text) {
     if (!text || !*text)
         return *this;
-    uint32_t encoding = s_ ? s_->encoding : kEncodingUnknown;
+    uint32_t encoding = mStorage ? mStorage->encoding : kEncodingUnknown;
     string right = string::FromBytes(text, static_cast<long>(std::strlen(text)), encoding);
     string joined = AdoptRecord(JoinRecords(*this, right, encoding));
     swap(joined);

@@ -100,7 +100,7 @@ class string {
     static string Adopt(stringStorage *record);
 
     string(const string &other) noexcept;
-    string(string &&other) noexcept : s_(other.s_) { other.s_ = nullptr; }
+    string(string &&other) noexcept : mStorage(other.mStorage) { other.mStorage = nullptr; }
     string &operator=(const string &other) noexcept;
     string &operator=(string &&other) noexcept;
     ~string();
@@ -108,12 +108,12 @@ class string {
     // An owned reference for the caller of a runtime function (count + 1).
     stringStorage *ExtractStringStorage() const;
     // The record itself, borrowed (no count change); null when empty.
-    stringStorage *Storage() const { return s_; }
+    stringStorage *Storage() const { return mStorage; }
     // Gives up this handle's reference to the caller and becomes empty.
     stringStorage *Release();
 
     // Text length in bytes (not characters); 0 when empty.
-    long Length() const { return s_ ? s_->length : 0; }
+    long Length() const { return mStorage ? mStorage->length : 0; }
     bool IsEmpty() const { return Length() == 0; }
     // buffer + 1: the text, NUL-terminated (stops at an inner NUL).  Never null.
     const char *CString() const;
@@ -129,7 +129,7 @@ class string {
     const char *UTF8CString() const;
 
     // The encoding word; ASCII for the empty string (that is what it holds).
-    uint32_t Encoding() const { return s_ ? s_->encoding : kEncodingASCII; }
+    uint32_t Encoding() const { return mStorage ? mStorage->encoding : kEncodingASCII; }
     // Relabels the bytes (no conversion).  Shared records are copied first.
     // Does nothing on the empty string.
     void SetEncoding(uint32_t encoding);
@@ -160,15 +160,15 @@ class string {
     static string UnicodeChar(uint32_t code, uint32_t encoding);
 
     void swap(string &other) noexcept {
-        stringStorage *t = s_;
-        s_ = other.s_;
-        other.s_ = t;
+        stringStorage *t = mStorage;
+        mStorage = other.mStorage;
+        other.mStorage = t;
     }
 
   private:
-    explicit string(stringStorage *record) noexcept : s_(record) {}
+    explicit string(stringStorage *record) noexcept : mStorage(record) {}
     friend class StringBuilderAccess;
-    stringStorage *s_ = nullptr;
+    stringStorage *mStorage = nullptr;
 };
 
 // Joins two strings.  An empty side gives the other side's record with a

@@ -127,17 +127,17 @@ bool CloseViewWindowsForQuit() {
 
 // ------------------------------------------------------------- the pane
 
-RuntimeViewWindow::RuntimeViewWindow(ViewRecord *view, const std::string &title, int32_t kind,
-                                     bool resizable, Rect screenBounds)
-    : Window(title, kind, resizable, screenBounds), view_(view) {
+RuntimeViewWindow::RuntimeViewWindow(ViewRecord *view, const std::string &windowTitle,
+                                     int32_t windowKind, bool isResizable, Rect screenBounds)
+    : Window(windowTitle, windowKind, isResizable, screenBounds), mView(view) {
     RuntimeLockObject(Obj(view));
     view->pane = this;
 }
 
 RuntimeViewWindow::~RuntimeViewWindow() {
-    if (view_) {
-        ViewRecord *view = view_;
-        view_ = nullptr;
+    if (mView) {
+        ViewRecord *view = mView;
+        mView = nullptr;
         if (view->pane == this)
             view->pane = nullptr;
         RuntimeUnlockObject(Obj(view));
@@ -145,66 +145,66 @@ RuntimeViewWindow::~RuntimeViewWindow() {
 }
 
 void RuntimeViewWindow::DrawContents(Graphics *g) {
-    if (!view_ || !g)
+    if (!mView || !g)
         return;
-    if (void *code = FindEventHandler(Obj(view_), gPaint)) {
+    if (void *code = FindEventHandler(Obj(mView), gPaint)) {
         RuntimeObject *graphics = NewGraphicsObject(g, false);
-        CallHandlerCode(code, Obj(view_), graphics);
+        CallHandlerCode(code, Obj(mView), graphics);
         DetachGraphicsObject(graphics); // a kept object draws nothing later
         RuntimeUnlockObject(graphics);
     }
 }
 
 void RuntimeViewWindow::Moved() {
-    if (!view_)
+    if (!mView)
         return;
-    view_->left = lastBounds.left;
-    view_->top = lastBounds.top;
-    Fire(view_, gMoved);
+    mView->left = lastBounds.left;
+    mView->top = lastBounds.top;
+    Fire(mView, gMoved);
 }
 
 void RuntimeViewWindow::Resized() {
-    if (!view_ || closing)
+    if (!mView || closing)
         return;
     int w = lastBounds.right - lastBounds.left, h = lastBounds.bottom - lastBounds.top;
     if (w > 0 && h > 0) {
-        view_->width = w;
-        view_->height = h;
+        mView->width = w;
+        mView->height = h;
         bounds = Rect{0, 0, static_cast<int16_t>(h), static_cast<int16_t>(w)};
         width = w, height = h;
     }
-    if (view_->built)
-        Fire(view_, gResized);
+    if (mView->built)
+        Fire(mView, gResized);
 }
 
 // The pane has the dragged size already; the view follows it at once so
 // that the handler reads the size it is being dragged to.
 void RuntimeViewWindow::Resizing() {
-    if (!view_ || closing)
+    if (!mView || closing)
         return;
-    view_->width = width;
-    view_->height = height;
-    if (view_->built)
-        Fire(view_, gResizing);
+    mView->width = width;
+    mView->height = height;
+    if (mView->built)
+        Fire(mView, gResizing);
 }
 
-bool RuntimeViewWindow::CloseRequest() { return view_ ? CloseView(view_, false) : false; }
+bool RuntimeViewWindow::CloseRequest() { return mView ? CloseView(mView, false) : false; }
 
 void RuntimeViewWindow::Close() {
-    if (viewClosing_ || closing)
+    if (mViewClosing || closing)
         return;
-    viewClosing_ = true;
+    mViewClosing = true;
     Lock();
     SubPane *focus = FocusPane();
     if (focus && focus != this && Contains(focus))
         SetFocus(nullptr);
-    if (view_)
-        Fire(view_, gClose);
+    if (mView)
+        Fire(mView, gClose);
     if (Unlock())
         return;
-    if (ViewRecord *view = view_) {
+    if (ViewRecord *view = mView) {
         RemoveFromImplicitTable(view);
-        view_ = nullptr;
+        mView = nullptr;
         if (view->pane == this)
             view->pane = nullptr;
         DetachGraphicsObject(view->graphics);
@@ -218,7 +218,7 @@ void RuntimeViewWindow::Close() {
 bool RuntimeViewWindow::MouseDown(int32_t x, int32_t y, int32_t modifiers) {
     if (Window::MouseDown(x, y, modifiers))
         return true;
-    if (view_ && FireXYBool(view_, gMouseDown, x, y)) {
+    if (mView && FireXYBool(mView, gMouseDown, x, y)) {
         SetMouseCapturePane(this); // brings MouseDrag and MouseUp
         return true;
     }
@@ -226,62 +226,62 @@ bool RuntimeViewWindow::MouseDown(int32_t x, int32_t y, int32_t modifiers) {
 }
 
 void RuntimeViewWindow::MouseDrag(int32_t x, int32_t y) {
-    if (view_)
-        FireXY(view_, gMouseDrag, x, y);
+    if (mView)
+        FireXY(mView, gMouseDrag, x, y);
 }
 
 void RuntimeViewWindow::MouseUp(int32_t x, int32_t y) {
-    if (view_)
-        FireXY(view_, gMouseUp, x, y);
+    if (mView)
+        FireXY(mView, gMouseUp, x, y);
 }
 
 void RuntimeViewWindow::MouseMove(int32_t x, int32_t y) {
     Window::MouseMove(x, y);
-    if (view_ && !closing)
-        FireXY(view_, gMouseMove, x, y);
+    if (mView && !closing)
+        FireXY(mView, gMouseMove, x, y);
 }
 
 bool RuntimeViewWindow::MouseWheel(int32_t x, int32_t y, int32_t delta) {
-    for (size_t i = children.size(); i-- > 0;) {
-        if (i >= children.size() || closing)
+    for (size_t i = mChildren.size(); i-- > 0;) {
+        if (i >= mChildren.size() || closing)
             continue;
-        SubPane *child = children[i];
+        SubPane *child = mChildren[i];
         if (child->visible && child->HitTest(x, y) && child->MouseWheel(x, y, delta))
             return true;
     }
-    return view_ && CallBooleanEvent(Obj(view_), gMouseWheel, x, y, delta);
+    return mView && CallBooleanEvent(Obj(mView), gMouseWheel, x, y, delta);
 }
 
 bool RuntimeViewWindow::KeyDown(int32_t character, int32_t, int32_t) {
-    void *code = view_ ? FindEventHandler(Obj(view_), gKeyDown) : nullptr;
+    void *code = mView ? FindEventHandler(Obj(mView), gKeyDown) : nullptr;
     if (!code)
         return false;
     char text[2] = {static_cast<char>(character), 0};
     KelpString key = objtext::Make(std::string_view(text, 1));
-    bool taken = CallHandlerCode<uint8_t>(code, Obj(view_), key) != 0;
+    bool taken = CallHandlerCode<uint8_t>(code, Obj(mView), key) != 0;
     objtext::Release(key);
     return taken;
 }
 
 void RuntimeViewWindow::Activate() {
     Window::Activate();
-    if (view_)
-        Fire(view_, gActivate);
+    if (mView)
+        Fire(mView, gActivate);
 }
 
 void RuntimeViewWindow::Deactivate() {
-    if (view_)
-        Fire(view_, gDeactivate);
+    if (mView)
+        Fire(mView, gDeactivate);
 }
 
 void RuntimeViewWindow::GetMinMaxSize(int32_t &minW, int32_t &minH, int32_t &maxW, int32_t &maxH) {
     Window::GetMinMaxSize(minW, minH, maxW, maxH);
-    if (!view_)
+    if (!mView)
         return;
-    if (view_->minWidth) minW = view_->minWidth;
-    if (view_->minHeight) minH = view_->minHeight;
-    if (view_->maxWidth) maxW = view_->maxWidth;
-    if (view_->maxHeight) maxH = view_->maxHeight;
+    if (mView->minWidth) minW = mView->minWidth;
+    if (mView->minHeight) minH = mView->minHeight;
+    if (mView->maxWidth) maxW = mView->maxWidth;
+    if (mView->maxHeight) maxH = mView->maxHeight;
 }
 
 // ------------------------------------------------------------- building

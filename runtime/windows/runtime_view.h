@@ -33,7 +33,7 @@ public:
                       Rect screenBounds);
     ~RuntimeViewWindow() override;
 
-    ViewRecord *View() const { return view_; }
+    ViewRecord *View() const { return mView; }
 
     void DrawContents(Graphics *g) override;
     void Moved() override;
@@ -52,8 +52,8 @@ public:
     void GetMinMaxSize(int32_t &minW, int32_t &minH, int32_t &maxW, int32_t &maxH) override;
 
 private:
-    ViewRecord *view_; // one reference while the pane lives
-    bool viewClosing_ = false;
+    ViewRecord *mView; // one reference while the pane lives
+    bool mViewClosing = false;
 };
 
 // The quit sequence's walk over the view windows, newest first: false when

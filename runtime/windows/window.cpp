@@ -21,8 +21,14 @@ std::vector<Window *> gFrontToBack; // front first
 guint32 gLastPressTime = 0;
 bool gLastPressSeen = false;
 
-constexpr int kKindOfFrame[] = {8, 3, 2, 1, 4, 5, 6, 9, 10, 11, 12};
-constexpr int kPlacementOfFrame[] = {4, 2, 2, 0, 2, 2, 4, 0, 0, 4, 0};
+// Indexed by the Frame constant, 0 (document) to 10 (drawer).
+constexpr WindowKind kKindOfFrame[] = {
+    kKindDocument, kKindMovableModal, kKindModal,  kKindFloating, kKindPlainBox, kKindShadowedBox,
+    kKindRounded,  kKindGlobalFloating, kKindSheet, kKindMetal,    kKindDrawer};
+constexpr Placement kPlacementOfFrame[] = {
+    kPlacementStagger,    kPlacementMainScreen, kPlacementMainScreen, kPlacementDefault,
+    kPlacementMainScreen, kPlacementMainScreen, kPlacementStagger,    kPlacementDefault,
+    kPlacementDefault,    kPlacementStagger,    kPlacementDefault};
 
 // The height of the menu bar above the content, 0 while there is none or
 // it is hidden.
@@ -270,10 +276,10 @@ int32_t KindForFrame(int32_t frame) {
     if (frame < 0 || frame > 10)
         frame = 0;
     int32_t kind = kKindOfFrame[frame];
-    if (kind == 12)
-        kind = 1; // drawers are floating windows here
-    if (kind == 11)
-        kind = 8; // metal is a document window on this platform
+    if (kind == kKindDrawer)
+        kind = kKindFloating; // drawers are floating windows here
+    if (kind == kKindMetal)
+        kind = kKindDocument; // metal is a document window on this platform
     return kind;
 }
 
@@ -281,13 +287,19 @@ int32_t DefaultPlacementForFrame(int32_t frame) {
     return frame < 0 || frame > 10 ? kPlacementStagger : kPlacementOfFrame[frame];
 }
 
-bool IsModalKind(int32_t kind) { return kind == 2 || kind == 3 || kind == 5 || kind == 10; }
+bool IsModalKind(int32_t kind) {
+    return kind == kKindModal || kind == kKindMovableModal || kind == kKindShadowedBox ||
+           kind == kKindSheet;
+}
+
+bool IsToolkitModalKind(int32_t kind) { return IsModalKind(kind) || kind == kKindPlainBox; }
 
 int32_t LayerOfKind(int32_t kind) {
     switch (kind) {
-    case 1: case 7: case 9: return 0;
-    case 2: case 3: case 4: case 5: case 10: return 1;
-    case 12: return 3;
+    case kKindFloating: case kKindUtility: case kKindGlobalFloating: return 0;
+    case kKindModal: case kKindMovableModal: case kKindPlainBox: case kKindShadowedBox:
+    case kKindSheet: return 1;
+    case kKindDrawer: return 3;
     default: return 2;
     }
 }
@@ -319,7 +331,7 @@ Rect PlaceBounds(Rect bounds, int32_t placement, int32_t kind) {
         if (placement == kPlacementParentScreen && top)
             if (const GdkRectangle *most = ScreenShowingMost(screens, topRect))
                 s = most;
-        int divisor = placement == 5 ? 2 : 3;
+        int divisor = placement == kPlacementAlertCentre ? 2 : 3;
         MoveTo(bounds, s->x + (s->width - w) / 2, s->y + (s->height - h) / divisor);
     }
     // Keep it on the screen that shows most of it, or the nearest one.
@@ -361,72 +373,72 @@ Window::Window(const std::string &windowTitle, int32_t windowKind, bool isResiza
         gFrontToBack.insert(gFrontToBack.begin(), this);
         return;
     }
-    gtkWindow = gtk_window_new(GTK_WINDOW_TOPLEVEL);
-    g_object_ref_sink(gtkWindow);
-    gtkBox = gtk_vbox_new(FALSE, 0);
-    gtk_container_add(GTK_CONTAINER(gtkWindow), gtkBox);
+    mGtkWindow = gtk_window_new(GTK_WINDOW_TOPLEVEL);
+    g_object_ref_sink(mGtkWindow);
+    mGtkBox = gtk_vbox_new(FALSE, 0);
+    gtk_container_add(GTK_CONTAINER(mGtkWindow), mGtkBox);
     GtkWidget *fixed = gtk_fixed_new();
-    gtk_box_pack_end(GTK_BOX(gtkBox), fixed, TRUE, TRUE, 0);
-    widget = fixed;
+    gtk_box_pack_end(GTK_BOX(mGtkBox), fixed, TRUE, TRUE, 0);
+    mWidget = fixed;
     g_object_ref(fixed);
-    gtk_widget_show(gtkBox);
+    gtk_widget_show(mGtkBox);
     gtk_widget_show(fixed);
-    gtk_window_set_gravity(GTK_WINDOW(gtkWindow), GDK_GRAVITY_STATIC);
-    gtk_window_set_title(GTK_WINDOW(gtkWindow), title.c_str());
-    gtk_window_move(GTK_WINDOW(gtkWindow), screenBounds.left, screenBounds.top);
-    gtk_window_resize(GTK_WINDOW(gtkWindow), std::max(1, width), std::max(1, height));
-    gtk_window_set_resizable(GTK_WINDOW(gtkWindow), resizable);
+    gtk_window_set_gravity(GTK_WINDOW(mGtkWindow), GDK_GRAVITY_STATIC);
+    gtk_window_set_title(GTK_WINDOW(mGtkWindow), title.c_str());
+    gtk_window_move(GTK_WINDOW(mGtkWindow), screenBounds.left, screenBounds.top);
+    gtk_window_resize(GTK_WINDOW(mGtkWindow), std::max(1, width), std::max(1, height));
+    gtk_window_set_resizable(GTK_WINDOW(mGtkWindow), resizable);
     HoldFixedSize();
-    bool modal = kind == 2 || kind == 3 || kind == 4 || kind == 5 || kind == 10;
-    gtk_window_set_modal(GTK_WINDOW(gtkWindow), modal);
-    if (modal && gWindows.size() > 1 && gWindows[1]->gtkWindow)
-        gtk_window_set_transient_for(GTK_WINDOW(gtkWindow), GTK_WINDOW(gWindows[1]->gtkWindow));
-    if (kind == 4 || kind == 5)
-        gtk_window_set_decorated(GTK_WINDOW(gtkWindow), FALSE);
-    gtk_widget_add_events(gtkWindow, GDK_POINTER_MOTION_MASK | GDK_BUTTON_PRESS_MASK |
+    bool modal = IsToolkitModalKind(kind);
+    gtk_window_set_modal(GTK_WINDOW(mGtkWindow), modal);
+    if (modal && gWindows.size() > 1 && gWindows[1]->mGtkWindow)
+        gtk_window_set_transient_for(GTK_WINDOW(mGtkWindow), GTK_WINDOW(gWindows[1]->mGtkWindow));
+    if (kind == kKindPlainBox || kind == kKindShadowedBox)
+        gtk_window_set_decorated(GTK_WINDOW(mGtkWindow), FALSE);
+    gtk_widget_add_events(mGtkWindow, GDK_POINTER_MOTION_MASK | GDK_BUTTON_PRESS_MASK |
                                          GDK_BUTTON_RELEASE_MASK);
     Connect(fixed, "expose-event", G_CALLBACK(OnExpose), this);
-    Connect(gtkWindow, "motion-notify-event", G_CALLBACK(OnMotion), this);
-    Connect(gtkWindow, "configure-event", G_CALLBACK(OnConfigure), this);
-    Connect(gtkWindow, "delete-event", G_CALLBACK(OnDelete), this);
-    Connect(gtkWindow, "key-press-event", G_CALLBACK(OnKeyPress), this);
-    Connect(gtkWindow, "button-press-event", G_CALLBACK(OnButtonPress), this);
-    Connect(gtkWindow, "button-release-event", G_CALLBACK(OnButtonRelease), this);
-    Connect(gtkWindow, "focus-in-event", G_CALLBACK(OnFocusIn), this);
-    Connect(gtkWindow, "focus-out-event", G_CALLBACK(OnFocusOut), this);
-    Connect(gtkWindow, "scroll-event", G_CALLBACK(OnScroll), this);
-    Connect(gtkWindow, "window-state-event", G_CALLBACK(OnWindowState), this);
+    Connect(mGtkWindow, "motion-notify-event", G_CALLBACK(OnMotion), this);
+    Connect(mGtkWindow, "configure-event", G_CALLBACK(OnConfigure), this);
+    Connect(mGtkWindow, "delete-event", G_CALLBACK(OnDelete), this);
+    Connect(mGtkWindow, "key-press-event", G_CALLBACK(OnKeyPress), this);
+    Connect(mGtkWindow, "button-press-event", G_CALLBACK(OnButtonPress), this);
+    Connect(mGtkWindow, "button-release-event", G_CALLBACK(OnButtonRelease), this);
+    Connect(mGtkWindow, "focus-in-event", G_CALLBACK(OnFocusIn), this);
+    Connect(mGtkWindow, "focus-out-event", G_CALLBACK(OnFocusOut), this);
+    Connect(mGtkWindow, "scroll-event", G_CALLBACK(OnScroll), this);
+    Connect(mGtkWindow, "window-state-event", G_CALLBACK(OnWindowState), this);
     gFrontToBack.insert(gFrontToBack.begin(), this);
 }
 
 Window::~Window() {
     // Child panes left over go first; they hold widgets inside our fixed.
-    while (!children.empty()) {
-        SubPane *child = children.back();
+    while (!mChildren.empty()) {
+        SubPane *child = mChildren.back();
         child->Close();
-        if (!children.empty() && children.back() == child)
+        if (!mChildren.empty() && mChildren.back() == child)
             RemoveChild(child); // still locked by an event: forget it here
     }
-    if (gtkWindow) {
-        g_signal_handlers_disconnect_matched(gtkWindow, G_SIGNAL_MATCH_DATA, 0, 0, nullptr, nullptr, this);
-        g_signal_handlers_disconnect_matched(widget, G_SIGNAL_MATCH_DATA, 0, 0, nullptr, nullptr, this);
-        gtk_widget_destroy(gtkWindow);
-        g_object_unref(gtkWindow);
-        g_object_unref(widget);
-        widget = nullptr; // went with the window
+    if (mGtkWindow) {
+        g_signal_handlers_disconnect_matched(mGtkWindow, G_SIGNAL_MATCH_DATA, 0, 0, nullptr, nullptr, this);
+        g_signal_handlers_disconnect_matched(mWidget, G_SIGNAL_MATCH_DATA, 0, 0, nullptr, nullptr, this);
+        gtk_widget_destroy(mGtkWindow);
+        g_object_unref(mGtkWindow);
+        g_object_unref(mWidget);
+        mWidget = nullptr; // went with the window
     }
     gWindows.erase(std::remove(gWindows.begin(), gWindows.end(), this), gWindows.end());
     gFrontToBack.erase(std::remove(gFrontToBack.begin(), gFrontToBack.end(), this), gFrontToBack.end());
 }
 
 GdkWindow *Window::GetDrawable() {
-    return gtkWindow && GTK_WIDGET_REALIZED(gtkWindow) ? gtkWindow->window : nullptr;
+    return mGtkWindow && GTK_WIDGET_REALIZED(mGtkWindow) ? mGtkWindow->window : nullptr;
 }
 
 Graphics *Window::NewGraphics() {
-    if (!widget)
+    if (!mWidget)
         return nullptr;
-    auto *target = new WidgetTarget(widget, bounds, WidgetTarget::kWindowItself, 0);
+    auto *target = new WidgetTarget(mWidget, bounds, WidgetTarget::kWindowItself, 0);
     target->SetBackColor(hasBackdropColor, backdropColor);
     return new GraphicsGTK(target, true);
 }
@@ -447,12 +459,12 @@ void Window::Invalidate(bool) {
 
 bool Window::MouseDown(int32_t x, int32_t y, int32_t modifiers) {
     nativeClickPane = nullptr;
-    for (size_t i = children.size(); i-- > 0;) {
+    for (size_t i = mChildren.size(); i-- > 0;) {
         if (closing)
             return true;
-        if (i >= children.size())
+        if (i >= mChildren.size())
             continue;
-        SubPane *child = children[i];
+        SubPane *child = mChildren[i];
         if (!child->visible || !child->HitTest(x, y))
             continue;
         if (child->MouseDown(x, y, modifiers)) {
@@ -468,8 +480,8 @@ bool Window::MouseDown(int32_t x, int32_t y, int32_t modifiers) {
 }
 
 void Window::Activate() {
-    if (kind == 1 || kind == 7)
-        return;
+    if (kind == kKindFloating || kind == kKindUtility)
+        return; // a floating window leaves the focus where it is
     SubPane *target = StoredFocus() && StoredFocus()->visible ? StoredFocus() : nullptr;
     if (!target)
         for (SubPane *pane : PanesInCreationOrder())
@@ -518,15 +530,15 @@ void Window::GetMinMaxSize(int32_t &minW, int32_t &minH, int32_t &maxW, int32_t 
 
 void Window::Show() {
     shown = true;
-    if (gtkWindow && GTK_WIDGET_MAPPED(gtkWindow))
-        gtk_window_present(GTK_WINDOW(gtkWindow));
+    if (mGtkWindow && GTK_WIDGET_MAPPED(mGtkWindow))
+        gtk_window_present(GTK_WINDOW(mGtkWindow));
     // Otherwise the run loop's pre-step maps it.
 }
 
 void Window::Hide() {
     shown = false;
-    if (gtkWindow)
-        gtk_widget_hide(gtkWindow);
+    if (mGtkWindow)
+        gtk_widget_hide(mGtkWindow);
 }
 
 void Window::PrepareModal() {
@@ -535,8 +547,8 @@ void Window::PrepareModal() {
 }
 
 void Window::Move(int32_t left, int32_t top, bool notify) {
-    if (gtkWindow)
-        gtk_window_move(GTK_WINDOW(gtkWindow), left, top);
+    if (mGtkWindow)
+        gtk_window_move(GTK_WINDOW(mGtkWindow), left, top);
     // The notice is ours to give; the toolkit's report of this very move,
     // which comes a pass or two later, must not give it again.
     MoveTo(lastBounds, left, top);
@@ -546,15 +558,15 @@ void Window::Move(int32_t left, int32_t top, bool notify) {
 }
 
 void Window::Resize(int32_t newWidth, int32_t newHeight, bool notify) {
-    if (gtkWindow) {
+    if (mGtkWindow) {
         if (!resizable) {
             GdkGeometry hints{};
             hints.min_width = hints.max_width = std::max(1, newWidth);
             hints.min_height = hints.max_height = std::max(1, newHeight);
-            gtk_window_set_geometry_hints(GTK_WINDOW(gtkWindow), gtkBox, &hints,
+            gtk_window_set_geometry_hints(GTK_WINDOW(mGtkWindow), mGtkBox, &hints,
                                           GdkWindowHints(GDK_HINT_MIN_SIZE | GDK_HINT_MAX_SIZE));
         }
-        gtk_window_resize(GTK_WINDOW(gtkWindow), std::max(1, newWidth), std::max(1, newHeight));
+        gtk_window_resize(GTK_WINDOW(mGtkWindow), std::max(1, newWidth), std::max(1, newHeight));
     }
     bounds = Rect{0, 0, static_cast<int16_t>(newHeight), static_cast<int16_t>(newWidth)};
     width = newWidth;
@@ -571,49 +583,49 @@ void Window::HoldFixedSize() {
     // The toolkit sizes a window that can't be resized from what its
     // content asks for, and an empty GtkFixed asks for nothing: without
     // this such a window would shrink to a dot.
-    if (!widget || !gtkWindow)
+    if (!mWidget || !mGtkWindow)
         return;
     if (resizable)
-        gtk_widget_set_size_request(widget, -1, -1);
+        gtk_widget_set_size_request(mWidget, -1, -1);
     else
-        gtk_widget_set_size_request(widget, std::max(1, width), std::max(1, height));
+        gtk_widget_set_size_request(mWidget, std::max(1, width), std::max(1, height));
 }
 
 void Window::SetResizable(bool flag) {
     resizable = flag;
-    if (!gtkWindow)
+    if (!mGtkWindow)
         return;
     // Equal limits left by an earlier fixed size would still pin it; the
     // window's own limits come back with its next configure.
     if (flag)
-        gtk_window_set_geometry_hints(GTK_WINDOW(gtkWindow), nullptr, nullptr, GdkWindowHints(0));
-    gtk_window_set_resizable(GTK_WINDOW(gtkWindow), flag ? TRUE : FALSE);
+        gtk_window_set_geometry_hints(GTK_WINDOW(mGtkWindow), nullptr, nullptr, GdkWindowHints(0));
+    gtk_window_set_resizable(GTK_WINDOW(mGtkWindow), flag ? TRUE : FALSE);
     HoldFixedSize();
 }
 
 void Window::SetTitle(const std::string &newTitle) {
     title = newTitle;
-    if (gtkWindow)
-        gtk_window_set_title(GTK_WINDOW(gtkWindow), title.c_str());
+    if (mGtkWindow)
+        gtk_window_set_title(GTK_WINDOW(mGtkWindow), title.c_str());
 }
 
 void Window::Maximize() {
-    if (gtkWindow && !maximized)
-        gtk_window_maximize(GTK_WINDOW(gtkWindow));
+    if (mGtkWindow && !maximized)
+        gtk_window_maximize(GTK_WINDOW(mGtkWindow));
 }
 
 void Window::Minimize() {
-    if (gtkWindow && !iconified)
-        gtk_window_iconify(GTK_WINDOW(gtkWindow));
+    if (mGtkWindow && !iconified)
+        gtk_window_iconify(GTK_WINDOW(mGtkWindow));
 }
 
 void Window::Restore() {
-    if (!gtkWindow)
+    if (!mGtkWindow)
         return;
     if (maximized)
-        gtk_window_unmaximize(GTK_WINDOW(gtkWindow));
+        gtk_window_unmaximize(GTK_WINDOW(mGtkWindow));
     else if (iconified)
-        gtk_window_deiconify(GTK_WINDOW(gtkWindow));
+        gtk_window_deiconify(GTK_WINDOW(mGtkWindow));
 }
 
 void Window::SetBackdropColor(bool has, uint32_t color) {
@@ -627,7 +639,7 @@ bool Window::ToolkitSizeReport(int32_t contentWidth, int32_t contentHeight) {
         return true;
     // Sizes we asked for ourselves are not the user's drag; our own Resize
     // has set the pane's size already, so only a foreign size gets through.
-    if (!liveResize || awaitingGeometry || contentWidth <= 0 || contentHeight <= 0)
+    if (!liveResize || mAwaitingGeometry || contentWidth <= 0 || contentHeight <= 0)
         return false;
     if (contentWidth == width && contentHeight == height)
         return false;
@@ -653,14 +665,14 @@ WindowStateCall ToolkitCall(const char *name) {
 } // namespace
 
 void Window::SetFullScreen(bool on) {
-    if (on == fullScreen || !gtkWindow || closing)
+    if (on == mFullScreen || !mGtkWindow || closing)
         return;
-    GtkWindow *gw = GTK_WINDOW(gtkWindow);
+    GtkWindow *gw = GTK_WINDOW(mGtkWindow);
     if (on) {
-        fullScreen = true;
-        resizableBeforeFullScreen = resizable;
-        boundsBeforeFullScreen = CurrentScreenBounds();
-        boundsBeforeFullScreen.bottom = static_cast<int16_t>(boundsBeforeFullScreen.bottom - MenuBarHeightInUse(this));
+        mFullScreen = true;
+        mResizableBeforeFullScreen = resizable;
+        mBoundsBeforeFullScreen = CurrentScreenBounds();
+        mBoundsBeforeFullScreen.bottom = static_cast<int16_t>(mBoundsBeforeFullScreen.bottom - MenuBarHeightInUse(this));
         if (!resizable)
             SetResizable(true);
         GdkGeometry hints{};
@@ -668,8 +680,8 @@ void Window::SetFullScreen(bool on) {
         hints.max_width = hints.max_height = 32000;
         gtk_window_set_geometry_hints(gw, nullptr, &hints, GdkWindowHints(GDK_HINT_MIN_SIZE | GDK_HINT_MAX_SIZE));
         WindowStateCall enter = ToolkitCall("gtk_window_fullscreen");
-        fullScreenByManager = enter && WindowManagerDoesFullScreen();
-        if (fullScreenByManager) {
+        mFullScreenByManager = enter && WindowManagerDoesFullScreen();
+        if (mFullScreenByManager) {
             // Let the new hints reach the manager before the request; the
             // passes may run a handler that closes this very window.
             if (!LockForEvent())
@@ -684,51 +696,51 @@ void Window::SetFullScreen(bool on) {
         std::vector<GdkRectangle> screens = Screens();
         if (screens.empty())
             return;
-        const GdkRectangle *s = ScreenShowingMost(screens, boundsBeforeFullScreen);
+        const GdkRectangle *s = ScreenShowingMost(screens, mBoundsBeforeFullScreen);
         if (!s)
             s = &screens[0];
         Move(s->x, s->y, true);
         Resize(s->width, s->height - MenuBarHeightInUse(this), true);
         return;
     }
-    fullScreen = false;
+    mFullScreen = false;
     WindowStateCall leave = ToolkitCall("gtk_window_unfullscreen");
-    Rect r = boundsBeforeFullScreen;
+    Rect r = mBoundsBeforeFullScreen;
     // The open limits go; the window's own come back with its next
     // configure, and a fixed size from SetResizable below.
     gtk_window_set_geometry_hints(gw, nullptr, nullptr, GdkWindowHints(0));
-    if (fullScreenByManager && leave) {
+    if (mFullScreenByManager && leave) {
         leave(gw);
         // The manager puts the frame back; the content size is ours.
         width = r.right - r.left;
         height = r.bottom - r.top;
-        SetResizable(resizableBeforeFullScreen);
+        SetResizable(mResizableBeforeFullScreen);
         return;
     }
-    fullScreenByManager = false;
+    mFullScreenByManager = false;
     Move(r.left, r.top, true);
     Resize(r.right - r.left, r.bottom - r.top, true);
-    SetResizable(resizableBeforeFullScreen);
+    SetResizable(mResizableBeforeFullScreen);
 }
 
 void Window::FullScreenEndedByManager() {
     // The manager's own way out (a key of its own, say): the window is
     // back in its frame, so its limits and fixed size come back too.
-    if (!fullScreen || !fullScreenByManager || !gtkWindow)
+    if (!mFullScreen || !mFullScreenByManager || !mGtkWindow)
         return;
-    fullScreen = false;
-    gtk_window_set_geometry_hints(GTK_WINDOW(gtkWindow), nullptr, nullptr, GdkWindowHints(0));
-    width = boundsBeforeFullScreen.right - boundsBeforeFullScreen.left;
-    height = boundsBeforeFullScreen.bottom - boundsBeforeFullScreen.top;
-    SetResizable(resizableBeforeFullScreen);
+    mFullScreen = false;
+    gtk_window_set_geometry_hints(GTK_WINDOW(mGtkWindow), nullptr, nullptr, GdkWindowHints(0));
+    width = mBoundsBeforeFullScreen.right - mBoundsBeforeFullScreen.left;
+    height = mBoundsBeforeFullScreen.bottom - mBoundsBeforeFullScreen.top;
+    SetResizable(mResizableBeforeFullScreen);
 }
 
 Rect Window::CurrentScreenBounds() {
     Rect r = lastBounds;
-    if (gtkWindow && GTK_WIDGET_VISIBLE(gtkWindow) && gtkWindow->window) {
+    if (mGtkWindow && GTK_WIDGET_VISIBLE(mGtkWindow) && mGtkWindow->window) {
         int x = 0, y = 0, w = 0, h = 0;
-        gdk_window_get_origin(gtkWindow->window, &x, &y);
-        gtk_window_get_size(GTK_WINDOW(gtkWindow), &w, &h);
+        gdk_window_get_origin(mGtkWindow->window, &x, &y);
+        gtk_window_get_size(GTK_WINDOW(mGtkWindow), &w, &h);
         r = Rect{static_cast<int16_t>(y), static_cast<int16_t>(x), static_cast<int16_t>(y + h),
                  static_cast<int16_t>(x + w)};
     } else {
@@ -739,8 +751,8 @@ Rect Window::CurrentScreenBounds() {
 }
 
 void Window::AwaitGeometry() {
-    awaitingGeometry = true;
-    awaitStartTick = TickCount();
+    mAwaitingGeometry = true;
+    mAwaitStartTick = TickCount();
 }
 
 void Window::PreStep() {
@@ -748,12 +760,12 @@ void Window::PreStep() {
     bool toolkitMoved = now.left != lastBounds.left || now.top != lastBounds.top;
     bool toolkitResized = (now.right - now.left) != (lastBounds.right - lastBounds.left) ||
                           (now.bottom - now.top) != (lastBounds.bottom - lastBounds.top);
-    if (awaitingGeometry) {
+    if (mAwaitingGeometry) {
         // Until the toolkit shows the geometry we asked for (or half a
         // second has gone by), its older reports are no user's doing.
         int32_t tick = TickCount();
-        if ((!toolkitMoved && !toolkitResized) || tick - awaitStartTick > 30 || tick < awaitStartTick)
-            awaitingGeometry = false;
+        if ((!toolkitMoved && !toolkitResized) || tick - mAwaitStartTick > 30 || tick < mAwaitStartTick)
+            mAwaitingGeometry = false;
         toolkitMoved = toolkitResized = false;
     }
     bool moved = movedPending || toolkitMoved;
@@ -776,13 +788,13 @@ void Window::PreStep() {
                 return;
         }
     }
-    if (shown && !closing && gtkWindow && !GTK_WIDGET_VISIBLE(gtkWindow))
-        gtk_widget_show(gtkWindow);
+    if (shown && !closing && mGtkWindow && !GTK_WIDGET_VISIBLE(mGtkWindow))
+        gtk_widget_show(mGtkWindow);
 }
 
 void Window::Close() {
-    if (gtkWindow)
-        gtk_widget_hide(gtkWindow);
+    if (mGtkWindow)
+        gtk_widget_hide(mGtkWindow);
     SubPane::Close();
 }
 

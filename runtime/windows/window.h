@@ -10,10 +10,31 @@
 
 namespace kelp {
 
-// Frame constants of the language and the internal kinds they map to.
+// The internal kinds of windows; the language's Frame constants map to them.
+enum WindowKind : int32_t {
+    kKindMetalRounded = 0, // the rounded kind under a system metal flag; none here
+    kKindFloating = 1,
+    kKindModal = 2,
+    kKindMovableModal = 3,
+    kKindPlainBox = 4,
+    kKindShadowedBox = 5,
+    kKindRounded = 6,
+    kKindUtility = 7, // floats like kKindFloating; no Frame makes it
+    kKindDocument = 8,
+    kKindGlobalFloating = 9,
+    kKindSheet = 10,
+    kKindMetal = 11,
+    kKindDrawer = 12,
+};
+
 int32_t KindForFrame(int32_t frame);
 int32_t DefaultPlacementForFrame(int32_t frame);
+// The kinds that the window's own logic treats as modal (menus disabled
+// behind them, say).
 bool IsModalKind(int32_t kind);
+// The kinds the toolkit makes modal: IsModalKind's and the plain box.
+bool IsToolkitModalKind(int32_t kind);
+// Stagger places a window among the windows of its layer.
 int32_t LayerOfKind(int32_t kind);
 
 enum Placement : int32_t {
@@ -22,6 +43,9 @@ enum Placement : int32_t {
     kPlacementMainScreen = 2,
     kPlacementParentScreen = 3,
     kPlacementStagger = 4,
+    // The runtime's own alerts: centred on the screen of the top window of
+    // the layer, half-way down instead of a third.
+    kPlacementAlertCentre = 5,
 };
 
 // Where a window of this kind and size goes on the screen (screen
@@ -76,7 +100,7 @@ public:
     // back to where it was on leaving.  A fixed-size window may grow while
     // full screen and is fixed again after.
     void SetFullScreen(bool on);
-    bool IsFullScreen() const { return fullScreen; }
+    bool IsFullScreen() const { return mFullScreen; }
     // The window manager took the window out of full screen by itself.
     void FullScreenEndedByManager();
     // A size report from the toolkit (content size): with live resizing
@@ -88,7 +112,7 @@ public:
     // The content's rectangle on the screen as the toolkit has it now.
     Rect CurrentScreenBounds();
 
-    GtkWidget *GtkWin() const { return gtkWindow; }
+    GtkWidget *GtkWin() const { return mGtkWindow; }
 
     SubPane *nativeClickPane = nullptr;
     int32_t kind;
@@ -109,14 +133,14 @@ protected:
     void AwaitGeometry();
     // Pins the content's requested size while the window can't be resized.
     void HoldFixedSize();
-    bool awaitingGeometry = false;
-    int32_t awaitStartTick = 0;
-    GtkWidget *gtkWindow = nullptr;
-    GtkWidget *gtkBox = nullptr;
-    bool fullScreen = false;
-    bool fullScreenByManager = false; // how we got there decides how to leave
-    bool resizableBeforeFullScreen = false;
-    Rect boundsBeforeFullScreen{};
+    bool mAwaitingGeometry = false;
+    int32_t mAwaitStartTick = 0;
+    GtkWidget *mGtkWindow = nullptr;
+    GtkWidget *mGtkBox = nullptr;
+    bool mFullScreen = false;
+    bool mFullScreenByManager = false; // how we got there decides how to leave
+    bool mResizableBeforeFullScreen = false;
+    Rect mBoundsBeforeFullScreen{};
 };
 
 // The window of a pane's tree, or null for a pane outside any window.

@@ -24,15 +24,15 @@ namespace {
 class Unhandled : public ::testing::Test {
 protected:
     void SetUp() override {
-        previous_ = kelp::SetUnhandledHandler(&kelp::StandardUnhandledHandler);
+        mPrevious = kelp::SetUnhandledHandler(&kelp::StandardUnhandledHandler);
         kelp::ClearQuitRequest();
     }
     void TearDown() override {
         kelp::ReleaseRegisteredApplication();
-        kelp::SetUnhandledHandler(previous_);
+        kelp::SetUnhandledHandler(mPrevious);
         kelp::ClearQuitRequest();
     }
-    kelp::UnhandledHandler previous_ = nullptr;
+    kelp::UnhandledHandler mPrevious = nullptr;
 };
 
 TEST_F(Unhandled, WithoutADisplayTheTextGoesToStandardErrorAndTheRunEnds) {

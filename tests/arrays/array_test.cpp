@@ -28,13 +28,13 @@ class Arrays : public ::testing::Test {
 protected:
     void SetUp() override {
         gAssertions = 0;
-        previous_ = kelp::SetFatalReportHook(&CountAssertion);
+        mPrevious = kelp::SetFatalReportHook(&CountAssertion);
     }
     void TearDown() override {
-        kelp::SetFatalReportHook(previous_);
+        kelp::SetFatalReportHook(mPrevious);
         EXPECT_EQ(RuntimePendingException(), nullptr);
     }
-    kelp::FatalReportHook previous_ = nullptr;
+    kelp::FatalReportHook mPrevious = nullptr;
 };
 
 // The element kinds: size and whether they hold references.

@@ -148,8 +148,8 @@ TEST_P(BankTable, EveryArrangementHasItsPositionTipAndTenEntries) {
 }
 
 INSTANTIATE_TEST_SUITE_P(AllProblems, BankTable, ::testing::ValuesIn(kBank),
-                         [](const ::testing::TestParamInfo<BankRow> &info) {
-                             return "Problem" + std::to_string(info.param.number);
+                         [](const ::testing::TestParamInfo<BankRow> &row) {
+                             return "Problem" + std::to_string(row.param.number);
                          });
 
 } // namespace

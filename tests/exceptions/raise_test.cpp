@@ -24,7 +24,7 @@ void CountingUnhandled(RuntimeObject *e) {
 class Raising : public ::testing::Test {
 protected:
     void SetUp() override {
-        previous_ = kelp::SetUnhandledHandler(&CountingUnhandled);
+        mPrevious = kelp::SetUnhandledHandler(&CountingUnhandled);
         gUnhandled.clear();
         Log().clear();
     }
@@ -32,10 +32,10 @@ protected:
         for (RuntimeObject *e : gUnhandled)
             RuntimeUnlockObject(e);
         gUnhandled.clear();
-        kelp::SetUnhandledHandler(previous_);
+        kelp::SetUnhandledHandler(mPrevious);
         EXPECT_EQ(RuntimePendingException(), nullptr);
     }
-    kelp::UnhandledHandler previous_ = nullptr;
+    kelp::UnhandledHandler mPrevious = nullptr;
 };
 
 std::string ClassOf(RuntimeObject *o) { return o && o->klass ? Str(o->klass->name) : "(none)"; }

@@ -18,34 +18,34 @@ protected:
     void SetUp() override {
         if (!RequireToolkitDisplay())
             GTEST_SKIP() << "no X server";
-        window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
-        gtk_window_set_default_size(GTK_WINDOW(window), 200, 150);
-        gtk_widget_set_app_paintable(window, TRUE);
-        fixed = gtk_fixed_new();
-        gtk_container_add(GTK_CONTAINER(window), fixed);
+        mWindow = gtk_window_new(GTK_WINDOW_TOPLEVEL);
+        gtk_window_set_default_size(GTK_WINDOW(mWindow), 200, 150);
+        gtk_widget_set_app_paintable(mWindow, TRUE);
+        mFixed = gtk_fixed_new();
+        gtk_container_add(GTK_CONTAINER(mWindow), mFixed);
     }
     void TearDown() override {
-        if (window)
-            gtk_widget_destroy(window);
+        if (mWindow)
+            gtk_widget_destroy(mWindow);
         Pump();
     }
     void Show() {
-        gtk_widget_show_all(window);
+        gtk_widget_show_all(mWindow);
         // Wait (bounded) until the server has mapped it and sent its exposes.
-        for (int i = 0; i < 200 && !GTK_WIDGET_MAPPED(window); ++i)
+        for (int i = 0; i < 200 && !GTK_WIDGET_MAPPED(mWindow); ++i)
             Pump();
         Pump();
     }
-    GdkDrawable *Window() { return GDK_DRAWABLE(window->window); }
+    GdkDrawable *Window() { return GDK_DRAWABLE(mWindow->window); }
     // What the screen shows at a point of the window.
     uint32_t OnScreen(int x, int y) {
         int ox = 0, oy = 0;
-        gdk_window_get_origin(window->window, &ox, &oy);
+        gdk_window_get_origin(mWindow->window, &ox, &oy);
         return PixelAt(GDK_DRAWABLE(gdk_get_default_root_window()), ox + x, oy + y);
     }
 
-    GtkWidget *window = nullptr;
-    GtkWidget *fixed = nullptr;
+    GtkWidget *mWindow = nullptr;
+    GtkWidget *mFixed = nullptr;
 };
 
 struct ExposeCount {
@@ -64,7 +64,7 @@ gboolean PaintRedBox(GtkWidget *widget, GdkEventExpose *, gpointer data) {
 
 TEST_F(ToolkitWindow, ExposePaintsWhatTheScreenShows) {
     ExposeCount exposes;
-    g_signal_connect(window, "expose-event", G_CALLBACK(PaintRedBox), &exposes);
+    g_signal_connect(mWindow, "expose-event", G_CALLBACK(PaintRedBox), &exposes);
     Show();
     ASSERT_GT(exposes.count, 0);
     EXPECT_EQ(OnScreen(10, 10), 0xFF0000u);
@@ -74,7 +74,7 @@ TEST_F(ToolkitWindow, ExposePaintsWhatTheScreenShows) {
 
     // An invalidation comes back as another expose that paints again.
     const int before = exposes.count;
-    gdk_window_invalidate_rect(window->window, nullptr, FALSE);
+    gdk_window_invalidate_rect(mWindow->window, nullptr, FALSE);
     Pump();
     EXPECT_GT(exposes.count, before);
     EXPECT_EQ(OnScreen(30, 30), 0xFF0000u);
@@ -82,7 +82,7 @@ TEST_F(ToolkitWindow, ExposePaintsWhatTheScreenShows) {
 
 TEST_F(ToolkitWindow, MenuBarHeightPushesTheWindowsDrawingDown) {
     Show();
-    WidgetTarget target(window, Rect{0, 0, 150, 200}, WidgetTarget::kWindowItself, 20);
+    WidgetTarget target(mWindow, Rect{0, 0, 150, 200}, WidgetTarget::kWindowItself, 20);
     GraphicsGTK g(&target);
     g.SetForeColor(ColorWordToRGB(0x0000FF));
     g.FillRect(RectFromXYWH(0, 0, 10, 10));
@@ -94,7 +94,7 @@ TEST_F(ToolkitWindow, MenuBarHeightPushesTheWindowsDrawingDown) {
 TEST_F(ToolkitWindow, PaneSharingTheWindowIsClippedToItself) {
     Show();
     // A pane at left 40, top 30, 50 wide and 30 high, without a window of its own.
-    WidgetTarget target(window, Rect{30, 40, 60, 90}, WidgetTarget::kSharesWindow, 0);
+    WidgetTarget target(mWindow, Rect{30, 40, 60, 90}, WidgetTarget::kSharesWindow, 0);
     RuntimeObject *object = NewGraphicsObject(new GraphicsGTK(&target), true);
     ASSERT_NE(object, nullptr);
     graphicsForeColorSetter(object, 0, 0x00AA00);
@@ -113,7 +113,7 @@ TEST_F(ToolkitWindow, PaneSharingTheWindowIsClippedToItself) {
 TEST_F(ToolkitWindow, PaneWithItsOwnWindowDrawsAtItsOrigin) {
     GtkWidget *area = gtk_drawing_area_new();
     gtk_widget_set_size_request(area, 50, 30);
-    gtk_fixed_put(GTK_FIXED(fixed), area, 40, 30);
+    gtk_fixed_put(GTK_FIXED(mFixed), area, 40, 30);
     Show();
     ASSERT_TRUE(GTK_WIDGET_REALIZED(area));
     WidgetTarget target(area, Rect{30, 40, 60, 90}, WidgetTarget::kOwnWindow);
@@ -132,7 +132,7 @@ TEST_F(ToolkitWindow, PaneWithItsOwnWindowDrawsAtItsOrigin) {
 
 TEST_F(ToolkitWindow, ClearRectUsesTheWindowsBackColour) {
     Show();
-    WidgetTarget target(window, Rect{0, 0, 150, 200}, WidgetTarget::kWindowItself, 0);
+    WidgetTarget target(mWindow, Rect{0, 0, 150, 200}, WidgetTarget::kWindowItself, 0);
     GraphicsGTK g(&target);
     const uint32_t background = PixelAt(Window(), 150, 100);
     g.SetForeColor(ColorWordToRGB(0x000000));

@@ -38,9 +38,9 @@ protected:
         AddExport("TestImageTwice", reinterpret_cast<void *>(&TestImageTwice));
         gSeen.clear();
         gReports.clear();
-        old_ = kelp::SetFatalReportHook(&CollectReport);
+        mOld = kelp::SetFatalReportHook(&CollectReport);
     }
-    void TearDown() override { kelp::SetFatalReportHook(old_); }
+    void TearDown() override { kelp::SetFatalReportHook(mOld); }
 
     img::PreparedImage Prepare(ImageBuilder &b, img::Placement where = img::Placement::kNearRuntime) {
         img::PreparedImage p;
@@ -49,7 +49,7 @@ protected:
         return p;
     }
 
-    kelp::FatalReportHook old_ = nullptr;
+    kelp::FatalReportHook mOld = nullptr;
 };
 
 // An entry that records 7 and 21, calling the same export twice so that the

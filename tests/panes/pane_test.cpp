@@ -23,28 +23,28 @@ std::vector<std::string> gLog;
 class LogPane : public SubPane {
 public:
     LogPane(SubPane *parent, Rect r, std::string name, GtkWidget *w = nullptr, bool takes = false)
-        : SubPane(parent, r, w), name_(std::move(name)), takes_(takes) {}
-    ~LogPane() override { gLog.push_back(name_ + ".destroyed"); }
+        : SubPane(parent, r, w), mName(std::move(name)), mTakes(takes) {}
+    ~LogPane() override { gLog.push_back(mName + ".destroyed"); }
     bool MouseDown(int32_t x, int32_t y, int32_t) override {
-        gLog.push_back(name_ + ".down " + std::to_string(x) + "," + std::to_string(y));
+        gLog.push_back(mName + ".down " + std::to_string(x) + "," + std::to_string(y));
         if (closeOnDown)
             Close();
-        return takes_;
+        return mTakes;
     }
     void MouseDrag(int32_t, int32_t) override { ++drags; }
-    void MouseUp(int32_t, int32_t) override { gLog.push_back(name_ + ".up"); }
-    void MouseEnter() override { gLog.push_back(name_ + ".enter"); }
-    void MouseExit() override { gLog.push_back(name_ + ".exit"); }
-    void GainFocus() override { gLog.push_back(name_ + ".gain"); }
-    void LoseFocus() override { gLog.push_back(name_ + ".lose"); }
+    void MouseUp(int32_t, int32_t) override { gLog.push_back(mName + ".up"); }
+    void MouseEnter() override { gLog.push_back(mName + ".enter"); }
+    void MouseExit() override { gLog.push_back(mName + ".exit"); }
+    void GainFocus() override { gLog.push_back(mName + ".gain"); }
+    void LoseFocus() override { gLog.push_back(mName + ".lose"); }
     bool PassesClicksThrough() override { return passes; }
     bool closeOnDown = false;
     bool passes = false;
     int drags = 0;
 
 private:
-    std::string name_;
-    bool takes_;
+    std::string mName;
+    bool mTakes;
 };
 
 Rect R(int left, int top, int w, int h) { return RectFromXYWH(left, top, w, h); }
@@ -55,13 +55,13 @@ protected:
         if (!test::RequireToolkitDisplay())
             GTEST_SKIP() << "no X server";
         gLog.clear();
-        window = new Window("Panes", 4, true, R(50, 60, 300, 200));
-        window->Show();
+        mWindow = new Window("Panes", 4, true, R(50, 60, 300, 200));
+        mWindow->Show();
         Settle(80);
     }
     void TearDown() override {
-        if (window)
-            window->Close();
+        if (mWindow)
+            mWindow->Close();
         Settle(10);
     }
     void Settle(int ms) {
@@ -71,28 +71,28 @@ protected:
             MainLoopStep(true);
         g_source_remove(wake);
     }
-    Window *window = nullptr;
+    Window *mWindow = nullptr;
 };
 
 TEST_F(PaneTest, ChildGivenToTheWindowGoesUnderTheLastPaneThatEnclosesIt) {
-    auto *group = new LogPane(window, R(10, 10, 200, 150), "group");
-    auto *inner = new LogPane(window, R(20, 20, 50, 30), "inner");
-    auto *outside = new LogPane(window, R(250, 10, 20, 20), "outside");
+    auto *group = new LogPane(mWindow, R(10, 10, 200, 150), "group");
+    auto *inner = new LogPane(mWindow, R(20, 20, 50, 30), "inner");
+    auto *outside = new LogPane(mWindow, R(250, 10, 20, 20), "outside");
     EXPECT_EQ(inner->Parent(), group);
-    EXPECT_EQ(outside->Parent(), window);
-    EXPECT_EQ(window->PanesInCreationOrder(), (std::vector<SubPane *>{group, inner, outside}));
+    EXPECT_EQ(outside->Parent(), mWindow);
+    EXPECT_EQ(mWindow->PanesInCreationOrder(), (std::vector<SubPane *>{group, inner, outside}));
     // An empty rectangle encloses nothing.
-    auto *empty = new LogPane(window, R(0, 0, 0, 0), "empty");
-    auto *later = new LogPane(window, R(0, 0, 0, 0), "later");
-    EXPECT_EQ(later->Parent(), window);
+    auto *empty = new LogPane(mWindow, R(0, 0, 0, 0), "empty");
+    auto *later = new LogPane(mWindow, R(0, 0, 0, 0), "later");
+    EXPECT_EQ(later->Parent(), mWindow);
     (void)empty;
 }
 
 TEST_F(PaneTest, WidgetIsPlacedInTheFixedAndNegativeSizesRequestNothing) {
     GtkWidget *button = gtk_button_new_with_label("OK");
     gtk_widget_show(button);
-    auto *pane = new LogPane(window, R(30, 40, -10, 25), "button", button);
-    EXPECT_EQ(gtk_widget_get_parent(button), window->Fixed());
+    auto *pane = new LogPane(mWindow, R(30, 40, -10, 25), "button", button);
+    EXPECT_EQ(gtk_widget_get_parent(button), mWindow->Fixed());
     int w = 0, h = 0;
     gtk_widget_get_size_request(button, &w, &h);
     EXPECT_GE(w, 0); // the toolkit turns a request of 0 into 1
@@ -107,8 +107,8 @@ TEST_F(PaneTest, WidgetIsPlacedInTheFixedAndNegativeSizesRequestNothing) {
 }
 
 TEST_F(PaneTest, MovingAParentMovesItsChildrenBySameOffset) {
-    auto *group = new LogPane(window, R(10, 10, 100, 100), "group");
-    auto *inner = new LogPane(window, R(20, 30, 10, 10), "inner");
+    auto *group = new LogPane(mWindow, R(10, 10, 100, 100), "group");
+    auto *inner = new LogPane(mWindow, R(20, 30, 10, 10), "inner");
     group->SetBounds(R(40, 50, 100, 100), false);
     EXPECT_EQ(inner->bounds.left, 50);
     EXPECT_EQ(inner->bounds.top, 70);
@@ -116,34 +116,34 @@ TEST_F(PaneTest, MovingAParentMovesItsChildrenBySameOffset) {
 }
 
 TEST_F(PaneTest, MovingBetweenNestedPanesExitsBeforeItEnters) {
-    new LogPane(window, R(10, 10, 50, 50), "a");
-    new LogPane(window, R(100, 10, 50, 50), "b");
-    window->MouseMove(20, 20);
-    window->MouseMove(110, 20);
-    window->MouseMove(5, 5);
+    new LogPane(mWindow, R(10, 10, 50, 50), "a");
+    new LogPane(mWindow, R(100, 10, 50, 50), "b");
+    mWindow->MouseMove(20, 20);
+    mWindow->MouseMove(110, 20);
+    mWindow->MouseMove(5, 5);
     EXPECT_EQ(gLog, (std::vector<std::string>{"a.enter", "a.exit", "b.enter", "b.exit"}));
 }
 
 TEST_F(PaneTest, PressGoesToTheTopPaneThatTakesItAndCapturesIt) {
-    auto *below = new LogPane(window, R(10, 10, 100, 100), "below", nullptr, true);
-    auto *over = new LogPane(window, R(50, 50, 100, 100), "over", nullptr, false);
-    ASSERT_EQ(over->Parent(), window); // overlapping siblings, over on top
+    auto *below = new LogPane(mWindow, R(10, 10, 100, 100), "below", nullptr, true);
+    auto *over = new LogPane(mWindow, R(50, 50, 100, 100), "over", nullptr, false);
+    ASSERT_EQ(over->Parent(), mWindow); // overlapping siblings, over on top
     over->passes = true; // like static text: the click goes through
-    EXPECT_TRUE(window->MouseDown(60, 60, 0));
+    EXPECT_TRUE(mWindow->MouseDown(60, 60, 0));
     EXPECT_EQ(gLog, (std::vector<std::string>{"over.down 60,60", "below.down 60,60"}));
     EXPECT_EQ(MouseCapturePane(), below);
     SetMouseCapturePane(nullptr);
 }
 
 TEST_F(PaneTest, DecliningNativePaneBecomesTheNativeClickPane) {
-    auto *native = new LogPane(window, R(10, 10, 100, 100), "native", nullptr, false);
-    EXPECT_TRUE(window->MouseDown(30, 30, 0));
-    EXPECT_EQ(window->nativeClickPane, native);
+    auto *native = new LogPane(mWindow, R(10, 10, 100, 100), "native", nullptr, false);
+    EXPECT_TRUE(mWindow->MouseDown(30, 30, 0));
+    EXPECT_EQ(mWindow->nativeClickPane, native);
     EXPECT_EQ(MouseCapturePane(), nullptr);
 }
 
 TEST_F(PaneTest, PaneClosingItselfInItsEventIsDestroyedAfterTheEvent) {
-    auto *pane = new LogPane(window, R(10, 10, 50, 50), "self", nullptr, true);
+    auto *pane = new LogPane(mWindow, R(10, 10, 50, 50), "self", nullptr, true);
     pane->closeOnDown = true;
     ASSERT_TRUE(pane->LockForEvent());
     pane->MouseDown(20, 20, 0);
@@ -151,8 +151,8 @@ TEST_F(PaneTest, PaneClosingItselfInItsEventIsDestroyedAfterTheEvent) {
     EXPECT_EQ(std::count(gLog.begin(), gLog.end(), "self.destroyed"), 0);
     EXPECT_TRUE(pane->UnlockAfterEvent());
     EXPECT_EQ(std::count(gLog.begin(), gLog.end(), "self.destroyed"), 1);
-    EXPECT_TRUE(window->PanesInCreationOrder().empty());
-    EXPECT_TRUE(window->Children().empty());
+    EXPECT_TRUE(mWindow->PanesInCreationOrder().empty());
+    EXPECT_TRUE(mWindow->Children().empty());
 }
 
 TEST_F(PaneTest, ClosingAPaneLetsGoOfFocusAndCaptureAndTellsReceivers) {
@@ -160,7 +160,7 @@ TEST_F(PaneTest, ClosingAPaneLetsGoOfFocusAndCaptureAndTellsReceivers) {
         void PaneDied(SubPane *pane) override { died.push_back(pane); }
         std::vector<SubPane *> died;
     } receiver;
-    auto *pane = new LogPane(window, R(10, 10, 50, 50), "p");
+    auto *pane = new LogPane(mWindow, R(10, 10, 50, 50), "p");
     SetFocus(pane);
     SetMouseCapturePane(pane);
     pane->Close();
@@ -172,7 +172,7 @@ TEST_F(PaneTest, ClosingAPaneLetsGoOfFocusAndCaptureAndTellsReceivers) {
 }
 
 TEST_F(PaneTest, HidingTheFocusPaneClearsTheFocus) {
-    auto *pane = new LogPane(window, R(10, 10, 50, 50), "p");
+    auto *pane = new LogPane(mWindow, R(10, 10, 50, 50), "p");
     SetFocus(pane);
     pane->SetVisible(false);
     EXPECT_EQ(FocusPane(), nullptr);
@@ -180,17 +180,17 @@ TEST_F(PaneTest, HidingTheFocusPaneClearsTheFocus) {
 }
 
 TEST_F(PaneTest, ClosingTheWindowClosesItsChildrenFirst) {
-    auto *group = new LogPane(window, R(10, 10, 100, 100), "group");
-    new LogPane(window, R(20, 20, 10, 10), "inner");
+    auto *group = new LogPane(mWindow, R(10, 10, 100, 100), "group");
+    new LogPane(mWindow, R(20, 20, 10, 10), "inner");
     (void)group;
-    window->Close();
-    window = nullptr;
+    mWindow->Close();
+    mWindow = nullptr;
     EXPECT_EQ(gLog, (std::vector<std::string>{"inner.destroyed", "group.destroyed"}));
 }
 
 TEST_F(PaneTest, RealButtonPressAndReleaseReachTheCapturedPane) {
-    auto *pane = new LogPane(window, R(10, 10, 100, 100), "canvas", nullptr, true);
-    GdkWindow *gw = window->GtkWin()->window;
+    auto *pane = new LogPane(mWindow, R(10, 10, 100, 100), "canvas", nullptr, true);
+    GdkWindow *gw = mWindow->GtkWin()->window;
     ASSERT_NE(gw, nullptr);
     gdk_test_simulate_button(gw, 40, 50, 1, GdkModifierType(0), GDK_BUTTON_PRESS);
     Settle(60);
@@ -211,30 +211,30 @@ TEST_F(PaneTest, TabWalksTheFocusablePanesInCreationOrderAndShiftTabGoesBack) {
         gtk_widget_show(b);
         return b;
     };
-    auto *first = new LogPane(window, R(10, 10, 60, 25), "first", button());
-    new LogPane(window, R(10, 40, 60, 25), "plain"); // no widget: never takes focus
-    auto *second = new LogPane(window, R(10, 70, 60, 25), "second", button());
-    auto *third = new LogPane(window, R(10, 100, 60, 25), "third", button());
+    auto *first = new LogPane(mWindow, R(10, 10, 60, 25), "first", button());
+    new LogPane(mWindow, R(10, 40, 60, 25), "plain"); // no widget: never takes focus
+    auto *second = new LogPane(mWindow, R(10, 70, 60, 25), "second", button());
+    auto *third = new LogPane(mWindow, R(10, 100, 60, 25), "third", button());
     third->SetEnabled(false, false); // a disabled pane is passed over
-    EXPECT_TRUE(window->KeyDownWindow(9, 0, 0));
+    EXPECT_TRUE(mWindow->KeyDownWindow(9, 0, 0));
     EXPECT_EQ(FocusPane(), first);
-    EXPECT_TRUE(window->KeyDownWindow(9, 0, 0));
+    EXPECT_TRUE(mWindow->KeyDownWindow(9, 0, 0));
     EXPECT_EQ(FocusPane(), second);
-    EXPECT_TRUE(window->KeyDownWindow(9, 0, 0));
+    EXPECT_TRUE(mWindow->KeyDownWindow(9, 0, 0));
     EXPECT_EQ(FocusPane(), first); // wraps round
-    EXPECT_TRUE(window->KeyDownWindow(9, 0, kModShift));
+    EXPECT_TRUE(mWindow->KeyDownWindow(9, 0, kModShift));
     EXPECT_EQ(FocusPane(), second);
     // With Control held, Tab is no navigation key.
-    EXPECT_FALSE(window->KeyDownWindow(9, 0, kModControl));
+    EXPECT_FALSE(mWindow->KeyDownWindow(9, 0, kModControl));
     EXPECT_EQ(FocusPane(), second);
     SetFocus(nullptr);
 }
 
 TEST_F(PaneTest, PointerOverAPaneWithACursorShowsThatCursor) {
     GdkCursor *cross = gdk_cursor_new(GDK_CROSSHAIR);
-    auto *pane = new LogPane(window, R(10, 10, 100, 80), "cursor");
+    auto *pane = new LogPane(mWindow, R(10, 10, 100, 80), "cursor");
     pane->cursor = cross;
-    GdkWindow *gw = window->GtkWin()->window;
+    GdkWindow *gw = mWindow->GtkWin()->window;
     int ox = 0, oy = 0;
     gdk_window_get_origin(gw, &ox, &oy);
     GdkDisplay *display = gdk_display_get_default();

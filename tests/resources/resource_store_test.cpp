@@ -34,10 +34,10 @@ protected:
     void SetUp() override {
         kelp::ClearResourcesForTest();
         gReports.clear();
-        old_ = kelp::SetFatalReportHook(&CollectReport);
+        mOld = kelp::SetFatalReportHook(&CollectReport);
     }
     void TearDown() override {
-        kelp::SetFatalReportHook(old_);
+        kelp::SetFatalReportHook(mOld);
         kelp::ClearResourcesForTest();
     }
     void Load(ImageBuilder &b) {
@@ -48,7 +48,7 @@ protected:
     static std::string Text(stringStorage *s) {
         return s ? std::string(reinterpret_cast<const char *>(s->buffer + 1), size_t(s->length)) : "";
     }
-    kelp::FatalReportHook old_ = nullptr;
+    kelp::FatalReportHook mOld = nullptr;
 };
 
 TEST_F(ResourceStore, RowsKeepTheirOrderAndTheFirstOfTwoEqualRowsWins) {

@@ -38,7 +38,8 @@ TEST(Clocks, TickCountAdvancesAtSixtyPerSecond) {
 }
 
 struct LoggingPollable : Pollable {
-    LoggingPollable(std::string name, std::vector<std::string> &log) : name(std::move(name)), log(log) {}
+    LoggingPollable(std::string pollableName, std::vector<std::string> &calls)
+        : name(std::move(pollableName)), log(calls) {}
     void Poll() override {
         log.push_back(name);
         if (action)
@@ -111,7 +112,7 @@ TEST(Pollables, ADestroyedPollableLeavesTheRegistry) {
 }
 
 struct CountingTask : BackgroundTask {
-    explicit CountingTask(int32_t period, bool untimed = false) : BackgroundTask(period) {
+    explicit CountingTask(int32_t ticks, bool untimed = false) : BackgroundTask(ticks) {
         if (untimed)
             RemoveTimeout();
     }

@@ -19,16 +19,16 @@ std::vector<std::string> gRan;
 
 class NamedTask : public kelp::runShutdownTask {
 public:
-    explicit NamedTask(std::string name) : name_(std::move(name)) {}
+    explicit NamedTask(std::string name) : mName(std::move(name)) {}
     ~NamedTask() override {
-        gRan.push_back(name_);
+        gRan.push_back(mName);
         // A task made during the run-down runs too.
-        if (name_ == "spawner")
+        if (mName == "spawner")
             new NamedTask("late");
     }
 
 private:
-    std::string name_;
+    std::string mName;
 };
 
 TEST(ShutdownTasks, RunNewestFirstIncludingTasksMadeWhileRunning) {

@@ -13,9 +13,9 @@ class ReportCounter {
     ReportCounter() {
         Count() = 0;
         LastCondition().clear();
-        previous_ = kelp::SetFatalReportHook(&Record);
+        mPrevious = kelp::SetFatalReportHook(&Record);
     }
-    ~ReportCounter() { kelp::SetFatalReportHook(previous_); }
+    ~ReportCounter() { kelp::SetFatalReportHook(mPrevious); }
     int count() const { return Count(); }
     std::string last() const { return LastCondition(); }
 
@@ -32,7 +32,7 @@ class ReportCounter {
         ++Count();
         LastCondition() = condition ? condition : "";
     }
-    kelp::FatalReportHook previous_;
+    kelp::FatalReportHook mPrevious;
 };
 
 } // namespace strings_test

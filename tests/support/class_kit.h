@@ -45,8 +45,8 @@ struct Report {
 // Collects fatal reports for the life of the object, instead of dialogs.
 class ReportRecorder {
 public:
-    ReportRecorder() { previous_ = kelp::SetFatalReportHook(&Record); Reports().clear(); }
-    ~ReportRecorder() { kelp::SetFatalReportHook(previous_); }
+    ReportRecorder() { mPrevious = kelp::SetFatalReportHook(&Record); Reports().clear(); }
+    ~ReportRecorder() { kelp::SetFatalReportHook(mPrevious); }
     static std::vector<Report> &Reports() {
         static std::vector<Report> reports;
         return reports;
@@ -62,7 +62,7 @@ private:
     static void Record(int kind, const char *, int, const char *condition, const char *message) {
         Reports().push_back({kind, condition, message});
     }
-    kelp::FatalReportHook previous_;
+    kelp::FatalReportHook mPrevious;
 };
 
 // A log of calls, shared by the life-cycle functions of the test classes.

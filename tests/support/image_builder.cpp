@@ -35,13 +35,13 @@ void AppendName(std::vector<uint8_t> &out, const std::string &name) {
 } // namespace
 
 void ImageBuilder::Bytes(std::initializer_list<uint8_t> bytes) {
-    code_.insert(code_.end(), bytes.begin(), bytes.end());
+    mCode.insert(mCode.end(), bytes.begin(), bytes.end());
 }
 
 void ImageBuilder::Rex(bool w, Reg reg, Reg rm) {
     const uint8_t rex = uint8_t(0x40 | (w ? 8 : 0) | (Ext(reg) ? 4 : 0) | (Ext(rm) ? 1 : 0));
     if (rex != 0x40)
-        code_.push_back(rex);
+        mCode.push_back(rex);
 }
 
 void ImageBuilder::Prologue() {
@@ -54,30 +54,30 @@ void ImageBuilder::Epilogue() {
     Ret();
 }
 
-void ImageBuilder::Ret() { code_.push_back(0xC3); }
+void ImageBuilder::Ret() { mCode.push_back(0xC3); }
 
 void ImageBuilder::Push(Reg r) {
     if (Ext(r))
-        code_.push_back(0x41);
-    code_.push_back(uint8_t(0x50 + Low(r)));
+        mCode.push_back(0x41);
+    mCode.push_back(uint8_t(0x50 + Low(r)));
 }
 
 void ImageBuilder::Pop(Reg r) {
     if (Ext(r))
-        code_.push_back(0x41);
-    code_.push_back(uint8_t(0x58 + Low(r)));
+        mCode.push_back(0x41);
+    mCode.push_back(uint8_t(0x58 + Low(r)));
 }
 
 void ImageBuilder::MovImm(Reg r, uint64_t value) {
     Rex(true, Reg::RAX, r);
-    code_.push_back(uint8_t(0xB8 + Low(r)));
-    AppendU64(code_, value);
+    mCode.push_back(uint8_t(0xB8 + Low(r)));
+    AppendU64(mCode, value);
 }
 
 void ImageBuilder::MovReg(Reg to, Reg from) {
     Rex(true, from, to);
-    code_.push_back(0x89);
-    code_.push_back(uint8_t(0xC0 | Low(from) << 3 | Low(to)));
+    mCode.push_back(0x89);
+    mCode.push_back(uint8_t(0xC0 | Low(from) << 3 | Low(to)));
 }
 
 namespace {
@@ -91,98 +91,98 @@ void MemOperand(std::vector<uint8_t> &code, Reg reg, Reg base, int32_t displacem
 
 void ImageBuilder::LoadMem(Reg to, Reg base, int32_t displacement) {
     Rex(true, to, base);
-    code_.push_back(0x8B);
-    MemOperand(code_, to, base, displacement);
+    mCode.push_back(0x8B);
+    MemOperand(mCode, to, base, displacement);
 }
 
 void ImageBuilder::LoadMem32(Reg to, Reg base, int32_t displacement) {
     Rex(false, to, base);
-    code_.push_back(0x8B);
-    MemOperand(code_, to, base, displacement);
+    mCode.push_back(0x8B);
+    MemOperand(mCode, to, base, displacement);
 }
 
 void ImageBuilder::StoreMem(Reg base, int32_t displacement, Reg from) {
     Rex(true, from, base);
-    code_.push_back(0x89);
-    MemOperand(code_, from, base, displacement);
+    mCode.push_back(0x89);
+    MemOperand(mCode, from, base, displacement);
 }
 
 void ImageBuilder::AddImm(Reg r, int32_t value) {
     Rex(true, Reg::RAX, r);
-    code_.push_back(0x81);
-    code_.push_back(uint8_t(0xC0 | Low(r)));
-    AppendU32(code_, uint32_t(value));
+    mCode.push_back(0x81);
+    mCode.push_back(uint8_t(0xC0 | Low(r)));
+    AppendU32(mCode, uint32_t(value));
 }
 
 void ImageBuilder::CallReg(Reg r) {
     if (Ext(r))
-        code_.push_back(0x41);
-    code_.push_back(0xFF);
-    code_.push_back(uint8_t(0xD0 | Low(r)));
+        mCode.push_back(0x41);
+    mCode.push_back(0xFF);
+    mCode.push_back(uint8_t(0xD0 | Low(r)));
 }
 
 // Threads a new hole at the end of the code onto the chain named key: the
 // new hole ends the chain (link 0) and the previous last hole links to it.
 // heads keeps "head" and "last" per key as key and key + '\n'.
 void ImageBuilder::ChainHole(std::map<std::string, uint32_t> &chains, const std::string &key) {
-    const uint32_t hole = uint32_t(code_.size());
+    const uint32_t hole = uint32_t(mCode.size());
     auto last = chains.find(key + '\n');
     if (last == chains.end()) {
         chains[key] = hole;
     } else {
-        WriteU32(code_.data() + last->second, hole);
+        WriteU32(mCode.data() + last->second, hole);
     }
     chains[key + '\n'] = hole;
 }
 
 void ImageBuilder::CallImport(const std::string &name) {
-    code_.push_back(0xE8);
-    ChainHole(importChains_, name);
-    AppendU32(code_, 0);
+    mCode.push_back(0xE8);
+    ChainHole(mImportChains, name);
+    AppendU32(mCode, 0);
 }
 
 void ImageBuilder::JumpImport(const std::string &name) {
-    code_.push_back(0xE9);
-    ChainHole(importChains_, name);
-    AppendU32(code_, 0);
+    mCode.push_back(0xE9);
+    ChainHole(mImportChains, name);
+    AppendU32(mCode, 0);
 }
 
 void ImageBuilder::LoadImportAddress(Reg r, const std::string &name) {
     Rex(true, Reg::RAX, r);
-    code_.push_back(uint8_t(0xB8 + Low(r)));
-    ChainHole(absoluteChains_, name);
-    AppendU64(code_, 0);
+    mCode.push_back(uint8_t(0xB8 + Low(r)));
+    ChainHole(mAbsoluteChains, name);
+    AppendU64(mCode, 0);
 }
 
 void ImageBuilder::CallSoftImport(const std::string &function, const std::string &library) {
-    code_.push_back(0xE8);
+    mCode.push_back(0xE8);
     // Soft chains are keyed by function and library together.
     const std::string key = function + '\t' + library;
-    ChainHole(softKeyed_, key);
-    AppendU32(code_, 0);
+    ChainHole(mSoftKeyed, key);
+    AppendU32(mCode, 0);
 }
 
 void ImageBuilder::LoadString(Reg r, const std::string &text) {
-    auto it = literals_.find(text);
-    const uint32_t offset = it != literals_.end() ? it->second : AddStringLiteral(text);
-    literals_[text] = offset;
+    auto it = mLiterals.find(text);
+    const uint32_t offset = it != mLiterals.end() ? it->second : AddStringLiteral(text);
+    mLiterals[text] = offset;
     MovImm(r, offset);
-    references_.push_back({5, uint32_t(code_.size() - 8)});
+    mReferences.push_back({5, uint32_t(mCode.size() - 8)});
 }
 
 void ImageBuilder::LoadDataAddress(Reg r, uint32_t dataOffset) {
     MovImm(r, dataOffset);
-    references_.push_back({2, uint32_t(code_.size() - 8)});
+    mReferences.push_back({2, uint32_t(mCode.size() - 8)});
 }
 
 void ImageBuilder::LoadCodeAddress(Reg r, uint32_t codeOffset) {
     MovImm(r, codeOffset);
-    references_.push_back({3, uint32_t(code_.size() - 8)});
+    mReferences.push_back({3, uint32_t(mCode.size() - 8)});
 }
 
 void ImageBuilder::CallLocal(uint32_t codeOffset) {
-    code_.push_back(0xE8);
-    AppendU32(code_, uint32_t(int32_t(codeOffset) - int32_t(code_.size() + 4)));
+    mCode.push_back(0xE8);
+    AppendU32(mCode, uint32_t(int32_t(codeOffset) - int32_t(mCode.size() + 4)));
 }
 
 void ImageBuilder::PutsString(Reg r) {
@@ -203,10 +203,10 @@ void ImageBuilder::PutsText(const std::string &text) {
 }
 
 uint32_t ImageBuilder::AddData(const std::vector<uint8_t> &bytes) {
-    while (data_.size() % KELP_LITERAL_ALIGN)
-        data_.push_back(0);
-    const uint32_t offset = uint32_t(data_.size());
-    data_.insert(data_.end(), bytes.begin(), bytes.end());
+    while (mData.size() % KELP_LITERAL_ALIGN)
+        mData.push_back(0);
+    const uint32_t offset = uint32_t(mData.size());
+    mData.insert(mData.end(), bytes.begin(), bytes.end());
     return offset;
 }
 
@@ -232,12 +232,12 @@ uint32_t ImageBuilder::AddStringLiteral(const std::string &text) {
 }
 
 void ImageBuilder::AddResource(const char *type4, uint16_t id, const std::vector<uint8_t> &data) {
-    AppendU32(resources_, kelp::image::FourCC(type4));
-    resources_.push_back(uint8_t(id));
-    resources_.push_back(uint8_t(id >> 8));
-    AppendU32(resources_, 0);
-    AppendU32(resources_, uint32_t(data.size()));
-    resources_.insert(resources_.end(), data.begin(), data.end());
+    AppendU32(mResources, kelp::image::FourCC(type4));
+    mResources.push_back(uint8_t(id));
+    mResources.push_back(uint8_t(id >> 8));
+    AppendU32(mResources, 0);
+    AppendU32(mResources, uint32_t(data.size()));
+    mResources.insert(mResources.end(), data.begin(), data.end());
 }
 
 void ImageBuilder::AddResource(const char *type4, uint16_t id, const std::string &text) {
@@ -245,32 +245,32 @@ void ImageBuilder::AddResource(const char *type4, uint16_t id, const std::string
 }
 
 void ImageBuilder::AddIcon(uint8_t width, uint8_t height, const std::vector<uint8_t> &rgba) {
-    options_.push_back(1);
-    options_.push_back(width);
-    options_.push_back(height);
-    options_.insert(options_.end(), rgba.begin(), rgba.end());
+    mOptions.push_back(1);
+    mOptions.push_back(width);
+    mOptions.push_back(height);
+    mOptions.insert(mOptions.end(), rgba.begin(), rgba.end());
 }
 
 void ImageBuilder::SetVersion(const int32_t words[6], const std::string &shortVersion,
                               const std::string &longVersion, const std::string &packageInfo) {
-    options_.push_back(2);
+    mOptions.push_back(2);
     for (int i = 0; i < 6; ++i)
-        AppendU32(options_, uint32_t(words[i]));
+        AppendU32(mOptions, uint32_t(words[i]));
     for (const std::string *s : {&shortVersion, &longVersion, &packageInfo}) {
-        options_.push_back(uint8_t(s->size()));
-        options_.insert(options_.end(), s->begin(), s->end());
+        mOptions.push_back(uint8_t(s->size()));
+        mOptions.insert(mOptions.end(), s->begin(), s->end());
     }
 }
 
 void ImageBuilder::AddSymbol(uint32_t codeOffset, const std::string &name) {
-    symbols_.push_back({codeOffset, name});
+    mSymbols.push_back({codeOffset, name});
 }
 
 kelp::image::Segments ImageBuilder::Build() {
     using namespace kelp::image;
     Segments s;
-    std::vector<uint8_t> link = link_;
-    for (const auto &[key, head] : importChains_) {
+    std::vector<uint8_t> link = mLink;
+    for (const auto &[key, head] : mImportChains) {
         if (key.back() == '\n')
             continue;
         link.push_back(1);
@@ -278,7 +278,7 @@ kelp::image::Segments ImageBuilder::Build() {
         AppendU32(link, head);
         AppendName(link, key);
     }
-    for (const auto &[key, head] : absoluteChains_) {
+    for (const auto &[key, head] : mAbsoluteChains) {
         if (key.back() == '\n')
             continue;
         link.push_back(1);
@@ -286,7 +286,7 @@ kelp::image::Segments ImageBuilder::Build() {
         AppendU32(link, head);
         AppendName(link, key);
     }
-    for (const auto &[key, head] : softKeyed_) {
+    for (const auto &[key, head] : mSoftKeyed) {
         if (key.back() == '\n')
             continue;
         const auto tab = key.find('\t');
@@ -295,15 +295,15 @@ kelp::image::Segments ImageBuilder::Build() {
         AppendName(link, key.substr(0, tab));
         AppendName(link, key.substr(tab + 1));
     }
-    for (const auto &[type, offset] : references_) {
+    for (const auto &[type, offset] : mReferences) {
         link.push_back(type);
         AppendU32(link, offset);
     }
     std::vector<uint8_t> symbols;
-    if (!symbols_.empty()) {
-        AppendU32(symbols, uint32_t(symbols_.size()));
+    if (!mSymbols.empty()) {
+        AppendU32(symbols, uint32_t(mSymbols.size()));
         std::vector<uint8_t> names;
-        for (const auto &[offset, name] : symbols_) {
+        for (const auto &[offset, name] : mSymbols) {
             AppendU32(symbols, offset);
             AppendU32(symbols, uint32_t(names.size()));
             names.insert(names.end(), name.begin(), name.end());
@@ -311,12 +311,12 @@ kelp::image::Segments ImageBuilder::Build() {
         }
         symbols.insert(symbols.end(), names.begin(), names.end());
     }
-    s.bytes[kCode] = code_;
-    s.bytes[kData] = data_;
+    s.bytes[kCode] = mCode;
+    s.bytes[kData] = mData;
     s.bytes[kLink] = link;
     s.bytes[kSymbols] = symbols;
-    s.bytes[kResources] = resources_;
-    s.bytes[kOptions] = options_;
+    s.bytes[kResources] = mResources;
+    s.bytes[kOptions] = mOptions;
     for (int i = 0; i < kSegmentCount; ++i)
         s.present[i] = i < kSymbols || !s.bytes[i].empty();
     return s;
@@ -417,12 +417,12 @@ TempDir::TempDir() {
     std::vector<char> buffer(pattern.begin(), pattern.end());
     buffer.push_back(0);
     if (mkdtemp(buffer.data()))
-        path_ = buffer.data();
+        mPath = buffer.data();
 }
 
 TempDir::~TempDir() {
-    if (!path_.empty())
-        kelp::RemoveTree(path_);
+    if (!mPath.empty())
+        kelp::RemoveTree(mPath);
 }
 
 RunResult RunAppended(const kelp::image::Segments &image, const std::vector<std::string> &args) {

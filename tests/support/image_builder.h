@@ -39,7 +39,7 @@ enum class Reg : uint8_t { RAX, RCX, RDX, RBX, RSP, RBP, RSI, RDI, R8, R9, R10, 
 class ImageBuilder {
 public:
     // ------------------------------------------------------------ code
-    size_t Here() const { return code_.size(); }
+    size_t Here() const { return mCode.size(); }
     void Bytes(std::initializer_list<uint8_t> bytes);
     void Prologue();   // push rbp; mov rbp, rsp
     void Epilogue();   // pop rbp; ret
@@ -90,9 +90,9 @@ public:
 
     // ------------------------------------------------------------ link records, raw
     // For tests of the binder itself: append any bytes to the link table.
-    std::vector<uint8_t> &LinkTable() { return link_; }
-    std::vector<uint8_t> &Code() { return code_; }
-    std::vector<uint8_t> &Data() { return data_; }
+    std::vector<uint8_t> &LinkTable() { return mLink; }
+    std::vector<uint8_t> &Code() { return mCode; }
+    std::vector<uint8_t> &Data() { return mData; }
 
     // ------------------------------------------------------------ resources and options
     void AddResource(const char *type4, uint16_t id, const std::vector<uint8_t> &data);
@@ -103,8 +103,8 @@ public:
     // Stage, Region, stored little-endian.
     void SetVersion(const int32_t words[6], const std::string &shortVersion,
                     const std::string &longVersion, const std::string &packageInfo);
-    std::vector<uint8_t> &Options() { return options_; }
-    std::vector<uint8_t> &Resources() { return resources_; }
+    std::vector<uint8_t> &Options() { return mOptions; }
+    std::vector<uint8_t> &Resources() { return mResources; }
     void AddSymbol(uint32_t codeOffset, const std::string &name);
 
     // Closes the chains into link records and returns the six segments.
@@ -113,13 +113,13 @@ public:
 private:
     void Rex(bool w, Reg reg, Reg rm);
     void ChainHole(std::map<std::string, uint32_t> &chains, const std::string &key);
-    std::vector<uint8_t> code_, data_, link_, resources_, options_;
-    std::map<std::string, uint32_t> importChains_;     // name -> last hole
-    std::map<std::string, uint32_t> absoluteChains_;   // name -> last hole
-    std::map<std::string, uint32_t> softKeyed_;        // function '\t' library -> hole
-    std::map<std::string, uint32_t> literals_;
-    std::vector<std::pair<uint32_t, std::string>> symbols_;
-    std::vector<std::pair<uint8_t, uint32_t>> references_; // type, code offset
+    std::vector<uint8_t> mCode, mData, mLink, mResources, mOptions;
+    std::map<std::string, uint32_t> mImportChains;     // name -> last hole
+    std::map<std::string, uint32_t> mAbsoluteChains;   // name -> last hole
+    std::map<std::string, uint32_t> mSoftKeyed;        // function '\t' library -> hole
+    std::map<std::string, uint32_t> mLiterals;
+    std::vector<std::pair<uint32_t, std::string>> mSymbols;
+    std::vector<std::pair<uint8_t, uint32_t>> mReferences; // type, code offset
 };
 
 struct RunResult {
@@ -145,11 +145,11 @@ public:
     ~TempDir();
     TempDir(const TempDir &) = delete;
     TempDir &operator=(const TempDir &) = delete;
-    const std::string &path() const { return path_; }
-    std::string operator/(const std::string &name) const { return path_ + "/" + name; }
+    const std::string &path() const { return mPath; }
+    std::string operator/(const std::string &name) const { return mPath + "/" + name; }
 
 private:
-    std::string path_;
+    std::string mPath;
 };
 
 // Appends the image to a copy of the runtime in a new temporary folder and

@@ -60,8 +60,8 @@ XServer::XServer() {
                 break;
             }
             if (SocketExists(n)) {
-                pid_ = pid;
-                display_ = name;
+                mPid = pid;
+                mDisplay = name;
                 setenv("DISPLAY", name.c_str(), 1);
                 return;
             }
@@ -75,9 +75,9 @@ XServer::XServer() {
 }
 
 XServer::~XServer() {
-    if (pid_ > 0) {
-        kill(pid_, SIGTERM);
-        waitpid(pid_, nullptr, 0);
+    if (mPid > 0) {
+        kill(mPid, SIGTERM);
+        waitpid(mPid, nullptr, 0);
     }
 }
 

@@ -15,12 +15,12 @@ public:
     XServer(const XServer &) = delete;
     XServer &operator=(const XServer &) = delete;
 
-    bool running() const { return pid_ > 0; }
-    const std::string &display() const { return display_; }
+    bool running() const { return mPid > 0; }
+    const std::string &display() const { return mDisplay; }
 
 private:
-    int pid_ = -1;
-    std::string display_;
+    int mPid = -1;
+    std::string mDisplay;
 };
 
 // One server for the whole test program, started on first use and stopped at

@@ -45,11 +45,11 @@ protected:
         gModeSeen.clear();
         gRearm = gStopRepeating = false;
         gToRelease = nullptr;
-        klass = test::MakeSubclass("Timer", "Timer1");
-        ASSERT_NE(klass, nullptr);
-        ASSERT_TRUE(test::SetEventHandler(klass, "Action", reinterpret_cast<void *>(&OnAction)));
+        mKlass = test::MakeSubclass("Timer", "Timer1");
+        ASSERT_NE(mKlass, nullptr);
+        ASSERT_TRUE(test::SetEventHandler(mKlass, "Action", reinterpret_cast<void *>(&OnAction)));
     }
-    TimerRecord *NewTimer() { return reinterpret_cast<TimerRecord *>(RuntimeNewObject(klass)); }
+    TimerRecord *NewTimer() { return reinterpret_cast<TimerRecord *>(RuntimeNewObject(mKlass)); }
 
     // Runs passes of the loop until `done` or the deadline; a wake-up source
     // keeps the blocking passes short.
@@ -60,7 +60,7 @@ protected:
             MainLoopStep(true);
         g_source_remove(wake);
     }
-    RuntimeClass *klass = nullptr;
+    RuntimeClass *mKlass = nullptr;
 };
 
 TEST_F(TimerTest, ConstructedOffWithOneSecondPeriodAndEnabled) {
@@ -184,8 +184,8 @@ TEST_F(TimerTest, ResetRecordsTheTimeWithoutTouchingTheTimeout) {
 
 TEST_F(TimerTest, ReceiversAreHeldUntilRemovedOrTheTimerGoes) {
     TimerRecord *t = NewTimer();
-    RuntimeObject *a = RuntimeNewObject(klass);
-    RuntimeObject *b = RuntimeNewObject(klass);
+    RuntimeObject *a = RuntimeNewObject(mKlass);
+    RuntimeObject *b = RuntimeNewObject(mKlass);
     TimerAddActionNotificationReceiver(&t->object, a);
     TimerAddActionNotificationReceiver(&t->object, b);
     EXPECT_EQ(a->referenceCount, 2);

@@ -67,14 +67,14 @@ protected:
             GTEST_SKIP() << "no X server";
         gEvents.clear();
         ResetRunState();
-        klass = test::MakeSubclass("Window", "wEvents");
-        ASSERT_NE(klass, nullptr);
-        test::SetEventHandler(klass, "Layout", reinterpret_cast<void *>(&OnLayout));
-        test::SetEventHandler(klass, "KeyDown", reinterpret_cast<void *>(&OnKeyDown));
-        test::SetEventHandler(klass, "MouseDown", reinterpret_cast<void *>(&OnMouseDown));
-        test::SetEventHandler(klass, "MouseDrag", reinterpret_cast<void *>(&OnMouseDrag));
-        test::SetEventHandler(klass, "MouseUp", reinterpret_cast<void *>(&OnMouseUp));
-        test::SetEventHandler(klass, "Close", reinterpret_cast<void *>(&OnClose));
+        mKlass = test::MakeSubclass("Window", "wEvents");
+        ASSERT_NE(mKlass, nullptr);
+        test::SetEventHandler(mKlass, "Layout", reinterpret_cast<void *>(&OnLayout));
+        test::SetEventHandler(mKlass, "KeyDown", reinterpret_cast<void *>(&OnKeyDown));
+        test::SetEventHandler(mKlass, "MouseDown", reinterpret_cast<void *>(&OnMouseDown));
+        test::SetEventHandler(mKlass, "MouseDrag", reinterpret_cast<void *>(&OnMouseDrag));
+        test::SetEventHandler(mKlass, "MouseUp", reinterpret_cast<void *>(&OnMouseUp));
+        test::SetEventHandler(mKlass, "Close", reinterpret_cast<void *>(&OnClose));
     }
     void TearDown() override { ResetRunState(); }
     void Settle(int ms) {
@@ -85,11 +85,11 @@ protected:
         g_source_remove(wake);
     }
     static ViewRecord *View(RuntimeObject *w) { return reinterpret_cast<ViewRecord *>(w); }
-    RuntimeClass *klass = nullptr;
+    RuntimeClass *mKlass = nullptr;
 };
 
 TEST_F(WindowEventsTest, KeyPressReachesKeyDownAsText) {
-    RuntimeObject *w = RuntimeNewObject(klass);
+    RuntimeObject *w = RuntimeNewObject(mKlass);
     Settle(100);
     GdkWindow *gw = View(w)->pane->GtkWin()->window;
     ASSERT_NE(gw, nullptr);
@@ -102,7 +102,7 @@ TEST_F(WindowEventsTest, KeyPressReachesKeyDownAsText) {
 }
 
 TEST_F(WindowEventsTest, PressDragAndReleaseGoToTheWindowThatTookThePress) {
-    RuntimeObject *w = RuntimeNewObject(klass);
+    RuntimeObject *w = RuntimeNewObject(mKlass);
     Settle(100);
     GdkWindow *gw = View(w)->pane->GtkWin()->window;
     gdk_test_simulate_button(gw, 30, 40, 1, GdkModifierType(0), GDK_BUTTON_PRESS);
@@ -121,7 +121,7 @@ TEST_F(WindowEventsTest, PressDragAndReleaseGoToTheWindowThatTookThePress) {
 TEST_F(WindowEventsTest, ClosingTheLastWindowEndsARunWithAutoQuit) {
     RuntimeRegisterAppObject(nullptr);
     static RuntimeObject *w;
-    w = RuntimeNewObject(klass);
+    w = RuntimeNewObject(mKlass);
     g_timeout_add(80, [](gpointer) -> gboolean {
         RuntimeCloseWindow(w);
         return FALSE;
@@ -135,8 +135,8 @@ TEST_F(WindowEventsTest, ClosingTheLastWindowEndsARunWithAutoQuit) {
 
 TEST_F(WindowEventsTest, RunEndClosesTheWindowsThatAreLeft) {
     RuntimeRegisterAppObject(nullptr);
-    RuntimeObject *a = RuntimeNewObject(klass);
-    RuntimeObject *b = RuntimeNewObject(klass);
+    RuntimeObject *a = RuntimeNewObject(mKlass);
+    RuntimeObject *b = RuntimeNewObject(mKlass);
     g_timeout_add(50, [](gpointer) -> gboolean {
         RequestQuit();
         return FALSE;
@@ -150,8 +150,8 @@ TEST_F(WindowEventsTest, RunEndClosesTheWindowsThatAreLeft) {
 }
 
 TEST_F(WindowEventsTest, WindowClosedFromItsOwnMouseDownLeavesNoCapture) {
-    test::SetEventHandler(klass, "MouseDown", reinterpret_cast<void *>(&OnMouseDownCloses));
-    RuntimeObject *w = RuntimeNewObject(klass);
+    test::SetEventHandler(mKlass, "MouseDown", reinterpret_cast<void *>(&OnMouseDownCloses));
+    RuntimeObject *w = RuntimeNewObject(mKlass);
     Settle(100);
     GdkWindow *gw = View(w)->pane->GtkWin()->window;
     gdk_test_simulate_button(gw, 20, 20, 1, GdkModifierType(0), GDK_BUTTON_PRESS);
@@ -164,10 +164,10 @@ TEST_F(WindowEventsTest, WindowClosedFromItsOwnMouseDownLeavesNoCapture) {
 }
 
 TEST_F(WindowEventsTest, FocusMovingBetweenWindowsActivatesAndDeactivates) {
-    test::SetEventHandler(klass, "Activate", reinterpret_cast<void *>(&OnActivate));
-    test::SetEventHandler(klass, "Deactivate", reinterpret_cast<void *>(&OnDeactivate));
-    RuntimeObject *a = RuntimeNewObject(klass);
-    RuntimeObject *b = RuntimeNewObject(klass);
+    test::SetEventHandler(mKlass, "Activate", reinterpret_cast<void *>(&OnActivate));
+    test::SetEventHandler(mKlass, "Deactivate", reinterpret_cast<void *>(&OnDeactivate));
+    RuntimeObject *a = RuntimeNewObject(mKlass);
+    RuntimeObject *b = RuntimeNewObject(mKlass);
     Settle(100);
     // No window manager runs: give the input focus the way one would.
     gdk_window_focus(View(a)->pane->GtkWin()->window, GDK_CURRENT_TIME);
@@ -186,7 +186,7 @@ TEST_F(WindowEventsTest, FocusMovingBetweenWindowsActivatesAndDeactivates) {
 }
 
 TEST_F(WindowEventsTest, GraphicsPropertyDrawsAtOnceOutsideAnyPaint) {
-    RuntimeObject *w = RuntimeNewObject(klass);
+    RuntimeObject *w = RuntimeNewObject(mKlass);
     Settle(150);
     RuntimeObject *graphics = windowGraphicsGetter(w, 0);
     Graphics *g = GraphicsOfObject(graphics);

@@ -203,18 +203,18 @@ int Info(const std::string &path) {
     LinkRecord r;
     size_t counts[6] = {}, unknown = 0;
     while (reader.Next(r, error)) {
-        if (r.type > 5) {
+        if (r.type > kLinkStringReference) {
             ++unknown;
             continue;
         }
         ++counts[r.type];
         bool damaged = false;
-        if (r.type == 1) {
+        if (r.type == kLinkImport) {
             const size_t holes = CountHoles(s.bytes[kCode], r.value, r.relative ? 4 : 8, damaged);
             std::printf("  import %.*s (%s, %zu hole%s)%s\n", int(r.name.size()), r.name.data(),
                         r.relative ? "relative" : "absolute", holes, holes == 1 ? "" : "s",
                         damaged ? " [chain damaged]" : "");
-        } else if (r.type == 4) {
+        } else if (r.type == kLinkSoftImport) {
             const size_t holes = CountHoles(s.bytes[kCode], r.value, 4, damaged);
             std::printf("  soft import %.*s from %.*s (%zu hole%s)%s\n", int(r.name.size()),
                         r.name.data(), int(r.library.size()), r.library.data(), holes,
@@ -225,7 +225,8 @@ int Info(const std::string &path) {
     }
     std::printf("  %zu data references, %zu code references, %zu string references, %zu padding, "
                 "%zu unknown\n",
-                counts[2], counts[3], counts[5], counts[0], unknown);
+                counts[kLinkDataReference], counts[kLinkCodeReference],
+                counts[kLinkStringReference], counts[kLinkPadding], unknown);
     if (!error.empty()) {
         std::printf("  damaged: %s\n", error.c_str());
         status = 1;
@@ -249,9 +250,9 @@ int Info(const std::string &path) {
     OptionReader options(opts.data(), opts.size());
     OptionRecord o;
     while (options.Next(o, error)) {
-        if (o.type == 1) {
+        if (o.type == kOptionWindowIcon) {
             std::printf("  icon %ux%u\n", o.width, o.height);
-        } else if (o.type == 2) {
+        } else if (o.type == kOptionVersion) {
             const auto &v = o.version;
             std::printf("  version %d %d %d %d stage %d region %d \"%.*s\" \"%.*s\" \"%.*s\"\n",
                         v.words[0], v.words[1], v.words[2], v.words[3], v.words[4], v.words[5],

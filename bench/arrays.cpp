@@ -3,8 +3,8 @@
 #include "kelp/arrays.h"
 #include "kelp/string_functions.h"
 #include "kelp/strings.h"
-#include "strings/kstring.h"
 #include "main/wiring_table.h"
+#include "strings/kstring.h"
 
 #include <algorithm>
 #include <chrono>
@@ -19,11 +19,13 @@ namespace {
 constexpr int kCount = 1000000;
 
 double Millis(std::chrono::steady_clock::time_point since) {
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - since).count();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - since)
+        .count();
 }
 
 void Report(const char *what, double ours, double standard) {
-    std::printf("%-40s %9.3f ms   std %9.3f ms   ratio %5.2f\n", what, ours, standard, ours / standard);
+    std::printf("%-40s %9.3f ms   std %9.3f ms   ratio %5.2f\n", what, ours, standard,
+                ours / standard);
 }
 
 } // namespace
@@ -32,7 +34,8 @@ int main() {
     kelp::WireRuntime();
     std::mt19937 gen(42);
     std::vector<int32_t> ints(kCount);
-    for (int32_t &v : ints) v = (int32_t)gen();
+    for (int32_t &v : ints)
+        v = (int32_t)gen();
 
     double ours = 1e30, standard = 1e30;
     for (int run = 0; run < 3; ++run) {
@@ -42,7 +45,8 @@ int main() {
         auto start = std::chrono::steady_clock::now();
         sort(a);
         ours = std::min(ours, Millis(start));
-        if (!std::is_sorted(static_cast<int32_t *>(a->buffer), static_cast<int32_t *>(a->buffer) + kCount))
+        if (!std::is_sorted(static_cast<int32_t *>(a->buffer),
+                            static_cast<int32_t *>(a->buffer) + kCount))
             std::printf("integer sort failed\n");
         RuntimeUnlockArray(a);
 
@@ -58,14 +62,17 @@ int main() {
     std::vector<std::string> words(kCount);
     for (std::string &w : words) {
         const int length = 4 + (int)(gen() % 12);
-        for (int i = 0; i < length; ++i) w += (char)((gen() % 2 ? 'a' : 'A') + gen() % 26);
+        for (int i = 0; i < length; ++i)
+            w += (char)((gen() % 2 ? 'a' : 'A') + gen() % 26);
     }
     ours = standard = 1e30;
     for (int run = 0; run < 3; ++run) {
         RuntimeArray *a = CreateArray(1, kArrayString, kCount - 1);
         auto **e = static_cast<stringStorage **>(a->buffer);
         for (int i = 0; i < kCount; ++i)
-            e[i] = kelp::string::FromBytes(words[(size_t)i].data(), (long)words[(size_t)i].size(), kEncodingASCII).Release();
+            e[i] = kelp::string::FromBytes(words[(size_t)i].data(), (long)words[(size_t)i].size(),
+                                           kEncodingASCII)
+                       .Release();
         auto sort = reinterpret_cast<kelp_array1_sort>(a->operations[kArraySlotSort]);
         auto start = std::chrono::steady_clock::now();
         sort(a);
@@ -79,8 +86,9 @@ int main() {
 
         std::vector<std::string> copy = words;
         start = std::chrono::steady_clock::now();
-        std::sort(copy.begin(), copy.end(),
-                  [](const std::string &x, const std::string &y) { return strcasecmp(x.c_str(), y.c_str()) < 0; });
+        std::sort(copy.begin(), copy.end(), [](const std::string &x, const std::string &y) {
+            return strcasecmp(x.c_str(), y.c_str()) < 0;
+        });
         standard = std::min(standard, Millis(start));
     }
     Report("Sort, 1e6 strings (caseless)", ours, standard);

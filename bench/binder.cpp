@@ -2,8 +2,8 @@
 // the export table, 10,000 call holes, 10,000 data and code references and
 // 5,000 string references.  Each round binds a fresh copy of the same code
 // and data; the copy is not counted.
-#include "base/fatal_report.h"
 #include "image/binder.h"
+#include "base/fatal_report.h"
 #include "image/image_format.h"
 #include "kelp/image.h"
 #include "kelp/records.h"

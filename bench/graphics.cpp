@@ -1,12 +1,12 @@
 // Drawing speed on a real toolkit window: 10,000 filled rectangles and
 // 10,000 text draws, each run ended by a round trip to the X server so that
 // the server's work is counted.  Without DISPLAY a private Xvfb is started.
+#include "kelp/graphics.h"
 #include "graphics/graphics_gtk.h"
 #include "graphics/graphics_object.h"
-#include "kelp/graphics.h"
 #include "kelp/objects.h"
-#include "process/display.h"
 #include "main/wiring_table.h"
+#include "process/display.h"
 
 #include <gtk/gtk.h>
 
@@ -69,8 +69,10 @@ void Measure(const char *name, int count, const std::function<void(int)> &body) 
     for (int i = 0; i < count; ++i)
         body(i);
     gdk_display_sync(gdk_display_get_default());
-    auto elapsed = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-    std::printf("%-44s %6d draws  %9.2f ms  %8.2f us/draw\n", name, count, elapsed, elapsed * 1000.0 / count);
+    auto elapsed =
+        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    std::printf("%-44s %6d draws  %9.2f ms  %8.2f us/draw\n", name, count, elapsed,
+                elapsed * 1000.0 / count);
 }
 
 } // namespace
@@ -92,7 +94,8 @@ int main(int argc, char **argv) {
     Pump();
 
     constexpr int kCount = 10000;
-    kelp::WidgetTarget target(window, kelp::Rect{0, 0, 480, 640}, kelp::WidgetTarget::kWindowItself);
+    kelp::WidgetTarget target(window, kelp::Rect{0, 0, 480, 640},
+                              kelp::WidgetTarget::kWindowItself);
     kelp::GraphicsGTK g(&target);
 
     Measure("FillRect, 40x30, colour changing each time", kCount, [&](int i) {
@@ -109,9 +112,11 @@ int main(int argc, char **argv) {
 
     g.SetTextFont("Arial");
     g.SetTextSize(12);
-    Measure("DrawText \"What is 12 plus 30?\", Arial 12", kCount,
-            [&](int i) { g.DrawText("What is 12 plus 30?", (i * 37) % 560, 20 + (i * 53) % 450, 0); });
-    Measure("TextWidth of the same text", kCount, [&](int) { (void)g.TextWidth("What is 12 plus 30?"); });
+    Measure("DrawText \"What is 12 plus 30?\", Arial 12", kCount, [&](int i) {
+        g.DrawText("What is 12 plus 30?", (i * 37) % 560, 20 + (i * 53) % 450, 0);
+    });
+    Measure("TextWidth of the same text", kCount,
+            [&](int) { (void)g.TextWidth("What is 12 plus 30?"); });
     Measure("DrawTextWrapped, 3 lines in 120 pixels", kCount, [&](int i) {
         g.DrawTextWrapped("Sam has 12 apples and buys 30 more.  How many now?",
                           kelp::RectFromXYWH((i * 37) % 500, (i * 53) % 400, 120, 80), 0);

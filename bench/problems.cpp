@@ -50,7 +50,8 @@ int main(int argc, char **argv) {
     for (int r = 0; r < rounds; ++r) {
         ResetForSelection();
         StartRound();
-        for (int q = 0; q < 25; ++q) AnswerQuestion(P().iCorrectAnswerIs);
+        for (int q = 0; q < 25; ++q)
+            AnswerQuestion(P().iCorrectAnswerIs);
     }
     const double roundSeconds =
         std::chrono::duration<double>(std::chrono::steady_clock::now() - roundStart).count();

@@ -2,12 +2,12 @@
 // call, drawing into a window, and the processor an idle program uses.
 // Starts its own Xvfb when no display is set.
 #include "graphics/graphics_gtk.h"
+#include "objects/definitions.h"
+#include "process/display.h"
+#include "process/quit.h"
 #include "runloop/main_loop.h"
 #include "runloop/pollable.h"
-#include "process/quit.h"
-#include "process/display.h"
 #include "timers/timer.h"
-#include "objects/definitions.h"
 #include "windows/window.h"
 
 #include "kelp/objects.h"
@@ -107,7 +107,8 @@ int main(int argc, char **argv) {
         for (int i = 0; i < 1000000; ++i)
             RuntimeBackgroundTask();
         double ms = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-        std::printf("RuntimeBackgroundTask x 1,000,000: %.1f ms (%.0f ns per call)\n", ms, ms * 1e6 / 1e6);
+        std::printf("RuntimeBackgroundTask x 1,000,000: %.1f ms (%.0f ns per call)\n", ms,
+                    ms * 1e6 / 1e6);
     }
 
     if (!kelp::DisplayAvailable()) {
@@ -122,7 +123,8 @@ int main(int argc, char **argv) {
         kelp::Graphics *g = window->NewGraphics();
         auto start = Clock::now();
         for (int i = 0; i < 10000; ++i) {
-            g->SetForeColor(kelp::ColorWordToRGB(static_cast<uint32_t>(i * 2654435761u) & 0xffffff));
+            g->SetForeColor(
+                kelp::ColorWordToRGB(static_cast<uint32_t>(i * 2654435761u) & 0xffffff));
             g->FillRect(kelp::RectFromXYWH(i % 350, (i / 7) % 250, 40, 30));
         }
         gdk_flush();

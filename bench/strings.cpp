@@ -1,7 +1,7 @@
 // Speed of the string core: concatenation, comparison and map lookups.
-#include "strings/string_map.h"
 #include "kelp/strings.h"
 #include "strings/kstring.h"
+#include "strings/string_map.h"
 
 #include <benchmark/benchmark.h>
 
@@ -78,8 +78,10 @@ void BM_CompareAscii(benchmark::State &state) {
 BENCHMARK(BM_CompareAscii);
 
 void BM_CompareUtf8(benchmark::State &state) {
-    stringStorage *a = string::FromUTF8("Caf\xc3\xa9 cr\xc3\xa8me br\xc3\xbbl\xc3\xa9").ExtractStringStorage();
-    stringStorage *b = string::FromUTF8("CAF\xc3\x89 CR\xc3\x88ME BR\xc3\x9bL\xc3\x89").ExtractStringStorage();
+    stringStorage *a =
+        string::FromUTF8("Caf\xc3\xa9 cr\xc3\xa8me br\xc3\xbbl\xc3\xa9").ExtractStringStorage();
+    stringStorage *b =
+        string::FromUTF8("CAF\xc3\x89 CR\xc3\x88ME BR\xc3\x9bL\xc3\x89").ExtractStringStorage();
     for (auto _ : state)
         benchmark::DoNotOptimize(RuntimeStringCompare(a, b));
     RuntimeUnlockString(a);

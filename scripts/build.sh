@@ -3,7 +3,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 dir=build
-flags=()
+# KELP_WERROR=ON in the environment (the test command sets it) makes warnings errors.
+flags=(-DKELP_WERROR="${KELP_WERROR:-OFF}")
 if [ "${1:-}" = "--sanitize" ]; then
   dir=build-sanitize
   flags+=(-DKELP_SANITIZE=ON -DKELP_BUILD_BENCH=OFF)

@@ -9,6 +9,7 @@ packages=(
   libsndfile1 libasound2
   fonts-liberation
   xvfb xauth xdotool x11-utils
+  python3 clang-format
 )
 missing=()
 for p in "${packages[@]}"; do

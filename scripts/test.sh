@@ -6,6 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
 unset DISPLAY
+export KELP_WERROR=ON
 for mode in plain sanitize; do
   if [ "$mode" = plain ]; then scripts/build.sh; dir=build; else scripts/build.sh --sanitize; dir=build-sanitize; fi
   echo "== tests ($mode build)"

@@ -46,7 +46,8 @@ void mResetVars() {
     ClearWorkingFields();
     ProblemFields &p = P();
     p.iRandomizer = fRandomTo(3);
-    if (p.iRandomizer < 1) p.iRandomizer = 1;
+    if (p.iRandomizer < 1)
+        p.iRandomizer = 1;
 }
 
 int32_t ProblemPoolSize(int32_t practiceMode) {
@@ -62,7 +63,8 @@ void mGetProbNumber() {
     ModuleState &d = Drill();
     ProblemFields &p = d.problem;
     // An unknown mode has no problems at all; don't search forever.
-    if (ProblemPoolSize(d.iPracticeMode) == 0) return;
+    if (ProblemPoolSize(d.iPracticeMode) == 0)
+        return;
     while (!p.bProbfound) {
         int32_t candidate = 0;
         switch (d.iPracticeMode) {
@@ -102,15 +104,24 @@ void mGetProbNumber() {
 
 void mSetProblem() {
     const int32_t n = P().iProbNumber;
-    if (n >= 1 && n <= 10) mProb1to10(n);
-    else if (n <= 20) mProb11to20(n);
-    else if (n <= 30) mProb21to30(n);
-    else if (n <= 40) mProb31to40(n);
-    else if (n <= 50) mProb41to50(n);
-    else if (n <= 60) mProb51to60(n);
-    else if (n <= 70) mProb61to70(n);
-    else if (n <= 80) mProb71to80(n);
-    else if (n <= 87) mProb81to90(n);
+    if (n >= 1 && n <= 10)
+        mProb1to10(n);
+    else if (n <= 20)
+        mProb11to20(n);
+    else if (n <= 30)
+        mProb21to30(n);
+    else if (n <= 40)
+        mProb31to40(n);
+    else if (n <= 50)
+        mProb41to50(n);
+    else if (n <= 60)
+        mProb51to60(n);
+    else if (n <= 70)
+        mProb61to70(n);
+    else if (n <= 80)
+        mProb71to80(n);
+    else if (n <= 87)
+        mProb81to90(n);
 }
 
 void NextProblem() {
@@ -124,19 +135,24 @@ void mRecordMissed() {
     d.iMissedCount += 1;
     // The record is kept within the table; a round never misses more than
     // 25 problems, so this only guards against a damaged count.
-    if (d.iMissedCount < 0 || d.iMissedCount > d.asMissed.UBound()) return;
+    if (d.iMissedCount < 0 || d.iMissedCount > d.asMissed.UBound())
+        return;
     const Text before = d.asMissed.Get(d.iMissedCount);
     d.asMissed.Set(d.iMissedCount, before + d.problem.sProblemString + " "_k + d.sTip);
 }
 
 AnswerResult AnswerQuestion(int32_t yourAnswerIs) {
     ModuleState &d = Drill();
-    if (yourAnswerIs < 1) return AnswerResult::NoChoice;
+    if (yourAnswerIs < 1)
+        return AnswerResult::NoChoice;
     const bool right = yourAnswerIs == d.problem.iCorrectAnswerIs;
-    if (right) d.iScore += 1;
-    else mRecordMissed();
+    if (right)
+        d.iScore += 1;
+    else
+        mRecordMissed();
     d.iQuestionsLeft -= 1;
-    if (d.iQuestionsLeft > 0) NextProblem();
+    if (d.iQuestionsLeft > 0)
+        NextProblem();
     return right ? AnswerResult::Right : AnswerResult::Wrong;
 }
 

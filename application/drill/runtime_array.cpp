@@ -14,8 +14,7 @@ using StringSet = kelp_array1_set_str;
 using ByteGet = kelp_array1_get_u8;
 using ByteSet = kelp_array1_set_u8;
 
-template <typename Fn>
-Fn SlotOf(RuntimeArray *array, int slot) {
+template <typename Fn> Fn SlotOf(RuntimeArray *array, int slot) {
     return reinterpret_cast<Fn>(array->operations[slot]);
 }
 
@@ -33,7 +32,8 @@ ArrayHandle &ArrayHandle::operator=(ArrayHandle &&other) noexcept {
 ArrayHandle::~ArrayHandle() { RuntimeUnlockArray(mArray); }
 
 int32_t ArrayHandle::UBound() const {
-    if (mArray == nullptr) return -1;
+    if (mArray == nullptr)
+        return -1;
     return RuntimeUBound(mArray);
 }
 
@@ -44,12 +44,14 @@ StringArray StringArray::Create(int32_t upperBound) {
 }
 
 Text StringArray::Get(int32_t index) const {
-    if (mArray == nullptr) return Text();
+    if (mArray == nullptr)
+        return Text();
     return Text::Adopt(SlotOf<StringGet>(mArray, kGet)(mArray, index));
 }
 
 void StringArray::Set(int32_t index, const Text &value) {
-    if (mArray == nullptr) return;
+    if (mArray == nullptr)
+        return;
     SlotOf<StringSet>(mArray, kSet)(mArray, value.get(), index);
 }
 
@@ -60,12 +62,14 @@ BoolArray BoolArray::Create(int32_t upperBound) {
 }
 
 bool BoolArray::Get(int32_t index) const {
-    if (mArray == nullptr) return false;
+    if (mArray == nullptr)
+        return false;
     return SlotOf<ByteGet>(mArray, kGet)(mArray, index) != 0;
 }
 
 void BoolArray::Set(int32_t index, bool value) {
-    if (mArray == nullptr) return;
+    if (mArray == nullptr)
+        return;
     SlotOf<ByteSet>(mArray, kSet)(mArray, value ? 1 : 0, index);
 }
 

@@ -29,7 +29,8 @@ Text Text::Borrow(stringStorage *borrowed) {
 }
 
 std::string_view Text::View() const {
-    if (mStorage == nullptr || mStorage->buffer == nullptr || mStorage->length <= 0) return {};
+    if (mStorage == nullptr || mStorage->buffer == nullptr || mStorage->length <= 0)
+        return {};
     return {reinterpret_cast<const char *>(mStorage->buffer + 1),
             static_cast<std::size_t>(mStorage->length)};
 }
@@ -56,7 +57,8 @@ Text Str(int32_t value) {
         return Text::Adopt(StringStr(static_cast<double>(value)));
     static stringStorage *made[kHighest - kLowest + 1] = {};
     stringStorage *&slot = made[value - kLowest];
-    if (slot == nullptr) slot = StringStr(static_cast<double>(value)); // kept for good
+    if (slot == nullptr)
+        slot = StringStr(static_cast<double>(value)); // kept for good
     return Text::Borrow(slot);
 }
 

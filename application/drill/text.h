@@ -65,24 +65,24 @@ private:
 
 namespace detail {
 
-template <std::size_t N>
-struct FixedChars {
+template <std::size_t N> struct FixedChars {
     char chars[N]{};
     constexpr FixedChars(const char (&s)[N]) {
-        for (std::size_t i = 0; i < N; ++i) chars[i] = s[i];
+        for (std::size_t i = 0; i < N; ++i)
+            chars[i] = s[i];
     }
 };
 
 // The layout of an image's string constant: the record, then the length byte,
 // the text and a NUL.
-template <std::size_t N>
-struct LiteralBlock {
+template <std::size_t N> struct LiteralBlock {
     stringStorage record;
     uint8_t bytes[N + 1];
     explicit LiteralBlock(const char (&s)[N]) {
         const std::size_t len = N - 1;
         bytes[0] = static_cast<uint8_t>(len < 255 ? len : 255);
-        for (std::size_t i = 0; i < N; ++i) bytes[i + 1] = static_cast<uint8_t>(s[i]);
+        for (std::size_t i = 0; i < N; ++i)
+            bytes[i + 1] = static_cast<uint8_t>(s[i]);
         record.referenceCount = 1; // the reference nobody releases
         record.buffer = bytes;
         record.capacity = static_cast<uint32_t>(N + 1);
@@ -91,8 +91,7 @@ struct LiteralBlock {
     }
 };
 
-template <FixedChars S>
-stringStorage *LiteralStorage() {
+template <FixedChars S> stringStorage *LiteralStorage() {
     if constexpr (sizeof(S.chars) == 1) {
         return nullptr; // "" is the null string
     } else {
@@ -104,8 +103,7 @@ stringStorage *LiteralStorage() {
 } // namespace detail
 
 inline namespace literals {
-template <detail::FixedChars S>
-Text operator""_k() {
+template <detail::FixedChars S> Text operator""_k() {
     return Text::Borrow(detail::LiteralStorage<S>());
 }
 } // namespace literals

@@ -8,7 +8,8 @@
 extern "C" void SumbrookEntry(void) {
     char **argv = KELPGetCommandLineForUnix();
     int argc = 0;
-    while (argv && argv[argc]) ++argc;
+    while (argv && argv[argc])
+        ++argc;
 
     sumbrook::PrintRequest request;
     char error[256];

@@ -17,14 +17,18 @@ namespace {
 
 // A whole decimal number from lo to hi and nothing else.
 bool ReadNumber(const char *text, long long lo, long long hi, long long &value) {
-    if (text == nullptr || *text == '\0') return false;
+    if (text == nullptr || *text == '\0')
+        return false;
     for (const char *c = text; *c; ++c)
-        if (*c < '0' || *c > '9') return false;
+        if (*c < '0' || *c > '9')
+            return false;
     errno = 0;
     char *end = nullptr;
     const unsigned long long v = std::strtoull(text, &end, 10);
-    if (errno != 0 || *end != '\0') return false;
-    if (v > static_cast<unsigned long long>(hi) || static_cast<long long>(v) < lo) return false;
+    if (errno != 0 || *end != '\0')
+        return false;
+    if (v > static_cast<unsigned long long>(hi) || static_cast<long long>(v) < lo)
+        return false;
     value = static_cast<long long>(v);
     return true;
 }
@@ -79,7 +83,8 @@ bool ParsePrintRequest(int argc, char *const *argv, PrintRequest &r, char *error
     for (int i = 1; i < argc; ++i) {
         const std::string_view arg = argv[i] ? argv[i] : "";
         auto value = [&](const char *what) -> const char * {
-            if (i + 1 >= argc || argv[i + 1] == nullptr) return nullptr;
+            if (i + 1 >= argc || argv[i + 1] == nullptr)
+                return nullptr;
             (void)what;
             return argv[++i];
         };
@@ -92,7 +97,8 @@ bool ParsePrintRequest(int argc, char *const *argv, PrintRequest &r, char *error
             if (r.mode == PrintMode::Round)
                 return fail("--print-round and --print-problem can't be used together");
             const char *v = value("problem");
-            if (!v) return fail("--print-problem needs a problem number from 1 to 87");
+            if (!v)
+                return fail("--print-problem needs a problem number from 1 to 87");
             if (!ReadNumber(v, 1, 87, n))
                 return fail("problem number must be from 1 to 87, not \"" + std::string(v) + "\"");
             r.mode = PrintMode::Problem;
@@ -100,7 +106,8 @@ bool ParsePrintRequest(int argc, char *const *argv, PrintRequest &r, char *error
         } else if (arg == "--mode") {
             const char *v = value("mode");
             if (!v || !ReadNumber(v, 1, 3, n))
-                return fail("--mode must be 1 (add and subtract), 2 (multiply and divide) or 3 (all)");
+                return fail(
+                    "--mode must be 1 (add and subtract), 2 (multiply and divide) or 3 (all)");
             r.practiceMode = static_cast<int>(n);
             modeGiven = true;
         } else if (arg == "--length") {
@@ -111,7 +118,8 @@ bool ParsePrintRequest(int argc, char *const *argv, PrintRequest &r, char *error
             lengthGiven = true;
         } else if (arg == "--randomizer") {
             const char *v = value("randomizer");
-            if (!v || !ReadNumber(v, 1, 3, n)) return fail("--randomizer must be 1, 2 or 3");
+            if (!v || !ReadNumber(v, 1, 3, n))
+                return fail("--randomizer must be 1, 2 or 3");
             r.randomizer = static_cast<int>(n);
         } else if (arg == "--seed") {
             const char *v = value("seed");
@@ -125,13 +133,17 @@ bool ParsePrintRequest(int argc, char *const *argv, PrintRequest &r, char *error
     }
     if (r.mode == PrintMode::None) {
         if (modeGiven || lengthGiven || r.randomizer || r.seeded)
-            return fail("--mode, --length, --randomizer and --seed need --print-round or --print-problem");
+            return fail(
+                "--mode, --length, --randomizer and --seed need --print-round or --print-problem");
         return true;
     }
     if (r.mode == PrintMode::Round) {
-        if (!modeGiven) return fail("--print-round needs --mode 1, 2 or 3");
-        if (!lengthGiven) return fail("--print-round needs --length N");
-        if (r.randomizer) return fail("--randomizer goes with --print-problem only");
+        if (!modeGiven)
+            return fail("--print-round needs --mode 1, 2 or 3");
+        if (!lengthGiven)
+            return fail("--print-round needs --length N");
+        if (r.randomizer)
+            return fail("--randomizer goes with --print-problem only");
         const int pool = ProblemPoolSize(r.practiceMode);
         // A round never asks a problem twice, so it can't be longer than
         // the problems of its mode.
@@ -140,7 +152,8 @@ bool ParsePrintRequest(int argc, char *const *argv, PrintRequest &r, char *error
                         std::to_string(pool) + " problems of mode " +
                         std::to_string(r.practiceMode));
     } else {
-        if (modeGiven || lengthGiven) return fail("--mode and --length go with --print-round only");
+        if (modeGiven || lengthGiven)
+            return fail("--mode and --length go with --print-round only");
     }
     return true;
 }
@@ -155,7 +168,8 @@ void PrintCurrentProblem(std::FILE *out) {
     AppendJsonString(line, d.sTip.View());
     line += ", \"answers\": [";
     for (int32_t i = 1; i <= 10; ++i) {
-        if (i > 1) line += ", ";
+        if (i > 1)
+            line += ", ";
         AppendJsonString(line, p.sAnswerStrings.Get(i).View());
     }
     line += "], \"correct\": " + std::to_string(p.iCorrectAnswerIs) + "}\n";
@@ -163,8 +177,10 @@ void PrintCurrentProblem(std::FILE *out) {
 }
 
 void RunPrintRequest(const PrintRequest &r, std::FILE *out) {
-    if (r.mode == PrintMode::None) return;
-    if (r.seeded) RuntimeRandomSeed(r.seed);
+    if (r.mode == PrintMode::None)
+        return;
+    if (r.seeded)
+        RuntimeRandomSeed(r.seed);
     PrepareAsAfterSelection();
     ModuleState &d = Drill();
     if (r.mode == PrintMode::Round) {

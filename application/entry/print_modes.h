@@ -13,11 +13,11 @@ enum class PrintMode { None, Round, Problem };
 
 struct PrintRequest {
     PrintMode mode = PrintMode::None;
-    int practiceMode = 0;  // --mode
-    int length = 0;        // --length
-    int problem = 0;       // --print-problem
-    int randomizer = 0;    // --randomizer, 0 when drawn
-    bool seeded = false;   // --seed given
+    int practiceMode = 0; // --mode
+    int length = 0;       // --length
+    int problem = 0;      // --print-problem
+    int randomizer = 0;   // --randomizer, 0 when drawn
+    bool seeded = false;  // --seed given
     unsigned seed = 0;
 };
 

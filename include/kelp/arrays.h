@@ -93,16 +93,16 @@ typedef void (*kelp_array_release)(RuntimeArray *a);
 typedef void (*kelp_array2_redim)(RuntimeArray *a, int32_t ub0, int32_t ub1);
 typedef void (*kelp_arrayN_redim)(RuntimeArray *a, int32_t ub0, ...);
 
-#define KELP_ARRAY_SLOT_TYPES(suffix, T)                                                     \
-    typedef T (*kelp_array1_get_##suffix)(RuntimeArray * a, int32_t i);                       \
-    typedef void (*kelp_array1_set_##suffix)(RuntimeArray * a, T value, int32_t i);           \
-    typedef void (*kelp_array1_insert_##suffix)(RuntimeArray * a, int32_t i, T value);        \
-    typedef int32_t (*kelp_array1_indexof_##suffix)(RuntimeArray * a, T value, int32_t start); \
-    typedef void (*kelp_array_lock_##suffix)(T element);                                      \
-    typedef void (*kelp_array_unlock_##suffix)(T element);                                    \
-    typedef T (*kelp_array2_get_##suffix)(RuntimeArray * a, int32_t i, int32_t j);            \
-    typedef void (*kelp_array2_set_##suffix)(RuntimeArray * a, T value, int32_t i, int32_t j); \
-    typedef T (*kelp_arrayN_get_##suffix)(RuntimeArray * a, int32_t i0, ...);                 \
+#define KELP_ARRAY_SLOT_TYPES(suffix, T)                                                           \
+    typedef T (*kelp_array1_get_##suffix)(RuntimeArray * a, int32_t i);                            \
+    typedef void (*kelp_array1_set_##suffix)(RuntimeArray * a, T value, int32_t i);                \
+    typedef void (*kelp_array1_insert_##suffix)(RuntimeArray * a, int32_t i, T value);             \
+    typedef int32_t (*kelp_array1_indexof_##suffix)(RuntimeArray * a, T value, int32_t start);     \
+    typedef void (*kelp_array_lock_##suffix)(T element);                                           \
+    typedef void (*kelp_array_unlock_##suffix)(T element);                                         \
+    typedef T (*kelp_array2_get_##suffix)(RuntimeArray * a, int32_t i, int32_t j);                 \
+    typedef void (*kelp_array2_set_##suffix)(RuntimeArray * a, T value, int32_t i, int32_t j);     \
+    typedef T (*kelp_arrayN_get_##suffix)(RuntimeArray * a, int32_t i0, ...);                      \
     typedef void (*kelp_arrayN_set_##suffix)(RuntimeArray * a, T value, int32_t i0, ...);
 
 KELP_ARRAY_SLOT_TYPES(i32, int32_t)

@@ -6,19 +6,19 @@
 #ifndef KELP_KELP_H
 #define KELP_KELP_H
 
-#include "kelp/records.h"
-#include "kelp/startup.h"
-#include "kelp/image.h"
-#include "kelp/resources.h"
-#include "kelp/strings.h"
-#include "kelp/objects.h"
-#include "kelp/exceptions.h"
 #include "kelp/arrays.h"
-#include "kelp/string_functions.h"
-#include "kelp/numbers.h"
-#include "kelp/random.h"
-#include "kelp/runloop.h"
+#include "kelp/exceptions.h"
 #include "kelp/graphics.h"
+#include "kelp/image.h"
+#include "kelp/numbers.h"
+#include "kelp/objects.h"
+#include "kelp/random.h"
+#include "kelp/records.h"
+#include "kelp/resources.h"
+#include "kelp/runloop.h"
+#include "kelp/startup.h"
+#include "kelp/string_functions.h"
+#include "kelp/strings.h"
 #include "kelp/windows.h"
 
 #endif

@@ -56,8 +56,7 @@ void RuntimeNilObject(void);
 
 /* Binds `handler` to the named event of this one object (a private copy of
  * the event table is made the first time). */
-void RuntimeInstallInstanceEventHandler(RuntimeObject *object, KelpString eventName,
-                                        void *handler);
+void RuntimeInstallInstanceEventHandler(RuntimeObject *object, KelpString eventName, void *handler);
 
 /* The code of the hook instance with this id in a class definition (an
  * ObjectDefinition*) or its supers, or null. */
@@ -83,10 +82,10 @@ void RuntimeInitExternalClasses(void);
 
 /* Objects are numbered from 0 in the all-objects list, newest first. */
 int32_t RuntimeDebugObjectCount(void);
-KelpString RuntimeDebugObjectClass(int32_t index);   /* owned; empty when out of range */
-int32_t RuntimeDebugObjectRefs(int32_t index);       /* -1 when out of range */
-int32_t RuntimeDebugMemoryUsed(void);                /* small-block bytes in use */
-RuntimeObject *RuntimeDebugInstance(void);           /* owned; the one "Runtime" object */
+KelpString RuntimeDebugObjectClass(int32_t index); /* owned; empty when out of range */
+int32_t RuntimeDebugObjectRefs(int32_t index);     /* -1 when out of range */
+int32_t RuntimeDebugMemoryUsed(void);              /* small-block bytes in use */
+RuntimeObject *RuntimeDebugInstance(void);         /* owned; the one "Runtime" object */
 
 /* ----------------------------------------------------- generic accessors */
 

@@ -57,10 +57,10 @@ struct RuntimeClass;
 
 /* Six words, then the class's own fields. */
 typedef struct RuntimeObject {
-    void *methodTable;            /* the class's method table */
-    struct RuntimeClass *klass;   /* the object's class */
-    void *eventTable;             /* class table, or a private copy */
-    int32_t referenceCount;       /* 1 when created */
+    void *methodTable;              /* the class's method table */
+    struct RuntimeClass *klass;     /* the object's class */
+    void *eventTable;               /* class table, or a private copy */
+    int32_t referenceCount;         /* 1 when created */
     struct RuntimeObject *previous; /* all-objects list */
     struct RuntimeObject *next;     /* all-objects list */
 } RuntimeObject;
@@ -103,11 +103,11 @@ typedef struct RuntimeInterfaceRow {
  * the event rows, the direct method rows and the property rows.
  */
 typedef struct RuntimeClass {
-    struct RuntimeClass *base;       /* null for a root class */
-    stringStorage *name;             /* holds a reference */
-    struct RuntimeClass *nextClass;  /* all-classes list, newest first */
-    uint32_t instanceSize;           /* bytes, header words included */
-    uint32_t isInterface;            /* not 0: can't be instantiated */
+    struct RuntimeClass *base;      /* null for a root class */
+    stringStorage *name;            /* holds a reference */
+    struct RuntimeClass *nextClass; /* all-classes list, newest first */
+    uint32_t instanceSize;          /* bytes, header words included */
+    uint32_t isInterface;           /* not 0: can't be instantiated */
     RuntimeObjectHook initializer;
     RuntimeObjectHook destructor;
     RuntimeObjectHook finalizer;
@@ -155,21 +155,21 @@ enum {
  * Shuffle, UBoundOf, LockElement, UnlockElement, ReleaseElements, -, -).
  */
 typedef struct RuntimeArray {
-    uint32_t referenceCount;   /* 1 when created */
-    void *const *operations;   /* 16 slots */
-    void *buffer;              /* element storage, null when empty */
-    int32_t dimensions;        /* at least 1 */
-    int32_t bufferLength;      /* bytes */
-    int32_t growthStep;        /* elements; 16 at creation */
-    int32_t upperBounds[];     /* one per dimension; -1 means empty */
+    uint32_t referenceCount; /* 1 when created */
+    void *const *operations; /* 16 slots */
+    void *buffer;            /* element storage, null when empty */
+    int32_t dimensions;      /* at least 1 */
+    int32_t bufferLength;    /* bytes */
+    int32_t growthStep;      /* elements; 16 at creation */
+    int32_t upperBounds[];   /* one per dimension; -1 means empty */
 } RuntimeArray;
 
 /* A typed view of an object array, checking stores against a class. */
 typedef struct RuntimeCastArray {
     uint32_t referenceCount;
     void *const *operations;
-    void *buffer;              /* the inner array's buffer */
-    RuntimeArray *inner;       /* holds a reference */
+    void *buffer;        /* the inner array's buffer */
+    RuntimeArray *inner; /* holds a reference */
     struct RuntimeClass *klass;
 } RuntimeCastArray;
 
@@ -179,8 +179,8 @@ typedef struct RuntimeCastArray {
 typedef struct RelocEntry {
     const char *name; /* not owned */
     void *code;
-    void *reserved1;  /* always 0 */
-    void *reserved2;  /* always 0 */
+    void *reserved1; /* always 0 */
+    void *reserved2; /* always 0 */
 } RelocEntry;
 
 #ifdef __cplusplus
@@ -200,7 +200,8 @@ KELP_STATIC_ASSERT(offsetof(stringStorage, capacity) == 16, "stringStorage.capac
 KELP_STATIC_ASSERT(offsetof(stringStorage, length) == 20, "stringStorage.length");
 KELP_STATIC_ASSERT(offsetof(stringStorage, encoding) == 24, "stringStorage.encoding");
 KELP_STATIC_ASSERT(sizeof(stringStorage) == 32, "stringStorage size");
-KELP_STATIC_ASSERT(KELP_LITERAL_TEXT_OFFSET == sizeof(stringStorage), "literal text follows the record");
+KELP_STATIC_ASSERT(KELP_LITERAL_TEXT_OFFSET == sizeof(stringStorage),
+                   "literal text follows the record");
 
 KELP_STATIC_ASSERT(offsetof(RuntimeObject, methodTable) == 0, "RuntimeObject.methodTable");
 KELP_STATIC_ASSERT(offsetof(RuntimeObject, klass) == 8, "RuntimeObject.klass");
@@ -232,14 +233,17 @@ KELP_STATIC_ASSERT(offsetof(RuntimeClass, methodCount) == 56, "RuntimeClass.meth
 KELP_STATIC_ASSERT(offsetof(RuntimeClass, methodTable) == 64, "RuntimeClass.methodTable");
 KELP_STATIC_ASSERT(offsetof(RuntimeClass, eventCount) == 72, "RuntimeClass.eventCount");
 KELP_STATIC_ASSERT(offsetof(RuntimeClass, eventTable) == 80, "RuntimeClass.eventTable");
-KELP_STATIC_ASSERT(offsetof(RuntimeClass, directMethodCount) == 88, "RuntimeClass.directMethodCount");
-KELP_STATIC_ASSERT(offsetof(RuntimeClass, directMethodTable) == 96, "RuntimeClass.directMethodTable");
+KELP_STATIC_ASSERT(offsetof(RuntimeClass, directMethodCount) == 88,
+                   "RuntimeClass.directMethodCount");
+KELP_STATIC_ASSERT(offsetof(RuntimeClass, directMethodTable) == 96,
+                   "RuntimeClass.directMethodTable");
 KELP_STATIC_ASSERT(offsetof(RuntimeClass, propertyCount) == 104, "RuntimeClass.propertyCount");
 KELP_STATIC_ASSERT(offsetof(RuntimeClass, propertyTable) == 112, "RuntimeClass.propertyTable");
 KELP_STATIC_ASSERT(offsetof(RuntimeClass, interfaceCount) == 120, "RuntimeClass.interfaceCount");
 KELP_STATIC_ASSERT(offsetof(RuntimeClass, interfaceTable) == 128, "RuntimeClass.interfaceTable");
 
-KELP_STATIC_ASSERT(offsetof(RuntimeExceptionObject, errorNumber) == 48, "RuntimeException.ErrorNumber");
+KELP_STATIC_ASSERT(offsetof(RuntimeExceptionObject, errorNumber) == 48,
+                   "RuntimeException.ErrorNumber");
 KELP_STATIC_ASSERT(offsetof(RuntimeExceptionObject, message) == 56, "RuntimeException.Message");
 KELP_STATIC_ASSERT(sizeof(RuntimeExceptionObject) == 64, "RuntimeException size");
 
@@ -251,7 +255,8 @@ KELP_STATIC_ASSERT(offsetof(RuntimeArray, bufferLength) == 28, "RuntimeArray.buf
 KELP_STATIC_ASSERT(offsetof(RuntimeArray, growthStep) == 32, "RuntimeArray.growthStep");
 KELP_STATIC_ASSERT(offsetof(RuntimeArray, upperBounds) == 36, "RuntimeArray.upperBounds");
 
-KELP_STATIC_ASSERT(offsetof(RuntimeCastArray, referenceCount) == 0, "RuntimeCastArray.referenceCount");
+KELP_STATIC_ASSERT(offsetof(RuntimeCastArray, referenceCount) == 0,
+                   "RuntimeCastArray.referenceCount");
 KELP_STATIC_ASSERT(offsetof(RuntimeCastArray, operations) == 8, "RuntimeCastArray.operations");
 KELP_STATIC_ASSERT(offsetof(RuntimeCastArray, buffer) == 16, "RuntimeCastArray.buffer");
 KELP_STATIC_ASSERT(offsetof(RuntimeCastArray, inner) == 24, "RuntimeCastArray.inner");

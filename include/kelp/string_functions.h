@@ -24,8 +24,10 @@ int32_t StringAsc(stringStorage *s);
 stringStorage *StringChr(int32_t code);
 int32_t StringInStrB(int32_t start, stringStorage *source, stringStorage *find);
 int32_t StringExtendsInStrB(stringStorage *source, int32_t start, stringStorage *find);
-stringStorage *StringReplaceB(stringStorage *source, stringStorage *find, stringStorage *replacement);
-stringStorage *StringReplaceAllB(stringStorage *source, stringStorage *find, stringStorage *replacement);
+stringStorage *StringReplaceB(stringStorage *source, stringStorage *find,
+                              stringStorage *replacement);
+stringStorage *StringReplaceAllB(stringStorage *source, stringStorage *find,
+                                 stringStorage *replacement);
 int32_t StringCountFieldsB(stringStorage *source, stringStorage *separator);
 stringStorage *StringNthFieldB(stringStorage *source, stringStorage *separator, int32_t index);
 RuntimeArray *StringSplitB(stringStorage *source, stringStorage *separator);
@@ -41,8 +43,10 @@ stringStorage *StringDBCSChr(int32_t code);
 int32_t StringInStr(int32_t start, stringStorage *source, stringStorage *find);
 int32_t StringExtendsInStr(stringStorage *source, int32_t start, stringStorage *find);
 int32_t StringDBCSInStr(int32_t start, stringStorage *source, stringStorage *find);
-stringStorage *StringReplace(stringStorage *source, stringStorage *find, stringStorage *replacement);
-stringStorage *StringReplaceAll(stringStorage *source, stringStorage *find, stringStorage *replacement);
+stringStorage *StringReplace(stringStorage *source, stringStorage *find,
+                             stringStorage *replacement);
+stringStorage *StringReplaceAll(stringStorage *source, stringStorage *find,
+                                stringStorage *replacement);
 int32_t StringCountFields(stringStorage *source, stringStorage *separator);
 stringStorage *StringNthField(stringStorage *source, stringStorage *separator, int32_t index);
 RuntimeArray *StringSplit(stringStorage *source, stringStorage *separator);

@@ -81,7 +81,8 @@ void WindowRestore(RuntimeObject *self);
 
 /* Invalidate (all, or a rectangle), then process the toolkit's updates. */
 void formRefresh(RuntimeObject *self, uint8_t erase);
-void formRefreshRect(RuntimeObject *self, int32_t x, int32_t y, int32_t w, int32_t h, uint8_t erase);
+void formRefreshRect(RuntimeObject *self, int32_t x, int32_t y, int32_t w, int32_t h,
+                     uint8_t erase);
 
 /* MDIWindow keeps its bounds and flags only: no frame is made on this
  * platform, so its title reads empty, its handle 0, and Maximize, Minimize

@@ -52,8 +52,8 @@ private:
 
 namespace {
 
-ObjectHook *gOpen, *gClose, *gEnableMenuItems, *gNewDocument, *gOpenDocument,
-    *gHandleAppleEvent, *gActivate, *gDeactivate, *gUnhandledException, *gCancelClose;
+ObjectHook *gOpen, *gClose, *gEnableMenuItems, *gNewDocument, *gOpenDocument, *gHandleAppleEvent,
+    *gActivate, *gDeactivate, *gUnhandledException, *gCancelClose;
 
 DocumentItemMaker gItemMaker = nullptr;
 bool gInUnhandledEvent = false;
@@ -72,9 +72,7 @@ void FireSimple(RuntimeObject *app, ObjectHook *hook) { CallEvent(app, hook); }
 
 bool FireBoolean(RuntimeObject *app, ObjectHook *hook) { return CallBooleanEvent(app, hook); }
 
-void ApplicationInitializer(RuntimeObject *object) {
-    Record(object)->autoQuit = 1;
-}
+void ApplicationInitializer(RuntimeObject *object) { Record(object)->autoQuit = 1; }
 
 void ApplicationFinalizer(RuntimeObject *object) {
     auto *record = Record(object);
@@ -150,14 +148,13 @@ const TypeRecord kMDIWindowType{kTypeObjectOf, nullptr, nullptr, 0, &MDIWindowDe
 
 ObjectDefinition *ApplicationDefinition() {
     static const PropertyRow properties[] = {
-        {0, "AutoQuit", &kTypeBoolean, KELP_ENTRY(AppAutoCloseGetter), KELP_ENTRY(AppAutoCloseSetter),
-         offsetof(ApplicationRecord, autoQuit)},
+        {0, "AutoQuit", &kTypeBoolean, KELP_ENTRY(AppAutoCloseGetter),
+         KELP_ENTRY(AppAutoCloseSetter), offsetof(ApplicationRecord, autoQuit)},
         {0, "BalloonHelpVisible", &kTypeBoolean, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD,
          offsetof(ApplicationRecord, balloonHelpVisible)},
         {0, "MDIWindow", &kMDIWindowType, KELP_ENTRY(objGetter), KELP_ENTRY(objSetter),
          offsetof(ApplicationRecord, mdiWindow)},
-        {0, "_CurrentEventTime", &kTypeInteger, KELP_ENTRY(AppGetCurrentEventTime),
-         {}, -9},
+        {0, "_CurrentEventTime", &kTypeInteger, KELP_ENTRY(AppGetCurrentEventTime), {}, -9},
         // The version block of the image, read-only; the parameter selects
         // the field.
         {0, "MajorVersion", &kTypeInteger, KELP_ENTRY(AppIntegerVersionStuffGetter), {}, 0},

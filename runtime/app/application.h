@@ -14,14 +14,14 @@ class RuntimeObjectPoll;
 // fields behind it.
 struct ApplicationRecord {
     RuntimeObject object;
-    RuntimeObject *mouseCursor;   // counted
-    RuntimeObject *mdiWindow;     // counted
-    RuntimeObject *menuBar;       // counted
-    uint8_t autoQuit;             // starts 1
+    RuntimeObject *mouseCursor; // counted
+    RuntimeObject *mdiWindow;   // counted
+    RuntimeObject *menuBar;     // counted
+    uint8_t autoQuit;           // starts 1
     uint8_t balloonHelpVisible;
-    uint8_t closingApplication;   // set while the quit sequence runs
+    uint8_t closingApplication; // set while the quit sequence runs
     uint8_t reserved;
-    void *pollers;                // the RuntimeObjectPoll wrappers it owns
+    void *pollers; // the RuntimeObjectPoll wrappers it owns
 };
 
 ObjectDefinition *ApplicationDefinition();

@@ -2,14 +2,14 @@
 // and instantiated for the ten element kinds.  Tables of operations, creation
 // and the reference count live in array_tables.cpp and array_references.cpp.
 #pragma once
+#include "base/ascii.h"
+#include "base/fatal_report.h"
+#include "exceptions/raise.h"
 #include "kelp/arrays.h"
 #include "kelp/objects.h"
 #include "kelp/random.h"
 #include "kelp/startup.h"
 #include "kelp/strings.h"
-#include "base/ascii.h"
-#include "base/fatal_report.h"
-#include "exceptions/raise.h"
 #include "strings/encodings.h"
 #include "strings/kstring.h"
 
@@ -27,8 +27,7 @@ constexpr int32_t kStepLimit = 0x20000;
 constexpr int64_t kMaxBufferBytes = INT32_MAX;
 
 // What differs between the kinds: references and comparison.
-template <typename T>
-struct Element {
+template <typename T> struct Element {
     static constexpr bool kCounted = false;
     static void Lock(T) {}
     static void Unlock(T) {}
@@ -36,8 +35,7 @@ struct Element {
     static bool Equal(T a, T b) { return a == b; }
 };
 
-template <>
-struct Element<stringStorage *> {
+template <> struct Element<stringStorage *> {
     static constexpr bool kCounted = true;
     static void Lock(stringStorage *s) { RuntimeLockString(s); }
     static void Unlock(stringStorage *s) { RuntimeUnlockString(s); }
@@ -45,25 +43,32 @@ struct Element<stringStorage *> {
     // of one word need no conversion, so they are compared in place with the
     // same folding; strings of different words take the full path.
     static int Compare(stringStorage *a, stringStorage *b) {
-        if (a == b) return 0;
+        if (a == b)
+            return 0;
         const long la = a ? a->length : 0, lb = b ? b->length : 0;
-        if (la == 0 || lb == 0) return la == lb ? 0 : (la == 0 ? -1 : 1);
-        if (a->encoding != b->encoding) return RuntimeStringCompare(a, b);
+        if (la == 0 || lb == 0)
+            return la == lb ? 0 : (la == 0 ? -1 : 1);
+        if (a->encoding != b->encoding)
+            return RuntimeStringCompare(a, b);
         const uint8_t *pa = a->buffer + 1, *pb = b->buffer + 1;
         const uint32_t word = a->encoding;
-        if (word == kEncodingUTF16) return UCS2StringCompare(pa, la / 2, pb, lb / 2, true);
+        if (word == kEncodingUTF16)
+            return UCS2StringCompare(pa, la / 2, pb, lb / 2, true);
         const long n = la < lb ? la : lb;
         if (word == kEncodingUTF8) {
             for (long i = 0; i < n; ++i) {
                 const uint8_t ca = pa[i], cb = pb[i];
-                if ((ca | cb) >= 0x80) return UTF8StringCompare(pa + i, la - i, pb + i, lb - i, true);
+                if ((ca | cb) >= 0x80)
+                    return UTF8StringCompare(pa + i, la - i, pb + i, lb - i, true);
                 const uint8_t ua = AsciiUpper(ca), ub = AsciiUpper(cb);
-                if (ua != ub) return ua < ub ? -1 : 1;
+                if (ua != ub)
+                    return ua < ub ? -1 : 1;
             }
         } else {
             for (long i = 0; i < n; ++i) {
                 const uint8_t ua = kUpperCaseTable[pa[i]], ub = kUpperCaseTable[pb[i]];
-                if (ua != ub) return ua < ub ? -1 : 1;
+                if (ua != ub)
+                    return ua < ub ? -1 : 1;
             }
         }
         return la < lb ? -1 : (la > lb ? 1 : 0);
@@ -73,8 +78,7 @@ struct Element<stringStorage *> {
     }
 };
 
-template <>
-struct Element<RuntimeObject *> {
+template <> struct Element<RuntimeObject *> {
     static constexpr bool kCounted = true;
     static void Lock(RuntimeObject *o) { RuntimeLockObject(o); }
     static void Unlock(RuntimeObject *o) { RuntimeUnlockObject(o); }
@@ -87,7 +91,8 @@ inline int32_t *Bounds(RuntimeArray *a) { return a->upperBounds; }
 // Number of elements of all dimensions (0 when any dimension is empty).
 inline int64_t ElementCount(const RuntimeArray *a) {
     int64_t n = 1;
-    for (int32_t d = 0; d < a->dimensions; ++d) n *= static_cast<int64_t>(a->upperBounds[d]) + 1;
+    for (int32_t d = 0; d < a->dimensions; ++d)
+        n *= static_cast<int64_t>(a->upperBounds[d]) + 1;
     return n < 0 ? 0 : n;
 }
 
@@ -96,7 +101,8 @@ inline int64_t ElementCount(const RuntimeArray *a) {
 inline int64_t LinearIndex(const RuntimeArray *a, const int32_t *idx) {
     int64_t pos = 0, scale = 1;
     for (int32_t d = 0; d < a->dimensions; ++d) {
-        if (idx[d] < 0 || idx[d] > a->upperBounds[d]) return -1;
+        if (idx[d] < 0 || idx[d] > a->upperBounds[d])
+            return -1;
         pos += idx[d] * scale;
         scale *= static_cast<int64_t>(a->upperBounds[d]) + 1;
     }
@@ -112,14 +118,13 @@ inline int64_t LinearIndexUnchecked(const RuntimeArray *a, const int32_t *idx) {
     return pos;
 }
 
-template <typename T>
-struct Family {
+template <typename T> struct Family {
     using E = Element<T>;
     static T *Data(RuntimeArray *a) { return static_cast<T *>(a->buffer); }
 
     static T Fetch(RuntimeArray *a, int64_t pos) {
         T v = Data(a)[pos];
-        E::Lock(v);  // the caller owns what Get hands out
+        E::Lock(v); // the caller owns what Get hands out
         return v;
     }
     static void Store(RuntimeArray *a, int64_t pos, T value) {

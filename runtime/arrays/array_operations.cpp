@@ -7,8 +7,10 @@
 namespace kelp::arrays {
 
 bool CheckedBytes(int64_t elements, int64_t size, int64_t *bytes) {
-    if (elements < 0) elements = 0;
-    if (elements > kMaxBufferBytes / size) return false;
+    if (elements < 0)
+        elements = 0;
+    if (elements > kMaxBufferBytes / size)
+        return false;
     *bytes = elements * size;
     return true;
 }
@@ -18,7 +20,8 @@ void RaiseOutOfMemory() {
 }
 
 int32_t UBoundOf(RuntimeArray *a, int32_t dimension) {
-    if (dimension == -1) return a->dimensions;
+    if (dimension == -1)
+        return a->dimensions;
     if (dimension < 1 || dimension > a->dimensions) {
         RaiseOutOfBounds();
         return -1;
@@ -26,8 +29,7 @@ int32_t UBoundOf(RuntimeArray *a, int32_t dimension) {
     return a->upperBounds[dimension - 1];
 }
 
-template <typename T>
-void Family<T>::Insert(RuntimeArray *a, int32_t index, T value) {
+template <typename T> void Family<T>::Insert(RuntimeArray *a, int32_t index, T value) {
     if (a == nullptr) {
         RaiseNilObject();
         return;
@@ -48,8 +50,10 @@ void Family<T>::Insert(RuntimeArray *a, int32_t index, T value) {
         return;
     }
     if (needed > a->bufferLength) {
-        int64_t length = static_cast<int64_t>(a->bufferLength) + static_cast<int64_t>(a->growthStep) * size;
-        if (length > kMaxBufferBytes) length = needed;  // the last steps may not fit in full
+        int64_t length =
+            static_cast<int64_t>(a->bufferLength) + static_cast<int64_t>(a->growthStep) * size;
+        if (length > kMaxBufferBytes)
+            length = needed; // the last steps may not fit in full
         if (length < needed) {
             FatalReport(kFatalFailedAssertion, kFoundation, __LINE__,
                         "array->bufferLength >= minimumBufferSize", "");
@@ -61,7 +65,8 @@ void Family<T>::Insert(RuntimeArray *a, int32_t index, T value) {
             RaiseOutOfMemory();
             return;
         }
-        if (a->growthStep < kStepLimit) a->growthStep *= 2;
+        if (a->growthStep < kStepLimit)
+            a->growthStep *= 2;
         T *old = Data(a);
         if (old != nullptr) {
             std::memcpy(fresh, old, static_cast<size_t>(index) * size);
@@ -79,8 +84,7 @@ void Family<T>::Insert(RuntimeArray *a, int32_t index, T value) {
     Data(a)[index] = value;
 }
 
-template <typename T>
-void Family<T>::Remove(RuntimeArray *a, int32_t index) {
+template <typename T> void Family<T>::Remove(RuntimeArray *a, int32_t index) {
     if (a == nullptr) {
         RaiseOutOfBounds();
         return;
@@ -119,8 +123,7 @@ void Family<T>::Remove(RuntimeArray *a, int32_t index) {
     E::Unlock(gone);
 }
 
-template <typename T>
-void Family<T>::Redim1(RuntimeArray *a, int32_t newBound) {
+template <typename T> void Family<T>::Redim1(RuntimeArray *a, int32_t newBound) {
     if (a == nullptr || a->dimensions != 1) {
         FatalReport(kFatalFailedAssertion, kFoundation, __LINE__, "1 == array->dimensions", "");
         return;
@@ -128,8 +131,7 @@ void Family<T>::Redim1(RuntimeArray *a, int32_t newBound) {
     RedimAt(a, &newBound);
 }
 
-template <typename T>
-void Family<T>::RedimAt(RuntimeArray *a, const int32_t *newBounds) {
+template <typename T> void Family<T>::RedimAt(RuntimeArray *a, const int32_t *newBounds) {
     const int32_t dims = a->dimensions;
     int64_t count = 1;
     bool same = true;
@@ -145,7 +147,8 @@ void Family<T>::RedimAt(RuntimeArray *a, const int32_t *newBounds) {
             return;
         }
     }
-    if (same) return;
+    if (same)
+        return;
     constexpr int64_t size = sizeof(T);
     int64_t length;
     if (!CheckedBytes(count, size, &length)) {
@@ -164,8 +167,10 @@ void Family<T>::RedimAt(RuntimeArray *a, const int32_t *newBounds) {
     std::vector<T> dropped;
     if (dims == 1) {
         const int64_t keep = std::min<int64_t>(static_cast<int64_t>(a->upperBounds[0]) + 1, count);
-        if (keep > 0) std::memcpy(fresh, old, static_cast<size_t>(keep * size));
-        for (int64_t i = keep; i <= a->upperBounds[0]; ++i) dropped.push_back(old[i]);
+        if (keep > 0)
+            std::memcpy(fresh, old, static_cast<size_t>(keep * size));
+        for (int64_t i = keep; i <= a->upperBounds[0]; ++i)
+            dropped.push_back(old[i]);
     } else if (old != nullptr) {
         // Every element keeps its coordinates: walk the old ones with a
         // counter of one digit per dimension, first digit fastest.
@@ -175,7 +180,8 @@ void Family<T>::RedimAt(RuntimeArray *a, const int32_t *newBounds) {
             int64_t target = 0, scale = 1;
             bool fits = true;
             for (int32_t d = 0; d < dims; ++d) {
-                if (at[static_cast<size_t>(d)] > newBounds[d]) fits = false;
+                if (at[static_cast<size_t>(d)] > newBounds[d])
+                    fits = false;
                 target += at[static_cast<size_t>(d)] * scale;
                 scale *= static_cast<int64_t>(newBounds[d]) + 1;
             }
@@ -184,7 +190,8 @@ void Family<T>::RedimAt(RuntimeArray *a, const int32_t *newBounds) {
             else
                 dropped.push_back(old[pos]);
             for (int32_t d = 0; d < dims; ++d) {
-                if (++at[static_cast<size_t>(d)] <= a->upperBounds[d]) break;
+                if (++at[static_cast<size_t>(d)] <= a->upperBounds[d])
+                    break;
                 at[static_cast<size_t>(d)] = 0;
             }
         }
@@ -193,18 +200,21 @@ void Family<T>::RedimAt(RuntimeArray *a, const int32_t *newBounds) {
     a->buffer = fresh;
     a->bufferLength = static_cast<int32_t>(length);
     a->growthStep = kInitialStep;
-    for (int32_t d = 0; d < dims; ++d) a->upperBounds[d] = newBounds[d];
-    for (T v : dropped) E::Unlock(v);
+    for (int32_t d = 0; d < dims; ++d)
+        a->upperBounds[d] = newBounds[d];
+    for (T v : dropped)
+        E::Unlock(v);
 }
 
-template <typename T>
-void Family<T>::Sort(RuntimeArray *a) {
-    if (a == nullptr || a->buffer == nullptr) return;
+template <typename T> void Family<T>::Sort(RuntimeArray *a) {
+    if (a == nullptr || a->buffer == nullptr)
+        return;
     if (a->dimensions != 1) {
         FatalReport(kFatalFailedAssertion, kFoundation, __LINE__, "1 == array->dimensions", "");
         return;
     }
-    if (a->upperBounds[0] < 0) return;
+    if (a->upperBounds[0] < 0)
+        return;
     T *e = Data(a);
     // Each pass splits a range into below, equal to and above the middle
     // element.  The smaller side recurses and the larger one loops, so that
@@ -240,41 +250,45 @@ void Family<T>::Sort(RuntimeArray *a) {
     Local::Run(e, 0, a->upperBounds[0]);
 }
 
-template <typename T>
-int32_t Family<T>::IndexOf(RuntimeArray *a, T value, int32_t start) {
-    if (a == nullptr || a->buffer == nullptr || a->upperBounds[0] < 0) return -1;
+template <typename T> int32_t Family<T>::IndexOf(RuntimeArray *a, T value, int32_t start) {
+    if (a == nullptr || a->buffer == nullptr || a->upperBounds[0] < 0)
+        return -1;
     const int32_t ub = a->upperBounds[0];
     if (start < -1 || start > ub) {
         RaiseOutOfBounds();
         return -1;
     }
-    if (start == -1) start = 0;
+    if (start == -1)
+        start = 0;
     const T *e = Data(a);
     for (int32_t i = start; i <= ub; ++i)
-        if (E::Equal(e[i], value)) return i;
+        if (E::Equal(e[i], value))
+            return i;
     return -1;
 }
 
-template <typename T>
-void Family<T>::Shuffle(RuntimeArray *a) {
-    if (a == nullptr || a->buffer == nullptr || a->upperBounds[0] <= 0) return;
+template <typename T> void Family<T>::Shuffle(RuntimeArray *a) {
+    if (a == nullptr || a->buffer == nullptr || a->upperBounds[0] <= 0)
+        return;
     T *e = Data(a);
     const int64_t count = ElementCount(a);
     for (int64_t n = count - 1; n >= 1; --n) {
         int64_t j = static_cast<int64_t>(rnd() * static_cast<double>(n + 1));
-        if (j > n) j = n;  // a generator that could return 1 must not step outside
+        if (j > n)
+            j = n; // a generator that could return 1 must not step outside
         std::swap(e[n], e[j]);
     }
 }
 
-template <typename T>
-void Family<T>::ReleaseElements(RuntimeArray *a) {
-    if (a == nullptr) return;
+template <typename T> void Family<T>::ReleaseElements(RuntimeArray *a) {
+    if (a == nullptr)
+        return;
     if constexpr (E::kCounted) {
         T *e = Data(a);
         if (e != nullptr) {
             const int64_t count = ElementCount(a);
-            for (int64_t i = 0; i < count; ++i) E::Unlock(e[i]);
+            for (int64_t i = 0; i < count; ++i)
+                E::Unlock(e[i]);
         }
     }
     std::free(a->buffer);

@@ -9,15 +9,15 @@ namespace {
 
 constexpr int32_t kMaxDimensions = 64;
 
-template <typename T>
-struct Slots {
+template <typename T> struct Slots {
     using F = Family<T>;
     static constexpr bool kCounted = Element<T>::kCounted;
     static constexpr bool kSortable = !std::is_same_v<T, RuntimeObject *>;
 
     static void ReadIndices(RuntimeArray *a, int32_t first, va_list ap, int32_t *idx) {
         idx[0] = first;
-        for (int32_t d = 1; d < a->dimensions; ++d) idx[d] = va_arg(ap, int32_t);
+        for (int32_t d = 1; d < a->dimensions; ++d)
+            idx[d] = va_arg(ap, int32_t);
     }
     static T GetN(RuntimeArray *a, int32_t i0, ...) {
         int32_t idx[kMaxDimensions];
@@ -126,8 +126,7 @@ struct Slots {
     static bool Owns(void *const *t) { return t == kOne || t == kTwo || t == kMany; }
 };
 
-template <typename F>
-auto ForKind(int32_t kind, F &&f) {
+template <typename F> auto ForKind(int32_t kind, F &&f) {
     switch (kind) {
     case kArrayInt32: return f(static_cast<int32_t *>(nullptr));
     case kArrayFloat32: return f(static_cast<float *>(nullptr));
@@ -171,7 +170,8 @@ int32_t KindOfTable(void *const *operations) {
             else
                 return Slots<P>::Owns(operations);
         });
-        if (owns) return kind;
+        if (owns)
+            return kind;
     }
     return -1;
 }
@@ -197,24 +197,30 @@ extern "C" RuntimeArray *CreateArray(int32_t dimensions, int32_t kind, ...) {
     for (int32_t d = 0; d < dimensions; ++d) {
         int32_t ub = va_arg(ap, int32_t);
         // A bound below -1 describes no elements either; keep it readable.
-        if (ub < -1) ub = -1;
+        if (ub < -1)
+            ub = -1;
         bounds[d] = ub;
-        if (count > 0) count *= static_cast<int64_t>(ub) + 1;
-        if (count > kMaxBufferBytes) count = kMaxBufferBytes + 1;
+        if (count > 0)
+            count *= static_cast<int64_t>(ub) + 1;
+        if (count > kMaxBufferBytes)
+            count = kMaxBufferBytes + 1;
     }
     va_end(ap);
     int64_t length;
-    if (!CheckedBytes(count, static_cast<int64_t>(KindSize(kind)), &length)) return nullptr;
+    if (!CheckedBytes(count, static_cast<int64_t>(KindSize(kind)), &length))
+        return nullptr;
     auto *a = static_cast<RuntimeArray *>(
         std::malloc(sizeof(RuntimeArray) + sizeof(int32_t) * static_cast<size_t>(dimensions)));
-    if (a == nullptr) return nullptr;
+    if (a == nullptr)
+        return nullptr;
     a->referenceCount = 1;
     a->operations = table;
     a->buffer = nullptr;
     a->dimensions = dimensions;
     a->bufferLength = static_cast<int32_t>(length);
     a->growthStep = kInitialStep;
-    for (int32_t d = 0; d < dimensions; ++d) a->upperBounds[d] = bounds[d];
+    for (int32_t d = 0; d < dimensions; ++d)
+        a->upperBounds[d] = bounds[d];
     if (length >= 1) {
         a->buffer = std::calloc(1, static_cast<size_t>(length));
         if (a->buffer == nullptr) {

@@ -28,8 +28,8 @@ FatalReportHook SetFatalReportHook(FatalReportHook hook) {
     return old;
 }
 
-void AssertionFailed(const char *file, int line, const char *expression,
-                     const char *conditionText, const char *message) {
+void AssertionFailed(const char *file, int line, const char *expression, const char *conditionText,
+                     const char *message) {
     FatalReport(kFatalFailedAssertion, file, line, conditionText ? conditionText : expression,
                 message);
 }

@@ -9,7 +9,7 @@
 namespace kelp {
 
 template <typename V> class IntMap {
-  public:
+public:
     using Key = uintptr_t;
     static constexpr uint32_t kBinCount = 1024;
 
@@ -43,7 +43,9 @@ template <typename V> class IntMap {
         mTail = node;
         ++mCount;
     }
-    template <typename P> void AddEntry(P *key, const V &value) { AddEntry(reinterpret_cast<Key>(key), value); }
+    template <typename P> void AddEntry(P *key, const V &value) {
+        AddEntry(reinterpret_cast<Key>(key), value);
+    }
 
     // True and the value when the key is present.
     bool GetEntry(Key key, V &value) const {
@@ -55,7 +57,9 @@ template <typename V> class IntMap {
         }
         return false;
     }
-    template <typename P> bool GetEntry(P *key, V &value) const { return GetEntry(reinterpret_cast<Key>(key), value); }
+    template <typename P> bool GetEntry(P *key, V &value) const {
+        return GetEntry(reinterpret_cast<Key>(key), value);
+    }
 
     bool Has(Key key) const {
         V ignored;
@@ -74,10 +78,10 @@ template <typename V> class IntMap {
 
     static uint32_t BinOf(Key key) { return static_cast<uint32_t>((key * 13) & 0x3FF); }
 
-  protected:
+protected:
     virtual bool KeyEquals(Key a, Key b) const { return a == b; }
 
-  private:
+private:
     struct Node {
         Node *nextInBin;
         Node *nextInOrder;

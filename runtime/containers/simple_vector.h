@@ -12,7 +12,7 @@
 namespace kelp {
 
 template <typename T> class SimpleVector {
-  public:
+public:
     explicit SimpleVector(uint32_t growthStep = 0) : mGrowthStep(growthStep) {}
     SimpleVector(const SimpleVector &) = delete;
     SimpleVector &operator=(const SimpleVector &) = delete;
@@ -47,7 +47,9 @@ template <typename T> class SimpleVector {
         }
         return mData[index];
     }
-    const T &operator[](uint32_t index) const { return const_cast<SimpleVector *>(this)->operator[](index); }
+    const T &operator[](uint32_t index) const {
+        return const_cast<SimpleVector *>(this)->operator[](index);
+    }
 
     // The last element, removed.  An empty vector is a failed assertion and
     // answers a default value.
@@ -66,7 +68,7 @@ template <typename T> class SimpleVector {
     T *Data() { return mData; }
     const T *Data() const { return mData; }
 
-  private:
+private:
     uint32_t mGrowthStep = 0;
     T *mData = nullptr;
     uint32_t mCount = 0;

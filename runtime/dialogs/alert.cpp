@@ -35,8 +35,8 @@ void PresentFatalReport(int kind, const char *file, int line, const char *condit
                              "Press OK to Continue\nPress Cancel to Quit.\n\n"
                              "Please report what caused this error\nalong with the information "
                              "below.\n\n" +
-                             file + ": " + std::to_string(line) + "\nFailure Condition: " +
-                             condition + "\n" + message;
+                             file + ": " + std::to_string(line) +
+                             "\nFailure Condition: " + condition + "\n" + message;
     if (!RunStopAlert(text, "", AlertButtons::kOkCancel))
         std::exit(0);
 }

@@ -12,8 +12,7 @@ enum class AlertButtons { kOk, kOkCancel };
 // Shows a modal error alert with the message, the explanation below it when
 // there is one, and the buttons; waits for the user.  True when the answer
 // was OK.  Needs a display (the caller checks DisplayAvailable).
-bool RunStopAlert(const std::string &message, const std::string &explanation,
-                  AlertButtons buttons);
+bool RunStopAlert(const std::string &message, const std::string &explanation, AlertButtons buttons);
 
 // The assertion report's dialog: "Runtime Error ..." with OK and Cancel;
 // Cancel ends the process.  Without a display it shows nothing.  Installed

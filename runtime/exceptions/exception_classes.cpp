@@ -23,24 +23,24 @@ template <const char *Name> ObjectDefinition *SubclassDefinition() {
     return definition;
 }
 
-#define KELP_EXCEPTION_NAMES(X)                                                                  \
-    X(NilObjectException)                                                                        \
-    X(ServiceNotAvailableException)                                                              \
-    X(NoOpenTransportException)                                                                  \
-    X(RegistryAccessErrorException)                                                              \
-    X(IllegalCastException)                                                                      \
-    X(InvalidParentException)                                                                    \
-    X(StackOverflowException)                                                                    \
-    X(TypeMismatchException)                                                                     \
-    X(OutOfBoundsException)                                                                      \
-    X(OutOfMemoryException)                                                                      \
-    X(KeyNotFoundException)                                                                      \
-    X(EndException)                                                                              \
-    X(ThreadAlreadyRunningException)                                                             \
-    X(UnsupportedFormatException)                                                                \
-    X(KeyChainException)                                                                         \
-    X(OLEException)                                                                              \
-    X(FunctionNotFoundException)                                                                 \
+#define KELP_EXCEPTION_NAMES(X)                                                                    \
+    X(NilObjectException)                                                                          \
+    X(ServiceNotAvailableException)                                                                \
+    X(NoOpenTransportException)                                                                    \
+    X(RegistryAccessErrorException)                                                                \
+    X(IllegalCastException)                                                                        \
+    X(InvalidParentException)                                                                      \
+    X(StackOverflowException)                                                                      \
+    X(TypeMismatchException)                                                                       \
+    X(OutOfBoundsException)                                                                        \
+    X(OutOfMemoryException)                                                                        \
+    X(KeyNotFoundException)                                                                        \
+    X(EndException)                                                                                \
+    X(ThreadAlreadyRunningException)                                                               \
+    X(UnsupportedFormatException)                                                                  \
+    X(KeyChainException)                                                                           \
+    X(OLEException)                                                                                \
+    X(FunctionNotFoundException)                                                                   \
     X(IllegalLockingException)
 
 #define KELP_DECLARE_NAME(n) constexpr char k##n[] = #n;
@@ -51,9 +51,8 @@ struct NamedDefinition {
     DefinitionAccessor accessor;
 };
 #define KELP_ROW(n) {#n, &SubclassDefinition<k##n>},
-const NamedDefinition kExceptionClasses[] = {
-    {"RuntimeException", &RuntimeExceptionDefinition},
-    KELP_EXCEPTION_NAMES(KELP_ROW)};
+const NamedDefinition kExceptionClasses[] = {{"RuntimeException", &RuntimeExceptionDefinition},
+                                             KELP_EXCEPTION_NAMES(KELP_ROW)};
 
 const PropertyRow kExceptionProperties[] = {
     {0x4, "ErrorNumber", &kTypeInteger, KELP_PLAIN_FIELD, KELP_PLAIN_FIELD,

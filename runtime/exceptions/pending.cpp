@@ -4,8 +4,8 @@
 // region finds it pending after the call returns.  An exception that no
 // region takes goes to the unhandled handler exactly once: at the raise when
 // no region is open, or when the outermost region closes with it pending.
-#include "exceptions/unhandled.h"
 #include "exceptions/callback_scope.h"
+#include "exceptions/unhandled.h"
 
 #include "base/fatal_report.h"
 #include "exceptions/raise.h"

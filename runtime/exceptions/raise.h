@@ -10,9 +10,9 @@
 
 namespace kelp {
 
-void RaiseNilObject();    // NilObjectException
-void RaiseIllegalCast();  // IllegalCastException
-void RaiseOutOfBounds();  // OutOfBoundsException
+void RaiseNilObject();   // NilObjectException
+void RaiseIllegalCast(); // IllegalCastException
+void RaiseOutOfBounds(); // OutOfBoundsException
 
 // Raises a new instance of the named library exception class (for instance
 // "UnsupportedFormatException"), with Message and ErrorNumber set.

@@ -1,7 +1,7 @@
 // The runtime's own ways to raise: by class, by library class name with a
 // message, and the three common ones.
-#include "exceptions/exception_classes.h"
 #include "base/fatal_report.h"
+#include "exceptions/exception_classes.h"
 #include "exceptions/raise.h"
 #include "objects/text.h"
 
@@ -76,6 +76,6 @@ void RaiseWithMessage(const char *className, const char *message, int errorNumbe
 
 extern "C" void RuntimeRaiseFunctionNotFoundException(KelpString function, KelpString library) {
     std::string message = "Could not load " + std::string(kelp::objtext::View(function)) +
-                           " from " + std::string(kelp::objtext::View(library));
+                          " from " + std::string(kelp::objtext::View(library));
     kelp::RaiseWithMessage("FunctionNotFoundException", message.c_str(), 0);
 }

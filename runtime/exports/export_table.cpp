@@ -30,8 +30,8 @@ struct FoldedEqual {
 struct Table {
     const RelocEntry *staticRows = nullptr;
     size_t staticCount = 0;
-    std::deque<RelocEntry> dynamicRows;    // stable addresses
-    std::deque<std::string> dynamicNames;  // names copied from callers
+    std::deque<RelocEntry> dynamicRows;   // stable addresses
+    std::deque<std::string> dynamicNames; // names copied from callers
     std::vector<const RelocEntry *> dynamicIndex;
     std::unordered_map<std::string_view, const RelocEntry *, FoldedHash, FoldedEqual> map;
 
@@ -106,10 +106,10 @@ extern "C" void AddExport(const char *name, void *code) {
     if (name) {
         if (const RelocEntry *old = kelp::FindExport(name)) {
             if (old->code != code)
-                FatalReport(kFatalFailedAssertion, "runtime/exports/export_table.cpp", __LINE__,
-                            "functionPtr == oldEntry->code",
-                            (std::string("Export '") + name + "' is already bound to other code")
-                                .c_str());
+                FatalReport(
+                    kFatalFailedAssertion, "runtime/exports/export_table.cpp", __LINE__,
+                    "functionPtr == oldEntry->code",
+                    (std::string("Export '") + name + "' is already bound to other code").c_str());
             return;
         }
         t.dynamicNames.emplace_back(name);

@@ -109,7 +109,8 @@ int64_t UnixDataFile::GetLength() {
 bool UnixDataFile::SetLength(int64_t length) {
     if (!mFile)
         return false;
-    if (std::fflush(mFile) != 0 || ftruncate(fileno(mFile), static_cast<off_t>(length < 0 ? 0 : length)) != 0)
+    if (std::fflush(mFile) != 0 ||
+        ftruncate(fileno(mFile), static_cast<off_t>(length < 0 ? 0 : length)) != 0)
         return Fail();
     return true;
 }

@@ -43,8 +43,8 @@ HSV ToHSV(uint32_t color) {
 extern "C" {
 
 uint32_t RuntimeRGB(int32_t red, int32_t green, int32_t blue) {
-    return (static_cast<uint32_t>(ClampByte(red)) << 16) | (static_cast<uint32_t>(ClampByte(green)) << 8) |
-           static_cast<uint32_t>(ClampByte(blue));
+    return (static_cast<uint32_t>(ClampByte(red)) << 16) |
+           (static_cast<uint32_t>(ClampByte(green)) << 8) | static_cast<uint32_t>(ClampByte(blue));
 }
 
 uint32_t RuntimeHSV(double h, double s, double v) {

@@ -21,7 +21,8 @@ int32_t DefaultFontSize() {
 }
 
 bool IsSystemFontName(const std::string &name) {
-    return name.empty() || AsciiEqualNoCase(name, "System") || AsciiEqualNoCase(name, "SmallSystem");
+    return name.empty() || AsciiEqualNoCase(name, "System") ||
+           AsciiEqualNoCase(name, "SmallSystem");
 }
 
 namespace {
@@ -105,8 +106,8 @@ PangoFontDescription *MakeFontDescription(const FontSpec &spec) {
         pango_font_description_set_family(description, DefaultFontFamily().c_str());
         pango_font_description_set_size(description, size * PANGO_SCALE);
     }
-    pango_font_description_set_style(description,
-                                     (spec.style & kStyleItalic) ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
+    pango_font_description_set_style(description, (spec.style & kStyleItalic) ? PANGO_STYLE_ITALIC
+                                                                              : PANGO_STYLE_NORMAL);
     pango_font_description_set_weight(description, (spec.style & kStyleBold) ? PANGO_WEIGHT_BOLD
                                                                              : PANGO_WEIGHT_NORMAL);
     return description;

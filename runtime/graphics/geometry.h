@@ -32,8 +32,8 @@ inline RGBColor ColorWordToRGB(uint32_t word) {
                     static_cast<uint16_t>((word & 0xFF) * 257)};
 }
 inline uint32_t RGBToColorWord(const RGBColor &c) {
-    return (static_cast<uint32_t>(c.red / 257) << 16) | (static_cast<uint32_t>(c.green / 257) << 8) |
-           static_cast<uint32_t>(c.blue / 257);
+    return (static_cast<uint32_t>(c.red / 257) << 16) |
+           (static_cast<uint32_t>(c.green / 257) << 8) | static_cast<uint32_t>(c.blue / 257);
 }
 
 } // namespace kelp

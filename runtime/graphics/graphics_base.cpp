@@ -13,9 +13,9 @@ void SetCurrentGraphics(Graphics *g) { gCurrentGraphics = g; }
 
 Graphics::Graphics(GraphicsTarget *t, bool owns)
     : mTarget(t), mTextFont("System"), mTextSize(12), mTextStyle(0), mPenWidth(1), mPenHeight(1),
-      mScale(1.0f), mForeColor{0, 0, 0}, mBackColor{65535, 65535, 65535}, mPenX(0), mPenY(0), mOriginX(0),
-      mOriginY(0), mMargin(0), mPatternOriginX(0), mPatternOriginY(0), mPattern{}, mShiftedPattern{},
-      mOwnsTarget(owns), mPageProvider(nullptr) {
+      mScale(1.0f), mForeColor{0, 0, 0}, mBackColor{65535, 65535, 65535}, mPenX(0), mPenY(0),
+      mOriginX(0), mOriginY(0), mMargin(0), mPatternOriginX(0),
+      mPatternOriginY(0), mPattern{}, mShiftedPattern{}, mOwnsTarget(owns), mPageProvider(nullptr) {
     std::memset(mPattern, 0xFF, sizeof mPattern);
     std::memset(mShiftedPattern, 0xFF, sizeof mShiftedPattern);
 }
@@ -99,7 +99,8 @@ int32_t Graphics::FitText(std::string_view text, int32_t width, bool wordBreak) 
 
     // First probe: as many characters as an average glyph of a sample says;
     // texts of several bytes a character take more bytes per glyph.
-    static constexpr std::string_view kSample = "abcdefghijklmnopqrstuvwxyz ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+    static constexpr std::string_view kSample =
+        "abcdefghijklmnopqrstuvwxyz ABCDEFGHIJKLMNOPQRSTUVWXYZ";
     int32_t sampleWidth = TextWidth(kSample);
     double average = sampleWidth > 0 ? static_cast<double>(sampleWidth) / kSample.size() : 7.0;
     double factor = IsMultiByte(text) ? 1.8 : 1.0;
@@ -182,9 +183,9 @@ ClipSaver::ClipSaver(Graphics &g) : mGraphics(g), mHad(g.ClipRect() != nullptr) 
 ClipSaver::~ClipSaver() { mGraphics.SetClipRect(mHad ? &mSaved : nullptr); }
 
 GraphicsStateSaver::GraphicsStateSaver(Graphics &g)
-    : mGraphics(g), mFore(g.ForeColor()), mBack(g.BackColor()), mPenW(g.PenWidth()), mPenH(g.PenHeight()),
-      mPenX(g.PenX()), mPenY(g.PenY()), mFont(g.TextFont()), mSize(g.TextSize()),
-      mStyle(g.TextStyle()), mClip(g) {}
+    : mGraphics(g), mFore(g.ForeColor()), mBack(g.BackColor()), mPenW(g.PenWidth()),
+      mPenH(g.PenHeight()), mPenX(g.PenX()), mPenY(g.PenY()), mFont(g.TextFont()),
+      mSize(g.TextSize()), mStyle(g.TextStyle()), mClip(g) {}
 
 GraphicsStateSaver::~GraphicsStateSaver() {
     mGraphics.SetForeColor(mFore);

@@ -58,8 +58,12 @@ public:
     virtual void FrameRect(const Rect &r) { (void)r; }
     virtual void FillRect(const Rect &r) { (void)r; }
     virtual void EraseRect(const Rect &r) { (void)r; }
-    virtual void FrameRoundRect(const Rect &r, int32_t cw, int32_t ch) { (void)r, (void)cw, (void)ch; }
-    virtual void FillRoundRect(const Rect &r, int32_t cw, int32_t ch) { (void)r, (void)cw, (void)ch; }
+    virtual void FrameRoundRect(const Rect &r, int32_t cw, int32_t ch) {
+        (void)r, (void)cw, (void)ch;
+    }
+    virtual void FillRoundRect(const Rect &r, int32_t cw, int32_t ch) {
+        (void)r, (void)cw, (void)ch;
+    }
     virtual void FrameOval(const Rect &r) { (void)r; }
     virtual void FillOval(const Rect &r) { (void)r; }
     virtual void MoveTo(int32_t x, int32_t y);
@@ -111,7 +115,9 @@ public:
         (void)x, (void)y, (void)rgb;
         return false;
     }
-    virtual void SetPixel(int32_t x, int32_t y, const RGBColor &rgb) { (void)x, (void)y, (void)rgb; }
+    virtual void SetPixel(int32_t x, int32_t y, const RGBColor &rgb) {
+        (void)x, (void)y, (void)rgb;
+    }
     virtual void DrawFocusRing(const Rect &r) { (void)r; }
 
     // --- target

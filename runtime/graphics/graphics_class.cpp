@@ -62,7 +62,8 @@ Graphics *ForDrawing(RuntimeObject *object, int32_t &left, int32_t &top) {
 
 // The rect (x, y, x + w, y + h) in window coordinates, or false for a size
 // of zero or less.
-bool MakeRect(RuntimeObject *object, Graphics *&g, int32_t x, int32_t y, int32_t w, int32_t h, Rect &r) {
+bool MakeRect(RuntimeObject *object, Graphics *&g, int32_t x, int32_t y, int32_t w, int32_t h,
+              Rect &r) {
     int32_t left = 0, top = 0;
     g = ForDrawing(object, left, top);
     if (!g || w <= 0 || h <= 0)
@@ -179,11 +180,21 @@ void graphicsTextSizeSetter(RuntimeObject *g, int32_t, int32_t size) {
         gr->SetTextSize(size);
 }
 
-uint8_t graphicsBoldGetter(RuntimeObject *g, int32_t) { return kelp::StyleBit(g, kelp::kStyleBold); }
-void graphicsBoldSetter(RuntimeObject *g, int32_t, uint8_t v) { kelp::SetStyleBit(g, kelp::kStyleBold, v); }
-uint8_t graphicsItalicGetter(RuntimeObject *g, int32_t) { return kelp::StyleBit(g, kelp::kStyleItalic); }
-void graphicsItalicSetter(RuntimeObject *g, int32_t, uint8_t v) { kelp::SetStyleBit(g, kelp::kStyleItalic, v); }
-uint8_t graphicsUnderlineGetter(RuntimeObject *g, int32_t) { return kelp::StyleBit(g, kelp::kStyleUnderline); }
+uint8_t graphicsBoldGetter(RuntimeObject *g, int32_t) {
+    return kelp::StyleBit(g, kelp::kStyleBold);
+}
+void graphicsBoldSetter(RuntimeObject *g, int32_t, uint8_t v) {
+    kelp::SetStyleBit(g, kelp::kStyleBold, v);
+}
+uint8_t graphicsItalicGetter(RuntimeObject *g, int32_t) {
+    return kelp::StyleBit(g, kelp::kStyleItalic);
+}
+void graphicsItalicSetter(RuntimeObject *g, int32_t, uint8_t v) {
+    kelp::SetStyleBit(g, kelp::kStyleItalic, v);
+}
+uint8_t graphicsUnderlineGetter(RuntimeObject *g, int32_t) {
+    return kelp::StyleBit(g, kelp::kStyleUnderline);
+}
 void graphicsUnderlineSetter(RuntimeObject *g, int32_t, uint8_t v) {
     kelp::SetStyleBit(g, kelp::kStyleUnderline, v);
 }
@@ -256,8 +267,8 @@ uint32_t graphicsPixelGetter(RuntimeObject *g, int32_t x, int32_t y) {
     if (!gr || !gr->GetPixel(x + left, y + top, rgb))
         return 0;
     // The high byte of each channel.
-    return (static_cast<uint32_t>(rgb.red >> 8) << 16) | (static_cast<uint32_t>(rgb.green >> 8) << 8) |
-           static_cast<uint32_t>(rgb.blue >> 8);
+    return (static_cast<uint32_t>(rgb.red >> 8) << 16) |
+           (static_cast<uint32_t>(rgb.green >> 8) << 8) | static_cast<uint32_t>(rgb.blue >> 8);
 }
 
 void graphicsPixelSetter(RuntimeObject *g, int32_t x, int32_t y, uint32_t color) {
@@ -311,16 +322,16 @@ void RuntimeGraphicsFillOval(RuntimeObject *g, int32_t x, int32_t y, int32_t w, 
         gr->FillOval(r);
 }
 
-void RuntimeGraphicsDrawRoundRect(RuntimeObject *g, int32_t x, int32_t y, int32_t w, int32_t h, int32_t ow,
-                                  int32_t oh) {
+void RuntimeGraphicsDrawRoundRect(RuntimeObject *g, int32_t x, int32_t y, int32_t w, int32_t h,
+                                  int32_t ow, int32_t oh) {
     Graphics *gr;
     Rect r;
     if (kelp::MakeRect(g, gr, x, y, w, h, r))
         gr->FrameRoundRect(r, ow, oh);
 }
 
-void RuntimeGraphicsFillRoundRect(RuntimeObject *g, int32_t x, int32_t y, int32_t w, int32_t h, int32_t ow,
-                                  int32_t oh) {
+void RuntimeGraphicsFillRoundRect(RuntimeObject *g, int32_t x, int32_t y, int32_t w, int32_t h,
+                                  int32_t ow, int32_t oh) {
     Graphics *gr;
     Rect r;
     if (kelp::MakeRect(g, gr, x, y, w, h, r))
@@ -334,8 +345,12 @@ void RuntimeGraphicsDrawFocusRing(RuntimeObject *g, int32_t x, int32_t y, int32_
         gr->DrawFocusRing(r);
 }
 
-void graphicsDrawPolygon(RuntimeObject *g, RuntimeArray *points) { kelp::DrawPolygonOf(g, points, false); }
-void graphicsFillPolygon(RuntimeObject *g, RuntimeArray *points) { kelp::DrawPolygonOf(g, points, true); }
+void graphicsDrawPolygon(RuntimeObject *g, RuntimeArray *points) {
+    kelp::DrawPolygonOf(g, points, false);
+}
+void graphicsFillPolygon(RuntimeObject *g, RuntimeArray *points) {
+    kelp::DrawPolygonOf(g, points, true);
+}
 
 void graphicsDrawStopIcon(RuntimeObject *g, int32_t x, int32_t y) { kelp::DrawIcon(g, 0, x, y); }
 void graphicsDrawNoteIcon(RuntimeObject *g, int32_t x, int32_t y) { kelp::DrawIcon(g, 1, x, y); }
@@ -415,31 +430,38 @@ namespace kelp {
 ObjectDefinition *GraphicsDefinition() {
     static const TypeRecord kIntegerArray = {kTypeArray, nullptr, &kTypeInteger, 1};
     static const PropertyRow properties[] = {
-        {0, "ForeColor", &kTypeColor, KELP_ENTRY(graphicsForeColorGetter), KELP_ENTRY(graphicsForeColorSetter)},
+        {0, "ForeColor", &kTypeColor, KELP_ENTRY(graphicsForeColorGetter),
+         KELP_ENTRY(graphicsForeColorSetter)},
         {0, "Width", &kTypeInteger, KELP_ENTRY(graphicsWidthGetter), {}},
         {0, "Height", &kTypeInteger, KELP_ENTRY(graphicsHeightGetter), {}},
-        {0, "TextFont", &kTypeString, KELP_ENTRY(graphicsTextFontGetter), KELP_ENTRY(graphicsTextFontSetter)},
-        {0, "TextSize", &kTypeInteger, KELP_ENTRY(graphicsTextSizeGetter), KELP_ENTRY(graphicsTextSizeSetter)},
+        {0, "TextFont", &kTypeString, KELP_ENTRY(graphicsTextFontGetter),
+         KELP_ENTRY(graphicsTextFontSetter)},
+        {0, "TextSize", &kTypeInteger, KELP_ENTRY(graphicsTextSizeGetter),
+         KELP_ENTRY(graphicsTextSizeSetter)},
         {0, "Copies", &kTypeInteger, KELP_ENTRY(graphicsCopiesGetter), {}},
         {0, "FirstPage", &kTypeInteger, KELP_ENTRY(graphicsFirstPageGetter), {}},
         {0, "LastPage", &kTypeInteger, KELP_ENTRY(graphicsLastPageGetter), {}},
         {0, "Bold", &kTypeBoolean, KELP_ENTRY(graphicsBoldGetter), KELP_ENTRY(graphicsBoldSetter)},
-        {0, "Italic", &kTypeBoolean, KELP_ENTRY(graphicsItalicGetter), KELP_ENTRY(graphicsItalicSetter)},
+        {0, "Italic", &kTypeBoolean, KELP_ENTRY(graphicsItalicGetter),
+         KELP_ENTRY(graphicsItalicSetter)},
         {0, "Underline", &kTypeBoolean, KELP_ENTRY(graphicsUnderlineGetter),
          KELP_ENTRY(graphicsUnderlineSetter)},
-        {0, "PenWidth", &kTypeInteger, KELP_ENTRY(graphicsPenWidthGetter), KELP_ENTRY(graphicsPenWidthSetter)},
+        {0, "PenWidth", &kTypeInteger, KELP_ENTRY(graphicsPenWidthGetter),
+         KELP_ENTRY(graphicsPenWidthSetter)},
         {0, "PenHeight", &kTypeInteger, KELP_ENTRY(graphicsPenHeightGetter),
          KELP_ENTRY(graphicsPenHeightSetter)},
         {0, "UseOldRenderer", &kTypeBoolean, KELP_ENTRY(graphicsUseOldRendererGetter),
          KELP_ENTRY(graphicsUseOldRendererSetter)},
     };
-    static const ParameterRow xywh[] = {
-        {"x", &kTypeInteger}, {"y", &kTypeInteger}, {"width", &kTypeInteger}, {"height", &kTypeInteger}};
+    static const ParameterRow xywh[] = {{"x", &kTypeInteger},
+                                        {"y", &kTypeInteger},
+                                        {"width", &kTypeInteger},
+                                        {"height", &kTypeInteger}};
     static const ParameterRow line[] = {
         {"x1", &kTypeInteger}, {"y1", &kTypeInteger}, {"x2", &kTypeInteger}, {"y2", &kTypeInteger}};
-    static const ParameterRow roundRect[] = {{"x", &kTypeInteger},     {"y", &kTypeInteger},
-                                             {"width", &kTypeInteger}, {"height", &kTypeInteger},
-                                             {"ovalWidth", &kTypeInteger}, {"ovalHeight", &kTypeInteger}};
+    static const ParameterRow roundRect[] = {
+        {"x", &kTypeInteger},      {"y", &kTypeInteger},         {"width", &kTypeInteger},
+        {"height", &kTypeInteger}, {"ovalWidth", &kTypeInteger}, {"ovalHeight", &kTypeInteger}};
     static const ParameterRow drawString[] = {{"text", &kTypeString},
                                               {"x", &kTypeInteger},
                                               {"y", &kTypeInteger},
@@ -468,7 +490,8 @@ ObjectDefinition *GraphicsDefinition() {
         {"DrawStopIcon", nullptr, xy, 2, KELP_ENTRY(graphicsDrawStopIcon)},
         {"DrawNoteIcon", nullptr, xy, 2, KELP_ENTRY(graphicsDrawNoteIcon)},
         {"DrawCautionIcon", nullptr, xy, 2, KELP_ENTRY(graphicsDrawCautionIcon)},
-        {"Pixel", &kTypeColor, xy, 2, KELP_ENTRY(graphicsPixelGetter), KELP_ENTRY(graphicsPixelSetter)},
+        {"Pixel", &kTypeColor, xy, 2, KELP_ENTRY(graphicsPixelGetter),
+         KELP_ENTRY(graphicsPixelSetter)},
         {"DrawPolygon", nullptr, points, 1, KELP_ENTRY(graphicsDrawPolygon)},
         {"FillPolygon", nullptr, points, 1, KELP_ENTRY(graphicsFillPolygon)},
         {"_DrawFocusRing", nullptr, xywh, 4, KELP_ENTRY(RuntimeGraphicsDrawFocusRing)},

@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdlib>
 #include <string>
 #include <vector>
-#include <cstdlib>
 
 namespace kelp {
 
@@ -17,22 +17,22 @@ namespace {
 const GraphicsGTK *gGcUser = nullptr;
 GdkGC *gGcInUse = nullptr;
 
-int16_t Clamp16(int32_t v) { return static_cast<int16_t>(std::clamp<int32_t>(v, SHRT_MIN, SHRT_MAX)); }
+int16_t Clamp16(int32_t v) {
+    return static_cast<int16_t>(std::clamp<int32_t>(v, SHRT_MIN, SHRT_MAX));
+}
 
 // Pango wants UTF-8; text that isn't is taken as Latin-1 rather than dropped.
 std::string ValidText(std::string_view text) {
     if (g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr))
         return std::string(text);
-    gchar *converted = g_convert(text.data(), static_cast<gssize>(text.size()), "UTF-8", "ISO-8859-1",
-                                 nullptr, nullptr, nullptr);
+    gchar *converted = g_convert(text.data(), static_cast<gssize>(text.size()), "UTF-8",
+                                 "ISO-8859-1", nullptr, nullptr, nullptr);
     std::string out = converted ? converted : "";
     g_free(converted);
     return out;
 }
 
-int32_t RoundPangoUnits(int32_t v) {
-    return v >= 0 ? (v + 512) >> 10 : -((-v + 512) >> 10);
-}
+int32_t RoundPangoUnits(int32_t v) { return v >= 0 ? (v + 512) >> 10 : -((-v + 512) >> 10); }
 
 } // namespace
 
@@ -67,8 +67,10 @@ GraphicsGTK *GraphicsGTK::ForPixmap(int32_t width, int32_t height) {
 // ------------------------------------------------------------ coordinates
 
 Rect GraphicsGTK::ToDrawable(const Rect &r, bool clipToPane) const {
-    int32_t left = std::min(r.left, r.right) - mOriginX, right = std::max(r.left, r.right) - mOriginX;
-    int32_t top = std::min(r.top, r.bottom) - mOriginY, bottom = std::max(r.top, r.bottom) - mOriginY;
+    int32_t left = std::min(r.left, r.right) - mOriginX,
+            right = std::max(r.left, r.right) - mOriginX;
+    int32_t top = std::min(r.top, r.bottom) - mOriginY,
+            bottom = std::max(r.top, r.bottom) - mOriginY;
     if (mTarget && mTarget->OnScreen()) {
         if (clipToPane && mTarget->SharesWindowDrawable()) {
             Rect pane = mTarget->Bounds();
@@ -128,9 +130,10 @@ GdkGC *GraphicsGTK::GC() {
         ApplyForeground(gc);
         if (mClipRect) {
             Rect clip = *mClipRect;
-            Rect d = ToDrawable(Rect{Clamp16(clip.top + mOriginY), Clamp16(clip.left + mOriginX),
-                                     Clamp16(clip.bottom + mOriginY), Clamp16(clip.right + mOriginX)},
-                                false);
+            Rect d =
+                ToDrawable(Rect{Clamp16(clip.top + mOriginY), Clamp16(clip.left + mOriginX),
+                                Clamp16(clip.bottom + mOriginY), Clamp16(clip.right + mOriginX)},
+                           false);
             GdkRectangle area = {d.left, d.top, d.right - d.left, d.bottom - d.top};
             gdk_gc_set_clip_rectangle(gc, &area);
         } else {
@@ -164,7 +167,7 @@ void GraphicsGTK::SetClipRect(const Rect *rect) {
     mClipRect = nullptr;
     if (rect) {
         mClipRect = new Rect{Clamp16(rect->top - mOriginY), Clamp16(rect->left - mOriginX),
-                            Clamp16(rect->bottom - mOriginY), Clamp16(rect->right - mOriginX)};
+                             Clamp16(rect->bottom - mOriginY), Clamp16(rect->right - mOriginX)};
     }
     // The GC takes the new clip at the next drawing.
     mGcReady = false;
@@ -281,7 +284,8 @@ void GraphicsGTK::FillOval(const Rect &r) {
 
 void GraphicsGTK::LineTo(int32_t x, int32_t y) {
     if (GdkGC *gc = GC())
-        gdk_draw_line(Drawable(), gc, ToDrawableX(mPenX), ToDrawableY(mPenY), ToDrawableX(x), ToDrawableY(y));
+        gdk_draw_line(Drawable(), gc, ToDrawableX(mPenX), ToDrawableY(mPenY), ToDrawableX(x),
+                      ToDrawableY(y));
     Graphics::LineTo(x, y);
 }
 
@@ -457,18 +461,20 @@ void GraphicsGTK::DrawTextWrapped(std::string_view text, const Rect &r, int32_t 
 // ------------------------------------------------------------ icons, pixels
 
 void GraphicsGTK::DrawStockIcon(int32_t kind, int32_t x, int32_t y, int32_t w, int32_t h) {
-    static const char *const kStock[4] = {"gtk-dialog-error", "gtk-dialog-info", "gtk-dialog-warning",
-                                          "gtk-dialog-question"};
+    static const char *const kStock[4] = {"gtk-dialog-error", "gtk-dialog-info",
+                                          "gtk-dialog-warning", "gtk-dialog-question"};
     static GdkPixbuf *cache[4] = {};
     GdkGC *gc = GC();
     if (!gc || kind < 0 || kind > 3 || w < 1 || h < 1)
         return;
     if (!cache[kind]) {
         if (GtkWidget *widget = mTarget->Widget()) {
-            cache[kind] = gtk_widget_render_icon(widget, kStock[kind], GTK_ICON_SIZE_DIALOG, nullptr);
+            cache[kind] =
+                gtk_widget_render_icon(widget, kStock[kind], GTK_ICON_SIZE_DIALOG, nullptr);
         } else if (GtkIconSet *set = gtk_icon_factory_lookup_default(kStock[kind])) {
-            cache[kind] = gtk_icon_set_render_icon(set, gtk_widget_get_default_style(), GTK_TEXT_DIR_LTR,
-                                                   GTK_STATE_NORMAL, GTK_ICON_SIZE_DIALOG, nullptr, nullptr);
+            cache[kind] =
+                gtk_icon_set_render_icon(set, gtk_widget_get_default_style(), GTK_TEXT_DIR_LTR,
+                                         GTK_STATE_NORMAL, GTK_ICON_SIZE_DIALOG, nullptr, nullptr);
         }
         if (!cache[kind])
             return;
@@ -535,17 +541,21 @@ void GraphicsGTK::DrawFocusRing(const Rect &r) {
     gdk_gc_set_line_attributes(gc, 1, GDK_LINE_SOLID, GDK_CAP_NOT_LAST, GDK_JOIN_MITER);
 }
 
-void GraphicsGTK::DrawDrawableScaled(GdkDrawable *source, const Rect &sourceRect, const Rect &destRect) {
+void GraphicsGTK::DrawDrawableScaled(GdkDrawable *source, const Rect &sourceRect,
+                                     const Rect &destRect) {
     GdkGC *gc = GC();
     if (!gc || !source)
         return;
-    const int sx = std::min(sourceRect.left, sourceRect.right), sy = std::min(sourceRect.top, sourceRect.bottom);
-    const int sw = std::abs(sourceRect.right - sourceRect.left), sh = std::abs(sourceRect.bottom - sourceRect.top);
+    const int sx = std::min(sourceRect.left, sourceRect.right),
+              sy = std::min(sourceRect.top, sourceRect.bottom);
+    const int sw = std::abs(sourceRect.right - sourceRect.left),
+              sh = std::abs(sourceRect.bottom - sourceRect.top);
     Rect d = ToDrawable(destRect, false);
     const int dw = d.right - d.left, dh = d.bottom - d.top;
     int storeW = 0, storeH = 0;
     gdk_drawable_get_size(source, &storeW, &storeH);
-    if (sw < 1 || sh < 1 || dw < 1 || dh < 1 || sx < 0 || sy < 0 || sx + sw > storeW || sy + sh > storeH)
+    if (sw < 1 || sh < 1 || dw < 1 || dh < 1 || sx < 0 || sy < 0 || sx + sw > storeW ||
+        sy + sh > storeH)
         return;
     if (sw == dw && sh == dh) {
         gdk_draw_drawable(Drawable(), gc, source, sx, sy, d.left, d.top, dw, dh);

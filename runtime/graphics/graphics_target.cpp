@@ -6,7 +6,8 @@ namespace kelp {
 
 // ------------------------------------------------------------ WidgetTarget
 
-WidgetTarget::WidgetTarget(GtkWidget *widget, Rect bounds, Placement placement, int32_t menuBarHeight)
+WidgetTarget::WidgetTarget(GtkWidget *widget, Rect bounds, Placement placement,
+                           int32_t menuBarHeight)
     : mWidget(widget), mBounds(bounds), mUseWidgetSize(false), mPlacement(placement),
       mMenuBarHeight(menuBarHeight) {
     if (mWidget)
@@ -14,7 +15,8 @@ WidgetTarget::WidgetTarget(GtkWidget *widget, Rect bounds, Placement placement, 
 }
 
 WidgetTarget::WidgetTarget(GtkWidget *widget)
-    : mWidget(widget), mBounds{}, mUseWidgetSize(true), mPlacement(kWindowItself), mMenuBarHeight(0) {
+    : mWidget(widget), mBounds{}, mUseWidgetSize(true), mPlacement(kWindowItself),
+      mMenuBarHeight(0) {
     if (mWidget)
         g_object_ref(mWidget);
 }

@@ -6,7 +6,8 @@ namespace {
 
 // One axis: a negative source start cuts the destination's front; a source
 // end past the picture cuts its back.  The destination keeps the scale.
-bool CutAxis(int32_t &dest, int32_t &destSize, int32_t &source, int32_t &sourceSize, int32_t storeSize) {
+bool CutAxis(int32_t &dest, int32_t &destSize, int32_t &source, int32_t &sourceSize,
+             int32_t storeSize) {
     if (source < 0) {
         const int64_t cut = static_cast<int64_t>(-source) * destSize / sourceSize;
         destSize -= static_cast<int32_t>(cut);

@@ -10,7 +10,7 @@ namespace kelp {
 inline constexpr int32_t kPictureSizeDefault = -10000;
 
 struct PictureCut {
-    int32_t x = 0, y = 0;                                        // destination
+    int32_t x = 0, y = 0; // destination
     int32_t destWidth = kPictureSizeDefault, destHeight = kPictureSizeDefault;
     int32_t sourceX = 0, sourceY = 0;
     int32_t sourceWidth = kPictureSizeDefault, sourceHeight = kPictureSizeDefault;

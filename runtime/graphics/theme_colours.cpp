@@ -22,8 +22,8 @@ uint32_t FromTheme(int slot, uint32_t fallback) {
     if (!theme.coloursRead)
         return fallback;
     const kelp::ThemeColour &c = theme.colours[slot];
-    return (static_cast<uint32_t>(c.red / 257) << 16) | (static_cast<uint32_t>(c.green / 257) << 8) |
-           static_cast<uint32_t>(c.blue / 257);
+    return (static_cast<uint32_t>(c.red / 257) << 16) |
+           (static_cast<uint32_t>(c.green / 257) << 8) | static_cast<uint32_t>(c.blue / 257);
 }
 
 } // namespace

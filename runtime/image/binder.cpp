@@ -1,9 +1,9 @@
 #include "image/binder.h"
 
 #include "base/fatal_report.h"
+#include "base/soft_library.h"
 #include "exports/export_table.h"
 #include "image/image_format.h"
-#include "base/soft_library.h"
 #include "kelp/records.h"
 #include "strings/kstring.h"
 
@@ -30,7 +30,8 @@ public:
     // A call target as the hole can reach it: the target itself, or a stub
     // behind the code that jumps there through a 64-bit address.
     uint8_t *Reachable(uint8_t *hole, void *target) {
-        const int64_t disp = reinterpret_cast<intptr_t>(target) - reinterpret_cast<intptr_t>(hole + 4);
+        const int64_t disp =
+            reinterpret_cast<intptr_t>(target) - reinterpret_cast<intptr_t>(hole + 4);
         if (disp >= INT32_MIN && disp <= INT32_MAX)
             return static_cast<uint8_t *>(target);
         auto it = mStubFor.find(target);
@@ -92,8 +93,7 @@ public:
         if (r.value > mArea.codeSize || mArea.codeSize - r.value < 8) {
             Report(__LINE__, "offset inside code",
                    "The reference at link position " + std::to_string(r.position) +
-                       " names offset " + std::to_string(r.value) +
-                       ", outside the code segment");
+                       " names offset " + std::to_string(r.value) + ", outside the code segment");
             return nullptr;
         }
         return mArea.code + r.value;
@@ -161,9 +161,7 @@ public:
         while (reader.Next(r, error)) {
             ++counts.records;
             switch (r.type) {
-            case kLinkImport:
-                Import(r);
-                break;
+            case kLinkImport: Import(r); break;
             case kLinkDataReference:
             case kLinkCodeReference:
                 if (uint8_t *word = Word(r)) {
@@ -172,14 +170,9 @@ public:
                     ++counts.words;
                 }
                 break;
-            case kLinkSoftImport:
-                SoftImport(r);
-                break;
-            case kLinkStringReference:
-                StringReference(r);
-                break;
-            default:
-                break;
+            case kLinkSoftImport: SoftImport(r); break;
+            case kLinkStringReference: StringReference(r); break;
+            default: break;
             }
         }
         if (!error.empty())

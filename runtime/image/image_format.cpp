@@ -82,8 +82,8 @@ ReadStatus ReadAppendedImage(const std::string &path, Segments &out, std::string
         out.bytes[s].clear();
         out.present[s] = false;
         if (end - at < 4) {
-            error = std::string("the image ends before the size of the ") + SegmentName(s) +
-                    " segment";
+            error =
+                std::string("the image ends before the size of the ") + SegmentName(s) + " segment";
             return ReadStatus::kDamaged;
         }
         if (std::fread(word, 1, 4, file.f) != 4) {
@@ -98,8 +98,8 @@ ReadStatus ReadAppendedImage(const std::string &path, Segments &out, std::string
         if (optional && (size == 0 || (size & 0x80000000u)))
             continue;
         if (uint64_t(size) > uint64_t(end - at)) {
-            error = std::string("the ") + SegmentName(s) + " segment size " +
-                    std::to_string(size) + " runs past the end of the image";
+            error = std::string("the ") + SegmentName(s) + " segment size " + std::to_string(size) +
+                    " runs past the end of the image";
             return ReadStatus::kDamaged;
         }
         if (s == kResources)
@@ -254,8 +254,8 @@ bool ResourceReader::Next(ResourceRecord &record, std::string &error) {
     record.id = uint16_t(p[4] | p[5] << 8);
     record.length = ReadU32(p + 10);
     if (uint64_t(record.length) > mSize - mAt - 14) {
-        error = "resource " + FourCCText(record.type) + " " + std::to_string(record.id) +
-                " at " + std::to_string(mAt) + " claims " + std::to_string(record.length) +
+        error = "resource " + FourCCText(record.type) + " " + std::to_string(record.id) + " at " +
+                std::to_string(mAt) + " claims " + std::to_string(record.length) +
                 " bytes, more than its segment holds";
         mAt = mSize;
         return false;
@@ -352,9 +352,9 @@ bool ParseSymbols(const uint8_t *segment, size_t size, std::vector<SymbolRow> &r
             error = "symbol row " + std::to_string(i) + " has a name without its end";
             return false;
         }
-        rows.push_back({ReadU32(row), std::string_view(names + nameOffset,
-                                                       size_t(static_cast<const char *>(nul) -
-                                                              (names + nameOffset)))});
+        rows.push_back({ReadU32(row),
+                        std::string_view(names + nameOffset, size_t(static_cast<const char *>(nul) -
+                                                                    (names + nameOffset)))});
     }
     return true;
 }

@@ -65,11 +65,11 @@ enum LinkRecordType : uint8_t {
 };
 
 struct LinkRecord {
-    uint8_t type = 0;        // a LinkRecordType, or another byte that is skipped
-    size_t position = 0;     // where the record starts in the table
-    bool relative = false;   // imports: displacement holes; soft imports always
-    uint32_t value = 0;      // chain head (imports) or word offset (references)
-    std::string_view name;   // the export's or the function's name
+    uint8_t type = 0;         // a LinkRecordType, or another byte that is skipped
+    size_t position = 0;      // where the record starts in the table
+    bool relative = false;    // imports: displacement holes; soft imports always
+    uint32_t value = 0;       // chain head (imports) or word offset (references)
+    std::string_view name;    // the export's or the function's name
     std::string_view library; // soft imports
 };
 

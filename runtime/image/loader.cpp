@@ -2,8 +2,8 @@
 
 #include "base/fatal_report.h"
 #include "kelp/image.h"
-#include "resources/resource_store.h"
 #include "process/display.h"
+#include "resources/resource_store.h"
 
 #include <gtk/gtk.h>
 #include <sys/mman.h>
@@ -105,7 +105,8 @@ void RecordOptions(const Segments &s) {
         if (r.type == kOptionWindowIcon) {
             if (!display || r.width == 0 || r.height == 0)
                 continue;
-            GdkPixbuf *icon = gdk_pixbuf_new(GDK_COLORSPACE_RGB, TRUE, 8, int(r.width), int(r.height));
+            GdkPixbuf *icon =
+                gdk_pixbuf_new(GDK_COLORSPACE_RGB, TRUE, 8, int(r.width), int(r.height));
             if (!icon)
                 continue;
             // The toolkit may pad its rows; the record has none.
@@ -118,8 +119,8 @@ void RecordOptions(const Segments &s) {
         } else if (r.type == kOptionVersion) {
             AddResource(kResourceVersion, 0, r.block, r.blockLength, 0);
         } else {
-            ReportOption("Unknown option record of type " + std::to_string(r.type) +
-                         " at offset " + std::to_string(r.position));
+            ReportOption("Unknown option record of type " + std::to_string(r.type) + " at offset " +
+                         std::to_string(r.position));
         }
     }
     if (!error.empty())

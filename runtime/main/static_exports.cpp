@@ -11,19 +11,19 @@
 namespace kelp {
 namespace {
 const RelocEntry kRows[] = {
-#include "process/exports.inc"
-#include "resources/exports.inc"
-#include "strings/exports.inc"
-#include "objects/exports.inc"
-#include "exceptions/exports.inc"
-#include "arrays/exports.inc"
-#include "string_functions/exports.inc"
-#include "numbers/exports.inc"
-#include "random/exports.inc"
-#include "runloop/exports.inc"
 #include "app/exports.inc"
-#include "timers/exports.inc"
+#include "arrays/exports.inc"
+#include "exceptions/exports.inc"
 #include "graphics/exports.inc"
+#include "numbers/exports.inc"
+#include "objects/exports.inc"
+#include "process/exports.inc"
+#include "random/exports.inc"
+#include "resources/exports.inc"
+#include "runloop/exports.inc"
+#include "string_functions/exports.inc"
+#include "strings/exports.inc"
+#include "timers/exports.inc"
 #include "windows/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };

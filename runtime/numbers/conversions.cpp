@@ -6,15 +6,20 @@
 #include <cmath>
 
 extern "C" int32_t RuntimeFloatToInt(double value) {
-    if (std::isnan(value)) return 0;
-    if (value >= 2147483647.0) return INT32_MAX;
-    if (value <= -2147483648.0) return INT32_MIN;
+    if (std::isnan(value))
+        return 0;
+    if (value >= 2147483647.0)
+        return INT32_MAX;
+    if (value <= -2147483648.0)
+        return INT32_MIN;
     return static_cast<int32_t>(value);
 }
 
 extern "C" uint32_t RuntimeFloatToUInt(double value) {
-    if (std::isnan(value) || value <= 0.0) return 0;
-    if (value >= 4294967295.0) return UINT32_MAX;
+    if (std::isnan(value) || value <= 0.0)
+        return 0;
+    if (value >= 4294967295.0)
+        return UINT32_MAX;
     return static_cast<uint32_t>(value);
 }
 

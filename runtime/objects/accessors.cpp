@@ -2,8 +2,8 @@
 // classes.  Compiled code calls them with the object and the row's offset.
 #include "objects/text.h"
 
-#include "objects/standard_exceptions.h"
 #include "kelp/objects.h"
+#include "objects/standard_exceptions.h"
 
 #include <cstring>
 

@@ -5,8 +5,8 @@
 #include "objects/text.h"
 
 #include "base/fatal_report.h"
-#include "objects/standard_exceptions.h"
 #include "kelp/objects.h"
+#include "objects/standard_exceptions.h"
 
 #include <algorithm>
 #include <cstring>
@@ -104,9 +104,8 @@ extern "C" RuntimeClass *RuntimeNewClass(RuntimeClass *base, int32_t methods, in
     if (base) {
         CopyInherited(out->methodTable, methods, base->methodTable, base->methodCount, __LINE__,
                       "out->methodCount >= base->methodCount");
-        CopyInherited(out->interfaceTable, interfaces, base->interfaceTable,
-                      base->interfaceCount, __LINE__,
-                      "out->interfaceCount >= base->interfaceCount");
+        CopyInherited(out->interfaceTable, interfaces, base->interfaceTable, base->interfaceCount,
+                      __LINE__, "out->interfaceCount >= base->interfaceCount");
         CopyInherited(out->eventTable, events, base->eventTable, base->eventCount, __LINE__,
                       "out->eventCount >= base->eventCount");
         CopyInherited(out->propertyTable, properties, base->propertyTable, base->propertyCount,

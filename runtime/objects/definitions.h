@@ -69,9 +69,9 @@ enum TypeKind : uint32_t {
 
 struct TypeRecord {
     uint32_t kind;
-    const char *name;              // named types: "String", "Integer", ...
-    const TypeRecord *element = nullptr;     // arrays
-    int32_t dimensions = 0;                  // arrays
+    const char *name;                         // named types: "String", "Integer", ...
+    const TypeRecord *element = nullptr;      // arrays
+    int32_t dimensions = 0;                   // arrays
     DefinitionAccessor objectClass = nullptr; // objects
 };
 
@@ -120,7 +120,7 @@ struct PropertyRow {
     EntryPoint setter = {};
     intptr_t parameter = -9; // field offset, selector, or -9 for none
     uint32_t target = 0;
-    bool constant = false;   // a class constant: no property table row
+    bool constant = false; // a class constant: no property table row
 };
 
 struct MethodRow {

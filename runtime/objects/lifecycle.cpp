@@ -6,8 +6,8 @@
 #include "objects/object_model.h"
 
 #include "base/fatal_report.h"
-#include "objects/standard_exceptions.h"
 #include "kelp/objects.h"
+#include "objects/standard_exceptions.h"
 
 #include <cstring>
 #include <new>

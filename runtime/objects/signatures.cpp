@@ -44,8 +44,7 @@ std::string TypeCode(const TypeRecord *type) {
     if (!type)
         return "";
     switch (type->kind) {
-    case kTypeArray:
-        return "a" + std::to_string(type->dimensions) + TypeCode(type->element);
+    case kTypeArray: return "a" + std::to_string(type->dimensions) + TypeCode(type->element);
     case kTypeObjectOf: return "o<" + ClassNameOf(type->objectClass) + ">";
     case kTypeClassRef: return "x";
     default: break;

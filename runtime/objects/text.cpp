@@ -6,7 +6,6 @@
 #include "kelp/strings.h"
 #include "strings/kstring.h"
 
-
 namespace kelp::objtext {
 
 KelpString Make(std::string_view text) {

@@ -5,9 +5,8 @@
 #include "base/fatal_report.h"
 #include "graphics/graphics_gtk.h"
 #include "graphics/graphics_target.h"
-#include "runloop/background_task.h"
 #include "process/process_state.h"
-
+#include "runloop/background_task.h"
 
 #include <algorithm>
 #include <set>
@@ -229,7 +228,7 @@ Graphics *SubPane::NewGraphics() {
         return nullptr;
     auto *target = new WidgetTarget(mWidget, bounds,
                                     GTK_WIDGET_NO_WINDOW(mWidget) ? WidgetTarget::kSharesWindow
-                                                                 : WidgetTarget::kOwnWindow);
+                                                                  : WidgetTarget::kOwnWindow);
     return new GraphicsGTK(target, true);
 }
 
@@ -294,9 +293,7 @@ bool SubPane::MouseWheel(int32_t, int32_t, int32_t) { return false; }
 
 bool SubPane::KeyDown(int32_t, int32_t, int32_t) { return false; }
 
-bool SubPane::CanFocus() {
-    return mWidget && enabled && visible && GTK_WIDGET_CAN_FOCUS(mWidget);
-}
+bool SubPane::CanFocus() { return mWidget && enabled && visible && GTK_WIDGET_CAN_FOCUS(mWidget); }
 
 void SubPane::SetBounds(Rect rect, bool invalidate) {
     if (rect.top == bounds.top && rect.left == bounds.left && rect.bottom == bounds.bottom &&

@@ -88,10 +88,11 @@ void ReadTheme() {
     if (!style)
         style = gtk_widget_get_default_style();
     if (style) {
-        const GdkColor *from[7] = {&style->bg[GTK_STATE_ACTIVE],   &style->fg[GTK_STATE_INSENSITIVE],
-                                   &style->bg[GTK_STATE_NORMAL],   &style->dark[GTK_STATE_NORMAL],
-                                   &style->base[GTK_STATE_NORMAL], &style->bg[GTK_STATE_SELECTED],
-                                   &style->text[GTK_STATE_NORMAL]};
+        const GdkColor *from[7] = {
+            &style->bg[GTK_STATE_ACTIVE],   &style->fg[GTK_STATE_INSENSITIVE],
+            &style->bg[GTK_STATE_NORMAL],   &style->dark[GTK_STATE_NORMAL],
+            &style->base[GTK_STATE_NORMAL], &style->bg[GTK_STATE_SELECTED],
+            &style->text[GTK_STATE_NORMAL]};
         for (int i = 0; i < 7; ++i)
             gTheme.colours[i] = {from[i]->red, from[i]->green, from[i]->blue};
         gTheme.coloursRead = true;

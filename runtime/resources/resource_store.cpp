@@ -1,7 +1,7 @@
 #include "resources/resource_store.h"
 
-#include "base/fatal_report.h"
 #include "base/bytes.h"
+#include "base/fatal_report.h"
 
 #include <memory>
 #include <vector>

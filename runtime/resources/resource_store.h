@@ -9,20 +9,20 @@
 namespace kelp {
 
 struct ResourceRow {
-    uint32_t type = 0;       // four-character code, first character most significant
-    uint32_t id = 0;         // 0 .. 65535
+    uint32_t type = 0; // four-character code, first character most significant
+    uint32_t id = 0;   // 0 .. 65535
     const uint8_t *data = nullptr;
     uint32_t length = 0;
     uint32_t fileOffset = 0; // of the data in the executable; 0 when not from it
 };
 
-inline constexpr uint32_t kResourceWave = 0x57415645; // "WAVE"
-inline constexpr uint32_t kResourceBitmap = 0x424D5020; // "BMP "
-inline constexpr uint32_t kResourceText = 0x54455854; // "TEXT"
-inline constexpr uint32_t kResourceCursor = 0x43555253; // "CURS"
+inline constexpr uint32_t kResourceWave = 0x57415645;     // "WAVE"
+inline constexpr uint32_t kResourceBitmap = 0x424D5020;   // "BMP "
+inline constexpr uint32_t kResourceText = 0x54455854;     // "TEXT"
+inline constexpr uint32_t kResourceCursor = 0x43555253;   // "CURS"
 inline constexpr uint32_t kResourceDatabase = 0x44424153; // "DBAS"
-inline constexpr uint32_t kResourcePlugin = 0x4B50506C; // "KPPl"
-inline constexpr uint32_t kResourceVersion = 0x56455253; // "VERS"
+inline constexpr uint32_t kResourcePlugin = 0x4B50506C;   // "KPPl"
+inline constexpr uint32_t kResourceVersion = 0x56455253;  // "VERS"
 
 // Appends a row; rows already there are never replaced.
 void AddResource(uint32_t type, uint32_t id, const uint8_t *data, uint32_t length,

@@ -11,7 +11,8 @@ namespace {
 KelpString MakeText(const uint8_t *bytes, uint32_t length, uint32_t encoding) {
     if (!bytes || length == 0)
         return nullptr;
-    KelpString s = kelp::objtext::Make(std::string_view(reinterpret_cast<const char *>(bytes), length));
+    KelpString s =
+        kelp::objtext::Make(std::string_view(reinterpret_cast<const char *>(bytes), length));
     if (s)
         s->encoding = encoding;
     return s;

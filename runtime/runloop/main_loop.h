@@ -4,9 +4,9 @@ namespace kelp {
 
 // Window and pane work of a pass, supplied by the window layer.
 struct WindowLoopClient {
-    void (*preStep)() = nullptr;        // deferred notices and shows, newest window first
+    void (*preStep)() = nullptr;          // deferred notices and shows, newest window first
     bool (*mouseCaptureStep)() = nullptr; // true while a held press drags
-    void (*focusIdle)() = nullptr;      // Idle on the focus pane
+    void (*focusIdle)() = nullptr;        // Idle on the focus pane
     int (*windowCount)() = nullptr;
     void (*destroyAllWindows)() = nullptr;
 };

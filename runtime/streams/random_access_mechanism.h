@@ -61,7 +61,7 @@ public:
     bool ReadCompactInteger(int32_t &value);
 
 protected:
-    int32_t mLastError = 0; // errno or the mechanism's own code
+    int32_t mLastError = 0;   // errno or the mechanism's own code
     bool mSwap = false;       // byte-reverse multi-byte values
     bool mSwapFloats = false; // reverse doubles too (only with mSwap)
 };
@@ -82,7 +82,7 @@ public:
     int64_t GetPosition() override { return mPosition; }
 
 protected:
-    const uint8_t *mBase; // first byte of the view
+    const uint8_t *mBase;  // first byte of the view
     int64_t mPosition = 0; // 0..mLength
     int64_t mLength;       // bytes in the view
 };

@@ -13,9 +13,11 @@ using namespace kelp::text;
 namespace {
 
 string MapBytes(const string &s, int (*map)(int)) {
-    if (s.IsEmpty()) return s;
+    if (s.IsEmpty())
+        return s;
     std::string out(s.View());
-    for (char &c : out) c = static_cast<char>(map(static_cast<unsigned char>(c)));
+    for (char &c : out)
+        c = static_cast<char>(map(static_cast<unsigned char>(c)));
     return string::FromBytes(out.data(), static_cast<long>(out.size()), s.Encoding());
 }
 
@@ -23,22 +25,28 @@ string MapBytes(const string &s, int (*map)(int)) {
 
 extern "C" stringStorage *StringUCase(stringStorage *s) {
     const string str = Arg(s);
-    if (IsUTF8(str)) return Out(UTF8ToUpper(str));
-    if (IsUTF16(str)) return Out(UCS2ToUpper(str));
+    if (IsUTF8(str))
+        return Out(UTF8ToUpper(str));
+    if (IsUTF16(str))
+        return Out(UCS2ToUpper(str));
     return Out(MapBytes(str, &::toupper));
 }
 
 extern "C" stringStorage *StringLCase(stringStorage *s) {
     const string str = Arg(s);
-    if (IsUTF8(str)) return Out(UTF8ToLower(str));
-    if (IsUTF16(str)) return Out(UCS2ToLower(str));
+    if (IsUTF8(str))
+        return Out(UTF8ToLower(str));
+    if (IsUTF16(str))
+        return Out(UCS2ToLower(str));
     return Out(MapBytes(str, &::tolower));
 }
 
 extern "C" stringStorage *StringTitleCase(stringStorage *s) {
     const string str = Arg(s);
-    if (IsUTF8(str)) return Out(UTF8Capitalize(str));
-    if (IsUTF16(str)) return Out(UCS2Capitalize(str));
+    if (IsUTF8(str))
+        return Out(UTF8Capitalize(str));
+    if (IsUTF16(str))
+        return Out(UCS2Capitalize(str));
     return Out(str);
 }
 
@@ -63,9 +71,11 @@ void Scan(const string &s, long *head, long *tail) {
             return static_cast<uint32_t>(u);
         };
         long a = 0, b = n / 2;
-        while (a < b && IsTrimSpace(unit(a))) ++a;
+        while (a < b && IsTrimSpace(unit(a)))
+            ++a;
         b = n / 2;
-        while (b > 0 && IsTrimSpace(unit(b - 1))) --b;
+        while (b > 0 && IsTrimSpace(unit(b - 1)))
+            --b;
         *head = 2 * a;
         *tail = 2 * b;
         return;
@@ -75,7 +85,8 @@ void Scan(const string &s, long *head, long *tail) {
     while (q < end) {
         const uint8_t *next = q;
         const uint32_t c = utf8 ? UTF8DecodeAndAdvance(next, end) : *next++;
-        if (!IsTrimSpace(c)) break;
+        if (!IsTrimSpace(c))
+            break;
         q = next;
     }
     *head = q - p;
@@ -86,7 +97,8 @@ void Scan(const string &s, long *head, long *tail) {
         const uint8_t *start = utf8 ? BackupUTF8(r, p, 1) : r - 1;
         const uint8_t *at = start;
         const uint32_t c = utf8 ? UTF8DecodeAndAdvance(at, end) : *at;
-        if (!IsTrimSpace(c)) break;
+        if (!IsTrimSpace(c))
+            break;
         r = start;
     }
     *tail = r - p;
@@ -95,21 +107,28 @@ void Scan(const string &s, long *head, long *tail) {
 enum Side { kLeft = 1, kRight = 2, kBoth = 3 };
 
 string Trim(const string &in, Side side) {
-    if (in.IsEmpty()) return string();
+    if (in.IsEmpty())
+        return string();
     const uint32_t word = in.Encoding();
     const bool direct = word == kEncodingUTF8 || word == kEncodingUTF16 || word == kEncodingASCII;
     const string s = direct ? in : GetUTF16String(in);
     long head, tail;
     Scan(s, &head, &tail);
-    if (!(side & kLeft)) head = 0;
-    if (!(side & kRight)) tail = s.Length();
-    if (head == 0 && tail == s.Length() && side == kBoth) return in;
-    if (tail <= head) return string();
+    if (!(side & kLeft))
+        head = 0;
+    if (!(side & kRight))
+        tail = s.Length();
+    if (head == 0 && tail == s.Length() && side == kBoth)
+        return in;
+    if (tail <= head)
+        return string();
     string cut = mid(s, head, tail - head);
-    if (direct) return cut;
+    if (direct)
+        return cut;
     if (word == kEncodingUnknown) {
         string back = ConvertToSystemEncoding(cut);
-        if (!back.IsEmpty()) back.SetEncoding(kEncodingUnknown);
+        if (!back.IsEmpty())
+            back.SetEncoding(kEncodingUnknown);
         return back;
     }
     return ConvertEncoding(cut, word);
@@ -124,15 +143,19 @@ extern "C" stringStorage *runRTrim(stringStorage *s) { return Out(Trim(Arg(s), k
 // ---------------------------------------------------------------- StrComp
 
 extern "C" int32_t StringStrCompare(stringStorage *a, stringStorage *b, int32_t mode) {
-    if (a == b) return 0;
-    if (a == nullptr) return -1;
-    if (b == nullptr) return 1;
+    if (a == b)
+        return 0;
+    if (a == nullptr)
+        return -1;
+    if (b == nullptr)
+        return 1;
     string x = Arg(a), y = Arg(b);
     auto sign = [](long v) { return v < 0 ? -1 : v > 0 ? 1 : 0; };
     if (mode == 0) {
         const long n = std::min(x.Length(), y.Length());
         const int r = std::memcmp(x.CString(), y.CString(), static_cast<size_t>(n));
-        if (r != 0) return sign(r);
+        if (r != 0)
+            return sign(r);
         return sign(x.Length() - y.Length());
     }
     const uint32_t word = ConvertToSameEncoding(x, y);

@@ -26,6 +26,7 @@ extern "C" RuntimeObject *RuntimeGetEndOfLineObject(void) {
     // Made on first use and kept for the life of the process, so every
     // caller sees the same object; each caller gets its own reference.
     static RuntimeObject *const instance = kelp::NewObjectOfDefinition(kelp::EndOfLineDefinition());
-    if (instance) RuntimeLockObject(instance);
+    if (instance)
+        RuntimeLockObject(instance);
     return instance;
 }

@@ -9,7 +9,9 @@ using namespace kelp::text;
 
 namespace {
 // Built once and held for the life of the process.
-stringStorage *Held(const char *text) { return string::FromBytes(text, static_cast<long>(std::strlen(text)), kEncodingASCII).Release(); }
+stringStorage *Held(const char *text) {
+    return string::FromBytes(text, static_cast<long>(std::strlen(text)), kEncodingASCII).Release();
+}
 } // namespace
 
 extern "C" stringStorage *getMacEndOfLine(void) {
@@ -27,14 +29,16 @@ extern "C" stringStorage *getUNIXEndOfLine(void) {
 extern "C" stringStorage *RuntimeEndOfLine(void) { return getUNIXEndOfLine(); }
 
 extern "C" stringStorage *RuntimeReplaceLineEndings(stringStorage *s, stringStorage *eol) {
-    if (s == nullptr) return nullptr;
+    if (s == nullptr)
+        return nullptr;
     const string crlf = string::FromBytes("\r\n", 2, kEncodingASCII);
     const string cr = string::FromBytes("\r", 1, kEncodingASCII);
     const string lf = string::FromBytes("\n", 1, kEncodingASCII);
     string step1 = string::Adopt(StringReplaceAllB(s, crlf.Storage(), lf.Storage()));
     string step2 = string::Adopt(StringReplaceAllB(step1.Storage(), cr.Storage(), lf.Storage()));
     string out = string::Adopt(StringReplaceAllB(step2.Storage(), lf.Storage(), eol));
-    if (!out.IsEmpty()) out.SetEncoding(Arg(s).Encoding());
+    if (!out.IsEmpty())
+        out.SetEncoding(Arg(s).Encoding());
     return Out(out);
 }
 

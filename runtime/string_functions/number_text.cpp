@@ -36,9 +36,12 @@ std::string LocaleThousandsSeparator() {
 }
 
 std::string NumberToText(double value, NumberMode mode, int digits) {
-    if (value == 0) value = 0.0;  // a negative zero loses its sign
-    if (digits < 0) digits = 0;
-    if (digits > kMaxDigits) digits = kMaxDigits;
+    if (value == 0)
+        value = 0.0; // a negative zero loses its sign
+    if (digits < 0)
+        digits = 0;
+    if (digits > kMaxDigits)
+        digits = kMaxDigits;
     const bool exponent = mode == NumberMode::kExponent;
     const int precision = exponent ? (digits > 0 ? digits - 1 : 0) : digits;
     char small[128];
@@ -54,15 +57,19 @@ std::string NumberToText(double value, NumberMode mode, int digits) {
     }
     if (exponent) {
         const size_t at = text.find("e+0");
-        if (at != std::string::npos) text.erase(at + 2, 1);
+        if (at != std::string::npos)
+            text.erase(at + 2, 1);
     }
     const char point = LocaleDecimalPoint()[0];
     if (point != '.') {
         const size_t at = text.find(point);
-        if (at != std::string::npos) text[at] = '.';
+        if (at != std::string::npos)
+            text[at] = '.';
     }
-    if (!text.empty() && text[0] == ' ') text.erase(0, 1);
-    if (text.size() >= 3 && AsciiEqualNoCase(std::string_view(text).substr(text.size() - 3), "nan")) return "NaN";
+    if (!text.empty() && text[0] == ' ')
+        text.erase(0, 1);
+    if (text.size() >= 3 && AsciiEqualNoCase(std::string_view(text).substr(text.size() - 3), "nan"))
+        return "NaN";
     if (!text.empty() && text[0] == '-' && text.find_first_not_of("0.", 1) == std::string::npos)
         text.erase(0, 1);
     return text;
@@ -84,12 +91,14 @@ extern "C" stringStorage *StringStr(double value) {
     const double magnitude = std::fabs(value);
     if (value == 0 || (magnitude >= 0.00001 && magnitude <= 1000000.0)) {
         int k = 0;
-        for (double x = magnitude; x >= 1; x /= 10) ++k;
+        for (double x = magnitude; x >= 1; x /= 10)
+            ++k;
         const int digits = 7 - k;
         std::string text = NumberToText(value, NumberMode::kFixed, digits);
         if (digits != 0 && text.find('.') != std::string::npos) {
             text.erase(text.find_last_not_of('0') + 1);
-            if (!text.empty() && text.back() == '.') text.pop_back();
+            if (!text.empty() && text.back() == '.')
+                text.pop_back();
         }
         return Ascii(text);
     }
@@ -117,8 +126,10 @@ Section PickSection(const char *mask, long n, double value) {
         }
     }
     Section first{mask, cuts > 0 ? cut[0] : n};
-    if (value < 0 && cuts >= 1) return {mask + cut[0] + 1, (cuts >= 2 ? cut[1] : n) - cut[0] - 1};
-    if (value == 0 && cuts >= 2) return {mask + cut[1] + 1, n - cut[1] - 1};
+    if (value < 0 && cuts >= 1)
+        return {mask + cut[0] + 1, (cuts >= 2 ? cut[1] : n) - cut[0] - 1};
+    if (value == 0 && cuts >= 2)
+        return {mask + cut[1] + 1, n - cut[1] - 1};
     return first;
 }
 
@@ -136,7 +147,8 @@ MaskShape ReadMask(const Section &sec) {
         if (c == '\\') {
             ++i;
         } else if (c == '#' || c == '0') {
-            if (!shape.exponent) (inFraction ? shape.fracPlaces : shape.intPlaces)++;
+            if (!shape.exponent)
+                (inFraction ? shape.fracPlaces : shape.intPlaces)++;
         } else if (c == '.') {
             inFraction = true;
         } else if (c == '%') {
@@ -165,12 +177,13 @@ DigitText WriteDigits(double magnitude, const MaskShape &shape) {
     text = NumberToText(magnitude, shape.exponent ? NumberMode::kExponent : NumberMode::kFixed,
                         shape.exponent ? shape.fracPlaces + 1 : shape.fracPlaces);
     text.erase(0, text.find_first_not_of(' ') == std::string::npos ? text.size()
-                                                                  : text.find_first_not_of(' '));
+                                                                   : text.find_first_not_of(' '));
     size_t ePos = text.find('e');
     if (shape.fracPlaces != 0) {
         if (ePos != std::string::npos) {
             size_t start = ePos;
-            while (start > 0 && text[start - 1] == '0') --start;
+            while (start > 0 && text[start - 1] == '0')
+                --start;
             text.erase(start, ePos - start);
         } else {
             text.erase(text.find_last_not_of('0') + 1);
@@ -178,10 +191,12 @@ DigitText WriteDigits(double magnitude, const MaskShape &shape) {
     }
     ePos = text.find('e');
     d.exponent = shape.exponent && ePos != std::string::npos;
-    d.exponentAt = ePos == std::string::npos ? static_cast<long>(text.size()) : static_cast<long>(ePos);
+    d.exponentAt =
+        ePos == std::string::npos ? static_cast<long>(text.size()) : static_cast<long>(ePos);
     const size_t dot = text.find('.');
-    d.point = (dot == std::string::npos || static_cast<long>(dot) > d.exponentAt) ? d.exponentAt
-                                                                                : static_cast<long>(dot);
+    d.point = (dot == std::string::npos || static_cast<long>(dot) > d.exponentAt)
+                  ? d.exponentAt
+                  : static_cast<long>(dot);
     return d;
 }
 
@@ -207,7 +222,8 @@ public:
                     mOut += '+';
                 break;
             case '-':
-                if (mValue < 0) mOut += '-';
+                if (mValue < 0)
+                    mOut += '-';
                 break;
             case '%':
             case '(':
@@ -223,14 +239,16 @@ public:
 private:
     // A backslash writes the next character as it is, all its UTF-8 bytes.
     void Literal(long &i) {
-        if (i + 1 >= mSec.n) return;
+        if (i + 1 >= mSec.n)
+            return;
         mOut += mSec.p[++i];
         while (i + 1 < mSec.n && (static_cast<unsigned char>(mSec.p[i + 1]) & 0xC0) == 0x80)
             mOut += mSec.p[++i];
     }
 
     void Digit(long at) {
-        if (mShape.grouping && mAnyDigit && (mDigits.point - at) % 3 == 0) mOut += mSeparator;
+        if (mShape.grouping && mAnyDigit && (mDigits.point - at) % 3 == 0)
+            mOut += mSeparator;
         mOut += mDigits.text[static_cast<size_t>(at)];
         mAnyDigit = true;
     }
@@ -239,12 +257,14 @@ private:
     // integer placeholder also takes the digits that the mask has no room
     // for.
     void Placeholder(char c) {
-        if (mPastMark) return;
+        if (mPastMark)
+            return;
         const long point = mDigits.point;
         if (!mPointDone) {
             if (mFirstPlaceholder) {
                 mFirstPlaceholder = false;
-                for (long at = 0; at < point - mShape.intPlaces; ++at) Digit(at);
+                for (long at = 0; at < point - mShape.intPlaces; ++at)
+                    Digit(at);
             }
             const long at = point - mRemaining--;
             if (at >= 0 && at < point) {
@@ -263,7 +283,8 @@ private:
     }
 
     void DecimalPoint() {
-        if (mPointDone) return;
+        if (mPointDone)
+            return;
         mPointDone = true;
         mOut += LocaleDecimalPoint();
     }
@@ -272,17 +293,20 @@ private:
     // a '-' drops a plus.
     void Exponent(char c, long &i) {
         mPastMark = true;
-        if (!mDigits.exponent || mExponentDone) return;
+        if (!mDigits.exponent || mExponentDone)
+            return;
         mExponentDone = true;
         mOut += c;
         std::string power = mDigits.text.substr(static_cast<size_t>(mDigits.exponentAt) + 1);
         const char next = i + 1 < mSec.n ? mSec.p[i + 1] : '\0';
         if (next == '+') {
             ++i;
-            if (power.empty() || (power[0] != '+' && power[0] != '-')) power.insert(0, "+");
+            if (power.empty() || (power[0] != '+' && power[0] != '-'))
+                power.insert(0, "+");
         } else if (next == '-') {
             ++i;
-            if (!power.empty() && power[0] == '+') power.erase(0, 1);
+            if (!power.empty() && power[0] == '+')
+                power.erase(0, 1);
         }
         mOut += power;
     }
@@ -316,7 +340,8 @@ std::string FormatNumber(double value, const char *maskText, long maskLength) {
 extern "C" stringStorage *StringFormat(double value, stringStorage *mask) {
     const string m = Arg(mask);
     const std::string out = FormatNumber(value, m.CString(), m.Length());
-    return Out(string::FromBytes(out.data(), static_cast<long>(out.size()), mask ? m.Encoding() : kEncodingASCII));
+    return Out(string::FromBytes(out.data(), static_cast<long>(out.size()),
+                                 mask ? m.Encoding() : kEncodingASCII));
 }
 
 // -------------------------------------------------------------------- Val
@@ -330,25 +355,33 @@ locale_t CLocale() {
 
 double ValOf(const string &in) {
     string s = in;
-    if ((s.Encoding() & 0x100) != 0 && s.Encoding() != kEncodingUTF8) s = GetUTF8String(s);
+    if ((s.Encoding() & 0x100) != 0 && s.Encoding() != kEncodingUTF8)
+        s = GetUTF8String(s);
     const char *p = s.CString();
     const long n = s.Length();
     if (n > 1 && p[0] == '&') {
         int base;
         switch (p[1]) {
-        case 'h': case 'H': base = 16; break;
-        case 'o': case 'O': base = 8; break;
-        case 'b': case 'B': base = 2; break;
+        case 'h':
+        case 'H': base = 16; break;
+        case 'o':
+        case 'O': base = 8; break;
+        case 'b':
+        case 'B': base = 2; break;
         default: return 0;
         }
         uint32_t acc = 0;
         for (long i = 2; i < n; ++i) {
             const unsigned char c = static_cast<unsigned char>(p[i]);
             int v = -1;
-            if (c >= '0' && c <= '9') v = c - '0';
-            else if (base == 16 && c >= 'a' && c <= 'z') v = c - 'a' + 10;
-            else if (base == 16 && c >= 'A' && c <= 'Z') v = c - 'A' + 10;
-            if (v < 0 || (base != 16 && v >= base)) continue;  // anything else is skipped
+            if (c >= '0' && c <= '9')
+                v = c - '0';
+            else if (base == 16 && c >= 'a' && c <= 'z')
+                v = c - 'a' + 10;
+            else if (base == 16 && c >= 'A' && c <= 'Z')
+                v = c - 'A' + 10;
+            if (v < 0 || (base != 16 && v >= base))
+                continue; // anything else is skipped
             acc = acc * static_cast<uint32_t>(base) + static_cast<uint32_t>(v);
         }
         return static_cast<double>(static_cast<int32_t>(acc));
@@ -360,14 +393,17 @@ double ValOf(const string &in) {
 } // namespace
 
 extern "C" double StringVal(stringStorage *s) {
-    if (s == nullptr) return 0;
+    if (s == nullptr)
+        return 0;
     return ValOf(Arg(s));
 }
 
 extern "C" double runCDbl(stringStorage *s) {
-    if (s == nullptr) return 0;
+    if (s == nullptr)
+        return 0;
     string str = Arg(s);
-    if ((str.Encoding() & 0x100) != 0 && str.Encoding() != kEncodingUTF8) str = GetUTF8String(str);
+    if ((str.Encoding() & 0x100) != 0 && str.Encoding() != kEncodingUTF8)
+        str = GetUTF8String(str);
     // CDbl reads the user's way of writing numbers.
     const std::string sep = LocaleThousandsSeparator(), point = LocaleDecimalPoint();
     std::string text(str.View()), clean;

@@ -18,32 +18,43 @@ bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 // The digit's value in `base`, or -1.
 int DigitValue(char c, int base) {
     int v = -1;
-    if (c >= '0' && c <= '9') v = c - '0';
-    else if (c >= 'a' && c <= 'f') v = c - 'a' + 10;
-    else if (c >= 'A' && c <= 'F') v = c - 'A' + 10;
+    if (c >= '0' && c <= '9')
+        v = c - '0';
+    else if (c >= 'a' && c <= 'f')
+        v = c - 'a' + 10;
+    else if (c >= 'A' && c <= 'F')
+        v = c - 'A' + 10;
     return v < base ? v : -1;
 }
 
 bool ParsePrefixed(const char *p, long n, double *value) {
     int base;
     switch (p[1]) {
-    case 'h': case 'H': base = 16; break;
-    case 'o': case 'O': base = 8; break;
-    case 'b': case 'B': base = 2; break;
+    case 'h':
+    case 'H': base = 16; break;
+    case 'o':
+    case 'O': base = 8; break;
+    case 'b':
+    case 'B': base = 2; break;
     default: return false;
     }
     long i = 2;
     uint32_t acc = 0;
     for (; i < n; ++i) {
         const int v = DigitValue(p[i], base);
-        if (v < 0) break;
+        if (v < 0)
+            break;
         // Wraps as Val's accumulator does, so both agree on long texts.
         acc = acc * static_cast<uint32_t>(base) + static_cast<uint32_t>(v);
     }
-    if (i == 2) return false;
-    while (i < n && IsBlank(p[i])) ++i;
-    if (i != n) return false;
-    if (value) *value = static_cast<double>(static_cast<int32_t>(acc));
+    if (i == 2)
+        return false;
+    while (i < n && IsBlank(p[i]))
+        ++i;
+    if (i != n)
+        return false;
+    if (value)
+        *value = static_cast<double>(static_cast<int32_t>(acc));
     return true;
 }
 
@@ -54,15 +65,19 @@ locale_t CLocale() {
 
 bool ParseDecimal(const char *p, long n, double *value) {
     long i = 0;
-    while (i < n && IsBlank(p[i])) ++i;
-    while (n > i && IsBlank(p[n - 1])) --n;
-    if (i == n) return false;
+    while (i < n && IsBlank(p[i]))
+        ++i;
+    while (n > i && IsBlank(p[n - 1]))
+        --n;
+    if (i == n)
+        return false;
 
     // The number as the C library reads it: grouping commas left out, the
     // exponent marker made an "e".
     std::string clean;
     clean.reserve(static_cast<size_t>(n - i));
-    if (p[i] == '+' || p[i] == '-') clean += p[i++];
+    if (p[i] == '+' || p[i] == '-')
+        clean += p[i++];
 
     long digits = 0;
     for (; i < n; ++i) {
@@ -71,7 +86,8 @@ bool ParseDecimal(const char *p, long n, double *value) {
             ++digits;
         } else if (p[i] == ',') {
             // A comma groups digits: one must stand on each side.
-            if (digits == 0 || i + 1 >= n || !IsDigit(p[i + 1])) return false;
+            if (digits == 0 || i + 1 >= n || !IsDigit(p[i + 1]))
+                return false;
         } else {
             break;
         }
@@ -83,20 +99,26 @@ bool ParseDecimal(const char *p, long n, double *value) {
             ++digits;
         }
     }
-    if (digits == 0) return false;
+    if (digits == 0)
+        return false;
 
     if (i < n && (p[i] == 'e' || p[i] == 'E' || p[i] == 'd' || p[i] == 'D')) {
         clean += 'e';
         ++i;
-        if (i < n && (p[i] == '+' || p[i] == '-')) clean += p[i++];
+        if (i < n && (p[i] == '+' || p[i] == '-'))
+            clean += p[i++];
         const long start = i;
-        for (; i < n && IsDigit(p[i]); ++i) clean += p[i];
-        if (i == start) return false;
+        for (; i < n && IsDigit(p[i]); ++i)
+            clean += p[i];
+        if (i == start)
+            return false;
     }
-    if (i != n) return false;
+    if (i != n)
+        return false;
 
     // The language writes "." for the point whatever the user's locale.
-    if (value) *value = strtod_l(clean.c_str(), nullptr, CLocale());
+    if (value)
+        *value = strtod_l(clean.c_str(), nullptr, CLocale());
     return true;
 }
 
@@ -104,11 +126,14 @@ bool ParseDecimal(const char *p, long n, double *value) {
 
 bool ParseNumberStrict(const string &text, double *value) {
     string s = text;
-    if ((s.Encoding() & 0x100) != 0 && s.Encoding() != kEncodingUTF8) s = GetUTF8String(s);
+    if ((s.Encoding() & 0x100) != 0 && s.Encoding() != kEncodingUTF8)
+        s = GetUTF8String(s);
     const char *p = s.CString();
     const long n = s.Length();
-    if (n == 0) return false;
-    if (n > 1 && p[0] == '&') return ParsePrefixed(p, n, value);
+    if (n == 0)
+        return false;
+    if (n > 1 && p[0] == '&')
+        return ParsePrefixed(p, n, value);
     return ParseDecimal(p, n, value);
 }
 

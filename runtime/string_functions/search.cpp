@@ -15,9 +15,12 @@ using namespace kelp::text;
 
 extern "C" int32_t StringInStrB(int32_t start, stringStorage *source, stringStorage *find) {
     const string s = Arg(source), f = Arg(find);
-    if (s.IsEmpty()) return 0;
-    if (f.IsEmpty()) return start;
-    const long at = ExactFind(s.CString(), s.Length(), f.CString(), f.Length(), static_cast<long>(start) - 1);
+    if (s.IsEmpty())
+        return 0;
+    if (f.IsEmpty())
+        return start;
+    const long at =
+        ExactFind(s.CString(), s.Length(), f.CString(), f.Length(), static_cast<long>(start) - 1);
     return at < 0 ? 0 : static_cast<int32_t>(at + 1);
 }
 
@@ -29,23 +32,29 @@ namespace {
 
 // The caseless search in characters: 1-based start and result, 0 for none.
 int32_t InStrCharacters(int32_t start, const string &source, const string &findIn) {
-    if (source.IsEmpty()) return 0;
+    if (source.IsEmpty())
+        return 0;
     const string find = InEncoding(findIn, source.Encoding());
-    if (find.IsEmpty()) return start;
+    if (find.IsEmpty())
+        return start;
     long index = static_cast<long>(start) - 1;
-    if (index < 0) index = 0;
+    if (index < 0)
+        index = 0;
     long byteStart;
     if (IsUTF16(source)) {
         byteStart = index * 2;
     } else if (IsUTF8(source)) {
         byteStart = UnitsToBytes(source, 0, index);
-        if (index > 0 && byteStart >= source.Length()) return 0;
+        if (index > 0 && byteStart >= source.Length())
+            return 0;
     } else {
         byteStart = index;
     }
-    if (byteStart >= source.Length()) return 0;
+    if (byteStart >= source.Length())
+        return 0;
     const long at = FoldFind(source, find, byteStart);
-    if (at < 0) return 0;
+    if (at < 0)
+        return 0;
     return static_cast<int32_t>(BytesToUnits(source, at) + 1);
 }
 
@@ -85,29 +94,36 @@ std::vector<long> Matches(const string &s, const string &f, Finder find, size_t 
         ExactSearcher searcher(s.CString(), length, f.CString(), step);
         for (long from = 0; from < length;) {
             const long hit = searcher.Next(from);
-            if (hit < 0) break;
+            if (hit < 0)
+                break;
             at.push_back(hit);
-            if (limit != 0 && at.size() >= limit) break;
+            if (limit != 0 && at.size() >= limit)
+                break;
             from = hit + step;
         }
         return at;
     }
     for (long from = 0; from < length;) {
         const long hit = find(s, f, from);
-        if (hit < 0) break;
+        if (hit < 0)
+            break;
         at.push_back(hit);
-        if (limit != 0 && at.size() >= limit) break;
+        if (limit != 0 && at.size() >= limit)
+            break;
         from = hit + step;
     }
     return at;
 }
 
 string Rebuild(const string &s, const std::vector<long> &at, long findLength, const string &with) {
-    if (at.empty()) return s;
+    if (at.empty())
+        return s;
     const long total = s.Length() + static_cast<long>(at.size()) * (with.Length() - findLength);
-    if (total <= 0) return string();
+    if (total <= 0)
+        return string();
     stringStorage *record = NewStringStorage(total, true);
-    if (record == nullptr) return s;  // no room: the text stays as it was
+    if (record == nullptr)
+        return s; // no room: the text stays as it was
     char *out = reinterpret_cast<char *>(record->buffer + 1);
     const char *in = s.CString();
     const char *withBytes = with.CString();
@@ -128,7 +144,8 @@ string Rebuild(const string &s, const std::vector<long> &at, long findLength, co
 stringStorage *Replace(stringStorage *source, stringStorage *find, stringStorage *with, bool exact,
                        bool all) {
     const string s = Arg(source);
-    if (s.IsEmpty() || find == nullptr || find->length == 0) return Out(s);
+    if (s.IsEmpty() || find == nullptr || find->length == 0)
+        return Out(s);
     string f = Arg(find), w = Arg(with);
     if (!exact) {
         f = InEncoding(f, s.Encoding());
@@ -141,16 +158,20 @@ stringStorage *Replace(stringStorage *source, stringStorage *find, stringStorage
 
 } // namespace
 
-extern "C" stringStorage *StringReplace(stringStorage *source, stringStorage *find, stringStorage *with) {
+extern "C" stringStorage *StringReplace(stringStorage *source, stringStorage *find,
+                                        stringStorage *with) {
     return Replace(source, find, with, false, false);
 }
-extern "C" stringStorage *StringReplaceAll(stringStorage *source, stringStorage *find, stringStorage *with) {
+extern "C" stringStorage *StringReplaceAll(stringStorage *source, stringStorage *find,
+                                           stringStorage *with) {
     return Replace(source, find, with, false, true);
 }
-extern "C" stringStorage *StringReplaceB(stringStorage *source, stringStorage *find, stringStorage *with) {
+extern "C" stringStorage *StringReplaceB(stringStorage *source, stringStorage *find,
+                                         stringStorage *with) {
     return Replace(source, find, with, true, false);
 }
-extern "C" stringStorage *StringReplaceAllB(stringStorage *source, stringStorage *find, stringStorage *with) {
+extern "C" stringStorage *StringReplaceAllB(stringStorage *source, stringStorage *find,
+                                            stringStorage *with) {
     return Replace(source, find, with, true, true);
 }
 
@@ -165,21 +186,24 @@ struct Fields {
 
 Fields Prepare(stringStorage *source, stringStorage *separator, bool exact) {
     Fields f{Arg(source), Arg(separator)};
-    if (!exact) f.separator = InEncoding(f.separator, f.source.Encoding());
+    if (!exact)
+        f.separator = InEncoding(f.separator, f.source.Encoding());
     f.finder = Finder{exact || IsCaseless(f.separator)};
     return f;
 }
 
 int32_t CountFields(stringStorage *source, stringStorage *separator, bool exact) {
-    if (source == nullptr || source->length == 0) return 0;
-    if (separator == nullptr || separator->length == 0) return 1;
+    if (source == nullptr || source->length == 0)
+        return 0;
+    if (separator == nullptr || separator->length == 0)
+        return 1;
     const Fields f = Prepare(source, separator, exact);
     return static_cast<int32_t>(Matches(f.source, f.separator, f.finder, 0).size()) + 1;
 }
 
 stringStorage *NthField(stringStorage *source, stringStorage *separator, int32_t n, bool exact) {
-    if (source == nullptr || source->length == 0 || separator == nullptr || separator->length == 0 ||
-        n < 1)
+    if (source == nullptr || source->length == 0 || separator == nullptr ||
+        separator->length == 0 || n < 1)
         return nullptr;
     const Fields f = Prepare(source, separator, exact);
     const long step = f.separator.Length();
@@ -194,7 +218,8 @@ stringStorage *NthField(stringStorage *source, stringStorage *separator, int32_t
     long from = 0;
     for (int32_t k = 1; k < n; ++k) {
         const long hit = next(from);
-        if (hit < 0) return nullptr;
+        if (hit < 0)
+            return nullptr;
         from = hit + step;
     }
     const long end = next(from);
@@ -225,9 +250,11 @@ RuntimeArray *Split(stringStorage *source, stringStorage *separator, bool exact)
         }
     }
     RuntimeArray *array = CreateArray(1, kArrayString, static_cast<int32_t>(parts.size()) - 1);
-    if (array == nullptr) return nullptr;
+    if (array == nullptr)
+        return nullptr;
     auto set = reinterpret_cast<kelp_array1_set_str>(array->operations[kArraySlotSet]);
-    for (size_t i = 0; i < parts.size(); ++i) set(array, parts[i].Storage(), static_cast<int32_t>(i));
+    for (size_t i = 0; i < parts.size(); ++i)
+        set(array, parts[i].Storage(), static_cast<int32_t>(i));
     return array;
 }
 
@@ -239,10 +266,12 @@ extern "C" int32_t StringCountFields(stringStorage *source, stringStorage *separ
 extern "C" int32_t StringCountFieldsB(stringStorage *source, stringStorage *separator) {
     return CountFields(source, separator, true);
 }
-extern "C" stringStorage *StringNthField(stringStorage *source, stringStorage *separator, int32_t n) {
+extern "C" stringStorage *StringNthField(stringStorage *source, stringStorage *separator,
+                                         int32_t n) {
     return NthField(source, separator, n, false);
 }
-extern "C" stringStorage *StringNthFieldB(stringStorage *source, stringStorage *separator, int32_t n) {
+extern "C" stringStorage *StringNthFieldB(stringStorage *source, stringStorage *separator,
+                                          int32_t n) {
     return NthField(source, separator, n, true);
 }
 extern "C" RuntimeArray *StringSplit(stringStorage *source, stringStorage *separator) {
@@ -255,15 +284,19 @@ extern "C" RuntimeArray *StringSplitB(stringStorage *source, stringStorage *sepa
 // ------------------------------------------------------------------- Join
 
 extern "C" stringStorage *StringJoin(RuntimeArray *array, stringStorage *separator) {
-    if (array == nullptr || array->dimensions != 1 || array->upperBounds[0] < 0) return nullptr;
+    if (array == nullptr || array->dimensions != 1 || array->upperBounds[0] < 0)
+        return nullptr;
     auto *const *items = static_cast<stringStorage *const *>(array->buffer);
     const long count = static_cast<long>(array->upperBounds[0]) + 1;
-    if (count == 1) return RuntimeLockString(items[0]);
+    if (count == 1)
+        return RuntimeLockString(items[0]);
     string sep = Arg(separator);
     uint32_t word = sep.Encoding();
-    if (items[0] != nullptr) word = items[0]->encoding;
+    if (items[0] != nullptr)
+        word = items[0]->encoding;
     for (long i = 1; i < count; ++i)
-        if (items[i] != nullptr) word = CommonEncoding(word, items[i]->encoding, true);
+        if (items[i] != nullptr)
+            word = CommonEncoding(word, items[i]->encoding, true);
     std::vector<string> parts(static_cast<size_t>(count));
     long total = 0;
     sep = InEncoding(sep, word);
@@ -272,16 +305,19 @@ extern "C" stringStorage *StringJoin(RuntimeArray *array, stringStorage *separat
         total += parts[static_cast<size_t>(i)].Length();
     }
     total += (count - 1) * sep.Length();
-    if (total == 0) return nullptr;
+    if (total == 0)
+        return nullptr;
     stringStorage *record = NewStringStorage(total, true);
-    if (record == nullptr) return nullptr;
+    if (record == nullptr)
+        return nullptr;
     char *out = reinterpret_cast<char *>(record->buffer + 1);
     for (long i = 0; i < count; ++i) {
         if (i > 0) {
             std::memcpy(out, sep.CString(), static_cast<size_t>(sep.Length()));
             out += sep.Length();
         }
-        std::memcpy(out, parts[static_cast<size_t>(i)].CString(), static_cast<size_t>(parts[(size_t)i].Length()));
+        std::memcpy(out, parts[static_cast<size_t>(i)].CString(),
+                    static_cast<size_t>(parts[(size_t)i].Length()));
         out += parts[static_cast<size_t>(i)].Length();
     }
     record->encoding = word;

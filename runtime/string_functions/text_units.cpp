@@ -10,13 +10,15 @@ namespace kelp::text {
 
 long UnitsToBytes(const string &s, long from, long count) {
     const long length = s.Length();
-    if (count < 1 || from >= length) return 0;
+    if (count < 1 || from >= length)
+        return 0;
     if (IsUTF8(s)) {
         const uint8_t *p = Bytes(s) + from, *end = Bytes(s) + length;
         return AdvanceUTF8(p, end, count) - p;
     }
     const long rest = length - from;
-    if (IsUTF16(s)) return count > rest / 2 ? rest : count * 2;
+    if (IsUTF16(s))
+        return count > rest / 2 ? rest : count * 2;
     return std::min(count, rest);
 }
 
@@ -24,10 +26,12 @@ long BytesToUnits(const string &s, long bytes) {
     if (IsUTF8(s)) {
         const uint8_t *p = Bytes(s);
         long n = 0;
-        for (long i = 0; i < bytes; ++i) n += (p[i] & 0xC0) != 0x80;
+        for (long i = 0; i < bytes; ++i)
+            n += (p[i] & 0xC0) != 0x80;
         return n;
     }
-    if (IsUTF16(s)) return bytes / 2;
+    if (IsUTF16(s))
+        return bytes / 2;
     return bytes;
 }
 
@@ -45,11 +49,14 @@ static long ScanFind(const uint8_t *t, long n, const uint8_t *p, long m, long st
     const uint8_t *end = t + n - m + 1;
     for (const uint8_t *q = t + start; q < end;) {
         q = static_cast<const uint8_t *>(std::memchr(q, first, static_cast<size_t>(end - q)));
-        if (q == nullptr) return -1;
+        if (q == nullptr)
+            return -1;
         if (m <= 16) {
             long j = 1;
-            while (j < m && q[j] == p[j]) ++j;
-            if (j == m) return q - t;
+            while (j < m && q[j] == p[j])
+                ++j;
+            if (j == m)
+                return q - t;
         } else if (std::memcmp(q + 1, p + 1, static_cast<size_t>(m - 1)) == 0) {
             return q - t;
         }
@@ -61,16 +68,20 @@ static long ScanFind(const uint8_t *t, long n, const uint8_t *p, long m, long st
 // Boyer-Moore with the bad-character rule only; the table holds for each
 // byte its distance from the pattern's end (its last place wins).
 static void BuildShifts(int32_t *shift, const uint8_t *p, long m) {
-    for (int c = 0; c < 256; ++c) shift[c] = static_cast<int32_t>(m);
-    for (long i = 0; i < m; ++i) shift[p[i]] = static_cast<int32_t>(m - 1 - i);
+    for (int c = 0; c < 256; ++c)
+        shift[c] = static_cast<int32_t>(m);
+    for (long i = 0; i < m; ++i)
+        shift[p[i]] = static_cast<int32_t>(m - 1 - i);
 }
 
-static long ShiftFind(const int32_t *shift, const uint8_t *t, long n, const uint8_t *p, long m, long start) {
+static long ShiftFind(const int32_t *shift, const uint8_t *t, long n, const uint8_t *p, long m,
+                      long start) {
     long i = start + m - 1;
     while (i < n) {
         long j = m - 1, k = i;
         while (t[k] == p[j]) {
-            if (j == 0) return k;
+            if (j == 0)
+                return k;
             --k;
             --j;
         }
@@ -84,10 +95,14 @@ static long ShiftFind(const int32_t *shift, const uint8_t *t, long n, const uint
 static bool UseShifts(long n, long m, long start) { return m >= 5 && n - start - m + 1 > 80; }
 
 long ExactFind(const char *text, long n, const char *find, long m, long start) {
-    if (n <= 0) return -1;
-    if (m <= 0) return start;
-    if (start < 0) start = 0;
-    if (start >= n || n - start < m) return -1;
+    if (n <= 0)
+        return -1;
+    if (m <= 0)
+        return start;
+    if (start < 0)
+        start = 0;
+    if (start >= n || n - start < m)
+        return -1;
     const auto *t = reinterpret_cast<const uint8_t *>(text);
     const auto *p = reinterpret_cast<const uint8_t *>(find);
     if (UseShifts(n, m, start)) {
@@ -98,14 +113,19 @@ long ExactFind(const char *text, long n, const char *find, long m, long start) {
 }
 
 ExactSearcher::ExactSearcher(const char *text, long length, const char *find, long findLength)
-    : mText(reinterpret_cast<const uint8_t *>(text)), mFind(reinterpret_cast<const uint8_t *>(find)),
-      mTextLength(length), mFindLength(findLength) {}
+    : mText(reinterpret_cast<const uint8_t *>(text)),
+      mFind(reinterpret_cast<const uint8_t *>(find)), mTextLength(length), mFindLength(findLength) {
+}
 
 long ExactSearcher::Next(long start) {
-    if (mTextLength <= 0) return -1;
-    if (mFindLength <= 0) return start;
-    if (start < 0) start = 0;
-    if (start >= mTextLength || mTextLength - start < mFindLength) return -1;
+    if (mTextLength <= 0)
+        return -1;
+    if (mFindLength <= 0)
+        return start;
+    if (start < 0)
+        start = 0;
+    if (start >= mTextLength || mTextLength - start < mFindLength)
+        return -1;
     if (UseShifts(mTextLength, mFindLength, start)) {
         if (!mTableReady) {
             BuildShifts(mShift, mFind, mFindLength);
@@ -125,11 +145,14 @@ struct UpperTable {
     uint8_t sources[256][2];
     uint8_t sourceCount[256] = {};
     UpperTable() {
-        for (int c = 0; c < 256; ++c) map[c] = static_cast<uint8_t>(std::toupper(c));
+        for (int c = 0; c < 256; ++c)
+            map[c] = static_cast<uint8_t>(std::toupper(c));
         for (int c = 0; c < 256; ++c) {
             uint8_t &n = sourceCount[map[c]];
-            if (n < 2) sources[map[c]][n] = static_cast<uint8_t>(c);
-            if (n < 3) ++n;
+            if (n < 2)
+                sources[map[c]][n] = static_cast<uint8_t>(c);
+            if (n < 3)
+                ++n;
         }
     }
 };
@@ -147,10 +170,11 @@ long FoldFindBytes(const uint8_t *t, long n, const uint8_t *p, long m, long star
     const int count = Upper().sourceCount[first];
     auto rest = [&](long i) {
         long j = 1;
-        while (j < m && up[t[i + j]] == up[p[j]]) ++j;
+        while (j < m && up[t[i + j]] == up[p[j]])
+            ++j;
         return j == m;
     };
-    const long last = n - m;  // the last offset where a match fits
+    const long last = n - m; // the last offset where a match fits
     if (count <= 2) {
         // Windows that grow from small, so that a case which never occurs
         // costs about as much as the distance to the match, not the text.
@@ -159,21 +183,26 @@ long FoldFindBytes(const uint8_t *t, long n, const uint8_t *p, long m, long star
             const long span = std::min(window, last - from + 1);
             long best = -1;
             for (int k = 0; k < count; ++k) {
-                const auto *hit = static_cast<const uint8_t *>(std::memchr(t + from, starts[k], static_cast<size_t>(span)));
-                if (hit != nullptr && (best < 0 || hit - t < best)) best = hit - t;
+                const auto *hit = static_cast<const uint8_t *>(
+                    std::memchr(t + from, starts[k], static_cast<size_t>(span)));
+                if (hit != nullptr && (best < 0 || hit - t < best))
+                    best = hit - t;
             }
             if (best < 0) {
                 from += span;
-                if (window < 65536) window *= 2;
+                if (window < 65536)
+                    window *= 2;
                 continue;
             }
-            if (rest(best)) return best;
+            if (rest(best))
+                return best;
             from = best + 1;
         }
         return -1;
     }
     for (long i = start; i <= last; ++i)
-        if (up[t[i]] == first && rest(i)) return i;
+        if (up[t[i]] == first && rest(i))
+            return i;
     return -1;
 }
 
@@ -186,8 +215,10 @@ long FoldFindUTF16(const uint8_t *t, long n, const uint8_t *p, long m, long star
     };
     for (long i = start / 2; i + findUnits <= units; ++i) {
         long j = 0;
-        while (j < findUnits && unit(t, i + j) == unit(p, j)) ++j;
-        if (j == findUnits) return 2 * i;
+        while (j < findUnits && unit(t, i + j) == unit(p, j))
+            ++j;
+        if (j == findUnits)
+            return 2 * i;
     }
     return -1;
 }
@@ -198,10 +229,12 @@ long FoldFindUTF8(const uint8_t *t, long n, const uint8_t *p, long m, long start
     const uint32_t first = UnicodeCharToUpper(UTF8DecodeAndAdvance(fp, pend));
     const bool asciiFirst = p[0] < 0x80;
     for (long i = start; i < n; ++i) {
-        if ((t[i] & 0xC0) == 0x80) continue;  // only whole characters start a match
+        if ((t[i] & 0xC0) == 0x80)
+            continue; // only whole characters start a match
         const uint8_t *q = t + i;
         if (asciiFirst && t[i] < 0x80) {
-            if (Upper().map[t[i]] != first) continue;
+            if (Upper().map[t[i]] != first)
+                continue;
             ++q;
         } else if (UnicodeCharToUpper(UTF8DecodeAndAdvance(q, end)) != first) {
             continue;
@@ -209,7 +242,8 @@ long FoldFindUTF8(const uint8_t *t, long n, const uint8_t *p, long m, long start
         const uint8_t *r = fp;
         while (r < pend && q < end) {
             if (*q < 0x80 && *r < 0x80) {
-                if (Upper().map[*q] != Upper().map[*r]) break;
+                if (Upper().map[*q] != Upper().map[*r])
+                    break;
                 ++q;
                 ++r;
                 continue;
@@ -218,7 +252,8 @@ long FoldFindUTF8(const uint8_t *t, long n, const uint8_t *p, long m, long start
                 UnicodeCharToUpper(UTF8DecodeAndAdvance(r, pend)))
                 break;
         }
-        if (r == pend) return i;
+        if (r == pend)
+            return i;
     }
     return -1;
 }
@@ -227,27 +262,38 @@ long FoldFindUTF8(const uint8_t *t, long n, const uint8_t *p, long m, long start
 
 long FoldFind(const string &source, const string &find, long start) {
     const long n = source.Length(), m = find.Length();
-    if (n == 0) return -1;
-    if (m == 0) return start;
-    if (start < 0) start = 0;
-    if (start >= n) return -1;
-    if (IsUTF16(source)) return FoldFindUTF16(Bytes(source), n, Bytes(find), m, start);
-    if (IsUTF8(source)) return FoldFindUTF8(Bytes(source), n, Bytes(find), m, start);
-    if (n - start < m) return -1;
+    if (n == 0)
+        return -1;
+    if (m == 0)
+        return start;
+    if (start < 0)
+        start = 0;
+    if (start >= n)
+        return -1;
+    if (IsUTF16(source))
+        return FoldFindUTF16(Bytes(source), n, Bytes(find), m, start);
+    if (IsUTF8(source))
+        return FoldFindUTF8(Bytes(source), n, Bytes(find), m, start);
+    if (n - start < m)
+        return -1;
     return FoldFindBytes(Bytes(source), n, Bytes(find), m, start);
 }
 
 bool IsCaseless(const string &s) {
-    if (IsUTF8(s)) return UTF8IsCaseless(Bytes(s), s.Length());
-    if (IsUTF16(s)) return false;
+    if (IsUTF8(s))
+        return UTF8IsCaseless(Bytes(s), s.Length());
+    if (IsUTF16(s))
+        return false;
     const uint8_t *p = Bytes(s);
     for (long i = 0; i < s.Length(); ++i)
-        if (std::toupper(p[i]) != p[i] || std::tolower(p[i]) != p[i]) return false;
+        if (std::toupper(p[i]) != p[i] || std::tolower(p[i]) != p[i])
+            return false;
     return true;
 }
 
 string InEncoding(const string &s, uint32_t encoding) {
-    if (s.IsEmpty() || s.Encoding() == encoding) return s;
+    if (s.IsEmpty() || s.Encoding() == encoding)
+        return s;
     return ConvertEncoding(s, encoding);
 }
 

@@ -17,7 +17,9 @@ inline stringStorage *Out(string s) { return s.Release(); }
 
 inline bool IsUTF8(const string &s) { return s.Encoding() == kEncodingUTF8; }
 inline bool IsUTF16(const string &s) { return s.Encoding() == kEncodingUTF16; }
-inline const uint8_t *Bytes(const string &s) { return reinterpret_cast<const uint8_t *>(s.CString()); }
+inline const uint8_t *Bytes(const string &s) {
+    return reinterpret_cast<const uint8_t *>(s.CString());
+}
 
 // Bytes taken by the first `count` characters from byte `from` on.
 long UnitsToBytes(const string &s, long from, long count);
@@ -33,11 +35,11 @@ long ExactFind(const char *text, long length, const char *find, long findLength,
 // `Next(start)` gives what ExactFind gives for the same arguments.  Both
 // texts must outlive the searcher.
 class ExactSearcher {
-  public:
+public:
     ExactSearcher(const char *text, long length, const char *find, long findLength);
     long Next(long start);
 
-  private:
+private:
     const uint8_t *mText, *mFind;
     long mTextLength, mFindLength;
     bool mTableReady = false;

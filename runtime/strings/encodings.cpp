@@ -6,13 +6,13 @@
 #include "strings/kstring.h"
 
 #include <cerrno>
-#include <new>
-#include <string>
 #include <clocale>
 #include <cstring>
 #include <cwctype>
 #include <iconv.h>
 #include <locale.h>
+#include <new>
+#include <string>
 
 namespace kelp {
 
@@ -34,7 +34,8 @@ const uint8_t kUpperCaseTable[256] = {
     0xC0, 0xC1, 0xC2, 0xC3, 0xC4, 0xC5, 0xC6, 0xC7, 0xC8, 0xC9, 0xCA, 0xCB, 0xCC, 0xCD, 0xCE, 0xCE,
     0xD0, 0xD1, 0xD2, 0xD3, 0xD4, 0xD5, 0xD6, 0xD7, 0xD9, 0xD9, 0xDA, 0xDB, 0xDC, 0xDD, 0xDE, 0xDF,
     0xE0, 0xE1, 0xE2, 0xE3, 0xE4, 0xE5, 0xE6, 0xE7, 0xE8, 0xE9, 0xEA, 0xEB, 0xEC, 0xED, 0xEE, 0xEF,
-    0xF0, 0xF1, 0xF2, 0xF3, 0xF4, 0xF5, 0xF6, 0xF7, 0xF8, 0xF9, 0xFA, 0xFB, 0xFC, 0xFD, 0xFE, 0xFF,};
+    0xF0, 0xF1, 0xF2, 0xF3, 0xF4, 0xF5, 0xF6, 0xF7, 0xF8, 0xF9, 0xFA, 0xFB, 0xFC, 0xFD, 0xFE, 0xFF,
+};
 
 uint32_t CommonEncoding(uint32_t a, uint32_t b, bool force) {
     if (a == b)
@@ -48,7 +49,8 @@ uint32_t CommonEncoding(uint32_t a, uint32_t b, bool force) {
     if (b == kEncodingASCII && !IsUnicodeFamily(a))
         return a;
     if (force) {
-        if ((a == kEncodingUTF16 || b == kEncodingUTF16) && a != kEncodingUTF8 && b != kEncodingUTF8)
+        if ((a == kEncodingUTF16 || b == kEncodingUTF16) && a != kEncodingUTF8 &&
+            b != kEncodingUTF8)
             return kEncodingUTF16;
         return kEncodingUTF8;
     }
@@ -61,20 +63,24 @@ const char *IconvNameForEncoding(uint32_t encoding) {
         const char *name;
     };
     static const Row kRows[] = {
-        {0, "MAC"},          {7, "MACCYRILLIC"},  {29, "MACUK"},        {256, "UTF16LE"},
-        {513, "ISO_8859-1"}, {514, "ISO_8859-2"}, {515, "ISO_8859-3"},  {516, "ISO_8859-4"},
-        {517, "ISO_8859-5"}, {518, "ISO_8859-6"}, {519, "ISO_8859-7"},  {520, "ISO_8859-8"},
-        {521, "ISO_8859-9"}, {527, "ISO_8859-15:1998"}, {1024, "CP437"}, {1029, "CP737"},
-        {1030, "CP775"},     {1040, "CP850"},     {1041, "CP851"},      {1042, "CP852"},
-        {1043, "CP855"},     {1044, "CP857"},     {1045, "CP860"},      {1046, "CP861"},
-        {1047, "CP862"},     {1048, "CP863"},     {1049, "CP864"},      {1050, "CP865"},
-        {1051, "CP866"},     {1052, "CP869"},     {1053, "CP874"},      {1056, "CP932"},
-        {1057, "CP936"},     {1058, "CP949"},     {1059, "CP950"},      {1280, "CP1252"},
-        {1281, "CP1250"},    {1282, "CP1251"},    {1283, "CP1253"},     {1284, "CP1254"},
-        {1285, "CP1255"},    {1286, "CP1256"},    {1287, "CP1257"},     {1288, "CP1258"},
-        {1296, "CP1361"},    {1536, "US-ASCII"},  {1585, "CP936"},      {2080, "ISO-2022-JP"},
-        {2336, "EUCJP"},     {2561, "CP932"},     {3073, "CP037"},      {3074, "CP037"},
-        {kEncodingUTF8, "UTF8"},
+        {0, "MAC"},          {7, "MACCYRILLIC"},        {29, "MACUK"},
+        {256, "UTF16LE"},    {513, "ISO_8859-1"},       {514, "ISO_8859-2"},
+        {515, "ISO_8859-3"}, {516, "ISO_8859-4"},       {517, "ISO_8859-5"},
+        {518, "ISO_8859-6"}, {519, "ISO_8859-7"},       {520, "ISO_8859-8"},
+        {521, "ISO_8859-9"}, {527, "ISO_8859-15:1998"}, {1024, "CP437"},
+        {1029, "CP737"},     {1030, "CP775"},           {1040, "CP850"},
+        {1041, "CP851"},     {1042, "CP852"},           {1043, "CP855"},
+        {1044, "CP857"},     {1045, "CP860"},           {1046, "CP861"},
+        {1047, "CP862"},     {1048, "CP863"},           {1049, "CP864"},
+        {1050, "CP865"},     {1051, "CP866"},           {1052, "CP869"},
+        {1053, "CP874"},     {1056, "CP932"},           {1057, "CP936"},
+        {1058, "CP949"},     {1059, "CP950"},           {1280, "CP1252"},
+        {1281, "CP1250"},    {1282, "CP1251"},          {1283, "CP1253"},
+        {1284, "CP1254"},    {1285, "CP1255"},          {1286, "CP1256"},
+        {1287, "CP1257"},    {1288, "CP1258"},          {1296, "CP1361"},
+        {1536, "US-ASCII"},  {1585, "CP936"},           {2080, "ISO-2022-JP"},
+        {2336, "EUCJP"},     {2561, "CP932"},           {3073, "CP037"},
+        {3074, "CP037"},     {kEncodingUTF8, "UTF8"},
     };
     if (encoding == kEncodingUnknown)
         encoding = kSystemDefaultEncoding;
@@ -187,7 +193,8 @@ int UTF8StringCompare(const uint8_t *a, long lengthA, const uint8_t *b, long len
     const uint8_t *pa = a, *ea = a + (lengthA > 0 ? lengthA : 0);
     const uint8_t *pb = b, *eb = b + (lengthB > 0 ? lengthB : 0);
     while (pa < ea && pb < eb) {
-        int r = UnicodeCharCompare(UTF8DecodeAndAdvance(pa, ea), UTF8DecodeAndAdvance(pb, eb), fold);
+        int r =
+            UnicodeCharCompare(UTF8DecodeAndAdvance(pa, ea), UTF8DecodeAndAdvance(pb, eb), fold);
         if (r)
             return r;
     }
@@ -391,13 +398,15 @@ string IconvConvert(const string &s, uint32_t from, uint32_t to, bool *converted
 
 string ConvertEncoding(const string &s, uint32_t target) {
     uint32_t source = s.Encoding();
-    if (target == kEncodingUnknown || s.Length() == 0 || source == kEncodingUnknown || source == target)
+    if (target == kEncodingUnknown || s.Length() == 0 || source == kEncodingUnknown ||
+        source == target)
         return s;
     if (gCacheSource.Storage() == s.Storage() && gCacheResult.Length() > 0 &&
         gCacheResult.Encoding() == target)
         return gCacheResult;
     bool holdsAscii = target < 256 || target > 512 || target == kEncodingUTF8;
-    if (holdsAscii && (source == kEncodingASCII || (!IsUnicodeFamily(source) && AllBytesBelow128(s)))) {
+    if (holdsAscii &&
+        (source == kEncodingASCII || (!IsUnicodeFamily(source) && AllBytesBelow128(s)))) {
         string copy = string::FromBytes(s.CString(), s.Length(), target);
         gCacheSource = s;
         gCacheResult = copy;
@@ -429,7 +438,9 @@ string GetUTF16String(const string &s) {
     return ConvertEncoding(s, kEncodingUTF16);
 }
 
-string ConvertToSystemEncoding(const string &s) { return ConvertEncoding(s, kSystemDefaultEncoding); }
+string ConvertToSystemEncoding(const string &s) {
+    return ConvertEncoding(s, kSystemDefaultEncoding);
+}
 
 void ClearConversionCache() {
     gCacheSource = string();

@@ -3,8 +3,8 @@
 #include "strings/kstring.h"
 
 #include "base/fatal_report.h"
-#include "strings/encodings.h"
 #include "containers/simple_vector.h"
+#include "strings/encodings.h"
 #include "strings/small_alloc.h"
 
 #include <cstring>
@@ -60,7 +60,7 @@ stringStorage *JoinRecords(const string &a, const string &b, uint32_t encoding) 
 } // namespace
 
 class StringBuilderAccess {
-  public:
+public:
     static string Make(stringStorage *record) { return string(record); }
 };
 
@@ -150,7 +150,9 @@ string::string(const char *cstr) {
     mStorage = NewRecordWith(cstr, length, gCStringEncoding);
 }
 
-string::string(const char *bytes, long length) { mStorage = NewRecordWith(bytes, length, kEncodingUnknown); }
+string::string(const char *bytes, long length) {
+    mStorage = NewRecordWith(bytes, length, kEncodingUnknown);
+}
 
 string string::FromBytes(const void *bytes, long length, uint32_t encoding) {
     return AdoptRecord(NewRecordWith(bytes, length, encoding));
@@ -266,7 +268,8 @@ const uint16_t *string::UTF16Units() const {
     if (!mStorage)
         return kNoUnits;
     if (mStorage->encoding != kEncodingUTF16) {
-        FatalReport(kFatalFailedAssertion, kStringFile, __LINE__, "Encoding() == kEncodingUTF16", "");
+        FatalReport(kFatalFailedAssertion, kStringFile, __LINE__, "Encoding() == kEncodingUTF16",
+                    "");
         return kNoUnits;
     }
     return reinterpret_cast<const uint16_t *>(mStorage->buffer + 1);
@@ -274,7 +277,8 @@ const uint16_t *string::UTF16Units() const {
 
 const char *string::UTF8CString() const {
     if (mStorage && mStorage->encoding != kEncodingUTF8 && mStorage->encoding != kEncodingASCII)
-        FatalReport(kFatalFailedAssertion, kStringFile, __LINE__, "Encoding() == kEncodingUTF8", "");
+        FatalReport(kFatalFailedAssertion, kStringFile, __LINE__, "Encoding() == kEncodingUTF8",
+                    "");
     return CString();
 }
 
@@ -302,13 +306,15 @@ char &string::MutableChar(long pos) {
         return scratch;
     }
     if (pos < 0 || pos >= mStorage->length) {
-        FatalReport(kFatalFailedAssertion, kStringFile, __LINE__, "not (pos < 0 || pos >= Length())", "");
+        FatalReport(kFatalFailedAssertion, kStringFile, __LINE__,
+                    "not (pos < 0 || pos >= Length())", "");
         scratch = 0;
         return scratch;
     }
     if (mStorage->referenceCount > 1) {
         // Copy on write: the other holders keep their text.
-        stringStorage *copy = NewRecordWith(mStorage->buffer + 1, mStorage->length, mStorage->encoding);
+        stringStorage *copy =
+            NewRecordWith(mStorage->buffer + 1, mStorage->length, mStorage->encoding);
         if (!copy) {
             scratch = 0;
             return scratch;

@@ -71,7 +71,7 @@ const char *IconvNameForEncoding(uint32_t encoding);
 // ---------------------------------------------------------------- the class
 
 class string {
-  public:
+public:
     // The empty string.
     string() noexcept = default;
 
@@ -89,7 +89,9 @@ class string {
     // Text that is known to be UTF-8 (toolkit text, constants of the image).
     static string FromUTF8(const char *text);
     static string FromUTF8(const char *text, long length);
-    static string FromUTF8(std::string_view text) { return FromUTF8(text.data(), (long)text.size()); }
+    static string FromUTF8(std::string_view text) {
+        return FromUTF8(text.data(), (long)text.size());
+    }
     // An array of 32-bit characters: UTF-16 (0x0100) keeping the low 16 bits
     // of each, two NUL bytes behind the units.
     static string FromWide(const uint32_t *chars, long count);
@@ -165,7 +167,7 @@ class string {
         other.mStorage = t;
     }
 
-  private:
+private:
     explicit string(stringStorage *record) noexcept : mStorage(record) {}
     friend class StringBuilderAccess;
     stringStorage *mStorage = nullptr;

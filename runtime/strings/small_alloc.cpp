@@ -53,7 +53,6 @@ void *NextFree(void *block) {
 
 void SetNextFree(void *block, void *next) { std::memcpy(block, &next, sizeof next); }
 
-
 } // namespace
 
 void *OSalloclen(long size, MemFullHandling handling) {

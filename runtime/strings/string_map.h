@@ -22,7 +22,7 @@ namespace kelp {
 template <typename V> class StringMapIterator;
 
 template <typename V> class StringMap {
-  public:
+public:
     explicit StringMap(uint32_t binCount = 256) : mBinCount(binCount ? binCount : 1) {}
     StringMap(const StringMap &) = delete;
     StringMap &operator=(const StringMap &) = delete;
@@ -174,11 +174,11 @@ template <typename V> class StringMap {
         return h;
     }
 
-  protected:
+protected:
     virtual uint32_t Hash(const string &key) const { return HashKey(key); }
     virtual bool KeyEquals(const string &a, const string &b) const { return a.Compare(b) == 0; }
 
-  private:
+private:
     friend class StringMapIterator<V>;
     struct Node {
         Node *nextInBin;
@@ -231,7 +231,7 @@ template <typename V> class StringMap {
 // and the map's Remove).  It stands before the first entry until Next().
 // If the map dies first the iterator is disarmed: Next() answers false.
 template <typename V> class StringMapIterator {
-  public:
+public:
     explicit StringMapIterator(StringMap<V> &map) : mMap(&map) { map.Attach(this); }
     StringMapIterator(const StringMapIterator &) = delete;
     StringMapIterator &operator=(const StringMapIterator &) = delete;
@@ -275,7 +275,7 @@ template <typename V> class StringMapIterator {
         mMap->Remove(key);
     }
 
-  private:
+private:
     friend class StringMap<V>;
     void Orphan() {
         mMap = nullptr;

@@ -160,7 +160,8 @@ extern "C" void TimerAddActionNotificationReceiver(RuntimeObject *self, RuntimeO
     timer->receivers = new ActionReceiverLink{timer->receivers, receiver};
 }
 
-extern "C" void TimerRemoveActionNotificationReceiver(RuntimeObject *self, RuntimeObject *receiver) {
+extern "C" void TimerRemoveActionNotificationReceiver(RuntimeObject *self,
+                                                      RuntimeObject *receiver) {
     if (!self)
         return;
     ActionReceiverLink **at = &Record(self)->receivers;

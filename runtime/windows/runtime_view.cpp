@@ -45,7 +45,9 @@ std::string ClassName(RuntimeObject *object) {
 }
 
 void Fire(ViewRecord *view, ObjectHook *hook) { CallEvent(Obj(view), hook); }
-void FireXY(ViewRecord *view, ObjectHook *hook, int32_t x, int32_t y) { CallEvent(Obj(view), hook, x, y); }
+void FireXY(ViewRecord *view, ObjectHook *hook, int32_t x, int32_t y) {
+    CallEvent(Obj(view), hook, x, y);
+}
 bool FireXYBool(ViewRecord *view, ObjectHook *hook, int32_t x, int32_t y) {
     return CallBooleanEvent(Obj(view), hook, x, y);
 }
@@ -278,10 +280,14 @@ void RuntimeViewWindow::GetMinMaxSize(int32_t &minW, int32_t &minH, int32_t &max
     Window::GetMinMaxSize(minW, minH, maxW, maxH);
     if (!mView)
         return;
-    if (mView->minWidth) minW = mView->minWidth;
-    if (mView->minHeight) minH = mView->minHeight;
-    if (mView->maxWidth) maxW = mView->maxWidth;
-    if (mView->maxHeight) maxH = mView->maxHeight;
+    if (mView->minWidth)
+        minW = mView->minWidth;
+    if (mView->minHeight)
+        minH = mView->minHeight;
+    if (mView->maxWidth)
+        maxW = mView->maxWidth;
+    if (mView->maxHeight)
+        maxH = mView->maxHeight;
 }
 
 // ------------------------------------------------------------- building
@@ -312,7 +318,8 @@ void BuildViewWindow(ViewRecord *view) {
     }
     CallEvent(Obj(view), gAddMenuHandlers, Obj(view));
     if (view->pane) {
-        view->pane->SetBackdropColor(view->hasBackColor != 0, static_cast<uint32_t>(view->backColor));
+        view->pane->SetBackdropColor(view->hasBackColor != 0,
+                                     static_cast<uint32_t>(view->backColor));
         if (view->fullScreen)
             view->pane->SetFullScreen(true);
         if (view->pane)
@@ -348,26 +355,46 @@ bool CloseView(ViewRecord *view, bool appQuitting) {
 
 ObjectDefinition *WindowDefinition() {
     static const PropertyRow properties[] = {
-        {0, "Visible", &kTypeBoolean, KELP_ENTRY(WindowVisibleGetter), KELP_ENTRY(WindowVisibleSetter), offsetof(ViewRecord, visible)},
-        {0, "Left", &kTypeInteger, KELP_ENTRY(windowPosGetter), KELP_ENTRY(windowPosSetter), offsetof(ViewRecord, left)},
-        {0, "Top", &kTypeInteger, KELP_ENTRY(windowPosGetter), KELP_ENTRY(windowPosSetter), offsetof(ViewRecord, top)},
-        {0, "Width", &kTypeInteger, KELP_ENTRY(windowPosGetter), KELP_ENTRY(windowPosSetter), offsetof(ViewRecord, width)},
-        {0, "Height", &kTypeInteger, KELP_ENTRY(windowPosGetter), KELP_ENTRY(windowPosSetter), offsetof(ViewRecord, height)},
-        {0, "Placement", &kTypeInteger, KELP_ENTRY(windowPlacementGetter), KELP_ENTRY(windowPlacementSetter), offsetof(ViewRecord, placement)},
-        {0, "Frame", &kTypeInteger, KELP_ENTRY(windowFrameGetter), KELP_ENTRY(windowFrameSetter), offsetof(ViewRecord, frame)},
-        {0, "Title", &kTypeString, KELP_ENTRY(windowTitleGetter), KELP_ENTRY(windowTitleSetter), offsetof(ViewRecord, title)},
-        {0, "CloseButton", &kTypeBoolean, KELP_ENTRY(windowCloseBoxGetter), KELP_ENTRY(windowCloseBoxSetter), offsetof(ViewRecord, closeButton)},
-        {0, "Resizeable", &kTypeBoolean, KELP_ENTRY(windowGrowIconGetter), KELP_ENTRY(windowGrowIconSetter), offsetof(ViewRecord, resizeable)},
-        {0, "MaximizeButton", &kTypeBoolean, KELP_ENTRY(windowZoomIconGetter), KELP_ENTRY(windowZoomIconSetter), offsetof(ViewRecord, maximizeButton)},
-        {0, "FullScreen", &kTypeBoolean, KELP_ENTRY(windowFullScreenGetter), KELP_ENTRY(windowFullScreenSetter), offsetof(ViewRecord, fullScreen)},
-        {0, "LiveResize", &kTypeBoolean, KELP_ENTRY(windowLiveResizeGetter), KELP_ENTRY(windowLiveResizeSetter), offsetof(ViewRecord, liveResize)},
-        {0, "HasBackColor", &kTypeBoolean, KELP_ENTRY(windowHasBackColorGetter), KELP_ENTRY(windowHasBackColorSetter), offsetof(ViewRecord, hasBackColor)},
-        {0, "BackColor", &kTypeColor, KELP_ENTRY(windowBackColorGetter), KELP_ENTRY(windowBackColorSetter), offsetof(ViewRecord, backColor)},
-        {0, "MinWidth", &kTypeInteger, KELP_ENTRY(windowMinMaxWidthHeightGetter), KELP_ENTRY(windowMinMaxWidthHeightSetter), offsetof(ViewRecord, minWidth)},
-        {0, "MinHeight", &kTypeInteger, KELP_ENTRY(windowMinMaxWidthHeightGetter), KELP_ENTRY(windowMinMaxWidthHeightSetter), offsetof(ViewRecord, minHeight)},
-        {0, "MaxWidth", &kTypeInteger, KELP_ENTRY(windowMinMaxWidthHeightGetter), KELP_ENTRY(windowMinMaxWidthHeightSetter), offsetof(ViewRecord, maxWidth)},
-        {0, "MaxHeight", &kTypeInteger, KELP_ENTRY(windowMinMaxWidthHeightGetter), KELP_ENTRY(windowMinMaxWidthHeightSetter), offsetof(ViewRecord, maxHeight)},
-        {0, "MacProcId", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(intSetter), offsetof(ViewRecord, macProcId)},
+        {0, "Visible", &kTypeBoolean, KELP_ENTRY(WindowVisibleGetter),
+         KELP_ENTRY(WindowVisibleSetter), offsetof(ViewRecord, visible)},
+        {0, "Left", &kTypeInteger, KELP_ENTRY(windowPosGetter), KELP_ENTRY(windowPosSetter),
+         offsetof(ViewRecord, left)},
+        {0, "Top", &kTypeInteger, KELP_ENTRY(windowPosGetter), KELP_ENTRY(windowPosSetter),
+         offsetof(ViewRecord, top)},
+        {0, "Width", &kTypeInteger, KELP_ENTRY(windowPosGetter), KELP_ENTRY(windowPosSetter),
+         offsetof(ViewRecord, width)},
+        {0, "Height", &kTypeInteger, KELP_ENTRY(windowPosGetter), KELP_ENTRY(windowPosSetter),
+         offsetof(ViewRecord, height)},
+        {0, "Placement", &kTypeInteger, KELP_ENTRY(windowPlacementGetter),
+         KELP_ENTRY(windowPlacementSetter), offsetof(ViewRecord, placement)},
+        {0, "Frame", &kTypeInteger, KELP_ENTRY(windowFrameGetter), KELP_ENTRY(windowFrameSetter),
+         offsetof(ViewRecord, frame)},
+        {0, "Title", &kTypeString, KELP_ENTRY(windowTitleGetter), KELP_ENTRY(windowTitleSetter),
+         offsetof(ViewRecord, title)},
+        {0, "CloseButton", &kTypeBoolean, KELP_ENTRY(windowCloseBoxGetter),
+         KELP_ENTRY(windowCloseBoxSetter), offsetof(ViewRecord, closeButton)},
+        {0, "Resizeable", &kTypeBoolean, KELP_ENTRY(windowGrowIconGetter),
+         KELP_ENTRY(windowGrowIconSetter), offsetof(ViewRecord, resizeable)},
+        {0, "MaximizeButton", &kTypeBoolean, KELP_ENTRY(windowZoomIconGetter),
+         KELP_ENTRY(windowZoomIconSetter), offsetof(ViewRecord, maximizeButton)},
+        {0, "FullScreen", &kTypeBoolean, KELP_ENTRY(windowFullScreenGetter),
+         KELP_ENTRY(windowFullScreenSetter), offsetof(ViewRecord, fullScreen)},
+        {0, "LiveResize", &kTypeBoolean, KELP_ENTRY(windowLiveResizeGetter),
+         KELP_ENTRY(windowLiveResizeSetter), offsetof(ViewRecord, liveResize)},
+        {0, "HasBackColor", &kTypeBoolean, KELP_ENTRY(windowHasBackColorGetter),
+         KELP_ENTRY(windowHasBackColorSetter), offsetof(ViewRecord, hasBackColor)},
+        {0, "BackColor", &kTypeColor, KELP_ENTRY(windowBackColorGetter),
+         KELP_ENTRY(windowBackColorSetter), offsetof(ViewRecord, backColor)},
+        {0, "MinWidth", &kTypeInteger, KELP_ENTRY(windowMinMaxWidthHeightGetter),
+         KELP_ENTRY(windowMinMaxWidthHeightSetter), offsetof(ViewRecord, minWidth)},
+        {0, "MinHeight", &kTypeInteger, KELP_ENTRY(windowMinMaxWidthHeightGetter),
+         KELP_ENTRY(windowMinMaxWidthHeightSetter), offsetof(ViewRecord, minHeight)},
+        {0, "MaxWidth", &kTypeInteger, KELP_ENTRY(windowMinMaxWidthHeightGetter),
+         KELP_ENTRY(windowMinMaxWidthHeightSetter), offsetof(ViewRecord, maxWidth)},
+        {0, "MaxHeight", &kTypeInteger, KELP_ENTRY(windowMinMaxWidthHeightGetter),
+         KELP_ENTRY(windowMinMaxWidthHeightSetter), offsetof(ViewRecord, maxHeight)},
+        {0, "MacProcId", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(intSetter),
+         offsetof(ViewRecord, macProcId)},
         {0, "Graphics", &kTypePtr, KELP_ENTRY(windowGraphicsGetter), {}, -9},
         {0, "Handle", &kTypeInteger, KELP_ENTRY(WindowHandleGetter), {}, -9},
     };
@@ -487,7 +514,8 @@ extern "C" void RuntimeShowWindow(RuntimeObject *self) {
         view->pane->Show();
 }
 
-extern "C" void RuntimeShowWithinWindow(RuntimeObject *self, RuntimeObject *parent, int32_t facing) {
+extern "C" void RuntimeShowWithinWindow(RuntimeObject *self, RuntimeObject *parent,
+                                        int32_t facing) {
     RuntimeShowWindow(self);
     if (self && parent && View(self)->pane) {
         View(self)->pane->placementParent = View(parent)->pane;
@@ -561,7 +589,9 @@ extern "C" void WindowVisibleSetter(RuntimeObject *self, int32_t, uint8_t visibl
 
 // Left, Top, Width and Height share one accessor; the row's parameter is
 // the field's offset.  Before the window exists only the view changes.
-extern "C" int32_t windowPosGetter(RuntimeObject *self, int32_t offset) { return intGetter(self, offset); }
+extern "C" int32_t windowPosGetter(RuntimeObject *self, int32_t offset) {
+    return intGetter(self, offset);
+}
 
 extern "C" void windowPosSetter(RuntimeObject *self, int32_t offset, int32_t value) {
     if (!self)
@@ -645,19 +675,27 @@ extern "C" KelpString windowTitleGetter(RuntimeObject *self, int32_t) {
     objtext::Retain(View(self)->title);
     return View(self)->title;
 }
-extern "C" uint8_t WindowVisibleGetter(RuntimeObject *self, int32_t) { return self ? View(self)->visible : 0; }
-extern "C" int32_t windowFrameGetter(RuntimeObject *self, int32_t) { return self ? View(self)->frame : 0; }
+extern "C" uint8_t WindowVisibleGetter(RuntimeObject *self, int32_t) {
+    return self ? View(self)->visible : 0;
+}
+extern "C" int32_t windowFrameGetter(RuntimeObject *self, int32_t) {
+    return self ? View(self)->frame : 0;
+}
 // The frame takes effect when the window is next built.
 extern "C" void windowFrameSetter(RuntimeObject *self, int32_t, int32_t value) {
     if (self)
         View(self)->frame = value;
 }
-extern "C" int32_t windowPlacementGetter(RuntimeObject *self, int32_t) { return self ? View(self)->placement : 0; }
+extern "C" int32_t windowPlacementGetter(RuntimeObject *self, int32_t) {
+    return self ? View(self)->placement : 0;
+}
 extern "C" void windowPlacementSetter(RuntimeObject *self, int32_t, int32_t value) {
     if (self)
         View(self)->placement = value;
 }
-extern "C" uint8_t windowCloseBoxGetter(RuntimeObject *self, int32_t) { return self ? View(self)->closeButton : 0; }
+extern "C" uint8_t windowCloseBoxGetter(RuntimeObject *self, int32_t) {
+    return self ? View(self)->closeButton : 0;
+}
 extern "C" void windowCloseBoxSetter(RuntimeObject *self, int32_t, uint8_t value) {
     if (!self)
         return;
@@ -665,7 +703,9 @@ extern "C" void windowCloseBoxSetter(RuntimeObject *self, int32_t, uint8_t value
     if (View(self)->pane && View(self)->pane->GtkWin())
         gtk_window_set_deletable(GTK_WINDOW(View(self)->pane->GtkWin()), value ? TRUE : FALSE);
 }
-extern "C" uint8_t windowGrowIconGetter(RuntimeObject *self, int32_t) { return self ? View(self)->resizeable : 0; }
+extern "C" uint8_t windowGrowIconGetter(RuntimeObject *self, int32_t) {
+    return self ? View(self)->resizeable : 0;
+}
 extern "C" void windowGrowIconSetter(RuntimeObject *self, int32_t, uint8_t value) {
     if (!self)
         return;
@@ -673,13 +713,19 @@ extern "C" void windowGrowIconSetter(RuntimeObject *self, int32_t, uint8_t value
     if (RuntimeViewWindow *pane = View(self)->pane)
         pane->SetResizable(value != 0);
 }
-extern "C" uint8_t windowZoomIconGetter(RuntimeObject *self, int32_t) { return self ? View(self)->maximizeButton : 0; }
+extern "C" uint8_t windowZoomIconGetter(RuntimeObject *self, int32_t) {
+    return self ? View(self)->maximizeButton : 0;
+}
 extern "C" void windowZoomIconSetter(RuntimeObject *self, int32_t, uint8_t value) {
     if (self)
         View(self)->maximizeButton = value ? 1 : 0;
 }
-extern "C" uint8_t windowHasBackColorGetter(RuntimeObject *self, int32_t) { return self ? View(self)->hasBackColor : 0; }
-extern "C" int32_t windowBackColorGetter(RuntimeObject *self, int32_t) { return self ? View(self)->backColor : 0; }
+extern "C" uint8_t windowHasBackColorGetter(RuntimeObject *self, int32_t) {
+    return self ? View(self)->hasBackColor : 0;
+}
+extern "C" int32_t windowBackColorGetter(RuntimeObject *self, int32_t) {
+    return self ? View(self)->backColor : 0;
+}
 // The window's own setting once it exists: that is the one in force.
 extern "C" uint8_t windowLiveResizeGetter(RuntimeObject *self, int32_t) {
     if (!self)

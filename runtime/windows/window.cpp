@@ -3,10 +3,10 @@
 #include "base/soft_library.h"
 #include "graphics/graphics_gtk.h"
 #include "graphics/graphics_target.h"
+#include "process/display.h"
 #include "runloop/background_task.h"
 #include "runloop/clock.h"
 #include "runloop/main_loop.h"
-#include "process/display.h"
 #include "windows/window_manager.h"
 
 #include <gdk/gdkkeysyms.h>
@@ -16,14 +16,14 @@
 namespace kelp {
 namespace {
 
-std::vector<Window *> gWindows;    // newest first
+std::vector<Window *> gWindows;     // newest first
 std::vector<Window *> gFrontToBack; // front first
 guint32 gLastPressTime = 0;
 bool gLastPressSeen = false;
 
 // Indexed by the Frame constant, 0 (document) to 10 (drawer).
 constexpr WindowKind kKindOfFrame[] = {
-    kKindDocument, kKindMovableModal, kKindModal,  kKindFloating, kKindPlainBox, kKindShadowedBox,
+    kKindDocument, kKindMovableModal,   kKindModal, kKindFloating, kKindPlainBox, kKindShadowedBox,
     kKindRounded,  kKindGlobalFloating, kKindSheet, kKindMetal,    kKindDrawer};
 constexpr Placement kPlacementOfFrame[] = {
     kPlacementStagger,    kPlacementMainScreen, kPlacementMainScreen, kPlacementDefault,
@@ -105,17 +105,28 @@ int32_t CharacterForKey(guint keyval) {
     switch (keyval) {
     case GDK_Return: return 13;
     case GDK_KP_Enter: return 3;
-    case GDK_ISO_Left_Tab: case GDK_Tab: return 9;
+    case GDK_ISO_Left_Tab:
+    case GDK_Tab: return 9;
     case GDK_BackSpace: return 8;
-    case GDK_Left: case GDK_KP_Left: return 28;
-    case GDK_Right: case GDK_KP_Right: return 29;
-    case GDK_Up: case GDK_KP_Up: return 30;
-    case GDK_Down: case GDK_KP_Down: return 31;
-    case GDK_Home: case GDK_KP_Home: case GDK_KP_Begin: return 1;
-    case GDK_End: case GDK_KP_End: return 4;
-    case GDK_Page_Up: case GDK_KP_Page_Up: return 11;
-    case GDK_Page_Down: case GDK_KP_Page_Down: return 12;
-    case GDK_Delete: case GDK_KP_Delete: return 127;
+    case GDK_Left:
+    case GDK_KP_Left: return 28;
+    case GDK_Right:
+    case GDK_KP_Right: return 29;
+    case GDK_Up:
+    case GDK_KP_Up: return 30;
+    case GDK_Down:
+    case GDK_KP_Down: return 31;
+    case GDK_Home:
+    case GDK_KP_Home:
+    case GDK_KP_Begin: return 1;
+    case GDK_End:
+    case GDK_KP_End: return 4;
+    case GDK_Page_Up:
+    case GDK_KP_Page_Up: return 11;
+    case GDK_Page_Down:
+    case GDK_KP_Page_Down: return 12;
+    case GDK_Delete:
+    case GDK_KP_Delete: return 127;
     case GDK_KP_Multiply: return '*';
     case GDK_KP_Add: return '+';
     case GDK_KP_Subtract: return '-';
@@ -296,8 +307,13 @@ bool IsToolkitModalKind(int32_t kind) { return IsModalKind(kind) || kind == kKin
 
 int32_t LayerOfKind(int32_t kind) {
     switch (kind) {
-    case kKindFloating: case kKindUtility: case kKindGlobalFloating: return 0;
-    case kKindModal: case kKindMovableModal: case kKindPlainBox: case kKindShadowedBox:
+    case kKindFloating:
+    case kKindUtility:
+    case kKindGlobalFloating: return 0;
+    case kKindModal:
+    case kKindMovableModal:
+    case kKindPlainBox:
+    case kKindShadowedBox:
     case kKindSheet: return 1;
     case kKindDrawer: return 3;
     default: return 2;
@@ -322,7 +338,8 @@ Rect PlaceBounds(Rect bounds, int32_t placement, int32_t kind) {
         MoveTo(bounds, topRect.left + ((topRect.right - topRect.left) - w) / 2, topRect.top + 30);
     } else if (placement == kPlacementStagger) {
         const GdkRectangle *s = top ? ScreenShowingMost(screens, topRect) : nullptr;
-        if (top && s && topRect.right + 20 <= s->x + s->width && topRect.bottom + 20 <= s->y + s->height)
+        if (top && s && topRect.right + 20 <= s->x + s->width &&
+            topRect.bottom + 20 <= s->y + s->height)
             MoveTo(bounds, topRect.left + 20, topRect.top + 20);
         else
             MoveTo(bounds, 10, 50);
@@ -364,9 +381,10 @@ Rect PlaceBounds(Rect bounds, int32_t placement, int32_t kind) {
 
 // ------------------------------------------------------------- Window
 
-Window::Window(const std::string &windowTitle, int32_t windowKind, bool isResizable, Rect screenBounds)
+Window::Window(const std::string &windowTitle, int32_t windowKind, bool isResizable,
+               Rect screenBounds)
     : PaneRoot(nullptr, Rect{0, 0, static_cast<int16_t>(screenBounds.bottom - screenBounds.top),
-                                  static_cast<int16_t>(screenBounds.right - screenBounds.left)}),
+                             static_cast<int16_t>(screenBounds.right - screenBounds.left)}),
       kind(windowKind), resizable(isResizable), lastBounds(screenBounds), title(windowTitle) {
     gWindows.insert(gWindows.begin(), this);
     if (!RequireDisplay("Window")) {
@@ -396,7 +414,7 @@ Window::Window(const std::string &windowTitle, int32_t windowKind, bool isResiza
     if (kind == kKindPlainBox || kind == kKindShadowedBox)
         gtk_window_set_decorated(GTK_WINDOW(mGtkWindow), FALSE);
     gtk_widget_add_events(mGtkWindow, GDK_POINTER_MOTION_MASK | GDK_BUTTON_PRESS_MASK |
-                                         GDK_BUTTON_RELEASE_MASK);
+                                          GDK_BUTTON_RELEASE_MASK);
     Connect(fixed, "expose-event", G_CALLBACK(OnExpose), this);
     Connect(mGtkWindow, "motion-notify-event", G_CALLBACK(OnMotion), this);
     Connect(mGtkWindow, "configure-event", G_CALLBACK(OnConfigure), this);
@@ -420,15 +438,18 @@ Window::~Window() {
             RemoveChild(child); // still locked by an event: forget it here
     }
     if (mGtkWindow) {
-        g_signal_handlers_disconnect_matched(mGtkWindow, G_SIGNAL_MATCH_DATA, 0, 0, nullptr, nullptr, this);
-        g_signal_handlers_disconnect_matched(mWidget, G_SIGNAL_MATCH_DATA, 0, 0, nullptr, nullptr, this);
+        g_signal_handlers_disconnect_matched(mGtkWindow, G_SIGNAL_MATCH_DATA, 0, 0, nullptr,
+                                             nullptr, this);
+        g_signal_handlers_disconnect_matched(mWidget, G_SIGNAL_MATCH_DATA, 0, 0, nullptr, nullptr,
+                                             this);
         gtk_widget_destroy(mGtkWindow);
         g_object_unref(mGtkWindow);
         g_object_unref(mWidget);
         mWidget = nullptr; // went with the window
     }
     gWindows.erase(std::remove(gWindows.begin(), gWindows.end(), this), gWindows.end());
-    gFrontToBack.erase(std::remove(gFrontToBack.begin(), gFrontToBack.end(), this), gFrontToBack.end());
+    gFrontToBack.erase(std::remove(gFrontToBack.begin(), gFrontToBack.end(), this),
+                       gFrontToBack.end());
 }
 
 GdkWindow *Window::GetDrawable() {
@@ -672,13 +693,15 @@ void Window::SetFullScreen(bool on) {
         mFullScreen = true;
         mResizableBeforeFullScreen = resizable;
         mBoundsBeforeFullScreen = CurrentScreenBounds();
-        mBoundsBeforeFullScreen.bottom = static_cast<int16_t>(mBoundsBeforeFullScreen.bottom - MenuBarHeightInUse(this));
+        mBoundsBeforeFullScreen.bottom =
+            static_cast<int16_t>(mBoundsBeforeFullScreen.bottom - MenuBarHeightInUse(this));
         if (!resizable)
             SetResizable(true);
         GdkGeometry hints{};
         hints.min_width = hints.min_height = 0;
         hints.max_width = hints.max_height = 32000;
-        gtk_window_set_geometry_hints(gw, nullptr, &hints, GdkWindowHints(GDK_HINT_MIN_SIZE | GDK_HINT_MAX_SIZE));
+        gtk_window_set_geometry_hints(gw, nullptr, &hints,
+                                      GdkWindowHints(GDK_HINT_MIN_SIZE | GDK_HINT_MAX_SIZE));
         WindowStateCall enter = ToolkitCall("gtk_window_fullscreen");
         mFullScreenByManager = enter && WindowManagerDoesFullScreen();
         if (mFullScreenByManager) {
@@ -764,7 +787,8 @@ void Window::PreStep() {
         // Until the toolkit shows the geometry we asked for (or half a
         // second has gone by), its older reports are no user's doing.
         int32_t tick = TickCount();
-        if ((!toolkitMoved && !toolkitResized) || tick - mAwaitStartTick > 30 || tick < mAwaitStartTick)
+        if ((!toolkitMoved && !toolkitResized) || tick - mAwaitStartTick > 30 ||
+            tick < mAwaitStartTick)
             mAwaitingGeometry = false;
         toolkitMoved = toolkitResized = false;
     }

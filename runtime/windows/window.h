@@ -122,7 +122,7 @@ public:
     bool hasBackdropColor = false;
     uint32_t backdropColor = 0xffffff;
     bool hasMenuBar = false;
-    Rect lastBounds;        // screen rectangle the pre-step compares with
+    Rect lastBounds;         // screen rectangle the pre-step compares with
     bool liveResize = false; // Resizing during a drag, not only Resized after
     std::string title;
     SubPane *placementParent = nullptr;

@@ -2,12 +2,12 @@
 // pollable objects and uncaught exceptions, through classes made the way an
 // image makes its application class.
 #include "app/application.h"
+#include "process/quit.h"
 #include "runloop/main_loop.h"
 #include "runloop/pollable.h"
-#include "process/quit.h"
 
-#include "exceptions/raise.h"
 #include "app/unhandled_exceptions.h"
+#include "exceptions/raise.h"
 #include "exceptions/unhandled.h"
 #include "objects/definitions.h"
 #include "process/process_state.h"
@@ -19,8 +19,8 @@
 #include "kelp/runloop.h"
 #include "kelp/startup.h"
 
-#include <gtest/gtest.h>
 #include <glib.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <string>
@@ -72,13 +72,15 @@ protected:
         RuntimeClass *klass = test::MakeSubclass("Application", "App");
         EXPECT_NE(klass, nullptr);
         EXPECT_TRUE(test::SetEventHandler(klass, "Open", reinterpret_cast<void *>(&OnOpen)));
-        EXPECT_TRUE(test::SetEventHandler(klass, "NewDocument", reinterpret_cast<void *>(&OnNewDocument)));
+        EXPECT_TRUE(
+            test::SetEventHandler(klass, "NewDocument", reinterpret_cast<void *>(&OnNewDocument)));
         if (withOpenDocument) {
             EXPECT_TRUE(test::SetEventHandler(klass, "OpenDocument",
                                               reinterpret_cast<void *>(&OnOpenDocument)));
         }
         EXPECT_TRUE(test::SetEventHandler(klass, "Close", reinterpret_cast<void *>(&OnClose)));
-        EXPECT_TRUE(test::SetEventHandler(klass, "CancelClose", reinterpret_cast<void *>(&OnCancelClose)));
+        EXPECT_TRUE(
+            test::SetEventHandler(klass, "CancelClose", reinterpret_cast<void *>(&OnCancelClose)));
         EXPECT_TRUE(test::SetEventHandler(klass, "UnhandledException",
                                           reinterpret_cast<void *>(&OnUnhandled)));
         return klass;
@@ -152,7 +154,8 @@ TEST_F(ApplicationTest, AutoQuitOffKeepsRunningWithNoWindow) {
     AddPollable(&stopper);
     // Nothing else wakes an idle loop here: a toolkit timeout stands in for
     // the events a user would bring.
-    guint wake = g_timeout_add(1, [](gpointer) -> gboolean { return TRUE; }, nullptr);
+    guint wake = g_timeout_add(
+        1, [](gpointer) -> gboolean { return TRUE; }, nullptr);
     RuntimeRun();
     g_source_remove(wake);
     RemovePollable(&stopper);
@@ -323,7 +326,7 @@ TEST_F(ApplicationTest, VersionPropertiesReadTheVersionBlockThroughTheirRows) {
         }
         return nullptr;
     };
-    const char *integers[] = {"MajorVersion", "MinorVersion", "BugVersion",
+    const char *integers[] = {"MajorVersion", "MinorVersion",      "BugVersion",
                               "StageCode",    "NonReleaseVersion", "RegionCode"};
     for (int32_t selector = 0; selector < 6; ++selector) {
         const RuntimePropertyRow *r = row(integers[selector]);

@@ -64,7 +64,8 @@ uint8_t OnUnhandled(RuntimeObject *, RuntimeObject *) {
 void RegisterApplication() {
     RuntimeClass *klass = MakeSubclass("Application", "UnhandledApp");
     ASSERT_NE(klass, nullptr);
-    ASSERT_TRUE(SetEventHandler(klass, "UnhandledException", reinterpret_cast<void *>(&OnUnhandled)));
+    ASSERT_TRUE(
+        SetEventHandler(klass, "UnhandledException", reinterpret_cast<void *>(&OnUnhandled)));
     RuntimeObject *app = RuntimeNewObject(klass);
     RuntimeRegisterAppObject(app);
     RuntimeUnlockObject(app); // the registration holds its own reference

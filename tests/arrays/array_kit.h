@@ -11,28 +11,26 @@
 
 namespace arraytest {
 
-template <typename Fn>
-Fn Slot(RuntimeArray *a, int slot) {
+template <typename Fn> Fn Slot(RuntimeArray *a, int slot) {
     return reinterpret_cast<Fn>(a->operations[slot]);
 }
 
 // Runs `call` inside a handler region, as a compiled function with a
 // try block would, and gives the class name of what it raised ("" for none).
-template <typename Call>
-std::string Raised(Call call) {
+template <typename Call> std::string Raised(Call call) {
     RuntimeEnterHandlerRegion();
     call();
     RuntimeObject *e = RuntimeTakeException();
     RuntimeLeaveHandlerRegion();
-    if (e == nullptr) return "";
-    std::string name = e->klass && e->klass->name ? std::string(kelp::string::Wrap(e->klass->name).View()) : "?";
+    if (e == nullptr)
+        return "";
+    std::string name =
+        e->klass && e->klass->name ? std::string(kelp::string::Wrap(e->klass->name).View()) : "?";
     RuntimeUnlockObject(e);
     return name;
 }
 
-inline stringStorage *NewString(const char *text) {
-    return kelp::string::FromUTF8(text).Release();
-}
+inline stringStorage *NewString(const char *text) { return kelp::string::FromUTF8(text).Release(); }
 
 inline std::string Text(stringStorage *s) { return std::string(kelp::string::Wrap(s).View()); }
 

@@ -4,8 +4,8 @@
 #include "array_kit.h"
 #include "arrays/array_family.h"
 #include "base/fatal_report.h"
-#include "strings/encodings.h"
 #include "kelp/random.h"
+#include "strings/encodings.h"
 
 #include <gtest/gtest.h>
 
@@ -43,10 +43,11 @@ struct KindRow {
     int32_t size;
     bool counted;
 };
-const KindRow kKinds[] = {{kArrayInt32, 4, false},  {kArrayFloat32, 4, false}, {kArrayFloat64, 8, false},
-                          {kArrayString, 8, true},  {kArrayObject, 8, true},   {kArrayUInt8, 1, false},
-                          {kArrayInt8, 1, false},   {kArrayUInt16, 2, false},  {kArrayInt16, 2, false},
-                          {kArrayUInt32, 4, false}};
+const KindRow kKinds[] = {{kArrayInt32, 4, false},   {kArrayFloat32, 4, false},
+                          {kArrayFloat64, 8, false}, {kArrayString, 8, true},
+                          {kArrayObject, 8, true},   {kArrayUInt8, 1, false},
+                          {kArrayInt8, 1, false},    {kArrayUInt16, 2, false},
+                          {kArrayInt16, 2, false},   {kArrayUInt32, 4, false}};
 
 TEST_F(Arrays, CreationSizesTheBufferByKindAndBoundsAndPicksTheTableByDimension) {
     for (const KindRow &row : kKinds) {
@@ -122,10 +123,11 @@ TEST_F(Arrays, GetAndSetTestEveryIndexAgainstItsOwnBound) {
     auto set2 = Slot<kelp_array2_set_i32>(m, kArraySlotSet);
     auto get2 = Slot<kelp_array2_get_i32>(m, kArraySlotGet);
     for (int j = 0; j <= 1; ++j)
-        for (int i = 0; i <= 2; ++i) set2(m, 10 * i + j, i, j);
+        for (int i = 0; i <= 2; ++i)
+            set2(m, 10 * i + j, i, j);
     const int32_t *raw = static_cast<int32_t *>(m->buffer);
-    EXPECT_EQ(raw[1], 10);  // (1, 0)
-    EXPECT_EQ(raw[3], 1);   // (0, 1)
+    EXPECT_EQ(raw[1], 10); // (1, 0)
+    EXPECT_EQ(raw[3], 1);  // (0, 1)
     EXPECT_EQ(get2(m, 2, 1), 21);
     EXPECT_EQ(Raised([&] { get2(m, 3, 0); }), "OutOfBoundsException");
     EXPECT_EQ(Raised([&] { get2(m, 0, 2); }), "OutOfBoundsException");
@@ -161,12 +163,13 @@ TEST_F(Arrays, InsertGrowsByDoublingStepsAndRemoveShrinksExactly) {
     EXPECT_EQ(a->growthStep, 32);
     std::vector<int32_t> model = {1};
     for (int32_t v = 2; v <= 100; ++v) {
-        const int32_t at = (v % 3 == 0) ? 0 : RuntimeUBound(a) + 1;  // prepend or append
+        const int32_t at = (v % 3 == 0) ? 0 : RuntimeUBound(a) + 1; // prepend or append
         insert(a, at, v);
         model.insert(model.begin() + at, v);
     }
     ASSERT_EQ(RuntimeUBound(a), 99);
-    for (int32_t i = 0; i <= 99; ++i) ASSERT_EQ(get(a, i), model[(size_t)i]) << i;
+    for (int32_t i = 0; i <= 99; ++i)
+        ASSERT_EQ(get(a, i), model[(size_t)i]) << i;
     EXPECT_EQ(a->bufferLength, (16 + 32 + 64) * 4);
     EXPECT_EQ(Raised([&] { insert(a, 101, 0); }), "OutOfBoundsException");
     EXPECT_EQ(Raised([&] { insert(a, -1, 0); }), "OutOfBoundsException");
@@ -177,7 +180,8 @@ TEST_F(Arrays, InsertGrowsByDoublingStepsAndRemoveShrinksExactly) {
     model.erase(model.begin() + 50);
     EXPECT_EQ(a->bufferLength, 99 * 4);
     EXPECT_EQ(a->growthStep, 16);
-    for (int32_t i = 0; i <= 98; ++i) ASSERT_EQ(get(a, i), model[(size_t)i]);
+    for (int32_t i = 0; i <= 98; ++i)
+        ASSERT_EQ(get(a, i), model[(size_t)i]);
     EXPECT_EQ(Raised([&] { remove(a, 99); }), "OutOfBoundsException");
     RuntimeUnlockArray(a);
 
@@ -192,7 +196,8 @@ TEST_F(Arrays, RedimKeepsEveryElementAtItsCoordinates) {
     RuntimeArray *a = CreateArray(1, kArrayInt32, 4);
     auto set = Slot<kelp_array1_set_i32>(a, kArraySlotSet);
     auto get = Slot<kelp_array1_get_i32>(a, kArraySlotGet);
-    for (int i = 0; i <= 4; ++i) set(a, i + 1, i);
+    for (int i = 0; i <= 4; ++i)
+        set(a, i + 1, i);
     Slot<kelp_array1_redim>(a, kArraySlotRedim)(a, 7);
     EXPECT_EQ(RuntimeUBound(a), 7);
     EXPECT_EQ(get(a, 4), 5);
@@ -209,12 +214,14 @@ TEST_F(Arrays, RedimKeepsEveryElementAtItsCoordinates) {
     auto set2 = Slot<kelp_array2_set_i32>(m, kArraySlotSet);
     auto get2 = Slot<kelp_array2_get_i32>(m, kArraySlotGet);
     for (int i = 0; i <= 2; ++i)
-        for (int j = 0; j <= 2; ++j) set2(m, 10 * i + j + 1, i, j);
+        for (int j = 0; j <= 2; ++j)
+            set2(m, 10 * i + j + 1, i, j);
     Slot<kelp_array2_redim>(m, kArraySlotRedim)(m, 1, 4);
     EXPECT_EQ(RuntimeUBound2Param(m, 1), 1);
     EXPECT_EQ(RuntimeUBound2Param(m, 2), 4);
     for (int i = 0; i <= 1; ++i)
-        for (int j = 0; j <= 4; ++j) EXPECT_EQ(get2(m, i, j), j <= 2 ? 10 * i + j + 1 : 0) << i << j;
+        for (int j = 0; j <= 4; ++j)
+            EXPECT_EQ(get2(m, i, j), j <= 2 ? 10 * i + j + 1 : 0) << i << j;
     RuntimeUnlockArray(m);
 }
 
@@ -236,7 +243,8 @@ TEST_F(Arrays, RedimOfThreeDimensionsReleasesTheStringsThatFallOutside) {
     RuntimeUnlockString(back);
     EXPECT_EQ(getN(c, 0, 2, 0), nullptr);
     EXPECT_EQ(Raised([&] { getN(c, 1, 1, 1); }), "OutOfBoundsException");
-    EXPECT_EQ(Raised([&] { Slot<kelp_arrayN_redim>(c, kArraySlotRedim)(c, 5, -2, 0); }), "OutOfBoundsException");
+    EXPECT_EQ(Raised([&] { Slot<kelp_arrayN_redim>(c, kArraySlotRedim)(c, 5, -2, 0); }),
+              "OutOfBoundsException");
     EXPECT_EQ(c->upperBounds[0], 0);
     RuntimeUnlockArray(c);
     EXPECT_EQ(kept->referenceCount, 1);
@@ -251,7 +259,7 @@ TEST_F(Arrays, SortOrdersEveryKindByItsOwnComparison) {
     std::vector<int32_t> model;
     std::vector<uint32_t> umodel;
     for (int i = 0; i <= 999; ++i) {
-        int32_t v = (int32_t)(gen() % 200) - 100;  // many repeats
+        int32_t v = (int32_t)(gen() % 200) - 100; // many repeats
         Slot<kelp_array1_set_i32>(a, kArraySlotSet)(a, v, i);
         Slot<kelp_array1_set_u32>(u, kArraySlotSet)(u, (uint32_t)v, i);
         model.push_back(v);
@@ -269,14 +277,17 @@ TEST_F(Arrays, SortOrdersEveryKindByItsOwnComparison) {
 
     // Already sorted, reversed and constant runs must not run the stack out.
     RuntimeArray *big = CreateArray(1, kArrayInt8, 200000);
-    for (int i = 0; i <= 200000; ++i) static_cast<int8_t *>(big->buffer)[i] = (int8_t)(i % 2 ? -1 : 1);
+    for (int i = 0; i <= 200000; ++i)
+        static_cast<int8_t *>(big->buffer)[i] = (int8_t)(i % 2 ? -1 : 1);
     Slot<kelp_array1_sort>(big, kArraySlotSort)(big);
-    EXPECT_TRUE(std::is_sorted(static_cast<int8_t *>(big->buffer), static_cast<int8_t *>(big->buffer) + 200001));
+    EXPECT_TRUE(std::is_sorted(static_cast<int8_t *>(big->buffer),
+                               static_cast<int8_t *>(big->buffer) + 200001));
     RuntimeUnlockArray(big);
 
     RuntimeArray *f = CreateArray(1, kArrayFloat64, 3);
     const double values[] = {2.5, -1e300, 0.0, -0.5};
-    for (int i = 0; i < 4; ++i) Slot<kelp_array1_set_f64>(f, kArraySlotSet)(f, values[i], i);
+    for (int i = 0; i < 4; ++i)
+        Slot<kelp_array1_set_f64>(f, kArraySlotSet)(f, values[i], i);
     Slot<kelp_array1_sort>(f, kArraySlotSort)(f);
     const double *sorted = static_cast<double *>(f->buffer);
     EXPECT_EQ(sorted[0], -1e300);
@@ -295,7 +306,8 @@ TEST_F(Arrays, SortOrdersEveryKindByItsOwnComparison) {
     Slot<kelp_array1_sort>(s, kArraySlotSort)(s);
     auto *e = static_cast<stringStorage **>(s->buffer);
     std::string order;
-    for (int i = 0; i < 5; ++i) order += (char)std::tolower(Text(e[i])[0]);
+    for (int i = 0; i < 5; ++i)
+        order += (char)std::tolower(Text(e[i])[0]);
     EXPECT_EQ(order, "aabbc");
     RuntimeUnlockArray(s);
 }
@@ -303,17 +315,21 @@ TEST_F(Arrays, SortOrdersEveryKindByItsOwnComparison) {
 // Strings of mixed case, accents, shared prefixes and empty ones, in one of
 // several words.
 std::vector<kelp::string> MixedStrings(uint32_t seed, int count, bool oneWord) {
-    const char *pieces[] = {"a", "A", "b", "_", "z", "\xC3\xA9", "\xC3\x89", "\xE2\x82\xAC", "0", "["};
+    const char *pieces[] = {"a", "A", "b", "_", "z", "\xC3\xA9", "\xC3\x89", "\xE2\x82\xAC",
+                            "0", "["};
     std::mt19937 gen(seed);
     std::vector<kelp::string> out;
     for (int i = 0; i < count; ++i) {
         std::string text;
         const int n = (int)(gen() % 4);
-        for (int k = 0; k < n; ++k) text += pieces[gen() % 10];
+        for (int k = 0; k < n; ++k)
+            text += pieces[gen() % 10];
         kelp::string str = kelp::string::FromBytes(text.data(), (long)text.size(), kEncodingUTF8);
         const uint32_t pick = oneWord ? seed % 3 : gen() % 3;
-        if (pick == 1) str = kelp::ConvertEncoding(str, kEncodingLatin1);
-        if (pick == 2) str = kelp::ConvertEncoding(str, kEncodingUTF16);
+        if (pick == 1)
+            str = kelp::ConvertEncoding(str, kEncodingLatin1);
+        if (pick == 2)
+            str = kelp::ConvertEncoding(str, kEncodingUTF16);
         out.push_back(str);
     }
     return out;
@@ -325,7 +341,8 @@ TEST_F(Arrays, StringSortOrdersByTheLanguagesComparison) {
     const std::vector<kelp::string> mixed = MixedStrings(3, 300, false);
     for (const kelp::string &a : mixed)
         for (const kelp::string &b : mixed) {
-            const int ours = kelp::arrays::Element<stringStorage *>::Compare(a.Storage(), b.Storage());
+            const int ours =
+                kelp::arrays::Element<stringStorage *>::Compare(a.Storage(), b.Storage());
             const int theirs = RuntimeStringCompare(a.Storage(), b.Storage());
             ASSERT_EQ((ours > 0) - (ours < 0), (theirs > 0) - (theirs < 0))
                 << a.Encoding() << " " << b.Encoding();
@@ -336,9 +353,11 @@ TEST_F(Arrays, StringSortOrdersByTheLanguagesComparison) {
         const std::vector<kelp::string> words = MixedStrings(seed, 2000, true);
         RuntimeArray *s = CreateArray(1, kArrayString, 1999);
         auto **e = static_cast<stringStorage **>(s->buffer);
-        for (int i = 0; i < 2000; ++i) e[i] = words[(size_t)i].ExtractStringStorage();
+        for (int i = 0; i < 2000; ++i)
+            e[i] = words[(size_t)i].ExtractStringStorage();
         Slot<kelp_array1_sort>(s, kArraySlotSort)(s);
-        for (int i = 1; i < 2000; ++i) ASSERT_LE(RuntimeStringCompare(e[i - 1], e[i]), 0) << seed << " " << i;
+        for (int i = 1; i < 2000; ++i)
+            ASSERT_LE(RuntimeStringCompare(e[i - 1], e[i]), 0) << seed << " " << i;
         RuntimeUnlockArray(s);
     }
 }
@@ -402,14 +421,18 @@ TEST_F(Arrays, StringElementsHoldTheirOwnReferences) {
 TEST_F(Arrays, ShuffleKeepsTheElementsOfEveryDimension) {
     RuntimeRandomSeed(12345);
     RuntimeArray *m = CreateArray(2, kArrayInt32, 9, 9);
-    for (int i = 0; i < 100; ++i) static_cast<int32_t *>(m->buffer)[i] = i;
+    for (int i = 0; i < 100; ++i)
+        static_cast<int32_t *>(m->buffer)[i] = i;
     Slot<kelp_array1_shuffle>(m, kArraySlotShuffle)(m);
-    std::vector<int32_t> got(static_cast<int32_t *>(m->buffer), static_cast<int32_t *>(m->buffer) + 100);
+    std::vector<int32_t> got(static_cast<int32_t *>(m->buffer),
+                             static_cast<int32_t *>(m->buffer) + 100);
     int moved = 0;
-    for (int i = 0; i < 100; ++i) moved += got[(size_t)i] != i;
+    for (int i = 0; i < 100; ++i)
+        moved += got[(size_t)i] != i;
     EXPECT_GT(moved, 50);
     std::sort(got.begin(), got.end());
-    for (int i = 0; i < 100; ++i) ASSERT_EQ(got[(size_t)i], i);
+    for (int i = 0; i < 100; ++i)
+        ASSERT_EQ(got[(size_t)i], i);
     RuntimeUnlockArray(m);
 }
 
@@ -420,11 +443,12 @@ TEST_F(Arrays, TheFreedHookHearsOfEachArrayOnceWhenItsLastReferenceGoes) {
     gFreed.clear();
     auto previous = kelp::arrays::SetArrayFreedHook(&NoteFreed);
     RuntimeArray *a = CreateArray(1, kArrayObject, 0);
-    RuntimeArray *view = RuntimeCreateArrayCastWrapper(a, RuntimeLookupClass(kelp::string("NilObjectException").Storage()));
+    RuntimeArray *view = RuntimeCreateArrayCastWrapper(
+        a, RuntimeLookupClass(kelp::string("NilObjectException").Storage()));
     RuntimeUnlockArray(a);
     EXPECT_TRUE(gFreed.empty());
     RuntimeUnlockArray(view);
-    ASSERT_EQ(gFreed.size(), 2u);  // the view lets go of the array it held first
+    ASSERT_EQ(gFreed.size(), 2u); // the view lets go of the array it held first
     EXPECT_EQ(gFreed[0], a);
     EXPECT_EQ(gFreed[1], view);
     kelp::arrays::SetArrayFreedHook(previous);
@@ -451,11 +475,12 @@ TEST_F(Arrays, ACastWrapperAdmitsOnlyObjectsOfItsClassAndNil) {
     RuntimeArray *view = RuntimeCreateArrayCastWrapper(inner, nilClass);
     ASSERT_NE(view, inner);
     EXPECT_EQ(inner->referenceCount, 2u);
-    EXPECT_EQ(RuntimeCreateArrayCastWrapper(view, boundsClass), view);  // a view is not wrapped again
+    EXPECT_EQ(RuntimeCreateArrayCastWrapper(view, boundsClass),
+              view); // a view is not wrapped again
     RuntimeUnlockArray(view);
     EXPECT_EQ(RuntimeCreateArrayCastWrapper(inner, nullptr), inner);
     RuntimeUnlockArray(inner);
-    RuntimeUnlockArray(inner);  // from here on the view holds the inner array alone
+    RuntimeUnlockArray(inner); // from here on the view holds the inner array alone
     EXPECT_EQ(inner->referenceCount, 1u);
 
     RuntimeObject *right = RuntimeNewObject(nilClass);
@@ -475,7 +500,7 @@ TEST_F(Arrays, ACastWrapperAdmitsOnlyObjectsOfItsClassAndNil) {
     EXPECT_EQ(back, right);
     RuntimeUnlockObject(back);
     EXPECT_EQ(right->referenceCount, 3);
-    RuntimeUnlockArray(view);  // lets go of the inner array and its elements
+    RuntimeUnlockArray(view); // lets go of the inner array and its elements
     EXPECT_EQ(right->referenceCount, 1);
     RuntimeUnlockObject(right);
     RuntimeUnlockObject(wrong);

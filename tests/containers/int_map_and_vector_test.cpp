@@ -1,7 +1,7 @@
 // IntMap and SimpleVector.
+#include "base/fatal_report.h"
 #include "containers/int_map.h"
 #include "containers/simple_vector.h"
-#include "base/fatal_report.h"
 
 #include <gtest/gtest.h>
 

@@ -35,67 +35,162 @@ using Solver = std::function<Expectation(const std::vector<int32_t> &n,
 // For each problem: what its text says the answer is.
 const std::map<int32_t, Solver> &Solvers() {
     static const std::map<int32_t, Solver> solvers = {
-        {1, [](auto &, auto &m, int32_t) { return Expectation{Money(m.at(0) - m.at(1)), ""}; }},
-        {2, [](auto &, auto &, int32_t r) {
+        {1,
+         [](auto &, auto &m, int32_t) {
+             return Expectation{Money(m.at(0) - m.at(1)), ""};
+         }},
+        {2,
+         [](auto &, auto &, int32_t r) {
              return Expectation{r == 2 ? "three items" : "3 items", ""};
          }},
-        {3, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(0) - 2), ""}; }},
-        {4, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(0) + n.at(1)), ""}; }},
-        {6, [](auto &n, auto &, int32_t) {
+        {3,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(0) - 2), ""};
+         }},
+        {4,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(0) + n.at(1)), ""};
+         }},
+        {6,
+         [](auto &n, auto &, int32_t) {
              return Expectation{S(n.at(0) + n.at(1) + n.at(2) + n.at(3)), ""};
          }},
-        {7, [](auto &n, auto &, int32_t) {
+        {7,
+         [](auto &n, auto &, int32_t) {
              return Expectation{S(n.at(0) + n.at(1) + n.at(2)) + " bugs", " bugs"};
          }},
-        {8, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(0) + n.at(1)) + " beans", " beans"}; }},
-        {9, [](auto &, auto &, int32_t) { return Expectation{"$4.15", ""}; }},
-        {10, [](auto &n, auto &, int32_t) {
+        {8,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(0) + n.at(1)) + " beans", " beans"};
+         }},
+        {9,
+         [](auto &, auto &, int32_t) {
+             return Expectation{"$4.15", ""};
+         }},
+        {10,
+         [](auto &n, auto &, int32_t) {
              return Expectation{S(n.at(0) + n.at(1) + n.at(2) + n.at(3)) + " birds", " birds"};
          }},
-        {11, [](auto &n, auto &, int32_t) {
+        {11,
+         [](auto &n, auto &, int32_t) {
              return Expectation{S(n.at(0) + n.at(1) - n.at(2)) + " pencils", " pencils"};
          }},
-        {12, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(0)), ""}; }},
+        {12,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(0)), ""};
+         }},
         // "{r1} boards that are 6 feet long and {r2} boards that are 8 feet"
-        {13, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(0) + n.at(2)) + " boards", " boards"}; }},
-        {14, [](auto &, auto &, int32_t) { return Expectation{"12", ""}; }},
-        {15, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(0) + n.at(1)), ""}; }},
-        {16, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(0) + n.at(2)), ""}; }},
-        {17, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(0) - n.at(2)), ""}; }},
-        {18, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(1) + n.at(2) - n.at(0)), ""}; }},
-        {19, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(0) + n.at(1)) + " fish", " fish"}; }},
-        {20, [](auto &, auto &m, int32_t) { return Expectation{Money(m.at(0) - m.at(1)), ""}; }},
-        {21, [](auto &n, auto &, int32_t) {
+        {13,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(0) + n.at(2)) + " boards", " boards"};
+         }},
+        {14,
+         [](auto &, auto &, int32_t) {
+             return Expectation{"12", ""};
+         }},
+        {15,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(0) + n.at(1)), ""};
+         }},
+        {16,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(0) + n.at(2)), ""};
+         }},
+        {17,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(0) - n.at(2)), ""};
+         }},
+        {18,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(1) + n.at(2) - n.at(0)), ""};
+         }},
+        {19,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(0) + n.at(1)) + " fish", " fish"};
+         }},
+        {20,
+         [](auto &, auto &m, int32_t) {
+             return Expectation{Money(m.at(0) - m.at(1)), ""};
+         }},
+        {21,
+         [](auto &n, auto &, int32_t) {
              return Expectation{S(n.at(0) + n.at(1) + n.at(2) + n.at(3)) + " inches", " inches"};
          }},
-        {22, [](auto &n, auto &, int32_t) { return Expectation{S(1000 - n.at(0)) + " leaves", " leaves"}; }},
-        {23, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(0) - n.at(1)), ""}; }},
-        {24, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(0) + n.at(1)), ""}; }},
-        {25, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(0) - 3), ""}; }},
-        {26, [](auto &, auto &, int32_t) { return Expectation{"3", ""}; }},
-        {27, [](auto &n, auto &, int32_t) {
+        {22,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(1000 - n.at(0)) + " leaves", " leaves"};
+         }},
+        {23,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(0) - n.at(1)), ""};
+         }},
+        {24,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(0) + n.at(1)), ""};
+         }},
+        {25,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(0) - 3), ""};
+         }},
+        {26,
+         [](auto &, auto &, int32_t) {
+             return Expectation{"3", ""};
+         }},
+        {27,
+         [](auto &n, auto &, int32_t) {
              return Expectation{S(n.at(0) + n.at(1) + n.at(2)) + " cars", " cars"};
          }},
-        {28, [](auto &, auto &, int32_t) { return Expectation{"3", ""}; }},
-        {29, [](auto &, auto &, int32_t r) {
+        {28,
+         [](auto &, auto &, int32_t) {
+             return Expectation{"3", ""};
+         }},
+        {29,
+         [](auto &, auto &, int32_t r) {
              return Expectation{r == 1 ? "2.5 miles" : "two and a half miles", ""};
          }},
-        {30, [](auto &, auto &, int32_t) { return Expectation{"90", ""}; }},
-        {31, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(0)), ""}; }},
+        {30,
+         [](auto &, auto &, int32_t) {
+             return Expectation{"90", ""};
+         }},
+        {31,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(0)), ""};
+         }},
         // "{r1} people ... at {r3} Second Street.  {r2} people ... at {r4} ..."
-        {32, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(0) + n.at(2)), ""}; }},
-        {33, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(1) - n.at(0)) + " inches", " inches"}; }},
-        {34, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(0) - n.at(1)) + " crayons", " crayons"}; }},
-        {35, [](auto &n, auto &, int32_t) {
+        {32,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(0) + n.at(2)), ""};
+         }},
+        {33,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(1) - n.at(0)) + " inches", " inches"};
+         }},
+        {34,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(0) - n.at(1)) + " crayons", " crayons"};
+         }},
+        {35,
+         [](auto &n, auto &, int32_t) {
              return Expectation{S(n.at(1) + n.at(2) - n.at(0)) + " blocks", " blocks"};
          }},
-        {36, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(1) - n.at(0)) + " degrees", " degrees"}; }},
-        {37, [](auto &n, auto &, int32_t) { return Expectation{S(n.at(0) - n.at(1)) + " degrees", " degrees"}; }},
-        {38, [](auto &n, auto &, int32_t) {
+        {36,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(1) - n.at(0)) + " degrees", " degrees"};
+         }},
+        {37,
+         [](auto &n, auto &, int32_t) {
+             return Expectation{S(n.at(0) - n.at(1)) + " degrees", " degrees"};
+         }},
+        {38,
+         [](auto &n, auto &, int32_t) {
              return Expectation{S(n.at(0) + n.at(1) + n.at(2) + n.at(3)) + " copies", " copies"};
          }},
-        {39, [](auto &, auto &m, int32_t) { return Expectation{Money(m.at(0) + m.at(1) + m.at(2)), ""}; }},
-        {40, [](auto &n, auto &, int32_t) {
+        {39,
+         [](auto &, auto &m, int32_t) {
+             return Expectation{Money(m.at(0) + m.at(1) + m.at(2)), ""};
+         }},
+        {40,
+         [](auto &n, auto &, int32_t) {
              return Expectation{S(n.at(0) + n.at(1)) + " minutes", " minutes"};
          }},
     };
@@ -120,7 +215,8 @@ TEST_F(Bank1to40, CorrectEntryFollowsFromTheText) {
                     for (int32_t i = 1; i <= 10; ++i) {
                         const std::string a = Answer(i);
                         ASSERT_GE(a.size(), e.unit.size());
-                        ASSERT_EQ(a.substr(a.size() - e.unit.size()), e.unit) << "problem " << number;
+                        ASSERT_EQ(a.substr(a.size() - e.unit.size()), e.unit)
+                            << "problem " << number;
                     }
                 }
             }
@@ -160,11 +256,13 @@ TEST_F(Bank1to40, TeaserAndFixedListsReadAsWritten) {
     RuntimeRandomSeed(3);
     Build(14, 2);
     EXPECT_EQ(ProblemText().substr(0, 14), "Five boys ate ");
-    EXPECT_NE(ProblemText().find(" hamburgers at 11 o'clock on fourth street.  How many nickels do you need to have a dozen?"),
+    EXPECT_NE(ProblemText().find(" hamburgers at 11 o'clock on fourth street.  How many nickels do "
+                                 "you need to have a dozen?"),
               std::string::npos);
     const std::string r1 = S(NumbersIn(ProblemText()).at(0));
     const char *fixed[10] = {"2", "4", "1", "13", "22", ".05", "11", "12", nullptr, "5"};
-    for (int32_t i = 0; i < 10; ++i) EXPECT_EQ(Answer(i + 1), fixed[i] ? fixed[i] : r1);
+    for (int32_t i = 0; i < 10; ++i)
+        EXPECT_EQ(Answer(i + 1), fixed[i] ? fixed[i] : r1);
 
     Build(29, 2);
     // Its second list holds "three miles" twice; only the position decides.
@@ -213,8 +311,10 @@ TEST_F(Bank1to40, PriceDifferenceNeverShowsBelowACent) {
                 ASSERT_EQ(v.size(), 1u) << Answer(i);
                 ASSERT_GE(v[0], 1);
             }
-            if (T >= 1) ASSERT_EQ(CorrectText(), Money(T));
-            else ASSERT_GE(MoneyIn(CorrectText()).at(0), 3000);
+            if (T >= 1)
+                ASSERT_EQ(CorrectText(), Money(T));
+            else
+                ASSERT_GE(MoneyIn(CorrectText()).at(0), 3000);
         }
     }
 }
@@ -230,7 +330,8 @@ TEST_F(Bank1to40, DrawsComeInTheBanksOrder) {
         Build(4, 2);
         const int32_t name = static_cast<int32_t>(ref.Next() * 61);
         int32_t r1 = ref.To(250);
-        while (r1 < 10) r1 = ref.To(250);
+        while (r1 < 10)
+            r1 = ref.To(250);
         const int32_t r2 = ref.To(250);
         const std::string who = NameAt(name).ToStd();
         const std::string he = NameIsMale(name) ? "He" : "She";
@@ -249,7 +350,8 @@ TEST_F(Bank1to40, DrawsComeInTheBanksOrder) {
         const int32_t name40 = static_cast<int32_t>(ref40.Next() * 61);
         auto retry = [&] {
             int32_t v = ref40.To(60);
-            for (int i = 0; i < 4 && v < 45; ++i) v = ref40.To(60);
+            for (int i = 0; i < 4 && v < 45; ++i)
+                v = ref40.To(60);
             return v < 45 ? 45 : v;
         };
         const int32_t a = retry();
@@ -259,8 +361,9 @@ TEST_F(Bank1to40, DrawsComeInTheBanksOrder) {
         const std::string who40 = NameAt(name40).ToStd();
         EXPECT_EQ(ProblemText(), who40 + " practiced playing the " + instrument + " for " + S(a) +
                                      " minutes on Monday.  " + (NameIsMale(name40) ? "He" : "She") +
-                                     " practiced " + S(b) + " minutes on Wednesday.  How many minutes did " +
-                                     who40 + " practice total?");
+                                     " practiced " + S(b) +
+                                     " minutes on Wednesday.  How many minutes did " + who40 +
+                                     " practice total?");
         EXPECT_EQ(Answer(9), S(a + b) + " minutes");
     }
 }
@@ -282,9 +385,9 @@ TEST_F(Bank1to40, ShoppingProblemDrawsNameItemThenPrice) {
             }
         }
         const std::string he = NameIsMale(name) ? "he" : "she";
-        EXPECT_EQ(ProblemText(), NameAt(name).ToStd() + " had $32.00.  Yesterday " + he + " bought " +
-                                     ItemAt(item).ToStd() + " for " + Money(price) + ".  How much did " +
-                                     he + " have left?");
+        EXPECT_EQ(ProblemText(), NameAt(name).ToStd() + " had $32.00.  Yesterday " + he +
+                                     " bought " + ItemAt(item).ToStd() + " for " + Money(price) +
+                                     ".  How much did " + he + " have left?");
         EXPECT_EQ(P().iPrice, price);
         EXPECT_EQ(Answer(6), Money(3200 - price));
         EXPECT_EQ(Answer(1), Money(2780 - price));

@@ -126,7 +126,8 @@ TEST_P(BankTable, EveryArrangementHasItsPositionTipAndTenEntries) {
         for (uint32_t seed = 1; seed <= 40; ++seed) {
             RuntimeRandomSeed(seed * 7919u + static_cast<uint32_t>(row.number));
             // Stale answers must not pass for new ones.
-            for (int32_t i = 0; i <= 10; ++i) P().sAnswerStrings.Set(i, "stale"_k);
+            for (int32_t i = 0; i <= 10; ++i)
+                P().sAnswerStrings.Set(i, "stale"_k);
             P().iCorrectAnswerIs = 0;
             Drill().sTip = Text();
             Build(row.number, randomizer);
@@ -140,7 +141,8 @@ TEST_P(BankTable, EveryArrangementHasItsPositionTipAndTenEntries) {
             // Many texts open with the name: an empty name slot would leave
             // the text opening with a blank.
             ASSERT_NE(text.front(), ' ') << text;
-            for (int32_t i = 1; i <= 10; ++i) ASSERT_NE(drilltest::Answer(i), "stale") << "entry " << i;
+            for (int32_t i = 1; i <= 10; ++i)
+                ASSERT_NE(drilltest::Answer(i), "stale") << "entry " << i;
             // The correct entry always shows something.
             ASSERT_FALSE(drilltest::CorrectText().empty()) << text;
         }

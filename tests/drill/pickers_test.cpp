@@ -92,7 +92,8 @@ TEST_F(Pickers, FirstPickAfterSelectionIsFreeAndMemorySurvivesProblems) {
     RuntimeRandomSeed(77);
     drilltest::ReferenceRnd again(77);
     int32_t next = static_cast<int32_t>(again.Next() * 61);
-    while (next == expected) next = static_cast<int32_t>(again.Next() * 61);
+    while (next == expected)
+        next = static_cast<int32_t>(again.Next() * 61);
     EXPECT_EQ(fPickName(), next);
 }
 
@@ -126,7 +127,8 @@ TEST_F(Pickers, ItemsHaveNoMemory) {
         const int32_t idx = fPickItem();
         ASSERT_GE(idx, 0);
         ASSERT_LE(idx, 50);
-        if (idx == last) ++repeats;
+        if (idx == last)
+            ++repeats;
         last = idx;
     }
     EXPECT_GT(repeats, 0);
@@ -153,7 +155,8 @@ int32_t ReferencePrice(drilltest::ReferenceRnd &ref, int32_t min, int32_t max) {
     int redraws = 0;
     while (price < min) {
         price = static_cast<int32_t>(ref.Next() * max);
-        if (++redraws == 5) return min;
+        if (++redraws == 5)
+            return min;
     }
     return price;
 }
@@ -181,7 +184,8 @@ TEST_F(Pickers, HighFloorItemsFallToTheirMinimumNowAndThen) {
     const Text magazine = ItemAt(36);
     int atMin = 0;
     for (int i = 0; i < 2000; ++i)
-        if (fPriceOf(magazine) == 299) ++atMin;
+        if (fPriceOf(magazine) == 299)
+            ++atMin;
     EXPECT_GT(atMin, 200);
 }
 

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <ctime>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <fcntl.h>
 #include <poll.h>
 #include <string>
@@ -25,7 +25,8 @@ std::string ReadAll(int fd) {
     char buf[4096];
     for (;;) {
         const ssize_t n = read(fd, buf, sizeof buf);
-        if (n <= 0) break;
+        if (n <= 0)
+            break;
         s.append(buf, static_cast<size_t>(n));
     }
     return s;
@@ -45,7 +46,8 @@ ProgramRun Sumbrook(const std::vector<std::string> &args) {
         unsetenv("DISPLAY");
         std::vector<char *> argv;
         argv.push_back(const_cast<char *>(program.c_str()));
-        for (const auto &a : args) argv.push_back(const_cast<char *>(a.c_str()));
+        for (const auto &a : args)
+            argv.push_back(const_cast<char *>(a.c_str()));
         argv.push_back(nullptr);
         execv(program.c_str(), argv.data());
         _exit(127);
@@ -53,8 +55,10 @@ ProgramRun Sumbrook(const std::vector<std::string> &args) {
     int status = 0;
     bool ended = false;
     for (int i = 0; i < 600 && !ended; ++i) {
-        if (waitpid(pid, &status, WNOHANG) == pid) ended = true;
-        else usleep(100000);
+        if (waitpid(pid, &status, WNOHANG) == pid)
+            ended = true;
+        else
+            usleep(100000);
     }
     if (!ended) {
         kill(pid, SIGKILL);
@@ -84,19 +88,22 @@ std::vector<std::string> Lines(const std::string &s) {
             start = i + 1;
         }
     }
-    if (start < s.size()) lines.push_back(s.substr(start));
+    if (start < s.size())
+        lines.push_back(s.substr(start));
     return lines;
 }
 
 // The whole number behind "key": in a line.
 long Field(const std::string &line, const std::string &key) {
     const auto at = line.find("\"" + key + "\": ");
-    if (at == std::string::npos) return -1000;
+    if (at == std::string::npos)
+        return -1000;
     return std::strtol(line.c_str() + at + key.size() + 4, nullptr, 10);
 }
 
 TEST(PrintModes, RoundPrintsOneObjectPerQuestionWithinTheMode) {
-    const ProgramRun r = Sumbrook({"--print-round", "--mode", "2", "--length", "25", "--seed", "17"});
+    const ProgramRun r =
+        Sumbrook({"--print-round", "--mode", "2", "--length", "25", "--seed", "17"});
     ASSERT_EQ(r.status, 0) << r.err;
     const auto lines = Lines(r.out);
     ASSERT_EQ(lines.size(), 25u) << r.out;
@@ -115,20 +122,25 @@ TEST(PrintModes, RoundPrintsOneObjectPerQuestionWithinTheMode) {
         EXPECT_LE(correct, 10);
         for (const char *key : {"\"text\": \"", "\"tip\": \"", "\"answers\": [\""})
             EXPECT_NE(line.find(key), std::string::npos) << key;
-        for (long seen : numbers) EXPECT_NE(seen, n);
+        for (long seen : numbers)
+            EXPECT_NE(seen, n);
         numbers.push_back(n);
     }
 }
 
 TEST(PrintModes, SameSeedSameRoundOtherSeedOtherRound) {
-    const ProgramRun a = Sumbrook({"--print-round", "--mode", "3", "--length", "10", "--seed", "5"});
-    const ProgramRun b = Sumbrook({"--print-round", "--mode", "3", "--length", "10", "--seed", "5"});
-    const ProgramRun c = Sumbrook({"--print-round", "--mode", "3", "--length", "10", "--seed", "6"});
+    const ProgramRun a =
+        Sumbrook({"--print-round", "--mode", "3", "--length", "10", "--seed", "5"});
+    const ProgramRun b =
+        Sumbrook({"--print-round", "--mode", "3", "--length", "10", "--seed", "5"});
+    const ProgramRun c =
+        Sumbrook({"--print-round", "--mode", "3", "--length", "10", "--seed", "6"});
     ASSERT_EQ(a.status, 0);
     EXPECT_EQ(a.out, b.out);
     EXPECT_NE(a.out, c.out);
     // Seeds that mask to the same state give the same round.
-    const ProgramRun d = Sumbrook({"--print-round", "--mode", "3", "--length", "10", "--seed", "2147483653"});
+    const ProgramRun d =
+        Sumbrook({"--print-round", "--mode", "3", "--length", "10", "--seed", "2147483653"});
     EXPECT_EQ(a.out, d.out);
 }
 
@@ -141,8 +153,10 @@ TEST(PrintModes, ProblemWithGivenArrangementEscapesLineBreaks) {
     EXPECT_EQ(Field(line, "number"), 15);
     EXPECT_EQ(Field(line, "randomizer"), 2);
     EXPECT_EQ(Field(line, "correct"), 8);
-    EXPECT_NE(line.find("\"text\": \"What is the total of the first two numbers in the following list:\\r\\n"),
-              std::string::npos)
+    EXPECT_NE(
+        line.find(
+            "\"text\": \"What is the total of the first two numbers in the following list:\\r\\n"),
+        std::string::npos)
         << line;
     EXPECT_EQ(line.find('\r'), std::string::npos);
     EXPECT_NE(line.find("\"tip\": \"addition\""), std::string::npos);
@@ -184,7 +198,8 @@ TEST(PrintModes, BadArgumentsGiveOneLineErrorAndFailure) {
     for (const auto &args : bad) {
         const ProgramRun r = Sumbrook(args);
         std::string joined;
-        for (const auto &a : args) joined += a + " ";
+        for (const auto &a : args)
+            joined += a + " ";
         EXPECT_NE(r.status, 0) << joined;
         EXPECT_NE(r.status, -1) << "hung: " << joined;
         EXPECT_LT(r.status, 128) << "crashed: " << joined;
@@ -204,17 +219,20 @@ TEST(PrintModes, WithoutSeedTheClockSeedsTheDraws) {
     ASSERT_EQ(clock.status, 0) << clock.err;
     bool matched = false;
     for (long t = before; t <= after && !matched; ++t) {
-        const ProgramRun seeded = Sumbrook({"--print-round", "--mode", "3", "--length", "5", "--seed", std::to_string(t)});
+        const ProgramRun seeded = Sumbrook(
+            {"--print-round", "--mode", "3", "--length", "5", "--seed", std::to_string(t)});
         matched = seeded.out == clock.out;
     }
     EXPECT_TRUE(matched) << clock.out;
 }
 
 TEST(PrintModes, LongestRoundsOfEachModeEnd) {
-    const ProgramRun a = Sumbrook({"--print-round", "--mode", "1", "--length", "50", "--seed", "1"});
+    const ProgramRun a =
+        Sumbrook({"--print-round", "--mode", "1", "--length", "50", "--seed", "1"});
     ASSERT_EQ(a.status, 0) << a.err;
     EXPECT_EQ(Lines(a.out).size(), 50u);
-    const ProgramRun b = Sumbrook({"--print-round", "--mode", "3", "--length", "87", "--seed", "2"});
+    const ProgramRun b =
+        Sumbrook({"--print-round", "--mode", "3", "--length", "87", "--seed", "2"});
     ASSERT_EQ(b.status, 0) << b.err;
     EXPECT_EQ(Lines(b.out).size(), 87u);
 }

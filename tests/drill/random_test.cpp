@@ -45,8 +45,10 @@ TEST(Random, ResultsStayInTheUnitRangeOnTwentyBitSteps) {
         // Every result is a whole number of 2^-20 steps.
         const double scaled = v * 1048576.0;
         ASSERT_EQ(scaled, static_cast<double>(static_cast<int64_t>(scaled)));
-        if (v < lowest) lowest = v;
-        if (v > highest) highest = v;
+        if (v < lowest)
+            lowest = v;
+        if (v > highest)
+            highest = v;
     }
     EXPECT_LT(lowest, 0.01);
     EXPECT_GT(highest, 0.99);

@@ -104,7 +104,8 @@ TEST_F(Round, FullScoreLeavesNoMissedRecord) {
     Play(1, 10, 77, [](int) { return P().iCorrectAnswerIs; });
     EXPECT_EQ(Drill().iScore, 10);
     EXPECT_EQ(Drill().iMissedCount, 0);
-    for (int32_t i = 0; i <= 87; ++i) EXPECT_TRUE(Drill().asMissed.Get(i).Empty());
+    for (int32_t i = 0; i <= 87; ++i)
+        EXPECT_TRUE(Drill().asMissed.Get(i).Empty());
 }
 
 TEST_F(Round, OkWithoutAChoiceChangesNothing) {
@@ -149,7 +150,8 @@ TEST_F(Round, SelectionResetClearsTotalsAndNameMemory) {
     EXPECT_EQ(Drill().iMissedCount, 0);
     EXPECT_EQ(Drill().iLastName, kNoProblem);
     EXPECT_TRUE(Drill().sTip.Empty());
-    for (int32_t i = 0; i <= 87; ++i) EXPECT_FALSE(Drill().abProbUsed.Get(i));
+    for (int32_t i = 0; i <= 87; ++i)
+        EXPECT_FALSE(Drill().abProbUsed.Get(i));
 }
 
 } // namespace

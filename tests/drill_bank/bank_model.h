@@ -10,11 +10,11 @@
 
 #include "bank/problem_kit.h"
 #include "bank_lists.h"
-#include "support/drill_bank_support.h"
-#include "support/drill_reference_rnd.h"
 #include "drill/round.h"
 #include "drill/state.h"
 #include "drill/vocabulary.h"
+#include "support/drill_bank_support.h"
+#include "support/drill_reference_rnd.h"
 
 #include <gtest/gtest.h>
 
@@ -30,13 +30,14 @@ namespace banktest {
 using Rnd = drilltest::ReferenceRnd;
 
 inline const char *const kNames[61] = {
-    "Joey",     "Billy",    "Bob",     "Randy",    "John",   "Martin", "Jerry",   "Terry",   "Leslie",
-    "Robert",   "Cindy",    "Sally",   "Mandy",    "Jackie", "Jodi",   "Wilma",   "Betty",   "Martha",
-    "Isabelle", "Lucy",     "Michael", "Mike",     "Jared",  "Matt",   "Mathew",  "Andy",    "Andrew",
-    "Gil",      "Gerard",   "Juan",    "Patricia", "Patti",  "Patty",  "Jeanette", "Jeanie", "Anna",
-    "Alice",    "Marie",    "Maria",   "Kathy",    "Marc",   "Ed",     "Edward",  "Peter",   "Jon",
-    "Nathan",   "Jacob",    "Hector",  "George",   "Darian", "Walter", "Alicia",  "Bonnie",  "Sheila",
-    "Judy",     "Juanita",  "Janice",  "Shelby",   "Heather", "Augusta", "Linda"};
+    "Joey",   "Billy",    "Bob",      "Randy",   "John",    "Martin", "Jerry",    "Terry",
+    "Leslie", "Robert",   "Cindy",    "Sally",   "Mandy",   "Jackie", "Jodi",     "Wilma",
+    "Betty",  "Martha",   "Isabelle", "Lucy",    "Michael", "Mike",   "Jared",    "Matt",
+    "Mathew", "Andy",     "Andrew",   "Gil",     "Gerard",  "Juan",   "Patricia", "Patti",
+    "Patty",  "Jeanette", "Jeanie",   "Anna",    "Alice",   "Marie",  "Maria",    "Kathy",
+    "Marc",   "Ed",       "Edward",   "Peter",   "Jon",     "Nathan", "Jacob",    "Hector",
+    "George", "Darian",   "Walter",   "Alicia",  "Bonnie",  "Sheila", "Judy",     "Juanita",
+    "Janice", "Shelby",   "Heather",  "Augusta", "Linda"};
 
 inline bool MaleIndex(int32_t idx) {
     return idx < 10 || (idx >= 20 && idx < 30) || (idx >= 40 && idx <= 50);
@@ -51,7 +52,8 @@ public:
 
     int32_t PickName() {
         int32_t idx = static_cast<int32_t>(rnd.Next() * 61);
-        while (idx == lastName) idx = static_cast<int32_t>(rnd.Next() * 61);
+        while (idx == lastName)
+            idx = static_cast<int32_t>(rnd.Next() * 61);
         male = MaleIndex(idx);
         lastName = idx;
         return idx;
@@ -60,20 +62,24 @@ public:
     std::string Name() { return Keep(PickName()); }
     std::string Boy() {
         int32_t idx = PickName();
-        while (!male) idx = PickName();
+        while (!male)
+            idx = PickName();
         return Keep(idx);
     }
     std::string Girl() {
         int32_t idx = PickName();
-        while (male) idx = PickName();
+        while (male)
+            idx = PickName();
         return Keep(idx);
     }
     std::string NameNotIn(std::vector<int32_t> others) {
         for (;;) {
             const int32_t idx = PickName();
             bool clash = false;
-            for (int32_t o : others) clash = clash || o == idx;
-            if (!clash) return Keep(idx);
+            for (int32_t o : others)
+                clash = clash || o == idx;
+            if (!clash)
+                return Keep(idx);
         }
     }
 
@@ -85,7 +91,8 @@ public:
     // "1..n, redrawn up to t times while below b; still below b: v"
     int32_t Retry(int32_t n, int32_t below, int32_t times, int32_t instead) {
         int32_t v = To(n);
-        for (int32_t i = 0; i < times && v < below; ++i) v = To(n);
+        for (int32_t i = 0; i < times && v < below; ++i)
+            v = To(n);
         if (v < below) {
             ++fallbacks;
             return instead;
@@ -115,23 +122,27 @@ inline std::string S(int64_t v) { return std::to_string(v); }
 inline std::string Money(int32_t cents) {
     const int32_t c = cents % 100;
     const int32_t d = (cents - c) / 100;
-    if (c > 9) return "$" + S(d) + "." + S(c);
-    if (c >= 1) return "$" + S(d) + ".0" + S(c);
-    if (c == 0) return "$" + S(d) + ".00";
+    if (c > 9)
+        return "$" + S(d) + "." + S(c);
+    if (c >= 1)
+        return "$" + S(d) + ".0" + S(c);
+    if (c == 0)
+        return "$" + S(d) + ".00";
     return "";
 }
 
 // What a problem must come out as.
 struct Model {
     Model() = default;
-    Model(std::string text_, std::string tip_, int32_t T_) : text(std::move(text_)), tip(std::move(tip_)), T(T_) {}
+    Model(std::string text_, std::string tip_, int32_t T_)
+        : text(std::move(text_)), tip(std::move(tip_)), T(T_) {}
 
     std::string text;
     std::string tip;
-    int32_t T = 0;                       // the correct value of a number or money list
-    bool money = false;                  // entries are money texts
-    std::string unit;                    // literal behind every number entry
-    int32_t r1 = 0;                      // for entries that are values of r1
+    int32_t T = 0;                           // the correct value of a number or money list
+    bool money = false;                      // entries are money texts
+    std::string unit;                        // literal behind every number entry
+    int32_t r1 = 0;                          // for entries that are values of r1
     std::map<std::string, std::string> fill; // placeholders of literal entries
 };
 
@@ -162,7 +173,8 @@ inline std::string Entry(int32_t i) { return sumbrook::P().sAnswerStrings.Get(i)
 
 // Builds the problem and compares it with what the model says, for the
 // generator state `g` is in; leaves `g` where the drill's generator should be.
-inline void CheckOnce(int32_t number, ModelFn model, int32_t randomizer, Gen &g, const std::string &where) {
+inline void CheckOnce(int32_t number, ModelFn model, int32_t randomizer, Gen &g,
+                      const std::string &where) {
     Build(number, randomizer);
     const Model m = model(g);
     const ListRow &row = BankLists().at(number)[randomizer - 1];
@@ -186,24 +198,27 @@ inline void CheckProblem(int32_t number, ModelFn model, uint32_t seeds = 400) {
     PrepareDrill();
     for (int32_t randomizer = 1; randomizer <= 3; ++randomizer) {
         for (uint32_t s = 1; s <= seeds; ++s) {
-            const uint32_t seed = s * 2654435761u + static_cast<uint32_t>(number * 7919 + randomizer);
+            const uint32_t seed =
+                s * 2654435761u + static_cast<uint32_t>(number * 7919 + randomizer);
             sumbrook::ResetForSelection();
             RuntimeRandomSeed(seed);
             Gen g(seed);
             CheckOnce(number, model, randomizer, g,
-                      "problem " + S(number) + " arrangement " + S(randomizer) + " seed " + S(seed));
-            if (::testing::Test::HasFatalFailure()) return;
+                      "problem " + S(number) + " arrangement " + S(randomizer) + " seed " +
+                          S(seed));
+            if (::testing::Test::HasFatalFailure())
+                return;
         }
     }
 }
 
 // A seed whose model run satisfies `want`, found with the tests' generator
 // alone; 0 if none within the search.
-template <typename Want>
-uint32_t FindSeed(ModelFn model, Want want, uint32_t limit = 2000000) {
+template <typename Want> uint32_t FindSeed(ModelFn model, Want want, uint32_t limit = 2000000) {
     for (uint32_t seed = 1; seed <= limit; ++seed) {
         Gen g(seed);
-        if (want(model(g), g)) return seed;
+        if (want(model(g), g))
+            return seed;
     }
     return 0;
 }

@@ -21,11 +21,13 @@ TEST(BankChain, NameMemoryCarriesAcrossProblems) {
                 const size_t before = g.names.size();
                 CheckOnce(number, Models().at(number), randomizer, g,
                           "problem " + S(number) + " seed " + S(seed) + " pass " + S(pass));
-                if (HasFatalFailure()) return;
+                if (HasFatalFailure())
+                    return;
                 // The drill kept the same children in its name slots, and its
                 // memory of the last pick is the model's.
                 for (size_t i = before; i < g.names.size(); ++i)
-                    ASSERT_EQ(sumbrook::P().iName[i - before + 1], g.names[i]) << "problem " << number;
+                    ASSERT_EQ(sumbrook::P().iName[i - before + 1], g.names[i])
+                        << "problem " << number;
                 ASSERT_EQ(sumbrook::Drill().iLastName, g.lastName) << "problem " << number;
             }
         }
@@ -61,7 +63,8 @@ TEST_P(BankFallbacks, RedrawLimitEndsOnTheFixedValue) {
     const int32_t number = GetParam();
     PrepareDrill();
     const ModelFn model = Models().at(number);
-    const uint32_t seed = FindSeed(model, [](const Model &, Gen &g) { return g.fallbacks > 0; }, 40000000);
+    const uint32_t seed = FindSeed(
+        model, [](const Model &, Gen &g) { return g.fallbacks > 0; }, 40000000);
     ASSERT_NE(seed, 0u) << "no seed reaches a redraw limit of problem " << number;
     for (int32_t randomizer = 1; randomizer <= 3; ++randomizer) {
         sumbrook::ResetForSelection();
@@ -73,8 +76,9 @@ TEST_P(BankFallbacks, RedrawLimitEndsOnTheFixedValue) {
 
 // The problems with a redraw limit ("redrawn up to n times; still below: v").
 INSTANTIATE_TEST_SUITE_P(Problems, BankFallbacks,
-                         ::testing::Values(41, 42, 43, 46, 47, 48, 51, 52, 54, 55, 56, 57, 58, 59, 60, 61, 62,
-                                           63, 64, 65, 66, 67, 68, 70, 71, 72, 79, 83, 84, 85, 87));
+                         ::testing::Values(41, 42, 43, 46, 47, 48, 51, 52, 54, 55, 56, 57, 58, 59,
+                                           60, 61, 62, 63, 64, 65, 66, 67, 68, 70, 71, 72, 79, 83,
+                                           84, 85, 87));
 
 } // namespace
 } // namespace banktest
@@ -88,13 +92,15 @@ TEST(BankDamagedState, ArrangementOutOfRangeBuildsTheFirst) {
     PrepareDrill();
     for (int32_t number = 41; number <= 87; ++number) {
         for (int32_t damaged : {0, -1, 4, 1000}) {
-            const uint32_t seed = 977u * static_cast<uint32_t>(number) + static_cast<uint32_t>(damaged + 5);
+            const uint32_t seed =
+                977u * static_cast<uint32_t>(number) + static_cast<uint32_t>(damaged + 5);
             sumbrook::ResetForSelection();
             RuntimeRandomSeed(seed);
             Gen g(seed);
             CheckOnce(number, Models().at(number), 1, g, "first, problem " + S(number));
             std::vector<std::string> first;
-            for (int32_t i = 1; i <= 10; ++i) first.push_back(Entry(i));
+            for (int32_t i = 1; i <= 10; ++i)
+                first.push_back(Entry(i));
             const std::string firstText = sumbrook::P().sProblemString.ToStd();
 
             sumbrook::ResetForSelection();
@@ -102,7 +108,8 @@ TEST(BankDamagedState, ArrangementOutOfRangeBuildsTheFirst) {
             Build(number, damaged);
             ASSERT_EQ(sumbrook::P().sProblemString.ToStd(), firstText) << number;
             ASSERT_EQ(sumbrook::P().iCorrectAnswerIs, BankLists().at(number)[0].correct) << number;
-            for (int32_t i = 1; i <= 10; ++i) ASSERT_EQ(Entry(i), first[i - 1]) << number << " entry " << i;
+            for (int32_t i = 1; i <= 10; ++i)
+                ASSERT_EQ(Entry(i), first[i - 1]) << number << " entry " << i;
         }
     }
 }

@@ -22,8 +22,9 @@ Model P42(Gen &g) {
     const std::string n1 = g.Name();
     const int32_t r1 = g.Retry(35, 10, 5, 10);
     const int32_t r2 = g.Retry(25, 10, 5, 10);
-    Model m{n1 + " measured the width of the walls in the classroom.  The wall mesasured: " + S(r1) + " feet, " +
-                S(r1) + " feet, " + S(r2) + " feet, and " + S(r2) + " feet.  What is the distance around the room?",
+    Model m{n1 + " measured the width of the walls in the classroom.  The wall mesasured: " +
+                S(r1) + " feet, " + S(r1) + " feet, " + S(r2) + " feet, and " + S(r2) +
+                " feet.  What is the distance around the room?",
             "add", 2 * r1 + 2 * r2};
     m.unit = " feet";
     return m;
@@ -32,8 +33,10 @@ Model P42(Gen &g) {
 Model P43(Gen &g) {
     const std::string n1 = g.Name();
     const int32_t r1 = g.Retry(10, 2, 5, 2);
-    Model m{n1 + "'s teacher received a case of 50 calculators for use in the science lab.  " + S(r1) +
-                " of the calculators had to be returned.  How many calculators did the class have to to begin "
+    Model m{n1 + "'s teacher received a case of 50 calculators for use in the science lab.  " +
+                S(r1) +
+                " of the calculators had to be returned.  How many calculators did the class have "
+                "to to begin "
                 "working with?",
             "subtract", 50 - r1};
     m.unit = " calculators";
@@ -43,28 +46,37 @@ Model P43(Gen &g) {
 Model P44(Gen &g) {
     const std::string n1 = g.Girl();
     const int32_t r1 = g.Or(5, 2, 2), r2 = g.Or(5, 2, 2), r3 = g.Or(5, 2, 2);
-    return {n1 + " needed to sell 20 boxes of cookies to meet her fund raising goal.  On Monday she sold " + S(r1) +
-                " boxes.  On Wednesday she sold " + S(r2) + " boxes.  On Friday she sold " + S(r3) +
-                " boxes.  How many more boxes of cookies does " + n1 + " need to sell to reach her goal?",
+    return {n1 +
+                " needed to sell 20 boxes of cookies to meet her fund raising goal.  On Monday she "
+                "sold " +
+                S(r1) + " boxes.  On Wednesday she sold " + S(r2) + " boxes.  On Friday she sold " +
+                S(r3) + " boxes.  How many more boxes of cookies does " + n1 +
+                " need to sell to reach her goal?",
             "add then subtract", 20 - (r1 + r2 + r3)};
 }
 
 Model P45(Gen &g) {
     const std::string n1 = g.Boy();
     const int32_t r1 = g.Or(5, 2, 2), r2 = g.Or(5, 2, 2), r3 = g.Or(10, 3, 3);
-    return {n1 + " needs to sell 25 cans of popcorn to meet his fund raising goal.  On Tuesday he sold " + S(r1) +
-                " cans.  On Wednesday he sold " + S(r2) + " cans.  On Saturday he sold " + S(r3) +
-                " cans.  How many more cans of popcorn does " + n1 + " need to sell to reach his goal?",
+    return {n1 +
+                " needs to sell 25 cans of popcorn to meet his fund raising goal.  On Tuesday he "
+                "sold " +
+                S(r1) + " cans.  On Wednesday he sold " + S(r2) + " cans.  On Saturday he sold " +
+                S(r3) + " cans.  How many more cans of popcorn does " + n1 +
+                " need to sell to reach his goal?",
             "add then subtract", 25 - (r1 + r2 + r3)};
 }
 
 Model P46(Gen &g) {
-    const int32_t r1 = g.Retry(15, 10, 1, 10), r2 = g.Retry(15, 10, 1, 10), r3 = g.Retry(15, 10, 1, 10);
+    const int32_t r1 = g.Retry(15, 10, 1, 10), r2 = g.Retry(15, 10, 1, 10),
+                  r3 = g.Retry(15, 10, 1, 10);
     const int32_t t1 = r1 + r2 + r3;
-    return {"The school librarian received three packages containing video tapes.  The first package contained " +
-                S(r1) + " tapes.  The second package contained " + S(r2) + " tapes.  The third package contained " +
-                S(r3) +
-                " tapes.  The librarian will put them in a container that can hold up to 30 video tapes.  How many "
+    return {"The school librarian received three packages containing video tapes.  The first "
+            "package contained " +
+                S(r1) + " tapes.  The second package contained " + S(r2) +
+                " tapes.  The third package contained " + S(r3) +
+                " tapes.  The librarian will put them in a container that can hold up to 30 video "
+                "tapes.  How many "
                 "will she have left over?",
             "add then subtract", t1 > 30 ? t1 - 30 : 30 - t1};
 }
@@ -72,7 +84,8 @@ Model P46(Gen &g) {
 Model P47(Gen &g) {
     const std::string n1 = g.Name();
     const int32_t r1 = g.Retry(5, 2, 1, 2), r2 = g.Retry(5, 2, 1, 2), r3 = g.Retry(5, 2, 1, 2);
-    Model m{n1 + " has 3 sacks.  They weigh " + S(r1) + " pounds, " + S(r2) + " pounds, and " + S(r3) +
+    Model m{n1 + " has 3 sacks.  They weigh " + S(r1) + " pounds, " + S(r2) + " pounds, and " +
+                S(r3) +
                 " pounds.  What would be the total weight if all three sacks were combined?",
             "add", r1 + r2 + r3};
     m.unit = " pounds";
@@ -85,9 +98,9 @@ Model P48(Gen &g) {
     const int32_t r2 = g.Retry(25, 15, 2, 15), r3 = g.Retry(25, 15, 2, 15);
     const char *words[] = {"", "push ups", "jumping jacks", "chin ups", "sit ups"};
     const std::string w = words[r1];
-    Model m{n1 + " did " + w + " three days last week.  " + g.He() + " did " + S(r2) + " one day.  " + g.He() +
-                " did " + S(r2) + " " + w + " the next day, and " + S(r3) + " " + w + " the third day.  How many " +
-                w + " did " + n1 + " do total?",
+    Model m{n1 + " did " + w + " three days last week.  " + g.He() + " did " + S(r2) +
+                " one day.  " + g.He() + " did " + S(r2) + " " + w + " the next day, and " + S(r3) +
+                " " + w + " the third day.  How many " + w + " did " + n1 + " do total?",
             "addition", r2 + r2 + r3};
     m.unit = " " + w;
     return m;
@@ -106,8 +119,8 @@ Model P49(Gen &g) {
 Model P50(Gen &g) {
     const std::string n1 = g.Name();
     const int32_t r1 = g.Or(3, 2, 2);
-    Model m{n1 + " purchased 2 cartons of milk, 1 loaf of bread, a 2 pound brick of cheese, and " + S(r1) +
-                " pie crusts.  How many items did " + n1 + " buy?",
+    Model m{n1 + " purchased 2 cartons of milk, 1 loaf of bread, a 2 pound brick of cheese, and " +
+                S(r1) + " pie crusts.  How many items did " + n1 + " buy?",
             "add", 4 + r1};
     m.unit = " items";
     return m;
@@ -153,7 +166,8 @@ Model P54(Gen &g) {
 
 Model P55(Gen &g) {
     const int32_t r1 = g.Retry(350, 100, 3, 110);
-    Model m{"The train travels " + S(r1) + " miles each day of the week.  How many miles does it travel each week?",
+    Model m{"The train travels " + S(r1) +
+                " miles each day of the week.  How many miles does it travel each week?",
             "multiply", 7 * r1};
     m.unit = " miles";
     return m;
@@ -162,8 +176,9 @@ Model P55(Gen &g) {
 Model P56(Gen &g) {
     const std::string n1 = g.Name();
     const int32_t r1 = g.Retry(2200, 1000, 3, 1100);
-    Model m{n1 + " found a shirt priced " + Money(r1) + ".  The store was having a 10% off sale.  How much did " +
-                n1 + " save?  (Do not round.)",
+    Model m{n1 + " found a shirt priced " + Money(r1) +
+                ".  The store was having a 10% off sale.  How much did " + n1 +
+                " save?  (Do not round.)",
             "multiply or divide", r1 / 10};
     m.money = true;
     m.r1 = r1;
@@ -173,15 +188,19 @@ Model P56(Gen &g) {
 Model P57(Gen &g) {
     const std::string n1 = g.Name();
     int32_t r1 = g.To(3000);
-    if (r1 < 1500) r1 = g.To(300);
-    if (r1 < 1500) r1 = g.To(3000);
-    if (r1 < 1500) r1 = g.To(3000);
+    if (r1 < 1500)
+        r1 = g.To(300);
+    if (r1 < 1500)
+        r1 = g.To(3000);
+    if (r1 < 1500)
+        r1 = g.To(3000);
     if (r1 < 1500) {
         r1 = 1600;
         ++g.fallbacks;
     }
-    Model m{n1 + " found shoes priced " + Money(r1) + ".  The store was having a 25% off sale.  How much did " +
-                n1 + " save?  (Do not round.)",
+    Model m{n1 + " found shoes priced " + Money(r1) +
+                ".  The store was having a 25% off sale.  How much did " + n1 +
+                " save?  (Do not round.)",
             "multiply or divide", r1 / 4};
     m.money = true;
     m.r1 = r1;
@@ -193,16 +212,19 @@ Model P58(Gen &g) {
     const char *words[] = {"", "Washington", "Lincoln", "Roosevelt"};
     const std::string w = words[g.To(3)];
     return {S(r1) + " students attend " + w +
-                " School.  If each student checks out 3 library books how many books will be checked out total?",
+                " School.  If each student checks out 3 library books how many books will be "
+                "checked out total?",
             "multiply", 3 * r1};
 }
 
 Model P59(Gen &g) {
     const int32_t r1 = g.Retry(100, 10, 3, 20);
-    const char *words[] = {"", "Grand Elementary School", "Cherry Street School", "Town Elementary School"};
+    const char *words[] = {"", "Grand Elementary School", "Cherry Street School",
+                           "Town Elementary School"};
     const std::string w = words[g.To(3)];
     return {"Students at " + w +
-                " practice silent reading for 20 minutes each day.  How many minutes do they read over a period " +
+                " practice silent reading for 20 minutes each day.  How many minutes do they read "
+                "over a period " +
                 S(r1) + " days?",
             "multiply", 20 * r1};
 }
@@ -210,8 +232,8 @@ Model P59(Gen &g) {
 Model P60(Gen &g) {
     g.Name();
     const int32_t r1 = g.Retry(100, 20, 3, 25);
-    Model m{"The local text book sales person travels " + S(r1 * 7) + " miles a week.  If " + g.he() +
-                " travels the same distance each day how far does " + g.he() +
+    Model m{"The local text book sales person travels " + S(r1 * 7) + " miles a week.  If " +
+                g.he() + " travels the same distance each day how far does " + g.he() +
                 " travel each day?  (Calculate using a seven day week.)",
             "divide", r1};
     m.unit = " miles";
@@ -269,8 +291,9 @@ TEST_F(Bank41to60Cases, ThirtyTapesLeaveNoneOver) {
     Build(46, 1);
     EXPECT_EQ(Entry(1), "0");
     EXPECT_EQ(sumbrook::P().iCorrectAnswerIs, 1);
-    EXPECT_NE(sumbrook::P().sProblemString.ToStd().find("contained 10 tapes.  The second package contained 10 tapes.  "
-                                                         "The third package contained 10 tapes."),
+    EXPECT_NE(sumbrook::P().sProblemString.ToStd().find(
+                  "contained 10 tapes.  The second package contained 10 tapes.  "
+                  "The third package contained 10 tapes."),
               std::string::npos);
 }
 
@@ -281,7 +304,8 @@ TEST_F(Bank41to60Cases, LowPieCrustDrawDiffersBetweenTheGroceryProblems) {
     for (uint32_t seed = 1; seed < 100000 && low == 0; ++seed) {
         Gen g(seed);
         g.Name();
-        if (g.To(3) == 1) low = seed;
+        if (g.To(3) == 1)
+            low = seed;
     }
     ASSERT_NE(low, 0u);
     sumbrook::ResetForSelection();
@@ -340,9 +364,11 @@ TEST_F(Bank41to60Cases, ShoePriceFirstRedrawIsShort) {
     for (uint32_t s = 1; s < 1000000 && seed == 0; ++s) {
         Gen g(s);
         g.Name();
-        if (g.To(3000) >= 1500) continue;
+        if (g.To(3000) >= 1500)
+            continue;
         Gen fullRange = g;
-        if (fullRange.To(3000) < 1500) continue;
+        if (fullRange.To(3000) < 1500)
+            continue;
         g.To(300);
         const int32_t second = g.To(3000);
         if (second >= 1500) {
@@ -355,7 +381,8 @@ TEST_F(Bank41to60Cases, ShoePriceFirstRedrawIsShort) {
     RuntimeRandomSeed(seed);
     Build(57, 3);
     EXPECT_EQ(sumbrook::P().iRandom[1], price);
-    EXPECT_NE(sumbrook::P().sProblemString.ToStd().find("shoes priced " + Money(price) + "."), std::string::npos);
+    EXPECT_NE(sumbrook::P().sProblemString.ToStd().find("shoes priced " + Money(price) + "."),
+              std::string::npos);
     EXPECT_EQ(Entry(8), Money(price / 4));
 }
 
@@ -371,7 +398,8 @@ TEST_F(Bank41to60Cases, NamesObeyThePickers) {
         Build(45, 1);
         ASSERT_TRUE(MaleIndex(sumbrook::P().iName[1])) << seed;
         Build(52, 1);
-        const int32_t a = sumbrook::P().iName[1], b = sumbrook::P().iName[2], c = sumbrook::P().iName[3];
+        const int32_t a = sumbrook::P().iName[1], b = sumbrook::P().iName[2],
+                      c = sumbrook::P().iName[3];
         ASSERT_NE(a, b);
         ASSERT_NE(c, a);
         ASSERT_NE(c, b);

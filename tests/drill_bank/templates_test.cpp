@@ -30,15 +30,21 @@ std::regex PatternOf(const std::string &tmpl, std::vector<Slot> &slots) {
                 continue;
             }
             slots.push_back({slot});
-            if (slot[0] == '$') pattern += R"((\$-?[0-9]+\.[0-9][0-9]))";
-            else if (slot == "He/She" || slot == "he/she") pattern += "([A-Za-z]+)";
-            else if (slot.rfind("name", 0) == 0) pattern += "([A-Za-z]+)";
-            else if (slot == "word") pattern += "(.+?)";
-            else pattern += "(-?[0-9]+)";
+            if (slot[0] == '$')
+                pattern += R"((\$-?[0-9]+\.[0-9][0-9]))";
+            else if (slot == "He/She" || slot == "he/she")
+                pattern += "([A-Za-z]+)";
+            else if (slot.rfind("name", 0) == 0)
+                pattern += "([A-Za-z]+)";
+            else if (slot == "word")
+                pattern += "(.+?)";
+            else
+                pattern += "(-?[0-9]+)";
             continue;
         }
         const char c = tmpl[i++];
-        if (std::isalnum(static_cast<unsigned char>(c)) || c == ' ') pattern += c;
+        if (std::isalnum(static_cast<unsigned char>(c)) || c == ' ')
+            pattern += c;
         else {
             pattern += '\\';
             pattern += c;
@@ -54,9 +60,12 @@ std::string SlotText(const std::string &slot) {
     const std::string name = money ? slot.substr(1) : slot;
     const int k = name.back() - '0';
     int32_t value = 0;
-    if (name.rfind("name", 0) == 0) return p.sName[k].ToStd();
-    if (name[0] == 'r') value = p.iRandom[k];
-    else if (name[0] == 't') value = p.iTemp[k];
+    if (name.rfind("name", 0) == 0)
+        return p.sName[k].ToStd();
+    if (name[0] == 'r')
+        value = p.iRandom[k];
+    else if (name[0] == 't')
+        value = p.iTemp[k];
     return money ? Money(value) : S(value);
 }
 
@@ -80,10 +89,12 @@ TEST(BankTemplates, TextsFollowTheWrittenTemplates) {
                 const std::string shown = m[i + 1].str();
                 if (slot == "He/She" || slot == "he/she") {
                     const bool male = MaleIndex(sumbrook::P().iName[1]);
-                    const std::string want = slot == "He/She" ? (male ? "He" : "She") : (male ? "he" : "she");
+                    const std::string want =
+                        slot == "He/She" ? (male ? "He" : "She") : (male ? "he" : "she");
                     ASSERT_EQ(shown, want) << "problem " << number << ": " << text;
                 } else if (slot != "word") {
-                    ASSERT_EQ(shown, SlotText(slot)) << "problem " << number << " slot " << slot << ": " << text;
+                    ASSERT_EQ(shown, SlotText(slot))
+                        << "problem " << number << " slot " << slot << ": " << text;
                 }
             }
         }

@@ -2,11 +2,11 @@
 // compiled function that declared a handler region.  The "compiled
 // functions" here are written the way the compiler's output behaves: they
 // test for a pending exception after each call and go to their handler.
-#include "support/class_kit.h"
 #include "exceptions/callback_scope.h"
 #include "exceptions/exception_classes.h"
 #include "exceptions/raise.h"
 #include "exceptions/unhandled.h"
+#include "support/class_kit.h"
 
 #include <gtest/gtest.h>
 #include <thread>
@@ -59,14 +59,13 @@ int32_t CompiledG() {
     Log().push_back("G.next-statement");
     RuntimeLeaveHandlerRegion();
     return r;
-handler:
-    {
-        RuntimeObject *slot = RuntimeTakeException();
-        RuntimeLeaveHandlerRegion();
-        Log().push_back("G.handler");
-        RuntimeReraiseException(slot);
-        RuntimeUnlockObject(slot);
-    }
+handler : {
+    RuntimeObject *slot = RuntimeTakeException();
+    RuntimeLeaveHandlerRegion();
+    Log().push_back("G.handler");
+    RuntimeReraiseException(slot);
+    RuntimeUnlockObject(slot);
+}
     return 0;
 }
 

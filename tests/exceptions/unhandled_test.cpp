@@ -1,6 +1,6 @@
 // The texts that tell the user of an exception no code took.
-#include "support/class_kit.h"
 #include "exceptions/unhandled.h"
+#include "support/class_kit.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // The export table: static rows first, rows added at run time behind them,
 // one case-folded index over both.
 #include "base/fatal_report.h"
-#include "main/static_exports.h"
 #include "kelp/image.h"
 #include "kelp/startup.h"
+#include "main/static_exports.h"
 
 #include <gtest/gtest.h>
 

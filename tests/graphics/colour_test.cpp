@@ -85,8 +85,8 @@ TEST(ThemeColours, ConstantsAndStyleSlots) {
         GTEST_SKIP() << "no X server";
     kelp::ReadTheme();
     ASSERT_TRUE(kelp::Theme().coloursRead);
-    GtkStyle *style = gtk_rc_get_style_by_paths(gtk_settings_get_default(), "GtkWidget", "GtkWidget",
-                                                gtk_widget_get_type());
+    GtkStyle *style = gtk_rc_get_style_by_paths(gtk_settings_get_default(), "GtkWidget",
+                                                "GtkWidget", gtk_widget_get_type());
     if (!style) // no theme styles widgets: they show the toolkit's own style
         style = gtk_widget_get_default_style();
     ASSERT_NE(style, nullptr);

@@ -1,8 +1,8 @@
 #pragma once
 // A white offscreen picture with a GraphicsGTK on it, on the test X server.
 #include "graphics/graphics_gtk.h"
-#include "support/xvfb.h"
 #include "pixels.h"
+#include "support/xvfb.h"
 
 #include <gtest/gtest.h>
 
@@ -23,7 +23,9 @@ protected:
     }
 
     uint32_t At(int x, int y) { return PixelAt(drawable, x, y); }
-    InkBox Ink(uint32_t background = 0xFFFFFF) { return FindInk(drawable, 0, 0, kWidth, kHeight, background); }
+    InkBox Ink(uint32_t background = 0xFFFFFF) {
+        return FindInk(drawable, 0, 0, kWidth, kHeight, background);
+    }
     void Colour(uint32_t word) { g->SetForeColor(ColorWordToRGB(word)); }
 
     std::unique_ptr<GraphicsGTK> g;

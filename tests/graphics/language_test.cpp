@@ -1,20 +1,20 @@
 // The language's "Graphics" class through its exports, as compiled code
 // would call them.
+#include "base/fatal_report.h"
 #include "graphics/graphics_gtk.h"
 #include "graphics/graphics_object.h"
 #include "kelp/exceptions.h"
 #include "kelp/graphics.h"
 #include "kelp/objects.h"
-#include "base/fatal_report.h"
+#include "pixels.h"
 #include "strings/kstring.h"
 #include "support/language_class.h"
 #include "support/xvfb.h"
-#include "pixels.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <algorithm>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -24,7 +24,8 @@ namespace {
 // An Integer array record of the language: index 0 unused, then the values.
 struct IntArray {
     explicit IntArray(const std::vector<int32_t> &values) {
-        record = static_cast<RuntimeArray *>(std::calloc(1, sizeof(RuntimeArray) + sizeof(int32_t)));
+        record =
+            static_cast<RuntimeArray *>(std::calloc(1, sizeof(RuntimeArray) + sizeof(int32_t)));
         storage.assign(values.size() + 1, 0);
         std::copy(values.begin(), values.end(), storage.begin() + 1);
         record->referenceCount = 1;
@@ -217,7 +218,8 @@ TEST_F(GraphicsClass, CondenseCutsToTheWidth) {
 TEST_F(GraphicsClass, TextMeasures) {
     graphicsTextFontSetter(mObject, 0, MakeText("Arial"));
     graphicsTextSizeSetter(mObject, 0, 12);
-    const int height = RuntimeGraphicsTextHeight(mObject), ascent = RuntimeGraphicsTextAscent(mObject);
+    const int height = RuntimeGraphicsTextHeight(mObject),
+              ascent = RuntimeGraphicsTextAscent(mObject);
     EXPECT_GT(ascent, 0);
     EXPECT_GT(height, ascent);
     KelpString text = MakeText("one two three four five six");
@@ -328,7 +330,8 @@ private:
 TEST(GraphicsClassLife, OwnedDrawingStateDiesWithTheObject) {
     RuntimeInitExternalClasses();
     bool deleted = false;
-    RuntimeObject *owner = NewGraphicsObject(new GraphicsGTK(new WatchedTarget(&deleted), true), true);
+    RuntimeObject *owner =
+        NewGraphicsObject(new GraphicsGTK(new WatchedTarget(&deleted), true), true);
     RuntimeLockObject(owner);
     RuntimeUnlockObject(owner);
     EXPECT_FALSE(deleted);

@@ -32,7 +32,7 @@ TEST(PictureCut, DefaultsComeFromThePictureAndTheDestination) {
 TEST(PictureCut, NegativeSourceShiftsTheDestinationAndKeepsTheScale) {
     PictureCut c;
     c.x = 100;
-    c.destWidth = 200;     // twice the source: scale 2
+    c.destWidth = 200; // twice the source: scale 2
     c.sourceX = -10;
     c.sourceWidth = 100;
     c.destHeight = 50;
@@ -40,7 +40,7 @@ TEST(PictureCut, NegativeSourceShiftsTheDestinationAndKeepsTheScale) {
     ASSERT_TRUE(CutPictureToStore(c, 100, 50));
     EXPECT_EQ(c.sourceX, 0);
     EXPECT_EQ(c.sourceWidth, 90);
-    EXPECT_EQ(c.x, 120);          // 10 source pixels are 20 destination pixels
+    EXPECT_EQ(c.x, 120); // 10 source pixels are 20 destination pixels
     EXPECT_EQ(c.destWidth, 180);
 }
 
@@ -48,7 +48,7 @@ TEST(PictureCut, SourcePastTheEdgeIsShortened) {
     PictureCut c;
     c.destWidth = 60;
     c.sourceX = 10;
-    c.sourceWidth = 30;           // scale 2, and 10 pixels past a 30-wide picture
+    c.sourceWidth = 30; // scale 2, and 10 pixels past a 30-wide picture
     ASSERT_TRUE(CutPictureToStore(c, 30, 30));
     EXPECT_EQ(c.sourceWidth, 20);
     EXPECT_EQ(c.destWidth, 40);

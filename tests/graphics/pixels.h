@@ -9,7 +9,8 @@ namespace kelp::test {
 
 // 0xRRGGBB of one pixel of the drawable; 0xFF000000 when it can't be read.
 inline uint32_t PixelAt(GdkDrawable *d, int x, int y) {
-    GdkPixbuf *p = gdk_pixbuf_get_from_drawable(nullptr, d, gdk_colormap_get_system(), x, y, 0, 0, 1, 1);
+    GdkPixbuf *p =
+        gdk_pixbuf_get_from_drawable(nullptr, d, gdk_colormap_get_system(), x, y, 0, 0, 1, 1);
     if (!p)
         return 0xFF000000u;
     const guchar *b = gdk_pixbuf_get_pixels(p);
@@ -26,7 +27,8 @@ struct InkBox {
 
 inline InkBox FindInk(GdkDrawable *d, int x, int y, int w, int h, uint32_t background = 0xFFFFFF) {
     InkBox box;
-    GdkPixbuf *p = gdk_pixbuf_get_from_drawable(nullptr, d, gdk_colormap_get_system(), x, y, 0, 0, w, h);
+    GdkPixbuf *p =
+        gdk_pixbuf_get_from_drawable(nullptr, d, gdk_colormap_get_system(), x, y, 0, 0, w, h);
     if (!p)
         return box;
     const int stride = gdk_pixbuf_get_rowstride(p), channels = gdk_pixbuf_get_n_channels(p);

@@ -6,9 +6,7 @@ namespace {
 
 using Shapes = PixmapDrawing;
 
-TEST_F(Shapes, NewPictureIsWhite) {
-    EXPECT_EQ(Ink().count, 0);
-}
+TEST_F(Shapes, NewPictureIsWhite) { EXPECT_EQ(Ink().count, 0); }
 
 TEST_F(Shapes, FillRectCoversExactlyItsPixels) {
     Colour(0xFF0000);

@@ -36,7 +36,8 @@ TEST_F(Text, SizesRunTwoPointsAboveTheToolkit) {
     // Size 0 is the theme's size, unchanged.
     g->SetTextSize(0);
     g->UpdateFont();
-    EXPECT_EQ(pango_font_description_get_size(g->FontDescription()), DefaultFontSize() * PANGO_SCALE);
+    EXPECT_EQ(pango_font_description_get_size(g->FontDescription()),
+              DefaultFontSize() * PANGO_SCALE);
 }
 
 TEST_F(Text, TinyAndHugeSizesStayDrawable) {
@@ -52,7 +53,8 @@ TEST_F(Text, TinyAndHugeSizesStayDrawable) {
     pango_font_description_free(d);
     g->SetTextSize(-7); // below 1: the theme's size
     g->UpdateFont();
-    EXPECT_EQ(pango_font_description_get_size(g->FontDescription()), DefaultFontSize() * PANGO_SCALE);
+    EXPECT_EQ(pango_font_description_get_size(g->FontDescription()),
+              DefaultFontSize() * PANGO_SCALE);
 }
 
 TEST_F(Text, ArialResolvesToItsMetricTwin) {
@@ -198,7 +200,7 @@ TEST_F(Text, CondensedTextIsCutWithAnEllipsis) {
     InkBox box = Ink();
     ASSERT_GT(box.count, 0);
     EXPECT_LE(box.right, 90);
-    EXPECT_GT(box.right, 60); // the ellipsis ends near the limit
+    EXPECT_GT(box.right, 60);     // the ellipsis ends near the limit
     EXPECT_EQ(g->TextStyle(), 0); // the condensed bit is put back
 }
 
@@ -244,10 +246,12 @@ TEST_F(Text, FitTextFindsTheLongestFittingPrefix) {
 TEST_F(Text, FitTextNeverSplitsACharacter) {
     g->SetTextFont("Arial");
     g->SetTextSize(12);
-    const std::string text = "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xE2\x82\xAC\xE2\x82\xAC";
+    const std::string text =
+        "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xE2\x82\xAC\xE2\x82\xAC";
     for (int width = 1; width < 120; width += 3) {
         const int n = g->FitText(text, width, false);
-        ASSERT_TRUE(n == static_cast<int>(text.size()) || (static_cast<uint8_t>(text[n]) & 0xC0) != 0x80)
+        ASSERT_TRUE(n == static_cast<int>(text.size()) ||
+                    (static_cast<uint8_t>(text[n]) & 0xC0) != 0x80)
             << "cut inside a character at " << n;
     }
 }

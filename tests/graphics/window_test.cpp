@@ -4,8 +4,8 @@
 #include "graphics/graphics_object.h"
 #include "kelp/graphics.h"
 #include "kelp/objects.h"
-#include "support/xvfb.h"
 #include "pixels.h"
+#include "support/xvfb.h"
 
 #include <gtest/gtest.h>
 

@@ -42,7 +42,8 @@ protected:
     }
     void TearDown() override { kelp::SetFatalReportHook(mOld); }
 
-    img::PreparedImage Prepare(ImageBuilder &b, img::Placement where = img::Placement::kNearRuntime) {
+    img::PreparedImage Prepare(ImageBuilder &b,
+                               img::Placement where = img::Placement::kNearRuntime) {
         img::PreparedImage p;
         std::string error;
         EXPECT_TRUE(img::PrepareImage(b.Build(), p, error, where)) << error;
@@ -216,7 +217,8 @@ TEST_F(Binder, PaddingUnknownTypesAndEmptyChainsWriteNothing) {
     b.Epilogue();
     auto &link = b.LinkTable();
     // Padding, two unknown types, then an import of a real name with head 0.
-    link = {0, 0, 6, 0xFF, 1, 1, 0, 0, 0, 0, 11, 'R', 'u', 'n', 't', 'i', 'm', 'e', 'I', 'n', 'i', 't', 0};
+    link = {0,   0,   6,   0xFF, 1,   1,   0,   0,   0,   0,   11, 'R',
+            'u', 'n', 't', 'i',  'm', 'e', 'I', 'n', 'i', 't', 0};
     auto before = b.Build().bytes[img::kCode];
     auto p = Prepare(b);
     EXPECT_EQ(p.counts.failures, 0u);
@@ -236,11 +238,11 @@ TEST_F(Binder, DamagedTablesAreReportedNeverFollowedOutOfTheCode) {
     b.Epilogue();
     auto &link = b.LinkTable();
     auto add = [&](std::initializer_list<uint8_t> bytes) { link.insert(link.end(), bytes); };
-    add({1, 1, 0x00, 0x10, 0, 0, 15, 'T', 'e', 's', 't', 'I', 'm', 'a', 'g', 'e', 'R', 'e', 'c',
-         'o', 'r', 'd', 0});              // chain head far outside the code
-    add({2, 0xF0, 0xFF, 0xFF, 0x7F});     // data reference outside the code
-    add({3, 0x02, 0, 0, 0});              // code word that runs past the end
-    add({1, 1, 3});                       // cut off in its chain head
+    add({1,   1,   0x00, 0x10, 0,   0,   15,  'T', 'e', 's', 't', 'I',
+         'm', 'a', 'g',  'e',  'R', 'e', 'c', 'o', 'r', 'd', 0}); // chain head far outside the code
+    add({2, 0xF0, 0xFF, 0xFF, 0x7F});                             // data reference outside the code
+    add({3, 0x02, 0, 0, 0}); // code word that runs past the end
+    add({1, 1, 3});          // cut off in its chain head
     auto p = Prepare(b);
     ASSERT_EQ(gReports.size(), 4u);
     EXPECT_NE(gReports[0].find("outside the code segment"), std::string::npos) << gReports[0];

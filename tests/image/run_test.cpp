@@ -71,8 +71,8 @@ TEST(RunImage, RuntimeFoundThroughThePathStillFindsItsImage) {
     // file through the operating system.
     TempDir dir;
     ASSERT_TRUE(kelp::test::WriteAppended(Greeter(), dir / "greeter"));
-    RunResult r = kelp::test::Run("/bin/sh", {"-c", "PATH=" + dir.path() + " exec greeter second"},
-                                  "/");
+    RunResult r =
+        kelp::test::Run("/bin/sh", {"-c", "PATH=" + dir.path() + " exec greeter second"}, "/");
     EXPECT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.out, kGreeting);
 }
@@ -199,16 +199,17 @@ TEST(KelpImageTool, PacksLooseFilesAndTheResultRuns) {
     TempDir dir;
     ASSERT_TRUE(kelp::test::WriteLoose(Greeter(), dir / "loose"));
     ASSERT_TRUE(kelp::test::WriteFileBytes(dir / "note.txt", {'h', 'i'}));
-    RunResult pack = kelp::test::Run(KELP_IMAGE_TOOL,
-                                     {"pack", "-o", dir / "app", "-r", KELP_BIN_DIR "/kelp",
-                                      dir / "loose", "--resource", "TEXT:128:" + (dir / "note.txt")});
+    RunResult pack = kelp::test::Run(
+        KELP_IMAGE_TOOL, {"pack", "-o", dir / "app", "-r", KELP_BIN_DIR "/kelp", dir / "loose",
+                          "--resource", "TEXT:128:" + (dir / "note.txt")});
     ASSERT_EQ(pack.status, 0) << pack.err;
     RunResult run = kelp::test::Run(dir / "app", {"second"}, "/");
     EXPECT_EQ(run.out, kGreeting);
 
     RunResult info = kelp::test::Run(KELP_IMAGE_TOOL, {"info", dir / "app"});
     EXPECT_EQ(info.status, 0) << info.out << info.err;
-    EXPECT_NE(info.out.find("import KELPGetCommandLineForUnix (relative, 1 hole)"), std::string::npos)
+    EXPECT_NE(info.out.find("import KELPGetCommandLineForUnix (relative, 1 hole)"),
+              std::string::npos)
         << info.out;
     EXPECT_NE(info.out.find("soft import puts from libc.so.6 (3 holes)"), std::string::npos)
         << info.out;
@@ -218,8 +219,8 @@ TEST(KelpImageTool, PacksLooseFilesAndTheResultRuns) {
     EXPECT_NE(info.out.find("TEXT   128 2 bytes"), std::string::npos) << info.out;
 
     // Packing the packed program again replaces its image, not stacks one.
-    RunResult again = kelp::test::Run(KELP_IMAGE_TOOL, {"pack", "-o", dir / "app2", "-r", dir / "app",
-                                                        dir / "loose"});
+    RunResult again = kelp::test::Run(
+        KELP_IMAGE_TOOL, {"pack", "-o", dir / "app2", "-r", dir / "app", dir / "loose"});
     ASSERT_EQ(again.status, 0) << again.err;
     EXPECT_EQ(kelp::test::ReadFileBytes(dir / "app2").size() + 14 + 2,
               kelp::test::ReadFileBytes(dir / "app").size());

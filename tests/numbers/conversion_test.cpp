@@ -13,10 +13,18 @@ TEST(FloatToInt, TruncatesTowardsZeroAndSaturates) {
     const struct {
         double in;
         int32_t out;
-    } rows[] = {{0.0, 0},          {2.9, 2},          {-2.9, -2},       {0.999999, 0},
-                {-0.5, 0},         {2147483647.0, INT32_MAX},           {2147483648.5, INT32_MAX},
-                {-2147483648.0, INT32_MIN},           {-1e300, INT32_MIN}, {1e300, INT32_MAX},
-                {std::nan(""), 0}, {std::numeric_limits<double>::infinity(), INT32_MAX}};
+    } rows[] = {{0.0, 0},
+                {2.9, 2},
+                {-2.9, -2},
+                {0.999999, 0},
+                {-0.5, 0},
+                {2147483647.0, INT32_MAX},
+                {2147483648.5, INT32_MAX},
+                {-2147483648.0, INT32_MIN},
+                {-1e300, INT32_MIN},
+                {1e300, INT32_MAX},
+                {std::nan(""), 0},
+                {std::numeric_limits<double>::infinity(), INT32_MAX}};
     for (const auto &row : rows) {
         SCOPED_TRACE(row.in);
         EXPECT_EQ(RuntimeFloatToInt(row.in), row.out);
@@ -40,7 +48,8 @@ TEST(IntToFloat, IsExactForEveryInteger) {
     EXPECT_EQ(RuntimeIntToFloat(INT32_MIN), -2147483648.0);
     EXPECT_EQ(RuntimeIntToFloat(-1), -1.0);
     EXPECT_EQ(RuntimeUIntToFloat(UINT32_MAX), 4294967295.0);
-    for (int32_t v = -1000; v <= 1000; ++v) ASSERT_EQ(RuntimeFloatToInt(RuntimeIntToFloat(v)), v);
+    for (int32_t v = -1000; v <= 1000; ++v)
+        ASSERT_EQ(RuntimeFloatToInt(RuntimeIntToFloat(v)), v);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 // Class records, class tests and casts, interface tables, event tables.
-#include "support/class_kit.h"
 #include "objects/object_model.h"
+#include "support/class_kit.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // Class definitions turned into classes: rows, signatures, events, hook
 // instances, interfaces, the meeting with classes an image built, and the
 // registration that puts entry points in the export table.
-#include "support/class_kit.h"
 #include "objects/definitions.h"
 #include "objects/object_model.h"
+#include "support/class_kit.h"
 
 #include <cstddef>
 #include <gtest/gtest.h>
@@ -99,7 +99,8 @@ ObjectDefinition *DfButtonDefinition() {
         {0, "Value", &kTypeDouble, KELP_ENTRY(doubleGetter), KELP_ENTRY(doubleSetter),
          offsetof(WidgetObject, value)},
     };
-    static const MethodRow methods[] = {{"Area", &kTypeDouble, nullptr, 0, KELP_ENTRY(DfButtonArea)}};
+    static const MethodRow methods[] = {
+        {"Area", &kTypeDouble, nullptr, 0, KELP_ENTRY(DfButtonArea)}};
     static const HookInstanceRow hookInstances[] = {
         {"action", reinterpret_cast<void *>(&DfButtonAction)}};
     static const DefinitionAccessor interfaces[] = {&DfShapeDefinition};
@@ -260,7 +261,8 @@ TEST(Definitions, RegistrationNamesClassesAndExportsTheirEntryPoints) {
     // Module functions: every row of a name, each entry in the export table.
     auto rows = LookupIntrinsicFunction("dfleft");
     ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(DescribeMethod(*rows[1]), "Function DfLeft(Extends s As String, n As Integer) As String");
+    EXPECT_EQ(DescribeMethod(*rows[1]),
+              "Function DfLeft(Extends s As String, n As Integer) As String");
     EXPECT_EQ(LookupExport("DfLeftExtends"), reinterpret_cast<void *>(&DfLeftExtends));
     EXPECT_TRUE(LookupIntrinsicFunction("NoSuchFunction").empty());
     EXPECT_EQ(RuntimeLookupClass(nullptr), nullptr);

@@ -1,9 +1,9 @@
 // Objects built and torn down through the exported functions, as compiled
 // code does it: order of initializers, destructors and finalizers, counts,
 // and the tear-down of long chains.
-#include "support/class_kit.h"
 #include "objects/object_model.h"
 #include "strings/small_alloc.h"
+#include "support/class_kit.h"
 
 #include <gtest/gtest.h>
 
@@ -57,8 +57,8 @@ TEST_F(Lifecycle, InitializersRunRootFirstAndTearDownRunsLeafFirst) {
     RuntimeUnlockObject(o);
     EXPECT_EQ(Log().size(), 2u) << "an unlock above 0 must not destroy";
     RuntimeUnlockObject(o);
-    EXPECT_EQ(Log(), (std::vector<std::string>{"B.init", "A.init", "A.dtor", "B.dtor", "A.fin",
-                                               "B.fin"}));
+    EXPECT_EQ(Log(),
+              (std::vector<std::string>{"B.init", "A.init", "A.dtor", "B.dtor", "A.fin", "B.fin"}));
     EXPECT_EQ(kelp::LiveObjectCount(), before);
 }
 

@@ -1,7 +1,7 @@
 // The prologue of window event code: the control becomes `me`, its window
 // (or a container of a given class) becomes `self`.
-#include "support/class_kit.h"
 #include "objects/object_model.h"
+#include "support/class_kit.h"
 
 #include <cstddef>
 #include <gtest/gtest.h>
@@ -44,7 +44,8 @@ struct World {
         childIface->isInterface = 1;
         paneChild = MakeClass(nullptr, "SmPaneChild", sizeof(ControlObject), 0, 1);
         paneChild->interfaceTable[0] = {childIface, 3, RuntimeNewVtable(3)};
-        paneChild->interfaceTable[0].methodTable[2].code = reinterpret_cast<void *>(&WindowOfControl);
+        paneChild->interfaceTable[0].methodTable[2].code =
+            reinterpret_cast<void *>(&WindowOfControl);
         plain = MakeClass(nullptr, "SmPlain", sizeof(RuntimeObject));
         kelp::SetControlRelations(&WindowOfControl, &ParentOfControl);
     }

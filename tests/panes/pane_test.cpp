@@ -65,7 +65,8 @@ protected:
         Settle(10);
     }
     void Settle(int ms) {
-        guint wake = g_timeout_add(5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
+        guint wake = g_timeout_add(
+            5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
         auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
         while (std::chrono::steady_clock::now() < end)
             MainLoopStep(true);
@@ -128,7 +129,7 @@ TEST_F(PaneTest, PressGoesToTheTopPaneThatTakesItAndCapturesIt) {
     auto *below = new LogPane(mWindow, R(10, 10, 100, 100), "below", nullptr, true);
     auto *over = new LogPane(mWindow, R(50, 50, 100, 100), "over", nullptr, false);
     ASSERT_EQ(over->Parent(), mWindow); // overlapping siblings, over on top
-    over->passes = true; // like static text: the click goes through
+    over->passes = true;                // like static text: the click goes through
     EXPECT_TRUE(mWindow->MouseDown(60, 60, 0));
     EXPECT_EQ(gLog, (std::vector<std::string>{"over.down 60,60", "below.down 60,60"}));
     EXPECT_EQ(MouseCapturePane(), below);

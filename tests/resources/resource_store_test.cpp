@@ -46,7 +46,8 @@ protected:
         ASSERT_TRUE(img::PrepareImage(b.Build(), p, error)) << error;
     }
     static std::string Text(stringStorage *s) {
-        return s ? std::string(reinterpret_cast<const char *>(s->buffer + 1), size_t(s->length)) : "";
+        return s ? std::string(reinterpret_cast<const char *>(s->buffer + 1), size_t(s->length))
+                 : "";
     }
     kelp::FatalReportHook mOld = nullptr;
 };
@@ -121,19 +122,21 @@ TEST_F(ResourceStore, DamagedSegmentsKeepTheRowsBeforeTheDamage) {
     b.AddResource("TEXT", 1, std::string("ok"));
     b.AddResource("TEXT", 2, std::string("cut"));
     b.Resources().resize(b.Resources().size() - 2); // the second record's data cut off
-    b.Options() = {7, 1, 4, 4, 0}; // an unknown type, then an icon cut off
+    b.Options() = {7, 1, 4, 4, 0};                  // an unknown type, then an icon cut off
     Load(b);
     EXPECT_EQ(kelp::ResourceCount(), 1u);
     ASSERT_EQ(gReports.size(), 3u);
     EXPECT_NE(gReports[0].find("more than its segment holds"), std::string::npos) << gReports[0];
-    EXPECT_NE(gReports[1].find("Unknown option record of type 7"), std::string::npos) << gReports[1];
-    EXPECT_NE(gReports[2].find("runs past the end of its segment"), std::string::npos) << gReports[2];
+    EXPECT_NE(gReports[1].find("Unknown option record of type 7"), std::string::npos)
+        << gReports[1];
+    EXPECT_NE(gReports[2].find("runs past the end of its segment"), std::string::npos)
+        << gReports[2];
 }
 
 TEST_F(ResourceStore, CursorBitsAreMirroredAndTheHotSpotReadBigEndian) {
     std::vector<uint8_t> cursor(68, 0);
-    cursor[0] = 0x80;  // leftmost pixel of the first row
-    cursor[32] = 0x01; // rightmost pixel of the mask's first row
+    cursor[0] = 0x80;                     // leftmost pixel of the first row
+    cursor[32] = 0x01;                    // rightmost pixel of the mask's first row
     cursor[64] = 0x00, cursor[65] = 0x03; // row 3
     cursor[66] = 0x00, cursor[67] = 0x0C; // column 12
     ImageBuilder b;
@@ -174,7 +177,8 @@ TEST_F(ResourceStore, EachSoundRequestWritesItsOwnTemporaryFileRemovedAtTheRunDo
     ASSERT_TRUE(kelp::SoundResourceSource(3, "/proc/self/exe", second));
     EXPECT_NE(first.path, second.path);
     EXPECT_EQ(kelp::test::ReadFileBytes(first.path),
-              std::vector<uint8_t>({'R', 'I', 'F', 'F', '-', 'w', 'a', 'v', 'e', '-', 'b', 'y', 't', 'e', 's'}));
+              std::vector<uint8_t>(
+                  {'R', 'I', 'F', 'F', '-', 'w', 'a', 'v', 'e', '-', 'b', 'y', 't', 'e', 's'}));
     EXPECT_FALSE(kelp::SoundResourceSource(4, "/proc/self/exe", first));
     kelp::RunShutdownTasks();
     struct stat st;

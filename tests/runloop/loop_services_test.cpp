@@ -23,9 +23,8 @@ TEST(Clocks, MilliClockFollowsTicksAtFiftyThirdsOfAMillisecond) {
     EXPECT_EQ(MilliClockForTicks(60), 2147483648u + 1000u);
     // Wraps modulo 2^32 instead of overflowing.
     EXPECT_EQ(MilliClockForTicks(-3), 2147483648u - 50u);
-    EXPECT_EQ(MilliClockForTicks(2147483647), static_cast<uint32_t>(
-                                                  (2147483647LL * 50 / 3 + 2147483648LL) &
-                                                  0xffffffffLL));
+    EXPECT_EQ(MilliClockForTicks(2147483647),
+              static_cast<uint32_t>((2147483647LL * 50 / 3 + 2147483648LL) & 0xffffffffLL));
 }
 
 TEST(Clocks, TickCountAdvancesAtSixtyPerSecond) {
@@ -188,7 +187,8 @@ TEST(BackgroundTasks, EscapeStateIsReadIntoTheCancelFlagAtMostOnceASecond) {
     escapeDown = true;
     // A check is due after at most 61 ticks; wait for the flag to rise.
     auto start = std::chrono::steady_clock::now();
-    while (!UserCancelledFlag() && std::chrono::steady_clock::now() - start < std::chrono::seconds(3)) {
+    while (!UserCancelledFlag() &&
+           std::chrono::steady_clock::now() - start < std::chrono::seconds(3)) {
         RuntimeBackgroundTask();
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }

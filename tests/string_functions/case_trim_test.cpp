@@ -33,7 +33,8 @@ struct TrimRow {
 };
 const TrimRow kTrim[] = {
     {"  a b \t", kEncodingUTF8, "a b", "a b \t", "  a b"},
-    {"\xE3\x80\x80x\xC2\xA0\r\n", kEncodingUTF8, "x", "x\xC2\xA0\r\n", "\xE3\x80\x80x"},  // ideographic and no-break spaces
+    {"\xE3\x80\x80x\xC2\xA0\r\n", kEncodingUTF8, "x", "x\xC2\xA0\r\n",
+     "\xE3\x80\x80x"}, // ideographic and no-break spaces
     {"   ", kEncodingUTF8, "", "", ""},
     {"\xC3\xA9", kEncodingUTF8, "\xC3\xA9", "\xC3\xA9", "\xC3\xA9"},
     {" \xA0x\xA0 ", kEncodingLatin1, "x", "x\xA0 ", " \xA0x"},
@@ -74,7 +75,7 @@ TEST(StrComp, RawBytesOrCharactersWithoutFolding) {
     EXPECT_EQ(StringStrCompare(e, z, 1), 1);
     EXPECT_EQ(StringStrCompare(e, z, 0), 1);
     Arg latin("\xE9", kEncodingLatin1);
-    EXPECT_EQ(StringStrCompare(latin, e, 1), 0);  // one character in two encodings
+    EXPECT_EQ(StringStrCompare(latin, e, 1), 0); // one character in two encodings
     EXPECT_NE(StringStrCompare(latin, e, 0), 0);
 }
 
@@ -83,7 +84,7 @@ TEST(LineEnds, ConventionsAndRewriting) {
     EXPECT_EQ(Take(getMacEndOfLine()), "\r");
     EXPECT_EQ(Take(getWin32EndOfLine()), "\r\n");
     stringStorage *first = getUNIXEndOfLine(), *second = getUNIXEndOfLine();
-    EXPECT_EQ(first, second);  // built once
+    EXPECT_EQ(first, second); // built once
     Take(first);
     Take(second);
     Arg text("a\r\nb\rc\nd"), crlf("\r\n");

@@ -13,7 +13,9 @@ namespace {
 
 std::string ClassNameOf(RuntimeObject *object) {
     stringStorage *name = object->klass->name;
-    return name ? std::string(reinterpret_cast<const char *>(name->buffer + 1), (size_t)name->length) : "";
+    return name
+               ? std::string(reinterpret_cast<const char *>(name->buffer + 1), (size_t)name->length)
+               : "";
 }
 
 TEST(EndOfLineObject, OneObjectOfClassEndOfLineSharedByEveryCaller) {

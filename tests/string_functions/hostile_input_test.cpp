@@ -41,7 +41,10 @@ TEST(HostileInput, ExtremeCountsAndPositionsGiveEmptyOrWholeTexts) {
 TEST(HostileInput, MalformedUtf8IsCountedNotTrusted) {
     // A lead byte with its continuation missing, stray continuations, and a
     // lead byte at the very end.
-    Arg bad("\xC3" "a\x80\x80" "b\xE2\x82", kEncodingUTF8);
+    Arg bad("\xC3"
+            "a\x80\x80"
+            "b\xE2\x82",
+            kEncodingUTF8);
     EXPECT_EQ(StringDBCSLen(bad), 4);
     EXPECT_EQ(Take(StringDBCSRight(bad, 1)), "\xE2\x82");
     EXPECT_LE(Take(StringDBCSMid3(bad, 2, 100)).size(), 7u);
@@ -60,8 +63,11 @@ TEST(HostileInput, MalformedUtf8IsCountedNotTrusted) {
 }
 
 TEST(HostileInput, MalformedMasksAndNumbersGiveTextNotFaults) {
-    const char *masks[] = {"\\", "#\\", ";;;;;", "e", "E+", "e-", "...", ",,,", "%%%", "#.#e+e+", "0e0e0",
-                           "\\;;\\", "+-+-", "Scientific;x", "#########################################"};
+    const char *masks[] = {"\\",      "#\\",          ";;;;;",
+                           "e",       "E+",           "e-",
+                           "...",     ",,,",          "%%%",
+                           "#.#e+e+", "0e0e0",        "\\;;\\",
+                           "+-+-",    "Scientific;x", "#########################################"};
     for (const char *mask : masks) {
         SCOPED_TRACE(mask);
         for (double v : {0.0, -1.5, 123456789.0, 1e300, -1e-300}) {
@@ -71,7 +77,8 @@ TEST(HostileInput, MalformedMasksAndNumbersGiveTextNotFaults) {
     }
     EXPECT_EQ(Take(StringFormat(5, Arg("#\\", kEncodingASCII))), "5");
     EXPECT_EQ(Take(StringFormat(-1, Arg(";;;;;", kEncodingASCII))), "");
-    const char *numbers[] = {"&h", "&hZZZZZZZZZZZZZZZZ", "1e999999", "-", "e5", "0x", "1..2", "&b", "  ", "\x80\xFF"};
+    const char *numbers[] = {
+        "&h", "&hZZZZZZZZZZZZZZZZ", "1e999999", "-", "e5", "0x", "1..2", "&b", "  ", "\x80\xFF"};
     for (const char *text : numbers) {
         SCOPED_TRACE(text);
         const double v = StringVal(Arg(text, kEncodingASCII));

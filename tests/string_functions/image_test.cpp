@@ -1,8 +1,8 @@
 // The string functions and an array called from a real image, the way
 // compiled code calls them: exports bound by name, arrays through their
 // table of operations, floats in xmm0.
-#include "support/image_builder.h"
 #include "kelp/arrays.h"
+#include "support/image_builder.h"
 
 #include <gtest/gtest.h>
 
@@ -19,8 +19,8 @@ void MoveRaxToXmm0(ImageBuilder &b) { b.Bytes({0x66, 0x48, 0x0F, 0x6E, 0xC0}); }
 // Calls slot `slot` of the array in rbx; the arguments behind the array are
 // already in rsi, rdx.
 void CallSlot(ImageBuilder &b, int slot) {
-    b.LoadMem(Reg::RAX, Reg::RBX, 8);         // the table of operations
-    b.LoadMem(Reg::RAX, Reg::RAX, 8 * slot);  // the slot
+    b.LoadMem(Reg::RAX, Reg::RBX, 8);        // the table of operations
+    b.LoadMem(Reg::RAX, Reg::RAX, 8 * slot); // the slot
     b.MovReg(Reg::RDI, Reg::RBX);
     b.CallReg(Reg::RAX);
 }
@@ -41,7 +41,7 @@ TEST(FromAnImage, CompiledCodeCallsTheStringFunctionsAndAnArraysSlots) {
     b.MovImm(Reg::RDI, 1);
     b.MovImm(Reg::RSI, kArrayString);
     b.MovImm(Reg::RDX, 2);
-    b.MovImm(Reg::RAX, 0);  // a variadic call uses no vector registers
+    b.MovImm(Reg::RAX, 0); // a variadic call uses no vector registers
     b.CallImport("CreateArray");
     b.MovReg(Reg::RBX, Reg::RAX);
     const char *words[] = {"gamma", "Beta", "alpha"};

@@ -124,7 +124,8 @@ const char *const kInvalid[] = {
     "nan",
     "\v5",
     "5\f",
-    "\xc2\xa0" "5",
+    "\xc2\xa0"
+    "5",
     // Prefixes: a known letter, then digits of that base only.
     "&",
     "&h",
@@ -149,8 +150,14 @@ TEST(ParseNumberStrict, RejectsEverythingElseAndLeavesTheValueAlone) {
 
 TEST(ParseNumberStrict, InnerNulAndDamagedBytesAreNotNumbers) {
     double value = 0;
-    EXPECT_FALSE(Parse(std::string("12\0" "3", 4), &value));
-    EXPECT_FALSE(Parse(std::string("\0" "1", 2), &value));
+    EXPECT_FALSE(Parse(std::string("12\0"
+                                   "3",
+                                   4),
+                       &value));
+    EXPECT_FALSE(Parse(std::string("\0"
+                                   "1",
+                                   2),
+                       &value));
     EXPECT_FALSE(Parse(std::string("1\0", 2), &value));
     EXPECT_FALSE(Parse("1\xff", &value));
     EXPECT_FALSE(Parse("\x80\x80", &value));
@@ -179,7 +186,8 @@ TEST(ParseNumberStrict, SixteenBitTextIsReadAsItsCharacters) {
 TEST(ParseNumberStrict, AgreesWithValOnEveryValidTextWithoutCommas) {
     for (const Valid &row : kValid) {
         const std::string text = row.text;
-        if (text.find(',') != std::string::npos || text.find_first_of("dD") != std::string::npos) continue;
+        if (text.find(',') != std::string::npos || text.find_first_of("dD") != std::string::npos)
+            continue;
         SCOPED_TRACE(text);
         double strict = 0;
         ASSERT_TRUE(Parse(text, &strict));

@@ -21,15 +21,20 @@ namespace {
 std::string RandomText(std::mt19937 &rng, size_t length, const std::string &alphabet) {
     std::string out(length, ' ');
     std::uniform_int_distribution<size_t> pick(0, alphabet.size() - 1);
-    for (char &c : out) c = alphabet[pick(rng)];
+    for (char &c : out)
+        c = alphabet[pick(rng)];
     return out;
 }
 
 long Reference(const std::string &text, const std::string &find, long start) {
-    if (text.empty()) return -1;
-    if (find.empty()) return start;
-    if (start < 0) start = 0;
-    if (start >= (long)text.size()) return -1;
+    if (text.empty())
+        return -1;
+    if (find.empty())
+        return start;
+    if (start < 0)
+        start = 0;
+    if (start >= (long)text.size())
+        return -1;
     const size_t at = text.find(find, (size_t)start);
     return at == std::string::npos ? -1 : (long)at;
 }
@@ -44,12 +49,14 @@ TEST(RepeatedExactSearch, EveryStartAgreesWithAFreshSearch) {
             // A pattern cut from the text matches at least once; a random
             // one over the same letters tests near misses.
             const size_t cut = std::uniform_int_distribution<size_t>(0, text.size() - m)(rng);
-            for (const std::string &find : {text.substr(cut, (size_t)m), RandomText(rng, (size_t)m, kAlphabet)}) {
+            for (const std::string &find :
+                 {text.substr(cut, (size_t)m), RandomText(rng, (size_t)m, kAlphabet)}) {
                 kelp::text::ExactSearcher searcher(text.data(), (long)text.size(), find.data(), m);
                 for (long start = -2; start <= (long)text.size() + 1; ++start) {
                     const long expected = Reference(text, find, start);
                     ASSERT_EQ(searcher.Next(start), expected) << "m " << m << " start " << start;
-                    ASSERT_EQ(kelp::text::ExactFind(text.data(), (long)text.size(), find.data(), m, start),
+                    ASSERT_EQ(kelp::text::ExactFind(text.data(), (long)text.size(), find.data(), m,
+                                                    start),
                               expected)
                         << "m " << m << " start " << start;
                 }
@@ -71,21 +78,24 @@ TEST(RepeatedExactSearch, EmptyTextAndEmptyPatternKeepTheirRules) {
 // end of the text, and bytes between matches are kept as they were.
 TEST(RepeatedExactSearch, ReplaceAllCountAndSplitFollowEveryMatch) {
     std::mt19937 rng(7);
-    for (const std::string &find : {std::string("xyzzy"), std::string("ab"), std::string("abcabcabcd"),
-                                   std::string("\0\0\0\0\0\0", 6)}) {
+    for (const std::string &find : {std::string("xyzzy"), std::string("ab"),
+                                    std::string("abcabcabcd"), std::string("\0\0\0\0\0\0", 6)}) {
         for (int round = 0; round < 4; ++round) {
             std::string text;
             std::vector<std::string> pieces;
             for (int i = 0; i < 200; ++i) {
                 pieces.push_back(RandomText(rng, (size_t)(i % 7 == 0 ? 0 : 1 + i % 13), "cdefg"));
                 text += pieces.back();
-                if (i + 1 < 200) text += find;
+                if (i + 1 < 200)
+                    text += find;
             }
             std::string expected;
-            for (size_t i = 0; i < pieces.size(); ++i) expected += (i ? "<>" : "") + pieces[i];
+            for (size_t i = 0; i < pieces.size(); ++i)
+                expected += (i ? "<>" : "") + pieces[i];
 
             SCOPED_TRACE(testing::Message() << "find of " << find.size() << " round " << round);
-            Arg source(text, kEncodingASCII), pattern(find, kEncodingASCII), with("<>", kEncodingASCII);
+            Arg source(text, kEncodingASCII), pattern(find, kEncodingASCII),
+                with("<>", kEncodingASCII);
             stringStorage *replaced = StringReplaceAllB(source, pattern, with);
             EXPECT_EQ(WordOf(replaced), kEncodingASCII);
             EXPECT_EQ(Take(replaced), expected);
@@ -104,7 +114,8 @@ TEST(RepeatedExactSearch, ReplaceAllCountAndSplitFollowEveryMatch) {
 // Overlapping candidates: matches never overlap and the leftmost wins.
 TEST(RepeatedExactSearch, OverlappingCandidatesTakeTheLeftmostAndStepPastIt) {
     const std::string text = std::string(203, 'a');
-    Arg source(text, kEncodingASCII), five("aaaaa", kEncodingASCII), two("aa", kEncodingASCII), b("b", kEncodingASCII);
+    Arg source(text, kEncodingASCII), five("aaaaa", kEncodingASCII), two("aa", kEncodingASCII),
+        b("b", kEncodingASCII);
     EXPECT_EQ(Take(StringReplaceAllB(source, five, b)), std::string(40, 'b') + "aaa");
     EXPECT_EQ(Take(StringReplaceAllB(source, two, b)), std::string(101, 'b') + "a");
     EXPECT_EQ(StringCountFieldsB(source, five), 41);

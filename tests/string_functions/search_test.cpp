@@ -15,7 +15,7 @@ namespace {
 struct InStrRow {
     int32_t start;
     const char *source, *find;
-    int32_t text, bytes;  // InStr and InStrB
+    int32_t text, bytes; // InStr and InStrB
 };
 const InStrRow kInStr[] = {
     {1, "Hello", "LL", 3, 0},
@@ -29,9 +29,18 @@ const InStrRow kInStr[] = {
     {-9, "Hello", "o", 5, 5},
     {6, "Hello", "o", 0, 0},
     {1, "Hello", "Hello!", 0, 0},
-    {1, "a\xC3\xA9" "b\xC3\xA9", "b", 3, 4},        // é is one character, two bytes
-    {3, "a\xC3\xA9" "b\xC3\xA9", "\xC3\xA9", 4, 5},
-    {1, "stra\xC3\x9F" "e \xC3\x89t\xC3\xA9", "\xC3\xA9T\xC3\x89", 8, 0},  // caseless beyond ASCII
+    {1,
+     "a\xC3\xA9"
+     "b\xC3\xA9",
+     "b", 3, 4}, // é is one character, two bytes
+    {3,
+     "a\xC3\xA9"
+     "b\xC3\xA9",
+     "\xC3\xA9", 4, 5},
+    {1,
+     "stra\xC3\x9F"
+     "e \xC3\x89t\xC3\xA9",
+     "\xC3\xA9T\xC3\x89", 8, 0}, // caseless beyond ASCII
 };
 
 TEST(InStr, TextIsCaselessAndInCharactersBytesAreExact) {
@@ -50,7 +59,8 @@ TEST(InStr, LongTextsFindTheFirstMatchByEitherSearch) {
     // Long patterns over long texts take the skip-table search; the result
     // must be the first match, as a plain scan finds it.
     std::string text(200000, 'a');
-    for (size_t i = 0; i < text.size(); i += 7) text[i] = 'b';
+    for (size_t i = 0; i < text.size(); i += 7)
+        text[i] = 'b';
     const std::string needle = "xyzzyabcab";
     text.replace(150001, needle.size(), needle);
     text.replace(180001, needle.size(), needle);
@@ -84,7 +94,7 @@ struct ReplaceRow {
 const ReplaceRow kReplace[] = {
     {"a-b-c", "-", "+", "a+b-c", "a+b+c", "a+b-c", "a+b+c"},
     {"Abcabc", "ABC", "x", "xabc", "xx", "Abcabc", "Abcabc"},
-    {"aaaa", "aa", "b", "baa", "bb", "baa", "bb"},  // matches don't overlap
+    {"aaaa", "aa", "b", "baa", "bb", "baa", "bb"}, // matches don't overlap
     {"abc", "", "x", "abc", "abc", "abc", "abc"},
     {"", "a", "x", "", "", "", ""},
     {"abc", "abc", "", "", "", "", ""},
@@ -114,19 +124,28 @@ TEST(Fields, CountNthAndSplitAgree) {
     struct Row {
         const char *source, *sep;
         int32_t count;
-    } rows[] = {{"a,b", "", 1}, {"", ",", 0}, {"a,b,,c", ",", 4}, {"a,b,", ",", 3},
-                {"xAy" "ay", "A", 3}, {"one--two--", "--", 3}, {"\xC3\xA9x\xC3\x89", "\xC3\xA9", 3}};
+    } rows[] = {{"a,b", "", 1},
+                {"", ",", 0},
+                {"a,b,,c", ",", 4},
+                {"a,b,", ",", 3},
+                {"xAy"
+                 "ay",
+                 "A", 3},
+                {"one--two--", "--", 3},
+                {"\xC3\xA9x\xC3\x89", "\xC3\xA9", 3}};
     for (const Row &row : rows) {
         SCOPED_TRACE(std::string(row.source) + " / " + row.sep);
         Arg s(row.source), sep(row.sep);
         const int32_t count = StringCountFields(s, sep);
         EXPECT_EQ(count, row.count);
-        if (*row.sep == 0 || *row.source == 0) continue;
+        if (*row.sep == 0 || *row.source == 0)
+            continue;
         RuntimeArray *parts = StringSplit(s, sep);
         ASSERT_NE(parts, nullptr);
         ASSERT_EQ(parts->upperBounds[0], count - 1);
         auto *e = static_cast<stringStorage **>(parts->buffer);
-        for (int32_t n = 1; n <= count; ++n) EXPECT_EQ(Take(StringNthField(s, sep, n)), Take(RuntimeLockString(e[n - 1])));
+        for (int32_t n = 1; n <= count; ++n)
+            EXPECT_EQ(Take(StringNthField(s, sep, n)), Take(RuntimeLockString(e[n - 1])));
         EXPECT_EQ(Take(StringNthField(s, sep, count + 1)), "");
         RuntimeUnlockArray(parts);
     }
@@ -144,7 +163,9 @@ TEST(Fields, CountNthAndSplitAgree) {
 }
 
 TEST(Split, EmptySeparatorCutsUnitsAndEmptySourceGivesNoElements) {
-    Arg s("a\xC3\xA9" "c"), none("");
+    Arg s("a\xC3\xA9"
+          "c"),
+        none("");
     RuntimeArray *chars = StringSplit(s, none);
     ASSERT_EQ(chars->upperBounds[0], 2);
     auto *e = static_cast<stringStorage **>(chars->buffer);
@@ -168,7 +189,8 @@ TEST(Join, JoinsWithTheSeparatorAndTakesOneWord) {
     stringStorage *joined = StringJoin(parts, dash);
     EXPECT_EQ(WordOf(joined), kEncodingUTF8);
     EXPECT_EQ(Take(joined), "a - b\xC3\xA9 -  - c");
-    EXPECT_EQ(Take(StringJoin(parts, nullptr)), "ab\xC3\xA9" "c");
+    EXPECT_EQ(Take(StringJoin(parts, nullptr)), "ab\xC3\xA9"
+                                                "c");
     RuntimeUnlockArray(parts);
     EXPECT_EQ(Take(StringJoin(nullptr, comma)), "");
     RuntimeArray *one = CreateArray(1, kArrayString, 0);

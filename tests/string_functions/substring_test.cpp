@@ -23,8 +23,15 @@ const CountRow kLeftRight[] = {
     {"Hello", kEncodingUTF8, 1000, "Hello", "Hello"},
     {"", kEncodingUTF8, 3, "", ""},
     {"h\xC3\xA9llo", kEncodingUTF8, 2, "h\xC3\xA9", "lo"},
-    {"\xE2\x82\xAC" "5\xC3\xA9", kEncodingUTF8, 1, "\xE2\x82\xAC", "\xC3\xA9"},
-    {"\xE2\x82\xAC" "5\xC3\xA9", kEncodingUTF8, 2, "\xE2\x82\xAC" "5", "5\xC3\xA9"},
+    {"\xE2\x82\xAC"
+     "5\xC3\xA9",
+     kEncodingUTF8, 1, "\xE2\x82\xAC", "\xC3\xA9"},
+    {"\xE2\x82\xAC"
+     "5\xC3\xA9",
+     kEncodingUTF8, 2,
+     "\xE2\x82\xAC"
+     "5",
+     "5\xC3\xA9"},
     {"h\xE9llo", kEncodingLatin1, 2, "h\xE9", "lo"},
 };
 
@@ -60,7 +67,7 @@ TEST(ByteLeftRightMid, CountBytesWhateverTheWord) {
     EXPECT_EQ(Take(StringRight(s, 3)), "llo");
     EXPECT_EQ(Take(StringMid2(s, 3)), "\xA9llo");
     EXPECT_EQ(Take(StringMid3(s, 2, 2)), "\xC3\xA9");
-    EXPECT_EQ(Take(StringMid3(s, 0, 2)), "h");  // the place before the start eats into the length
+    EXPECT_EQ(Take(StringMid3(s, 0, 2)), "h"); // the place before the start eats into the length
     EXPECT_EQ(Take(StringMid3(s, 99, 2)), "");
     EXPECT_EQ(Take(StringMid2(s, -5)), "h\xC3\xA9llo");
     EXPECT_EQ(StringLen(s), 6);
@@ -73,20 +80,32 @@ TEST(ByteLeftRightMid, CountBytesWhateverTheWord) {
 
 struct MidRow {
     const char *text;
-    int32_t pos, len;  // len < -100: the two-argument form
+    int32_t pos, len; // len < -100: the two-argument form
     const char *expected;
 };
 const MidRow kMid[] = {
-    {"abcdef", -1, 4, "ab"},  {"abcdef", 1, 3, "abc"}, {"abcdef", 4, 100, "def"}, {"abcdef", 7, 1, ""},
-    {"abcdef", 2, 0, ""},     {"abcdef", 3, -1, ""},   {"abcdef", 0, 1, ""},      {"abcdef", 3, -1000, "cdef"},
+    {"abcdef", -1, 4, "ab"},
+    {"abcdef", 1, 3, "abc"},
+    {"abcdef", 4, 100, "def"},
+    {"abcdef", 7, 1, ""},
+    {"abcdef", 2, 0, ""},
+    {"abcdef", 3, -1, ""},
+    {"abcdef", 0, 1, ""},
+    {"abcdef", 3, -1000, "cdef"},
     {"abcdef", 0, -1000, "abcdef"},
-    {"\xE2\x82\xAC" "a\xC3\xA9z", 2, 2, "a\xC3\xA9"}, {"\xE2\x82\xAC" "a\xC3\xA9z", 3, -1000, "\xC3\xA9z"},
+    {"\xE2\x82\xAC"
+     "a\xC3\xA9z",
+     2, 2, "a\xC3\xA9"},
+    {"\xE2\x82\xAC"
+     "a\xC3\xA9z",
+     3, -1000, "\xC3\xA9z"},
     {"", 1, 1, ""},
 };
 
 TEST(TextMid, StartsAndLengthsInCharacters) {
     for (const MidRow &row : kMid) {
-        SCOPED_TRACE(std::string(row.text) + " " + std::to_string(row.pos) + " " + std::to_string(row.len));
+        SCOPED_TRACE(std::string(row.text) + " " + std::to_string(row.pos) + " " +
+                     std::to_string(row.len));
         Arg s(row.text);
         if (row.len < -100)
             EXPECT_EQ(Take(StringDBCSMid2(s, row.pos)), row.expected);
@@ -96,7 +115,7 @@ TEST(TextMid, StartsAndLengthsInCharacters) {
 }
 
 TEST(TextLenAscChr, ReadAndMakeSingleCharacters) {
-    Arg mixed("a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");  // a é € and an emoji
+    Arg mixed("a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"); // a é € and an emoji
     EXPECT_EQ(StringDBCSLen(mixed), 4);
     EXPECT_EQ(StringLen(mixed), 10);
     Arg euro("\xE2\x82\xAC!");

@@ -27,7 +27,8 @@ struct Arg {
 
 // Takes a result: its bytes, and the reference released.
 inline std::string Take(stringStorage *s) {
-    std::string out = s ? std::string(reinterpret_cast<const char *>(s->buffer + 1), (size_t)s->length) : "";
+    std::string out =
+        s ? std::string(reinterpret_cast<const char *>(s->buffer + 1), (size_t)s->length) : "";
     RuntimeUnlockString(s);
     return out;
 }

@@ -15,7 +15,8 @@ constexpr uint32_t kMacJapanese = 0x0001; // has no conversion name
 
 std::string Text(const string &s) { return std::string(s.View()); }
 string Bytes(const char *text, uint32_t encoding) {
-    return string::FromBytes(text, static_cast<long>(std::char_traits<char>::length(text)), encoding);
+    return string::FromBytes(text, static_cast<long>(std::char_traits<char>::length(text)),
+                             encoding);
 }
 string Utf16(const char16_t *text) {
     return string::FromBytes(text, static_cast<long>(std::char_traits<char16_t>::length(text) * 2),
@@ -126,9 +127,11 @@ TEST(Concatenation, OneByteBehind) {
 TEST(Comparison, CaseInsensitiveInEveryEncoding) {
     EXPECT_EQ(kelp::LanguageCompare(string("abc"), string("ABC")), 0);
     EXPECT_EQ(kelp::LanguageCompare(string::FromUTF8("abc"), string::FromUTF8("ABC")), 0);
-    EXPECT_EQ(kelp::LanguageCompare(Bytes("abc", kEncodingLatin1), Bytes("ABC", kEncodingLatin1)), 0);
+    EXPECT_EQ(kelp::LanguageCompare(Bytes("abc", kEncodingLatin1), Bytes("ABC", kEncodingLatin1)),
+              0);
     EXPECT_EQ(kelp::LanguageCompare(Utf16(u"abc"), Utf16(u"ABC")), 0);
-    EXPECT_EQ(kelp::LanguageCompare(Bytes("abc", kEncodingUnknown), Bytes("ABC", kEncodingUnknown)), 0);
+    EXPECT_EQ(kelp::LanguageCompare(Bytes("abc", kEncodingUnknown), Bytes("ABC", kEncodingUnknown)),
+              0);
     EXPECT_EQ(kelp::LanguageCompare(string("abc"), Utf16(u"ABC")), 0);
     EXPECT_TRUE(string("Open") == string("OPEN"));
     EXPECT_TRUE(string("Open") != string("Opened"));
@@ -146,8 +149,11 @@ TEST(Comparison, ShorterIsLessAndOrderIsByFoldedCharacter) {
 
 TEST(Comparison, UnicodeFoldingAndEncodingsMeet) {
     // é and É in UTF-8, and Latin-1 é against UTF-8 É.
-    EXPECT_EQ(kelp::LanguageCompare(string::FromUTF8("caf\xc3\xa9"), string::FromUTF8("CAF\xc3\x89")), 0);
-    EXPECT_EQ(kelp::LanguageCompare(Bytes("caf\xe9", kEncodingLatin1), string::FromUTF8("CAF\xc3\x89")), 0);
+    EXPECT_EQ(
+        kelp::LanguageCompare(string::FromUTF8("caf\xc3\xa9"), string::FromUTF8("CAF\xc3\x89")), 0);
+    EXPECT_EQ(
+        kelp::LanguageCompare(Bytes("caf\xe9", kEncodingLatin1), string::FromUTF8("CAF\xc3\x89")),
+        0);
     EXPECT_EQ(kelp::LanguageCompare(Utf16(u"\u00e9t\u00e9"), Utf16(u"\u00c9T\u00c9")), 0);
     EXPECT_NE(kelp::LanguageCompare(string::FromUTF8("\xc3\xa9"), string::FromUTF8("e")), 0);
 }
@@ -218,12 +224,14 @@ TEST(Conversion, ThroughIconvBothWays) {
     EXPECT_EQ(Text(wide), std::string(reinterpret_cast<const char *>(u"d\u00e9j\u00e0"), 8));
     // Unknown bytes are read as the system default; the source keeps its word.
     string unknown = Bytes("\xe9", kEncodingUnknown);
-    EXPECT_EQ(Text(kelp::GetUTF16String(unknown)), std::string(reinterpret_cast<const char *>(u"\u00e9"), 2));
+    EXPECT_EQ(Text(kelp::GetUTF16String(unknown)),
+              std::string(reinterpret_cast<const char *>(u"\u00e9"), 2));
     EXPECT_EQ(unknown.Encoding(), kEncodingUnknown);
 }
 
 TEST(Conversion, MissingCharactersBecomeQuestionMarks) {
-    string utf8 = string::FromUTF8("a\xe2\x98\xba" "b"); // a smiley between letters
+    string utf8 = string::FromUTF8("a\xe2\x98\xba"
+                                   "b"); // a smiley between letters
     string latin = kelp::ConvertEncoding(utf8, kEncodingLatin1);
     EXPECT_EQ(latin.Encoding(), kEncodingLatin1);
     EXPECT_EQ(Text(latin), "a???b"); // one per source byte
@@ -278,19 +286,25 @@ namespace {
 using kelp::string;
 
 std::string Bytes16(const char16_t *text) {
-    return std::string(reinterpret_cast<const char *>(text), std::char_traits<char16_t>::length(text) * 2);
+    return std::string(reinterpret_cast<const char *>(text),
+                       std::char_traits<char16_t>::length(text) * 2);
 }
 
 TEST(CaseChanges, Utf8TextChangesByCodePoint) {
-    string s = string::FromUTF8("stra\xc3\x9f" "e \xc3\xa9t\xc3\xa9 \xce\xb1\xce\xb2 \xe2\x98\xba");
+    string s = string::FromUTF8("stra\xc3\x9f"
+                                "e \xc3\xa9t\xc3\xa9 \xce\xb1\xce\xb2 \xe2\x98\xba");
     string upper = kelp::UTF8ToUpper(s);
     EXPECT_EQ(upper.Encoding(), kEncodingUTF8);
     // ß has no single upper-case form here and stays; é and Greek letters rise.
-    EXPECT_EQ(std::string(upper.View()), "STRA\xc3\x9f" "E \xc3\x89T\xc3\x89 \xce\x91\xce\x92 \xe2\x98\xba");
+    EXPECT_EQ(std::string(upper.View()), "STRA\xc3\x9f"
+                                         "E \xc3\x89T\xc3\x89 \xce\x91\xce\x92 \xe2\x98\xba");
     EXPECT_EQ(std::string(kelp::UTF8ToLower(upper).View()),
-              "stra\xc3\x9f" "e \xc3\xa9t\xc3\xa9 \xce\xb1\xce\xb2 \xe2\x98\xba");
-    string title = kelp::UTF8Capitalize(string::FromUTF8("\xc3\xa9" "cole DU\tsOIR\nx"));
-    EXPECT_EQ(std::string(title.View()), "\xc3\x89" "cole Du\tSoir\nX");
+              "stra\xc3\x9f"
+              "e \xc3\xa9t\xc3\xa9 \xce\xb1\xce\xb2 \xe2\x98\xba");
+    string title = kelp::UTF8Capitalize(string::FromUTF8("\xc3\xa9"
+                                                         "cole DU\tsOIR\nx"));
+    EXPECT_EQ(std::string(title.View()), "\xc3\x89"
+                                         "cole Du\tSoir\nX");
     EXPECT_EQ(kelp::UTF8ToUpper(string()).Storage(), nullptr);
 }
 
@@ -309,7 +323,8 @@ TEST(CaseChanges, CaselessTextAndWalkingOverCodePoints) {
     EXPECT_FALSE(kelp::UTF8IsCaseless(reinterpret_cast<const uint8_t *>(word), 4));
     EXPECT_FALSE(kelp::UTF8IsCaseless(reinterpret_cast<const uint8_t *>("--x"), 3));
 
-    const auto *text = reinterpret_cast<const uint8_t *>("a\xc3\xa9\xe2\x98\xba" "b");
+    const auto *text = reinterpret_cast<const uint8_t *>("a\xc3\xa9\xe2\x98\xba"
+                                                         "b");
     const uint8_t *end = text + 7;
     EXPECT_EQ(kelp::AdvanceUTF8(text, end, 1), text + 1);
     EXPECT_EQ(kelp::AdvanceUTF8(text, end, 2), text + 3);

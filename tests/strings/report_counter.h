@@ -9,7 +9,7 @@
 namespace strings_test {
 
 class ReportCounter {
-  public:
+public:
     ReportCounter() {
         Count() = 0;
         LastCondition().clear();
@@ -19,7 +19,7 @@ class ReportCounter {
     int count() const { return Count(); }
     std::string last() const { return LastCondition(); }
 
-  private:
+private:
     static int &Count() {
         static int n = 0;
         return n;

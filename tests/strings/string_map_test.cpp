@@ -1,7 +1,7 @@
 // StringMap and its iterators on real strings.
-#include "strings/string_map.h"
 #include "strings/kstring.h"
 #include "strings/small_alloc.h"
+#include "strings/string_map.h"
 
 #include <gtest/gtest.h>
 
@@ -21,11 +21,11 @@ std::string Text(const string &s) { return std::string(s.View()); }
 
 // Counts the calls of the key hash, to tell that a lookup did no hashing.
 template <typename V> class CountingMap : public StringMap<V> {
-  public:
+public:
     using StringMap<V>::StringMap;
     mutable int hashes = 0;
 
-  protected:
+protected:
     uint32_t Hash(const string &key) const override {
         ++hashes;
         return StringMap<V>::Hash(key);

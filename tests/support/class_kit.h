@@ -30,8 +30,9 @@ inline KelpString Lit(const std::string &text) {
 }
 
 inline std::string Str(KelpString s) {
-    return s && s->length > 0 ? std::string(reinterpret_cast<const char *>(s->buffer + 1), s->length)
-                              : std::string();
+    return s && s->length > 0
+               ? std::string(reinterpret_cast<const char *>(s->buffer + 1), s->length)
+               : std::string();
 }
 
 // Releases a string the runtime handed over.
@@ -45,7 +46,10 @@ struct Report {
 // Collects fatal reports for the life of the object, instead of dialogs.
 class ReportRecorder {
 public:
-    ReportRecorder() { mPrevious = kelp::SetFatalReportHook(&Record); Reports().clear(); }
+    ReportRecorder() {
+        mPrevious = kelp::SetFatalReportHook(&Record);
+        Reports().clear();
+    }
     ~ReportRecorder() { kelp::SetFatalReportHook(mPrevious); }
     static std::vector<Report> &Reports() {
         static std::vector<Report> reports;

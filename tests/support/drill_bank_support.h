@@ -40,7 +40,8 @@ inline std::string TipText() { return sumbrook::Drill().sTip.ToStd(); }
 inline std::vector<int32_t> MoneyIn(const std::string &s) {
     std::vector<int32_t> out;
     for (size_t i = 0; i < s.size(); ++i) {
-        if (s[i] != '$') continue;
+        if (s[i] != '$')
+            continue;
         size_t j = i + 1;
         bool negative = false;
         if (j < s.size() && s[j] == '-') {
@@ -48,7 +49,8 @@ inline std::vector<int32_t> MoneyIn(const std::string &s) {
             ++j;
         }
         int32_t dollars = 0;
-        while (j < s.size() && isdigit(static_cast<unsigned char>(s[j]))) dollars = dollars * 10 + (s[j++] - '0');
+        while (j < s.size() && isdigit(static_cast<unsigned char>(s[j])))
+            dollars = dollars * 10 + (s[j++] - '0');
         int32_t cents = 0;
         if (j + 2 < s.size() + 1 && s[j] == '.') {
             cents = (s[j + 1] - '0') * 10 + (s[j + 2] - '0');
@@ -67,12 +69,15 @@ inline std::vector<int32_t> NumbersIn(const std::string &s) {
     while (i < s.size()) {
         if (s[i] == '$') {
             ++i;
-            while (i < s.size() && (isdigit(static_cast<unsigned char>(s[i])) || s[i] == '.' || s[i] == '-')) ++i;
+            while (i < s.size() &&
+                   (isdigit(static_cast<unsigned char>(s[i])) || s[i] == '.' || s[i] == '-'))
+                ++i;
             continue;
         }
         if (isdigit(static_cast<unsigned char>(s[i]))) {
             int32_t v = 0;
-            while (i < s.size() && isdigit(static_cast<unsigned char>(s[i]))) v = v * 10 + (s[i++] - '0');
+            while (i < s.size() && isdigit(static_cast<unsigned char>(s[i])))
+                v = v * 10 + (s[i++] - '0');
             out.push_back(v);
             continue;
         }

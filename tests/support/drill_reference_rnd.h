@@ -10,8 +10,10 @@ class ReferenceRnd {
 public:
     explicit ReferenceRnd(uint32_t seed) {
         state_ = static_cast<int64_t>(seed & 0x7FFFFFFFu);
-        if (state_ == 0) state_ = 1;
-        for (int i = 0; i < 7; ++i) Step();
+        if (state_ == 0)
+            state_ = 1;
+        for (int i = 0; i < 7; ++i)
+            Step();
     }
     double Next() {
         Step();
@@ -24,7 +26,8 @@ private:
     void Step() {
         const int64_t q = state_ / 12773, r = state_ % 12773;
         int64_t next = 16807 * r - 2836 * q;
-        if (next <= 0) next += 0x7FFFFFFF;
+        if (next <= 0)
+            next += 0x7FFFFFFF;
         state_ = next;
     }
     int64_t state_ = 1;

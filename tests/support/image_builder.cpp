@@ -188,11 +188,11 @@ void ImageBuilder::CallLocal(uint32_t codeOffset) {
 void ImageBuilder::PutsString(Reg r) {
     if (r != Reg::RDI)
         MovReg(Reg::RDI, r);
-    Bytes({0x48, 0x85, 0xFF});             // test rdi, rdi
-    Bytes({0x74, 0x10});                   // jz +16: to the empty line
-    LoadMem(Reg::RDI, Reg::RDI, 8);        // 7 bytes: the buffer
-    AddImm(Reg::RDI, 1);                   // 7 bytes: past the length byte
-    Bytes({0xEB, 0x0A});                   // jmp +10: over the empty line
+    Bytes({0x48, 0x85, 0xFF});                 // test rdi, rdi
+    Bytes({0x74, 0x10});                       // jz +16: to the empty line
+    LoadMem(Reg::RDI, Reg::RDI, 8);            // 7 bytes: the buffer
+    AddImm(Reg::RDI, 1);                       // 7 bytes: past the length byte
+    Bytes({0xEB, 0x0A});                       // jmp +10: over the empty line
     LoadDataAddress(Reg::RDI, AddCString("")); // 10 bytes
     CallSoftImport("puts", "libc.so.6");
 }

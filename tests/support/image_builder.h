@@ -34,25 +34,43 @@
 
 namespace kelp::test {
 
-enum class Reg : uint8_t { RAX, RCX, RDX, RBX, RSP, RBP, RSI, RDI, R8, R9, R10, R11, R12, R13, R14, R15 };
+enum class Reg : uint8_t {
+    RAX,
+    RCX,
+    RDX,
+    RBX,
+    RSP,
+    RBP,
+    RSI,
+    RDI,
+    R8,
+    R9,
+    R10,
+    R11,
+    R12,
+    R13,
+    R14,
+    R15
+};
 
 class ImageBuilder {
 public:
     // ------------------------------------------------------------ code
     size_t Here() const { return mCode.size(); }
     void Bytes(std::initializer_list<uint8_t> bytes);
-    void Prologue();   // push rbp; mov rbp, rsp
-    void Epilogue();   // pop rbp; ret
+    void Prologue(); // push rbp; mov rbp, rsp
+    void Epilogue(); // pop rbp; ret
     void Ret();
     void Push(Reg r);
     void Pop(Reg r);
-    void MovImm(Reg r, uint64_t value);        // movabs r, value
-    void MovReg(Reg to, Reg from);             // mov to, from (64-bit)
-    void LoadMem(Reg to, Reg base, int32_t displacement);  // mov to, [base + disp] (64-bit)
-    void LoadMem32(Reg to, Reg base, int32_t displacement); // mov to32, [base + disp] (zero-extends)
+    void MovImm(Reg r, uint64_t value);                   // movabs r, value
+    void MovReg(Reg to, Reg from);                        // mov to, from (64-bit)
+    void LoadMem(Reg to, Reg base, int32_t displacement); // mov to, [base + disp] (64-bit)
+    void LoadMem32(Reg to, Reg base,
+                   int32_t displacement); // mov to32, [base + disp] (zero-extends)
     void StoreMem(Reg base, int32_t displacement, Reg from); // mov [base + disp], from (64-bit)
-    void AddImm(Reg r, int32_t value);         // add r, value
-    void CallReg(Reg r);                       // call r
+    void AddImm(Reg r, int32_t value);                       // add r, value
+    void CallReg(Reg r);                                     // call r
 
     // Calls an export by name through a type 1 chain of `call rel32` holes:
     // one link record per name, however many calls.
@@ -114,16 +132,16 @@ private:
     void Rex(bool w, Reg reg, Reg rm);
     void ChainHole(std::map<std::string, uint32_t> &chains, const std::string &key);
     std::vector<uint8_t> mCode, mData, mLink, mResources, mOptions;
-    std::map<std::string, uint32_t> mImportChains;     // name -> last hole
-    std::map<std::string, uint32_t> mAbsoluteChains;   // name -> last hole
-    std::map<std::string, uint32_t> mSoftKeyed;        // function '\t' library -> hole
+    std::map<std::string, uint32_t> mImportChains;   // name -> last hole
+    std::map<std::string, uint32_t> mAbsoluteChains; // name -> last hole
+    std::map<std::string, uint32_t> mSoftKeyed;      // function '\t' library -> hole
     std::map<std::string, uint32_t> mLiterals;
     std::vector<std::pair<uint32_t, std::string>> mSymbols;
     std::vector<std::pair<uint8_t, uint32_t>> mReferences; // type, code offset
 };
 
 struct RunResult {
-    int status = -1;      // exit status, or 128 + signal
+    int status = -1; // exit status, or 128 + signal
     std::string out, err;
 };
 
@@ -154,7 +172,8 @@ private:
 
 // Appends the image to a copy of the runtime in a new temporary folder and
 // runs it there.
-RunResult RunAppended(const kelp::image::Segments &image, const std::vector<std::string> &args = {});
+RunResult RunAppended(const kelp::image::Segments &image,
+                      const std::vector<std::string> &args = {});
 
 std::vector<uint8_t> ReadFileBytes(const std::string &path);
 bool WriteFileBytes(const std::string &path, const std::vector<uint8_t> &bytes);

@@ -24,9 +24,9 @@ RuntimeClass *MakeSubclass(const char *baseName, const char *name, uint32_t extr
     objtext::Release(baseText);
     if (!base)
         return nullptr;
-    RuntimeClass *klass = RuntimeNewClass(base, base->methodCount, base->interfaceCount,
-                                          base->eventCount, base->directMethodCount,
-                                          base->propertyCount);
+    RuntimeClass *klass =
+        RuntimeNewClass(base, base->methodCount, base->interfaceCount, base->eventCount,
+                        base->directMethodCount, base->propertyCount);
     if (!klass)
         return nullptr;
     klass->name = MakeText(name);

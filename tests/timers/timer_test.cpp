@@ -8,8 +8,8 @@
 #include "kelp/objects.h"
 #include "kelp/runloop.h"
 
-#include <gtest/gtest.h>
 #include <glib.h>
+#include <gtest/gtest.h>
 
 #include <chrono>
 #include <vector>
@@ -54,7 +54,8 @@ protected:
     // Runs passes of the loop until `done` or the deadline; a wake-up source
     // keeps the blocking passes short.
     template <class Pred> void RunUntil(Pred done, int ms) {
-        guint wake = g_timeout_add(2, [](gpointer) -> gboolean { return TRUE; }, nullptr);
+        guint wake = g_timeout_add(
+            2, [](gpointer) -> gboolean { return TRUE; }, nullptr);
         auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
         while (!done() && std::chrono::steady_clock::now() < end)
             MainLoopStep(true);

@@ -52,14 +52,15 @@ TEST(Frames, ModalAndPlainFramesReachTheToolkit) {
     struct Case {
         int frame;
         bool modal, decorated;
-    } cases[] = {{0, false, true}, {1, true, true}, {2, true, true}, {3, false, true},
-                 {4, true, false}, {5, true, false}};
+    } cases[] = {{0, false, true}, {1, true, true},  {2, true, true},
+                 {3, false, true}, {4, true, false}, {5, true, false}};
     for (const Case &c : cases) {
         gFrame = c.frame;
         RuntimeObject *w = RuntimeNewObject(klass);
         GtkWidget *top = reinterpret_cast<ViewRecord *>(w)->pane->GtkWin();
         EXPECT_EQ(gtk_window_get_modal(GTK_WINDOW(top)) != 0, c.modal) << "frame " << c.frame;
-        EXPECT_EQ(gtk_window_get_decorated(GTK_WINDOW(top)) != 0, c.decorated) << "frame " << c.frame;
+        EXPECT_EQ(gtk_window_get_decorated(GTK_WINDOW(top)) != 0, c.decorated)
+            << "frame " << c.frame;
         EXPECT_EQ(WindowHandleGetter(w, 0), reinterpret_cast<intptr_t>(top));
         RuntimeCloseWindow(w);
         EXPECT_EQ(WindowHandleGetter(w, 0), 0);
@@ -96,8 +97,9 @@ TEST(Frames, PropertiesReachABuiltWindowOrWaitForTheNextBuild) {
     windowFrameSetter(w, 0, 0);
     RuntimeShowWindow(w); // a closed window builds a new pane from the same view
     ASSERT_NE(reinterpret_cast<ViewRecord *>(w)->pane, nullptr);
-    EXPECT_STREQ(gtk_window_get_title(GTK_WINDOW(reinterpret_cast<ViewRecord *>(w)->pane->GtkWin())),
-                 "Results");
+    EXPECT_STREQ(
+        gtk_window_get_title(GTK_WINDOW(reinterpret_cast<ViewRecord *>(w)->pane->GtkWin())),
+        "Results");
     RuntimeCloseWindow(w);
     objtext::Release(title);
     objtext::Release(back);

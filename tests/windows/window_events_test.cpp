@@ -2,12 +2,12 @@
 // drags, and the run ending when the last window goes.
 #include "windows/runtime_view.h"
 
+#include "app/application.h"
 #include "graphics/graphics_base.h"
 #include "graphics/graphics_object.h"
 #include "objects/text.h"
-#include "app/application.h"
-#include "runloop/main_loop.h"
 #include "process/quit.h"
+#include "runloop/main_loop.h"
 #include "support/language_class.h"
 #include "support/xvfb.h"
 
@@ -78,7 +78,8 @@ protected:
     }
     void TearDown() override { ResetRunState(); }
     void Settle(int ms) {
-        guint wake = g_timeout_add(5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
+        guint wake = g_timeout_add(
+            5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
         auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
         while (std::chrono::steady_clock::now() < end)
             MainLoopStep(true);
@@ -122,10 +123,13 @@ TEST_F(WindowEventsTest, ClosingTheLastWindowEndsARunWithAutoQuit) {
     RuntimeRegisterAppObject(nullptr);
     static RuntimeObject *w;
     w = RuntimeNewObject(mKlass);
-    g_timeout_add(80, [](gpointer) -> gboolean {
-        RuntimeCloseWindow(w);
-        return FALSE;
-    }, nullptr);
+    g_timeout_add(
+        80,
+        [](gpointer) -> gboolean {
+            RuntimeCloseWindow(w);
+            return FALSE;
+        },
+        nullptr);
     RuntimeRun(); // blocks in the toolkit until the window is gone
     EXPECT_TRUE(QuitRequested());
     EXPECT_EQ(View(w)->pane, nullptr);
@@ -137,10 +141,13 @@ TEST_F(WindowEventsTest, RunEndClosesTheWindowsThatAreLeft) {
     RuntimeRegisterAppObject(nullptr);
     RuntimeObject *a = RuntimeNewObject(mKlass);
     RuntimeObject *b = RuntimeNewObject(mKlass);
-    g_timeout_add(50, [](gpointer) -> gboolean {
-        RequestQuit();
-        return FALSE;
-    }, nullptr);
+    g_timeout_add(
+        50,
+        [](gpointer) -> gboolean {
+            RequestQuit();
+            return FALSE;
+        },
+        nullptr);
     RuntimeRun();
     EXPECT_EQ(getWindowCount(), 0);
     EXPECT_EQ(std::count(gEvents.begin(), gEvents.end(), "Close"), 2);

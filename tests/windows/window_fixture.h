@@ -66,7 +66,8 @@ protected:
     // Passes of the loop for `ms` milliseconds, so the window gets on
     // screen, drawn and its notices delivered.
     void Settle(int ms) {
-        guint wake = g_timeout_add(5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
+        guint wake = g_timeout_add(
+            5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
         auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
         while (std::chrono::steady_clock::now() < end) {
             MainLoopStep(true);

@@ -25,8 +25,8 @@
 #include <vector>
 
 // Last: the X headers define names that the test framework also uses.
-#include <gdk/gdkx.h>
 #include <X11/Xlib.h>
+#include <gdk/gdkx.h>
 #undef None
 #undef Bool
 
@@ -41,15 +41,18 @@ bool gCloseWhileResizing = false;
 
 // The size the handler can read is logged with the event.
 void OnResizing(RuntimeObject *self) {
-    gLog.push_back("Resizing " + std::to_string(View(self)->width) + "x" + std::to_string(View(self)->height));
+    gLog.push_back("Resizing " + std::to_string(View(self)->width) + "x" +
+                   std::to_string(View(self)->height));
     if (gCloseWhileResizing)
         RuntimeCloseWindow(self);
 }
 void OnResized(RuntimeObject *self) {
-    gLog.push_back("Resized " + std::to_string(View(self)->width) + "x" + std::to_string(View(self)->height));
+    gLog.push_back("Resized " + std::to_string(View(self)->width) + "x" +
+                   std::to_string(View(self)->height));
 }
 void OnMoved(RuntimeObject *self) {
-    gLog.push_back("Moved " + std::to_string(View(self)->left) + "," + std::to_string(View(self)->top));
+    gLog.push_back("Moved " + std::to_string(View(self)->left) + "," +
+                   std::to_string(View(self)->top));
 }
 
 // The toplevel's place and size as the X server has them.
@@ -111,7 +114,6 @@ protected:
         g.height = attrs.height;
         return g;
     }
-
 };
 
 // --- live resizing
@@ -126,8 +128,8 @@ TEST_F(WindowGeometryTest, LiveResizeGivesResizingWithTheDraggedSizeBeforeResize
     Settle(120);
     DragFrameTo(w, 420, 260);
     Settle(120);
-    EXPECT_EQ(gLog, (std::vector<std::string>{"Resizing 360x240", "Resized 360x240", "Resizing 420x260",
-                                              "Resized 420x260"}));
+    EXPECT_EQ(gLog, (std::vector<std::string>{"Resizing 360x240", "Resized 360x240",
+                                              "Resizing 420x260", "Resized 420x260"}));
     EXPECT_EQ(View(w)->pane->width, 420);
     EXPECT_EQ(View(w)->pane->bounds.right, 420);
     EXPECT_EQ(View(w)->pane->bounds.bottom, 260);

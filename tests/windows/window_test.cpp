@@ -3,12 +3,12 @@
 // order of events from open to close.
 #include "windows/runtime_view.h"
 
-#include "graphics/graphics_object.h"
-#include "graphics/graphics_base.h"
-#include "objects/text.h"
 #include "app/application.h"
-#include "runloop/main_loop.h"
+#include "graphics/graphics_base.h"
+#include "graphics/graphics_object.h"
+#include "objects/text.h"
 #include "process/quit.h"
+#include "runloop/main_loop.h"
 #include "support/language_class.h"
 #include "support/xvfb.h"
 #include "window_fixture.h"
@@ -22,7 +22,6 @@
 #include <cstddef>
 #include <gtk/gtk.h>
 
-
 #include <algorithm>
 #include <chrono>
 #include <functional>
@@ -30,8 +29,8 @@
 #include <vector>
 
 // Last: the X headers define names that the test framework also uses.
-#include <gdk/gdkx.h>
 #include <X11/Xlib.h>
+#include <gdk/gdkx.h>
 #undef None
 #undef Bool
 
@@ -75,8 +74,8 @@ protected:
                                    {"Resized", reinterpret_cast<void *>(&OnResized)}});
     }
 
-    RuntimeObject *Make(int left, int top, int width, int height, const char *title,
-                        int frame = 0, int placement = 0) {
+    RuntimeObject *Make(int left, int top, int width, int height, const char *title, int frame = 0,
+                        int placement = 0) {
         return MakeWith([=](RuntimeObject *self) {
             windowPosSetter(self, offsetof(ViewRecord, left), left);
             windowPosSetter(self, offsetof(ViewRecord, top), top);
@@ -117,7 +116,6 @@ protected:
         }
         return info;
     }
-
 };
 
 TEST_F(WindowTest, ShownOnTheNextPassWithTitleSizeAndPlace) {
@@ -216,10 +214,13 @@ TEST_F(WindowTest, ShowModalReturnsWhenTheWindowIsHidden) {
     RuntimeObject *w = Make(0, 0, 100, 100, "M", 1);
     static RuntimeObject *target;
     target = w;
-    g_timeout_add(50, [](gpointer) -> gboolean {
-        RuntimeHideWindow(target);
-        return FALSE;
-    }, nullptr);
+    g_timeout_add(
+        50,
+        [](gpointer) -> gboolean {
+            RuntimeHideWindow(target);
+            return FALSE;
+        },
+        nullptr);
     RuntimeShowModal(w);
     EXPECT_FALSE(View(w)->pane->shown);
 }

@@ -63,8 +63,9 @@ bool AddResourceArgument(const std::string &arg, std::vector<uint8_t> &segment) 
     const auto first = arg.find(':');
     const auto second = arg.find(':', first == std::string::npos ? 0 : first + 1);
     if (first != 4 || second == std::string::npos) {
-        std::fprintf(stderr, "kelp-image: a resource is TYPE:ID:FILE with a four-character type, not '%s'\n",
-                     arg.c_str());
+        std::fprintf(
+            stderr, "kelp-image: a resource is TYPE:ID:FILE with a four-character type, not '%s'\n",
+            arg.c_str());
         return false;
     }
     char *end = nullptr;
@@ -180,9 +181,7 @@ int Info(const std::string &path) {
         std::printf("loose files in %s\n", path.c_str());
     } else {
         switch (ReadAppendedImage(path, s, error)) {
-        case ReadStatus::kOk:
-            std::printf("image appended to %s\n", path.c_str());
-            break;
+        case ReadStatus::kOk: std::printf("image appended to %s\n", path.c_str()); break;
         case ReadStatus::kNoTrailer:
             std::fprintf(stderr, "kelp-image: %s carries no application image\n", path.c_str());
             return 1;
@@ -257,8 +256,8 @@ int Info(const std::string &path) {
             std::printf("  version %d %d %d %d stage %d region %d \"%.*s\" \"%.*s\" \"%.*s\"\n",
                         v.words[0], v.words[1], v.words[2], v.words[3], v.words[4], v.words[5],
                         int(v.shortVersion.size()), v.shortVersion.data(),
-                        int(v.longVersion.size()), v.longVersion.data(),
-                        int(v.packageInfo.size()), v.packageInfo.data());
+                        int(v.longVersion.size()), v.longVersion.data(), int(v.packageInfo.size()),
+                        v.packageInfo.data());
         } else {
             std::printf("  unknown option type %d at %zu\n", o.type, o.position);
             status = 1;

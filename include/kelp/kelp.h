@@ -16,6 +16,7 @@
 #include "kelp/records.h"
 #include "kelp/resources.h"
 #include "kelp/runloop.h"
+#include "kelp/sound.h"
 #include "kelp/startup.h"
 #include "kelp/string_functions.h"
 #include "kelp/strings.h"

@@ -76,6 +76,12 @@ SoftLibrary &OpenSoftLibrary(const std::string &name) {
     return *lib;
 }
 
+void *OpenOptionalLibrary(const char *path) { return path ? dlopen(path, RTLD_LAZY) : nullptr; }
+
+void *OptionalSymbol(void *handle, const char *function) {
+    return handle && function ? dlsym(handle, function) : nullptr;
+}
+
 void *FindLoadedSymbol(const char *library, const char *function) {
     if (void *code = dlsym(RTLD_DEFAULT, function))
         return code;

@@ -29,4 +29,11 @@ SoftLibrary &OpenSoftLibrary(const std::string &name);
 // anything.  Null without a report: for calls the caller can do without.
 void *FindLoadedSymbol(const char *library, const char *function);
 
+// An optional library, for a feature that is simply absent without it (sound
+// without a decoder or a device): the handle of `path`, or null; nothing is
+// reported either way.  It stays open until the process ends.
+void *OpenOptionalLibrary(const char *path);
+// A function of an optional library, or null, without a report.
+void *OptionalSymbol(void *handle, const char *function);
+
 } // namespace kelp

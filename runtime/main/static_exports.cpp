@@ -21,6 +21,7 @@ const RelocEntry kRows[] = {
 #include "random/exports.inc"
 #include "resources/exports.inc"
 #include "runloop/exports.inc"
+#include "sound/exports.inc"
 #include "string_functions/exports.inc"
 #include "strings/exports.inc"
 #include "timers/exports.inc"

@@ -14,6 +14,7 @@
 #include "graphics/wiring.h"
 #include "objects/wiring.h"
 #include "panes/wiring.h"
+#include "sound/wiring.h"
 #include "string_functions/wiring.h"
 #include "timers/wiring.h"
 #include "windows/wiring.h"
@@ -29,6 +30,7 @@ const WiringStep kWiringTable[] = {
     {"exceptions: the exception classes; the object runtime's raiser", &WireExceptions},
     {"string_functions: the EndOfLine class", &WireStringFunctions},
     {"timers: the Timer class", &WireTimers},
+    {"sound: the Sound class", &WireSound},
     {"graphics: the Graphics class", &WireGraphics},
     {"panes: the key snooper's hook; the run loop's Escape reader", &WirePanes},
     {"windows: the Window classes; the run loop's window client", &WireWindows},

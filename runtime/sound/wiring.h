@@ -1,0 +1,5 @@
+#pragma once
+namespace kelp {
+// The Sound class.
+void WireSound();
+} // namespace kelp

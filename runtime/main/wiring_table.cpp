@@ -15,6 +15,7 @@
 #include "objects/wiring.h"
 #include "panes/wiring.h"
 #include "string_functions/wiring.h"
+#include "threads/wiring.h"
 #include "timers/wiring.h"
 #include "windows/wiring.h"
 
@@ -29,6 +30,7 @@ const WiringStep kWiringTable[] = {
     {"exceptions: the exception classes; the object runtime's raiser", &WireExceptions},
     {"string_functions: the EndOfLine class", &WireStringFunctions},
     {"timers: the Timer class", &WireTimers},
+    {"threads: the main thread's run lock; the thread and lock classes", &WireThreads},
     {"graphics: the Graphics class", &WireGraphics},
     {"panes: the key snooper's hook; the run loop's Escape reader", &WirePanes},
     {"windows: the Window classes; the run loop's window client", &WireWindows},

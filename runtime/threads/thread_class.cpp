@@ -35,6 +35,10 @@ public:
     }
 };
 
+// Exists while threads other than the main one do: an idle program without
+// threads lets the loop wait for events instead of turning it every pass.
+ThreadBackgroundTask *gSwitcher = nullptr;
+
 void *Body(void *data) {
     auto *thread = static_cast<ThreadObject *>(data);
     ThreadRecord *record = thread->record;
@@ -45,6 +49,10 @@ void *Body(void *data) {
     thread->record = nullptr;
     EndThreadRecord(record);
     RuntimeUnlockObject(&thread->object);
+    if (ThreadsWithOwnerCount() == 0) {
+        delete gSwitcher;
+        gSwitcher = nullptr;
+    }
     LeaveRun();
     return nullptr;
 }
@@ -98,8 +106,8 @@ extern "C" void threadRun(RuntimeObject *self) {
         return RaiseWithMessage("ThreadAlreadyRunningException",
                                 "You cannot call Run on a thread that is already running.");
     TakeRunLockForMainThread();
-    static ThreadBackgroundTask *switcher = new ThreadBackgroundTask;
-    (void)switcher;
+    if (!gSwitcher)
+        gSwitcher = new ThreadBackgroundTask;
     thread->record = AddThreadRecord(self, thread->priority);
     RuntimeLockObject(self); // for as long as the thread runs
     pthread_t id;

@@ -12,3 +12,9 @@ for mode in plain sanitize; do
   echo "== tests ($mode build)"
   (cd "$dir" && ctest --output-on-failure -j "$(nproc)")
 done
+# Threads hand the run lock from one to the next: the thread sanitizer
+# checks that exactly one of them touches the runtime at a time.
+echo "== thread tests (thread sanitizer build)"
+cmake -S . -B build-tsan -DKELP_TSAN=ON -DKELP_BUILD_BENCH=OFF -DKELP_WERROR=ON >/dev/null
+cmake --build build-tsan -j "$(nproc)" --target test_threads
+(cd build-tsan && ctest --output-on-failure -L threads)

@@ -16,6 +16,7 @@
 #include "panes/wiring.h"
 #include "sound/wiring.h"
 #include "string_functions/wiring.h"
+#include "threads/wiring.h"
 #include "timers/wiring.h"
 #include "windows/wiring.h"
 
@@ -31,6 +32,7 @@ const WiringStep kWiringTable[] = {
     {"string_functions: the EndOfLine class", &WireStringFunctions},
     {"timers: the Timer class", &WireTimers},
     {"sound: the Sound class", &WireSound},
+    {"threads: the main thread's run lock; the thread and lock classes", &WireThreads},
     {"graphics: the Graphics class", &WireGraphics},
     {"panes: the key snooper's hook; the run loop's Escape reader", &WirePanes},
     {"windows: the Window classes; the run loop's window client", &WireWindows},

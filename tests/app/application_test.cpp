@@ -94,34 +94,27 @@ protected:
     }
 };
 
-// The start sequence: Open, then NewDocument without document arguments or
-// OpenDocument for each one in order, when the class handles it.
-TEST_F(ApplicationTest, StartSequenceFollowsTheDocumentArguments) {
-    const struct Row {
-        std::vector<std::string> args;
-        bool withOpenDocument;
-        std::vector<std::string> log;
-    } rows[] = {
-        {{}, true, {"Open", "NewDocument"}},
-        {{"/tmp/one.txt", "/tmp/two.txt"}, true, {"Open", "OpenDocument", "OpenDocument"}},
-        {{"/tmp/one.txt"}, false, {"Open"}},
-    };
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.args.size());
-        TearDown();
-        SetUp();
-        std::vector<std::string> words = {"sumbrook"};
-        words.insert(words.end(), row.args.begin(), row.args.end());
-        std::vector<char *> argv;
-        for (std::string &w : words)
-            argv.push_back(w.data());
-        argv.push_back(nullptr);
-        SetProcessArguments(static_cast<int>(words.size()), argv.data());
-        RuntimeObject *app = RegisterNew(AppClass(row.withOpenDocument));
-        EXPECT_EQ(gLog, row.log);
-        EXPECT_EQ(getAppObject(), app);
-        EXPECT_EQ(app->referenceCount, 1);
-    }
+TEST_F(ApplicationTest, WithoutDocumentArgumentsOpenThenNewDocument) {
+    RuntimeObject *app = RegisterNew(AppClass());
+    EXPECT_EQ(gLog, (std::vector<std::string>{"Open", "NewDocument"}));
+    EXPECT_EQ(getAppObject(), app);
+    EXPECT_EQ(app->referenceCount, 1);
+}
+
+TEST_F(ApplicationTest, EachDocumentArgumentFiresOpenDocumentInOrder) {
+    char a0[] = "sumbrook", a1[] = "/tmp/one.txt", a2[] = "/tmp/two.txt";
+    char *argv[] = {a0, a1, a2, nullptr};
+    SetProcessArguments(3, argv);
+    RegisterNew(AppClass());
+    EXPECT_EQ(gLog, (std::vector<std::string>{"Open", "OpenDocument", "OpenDocument"}));
+}
+
+TEST_F(ApplicationTest, ArgumentsWithoutOpenDocumentHandlerFireOnlyOpen) {
+    char a0[] = "sumbrook", a1[] = "/tmp/one.txt";
+    char *argv[] = {a0, a1, nullptr};
+    SetProcessArguments(2, argv);
+    RegisterNew(AppClass(false));
+    EXPECT_EQ(gLog, (std::vector<std::string>{"Open"}));
 }
 
 TEST_F(ApplicationTest, NilGivesAPlainApplicationWithAutoQuitOn) {

@@ -12,25 +12,22 @@ TEST_F(Shapes, RectanglesCoverExactlyTheirPixels) {
     EXPECT_EQ(Ink().count, 0); // a new picture is white
     const struct Row {
         const char *name;
-        void (*draw)(GraphicsGTK &);
+        Rect rect; // top, left, bottom, right
+        bool frame;
         int left, top, right, bottom, count;
     } rows[] = {
-        {"fill", [](GraphicsGTK &pic) { pic.FillRect(RectFromXYWH(10, 20, 30, 15)); }, 10, 20, 39,
-         34, 30 * 15},
-        {"frame", [](GraphicsGTK &pic) { pic.FrameRect(RectFromXYWH(10, 20, 30, 15)); }, 10, 20, 39,
-         34, 2 * 30 + 2 * 13},
-        // top 30, left 50, bottom 10, right 20
-        {"right to left",
-         [](GraphicsGTK &pic) {
-             pic.FillRect(Rect{30, 50, 10, 20});
-         },
-         20, 10, 49, 29, 30 * 20},
+        {"fill", RectFromXYWH(10, 20, 30, 15), false, 10, 20, 39, 34, 30 * 15},
+        {"frame", RectFromXYWH(10, 20, 30, 15), true, 10, 20, 39, 34, 2 * 30 + 2 * 13},
+        {"right to left", Rect{30, 50, 10, 20}, false, 20, 10, 49, 29, 30 * 20},
     };
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
         g->EraseRect(RectFromXYWH(0, 0, kWidth, kHeight));
         Colour(0x0000FF);
-        row.draw(*g);
+        if (row.frame)
+            g->FrameRect(row.rect);
+        else
+            g->FillRect(row.rect);
         const InkBox box = Ink();
         EXPECT_EQ(box.left, row.left);
         EXPECT_EQ(box.top, row.top);

@@ -177,6 +177,58 @@ TEST_F(Pickers, PriceFollowsTheFiveRedrawRuleForEveryItem) {
     }
 }
 
+// The bank's draw helpers by their rules, against the reference: redrawn
+// while below the floor (without limit, or up to a number of times and then
+// the fixed value), or one draw with a fixed value for a low one.
+TEST_F(Pickers, DrawHelpersFollowTheirRedrawRules) {
+    struct Row {
+        const char *name;
+        int32_t (*draw)();
+        int32_t (*reference)(drilltest::ReferenceRnd &);
+        int32_t fallback; // the fixed value, or 0 for none
+    };
+    const Row rows[] = {
+        {"at least 5 of 10", [] { return DrawAtLeast(10, 5); },
+         [](drilltest::ReferenceRnd &r) {
+             int32_t v = r.To(10);
+             while (v < 5)
+                 v = r.To(10);
+             return v;
+         },
+         0},
+        {"below 3 of 5 gives 7", [] { return DrawOr(5, 3, 7); },
+         [](drilltest::ReferenceRnd &r) {
+             const int32_t v = r.To(5);
+             return v < 3 ? 7 : v;
+         },
+         7},
+        {"below 4 of 5, two redraws, gives 9", [] { return DrawRetry(5, 4, 2, 9); },
+         [](drilltest::ReferenceRnd &r) {
+             int32_t v = r.To(5);
+             for (int i = 0; i < 2 && v < 4; ++i)
+                 v = r.To(5);
+             return v < 4 ? 9 : v;
+         },
+         9},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        RuntimeRandomSeed(2718);
+        drilltest::ReferenceRnd ref(2718);
+        int fallbacks = 0;
+        for (int i = 0; i < 2000; ++i) {
+            const int32_t got = row.draw();
+            ASSERT_EQ(got, row.reference(ref)) << "draw " << i;
+            fallbacks += row.fallback != 0 && got == row.fallback;
+        }
+        // The fixed value does come, and the draws stayed in step.
+        if (row.fallback) {
+            EXPECT_GT(fallbacks, 0);
+        }
+        EXPECT_EQ(rnd(), ref.Next());
+    }
+}
+
 TEST_F(Pickers, HighFloorItemsFallToTheirMinimumNowAndThen) {
     // "a magazine" costs 299 to 398; a draw succeeds one time in four, so
     // six failed draws in a row are common and give exactly 299.

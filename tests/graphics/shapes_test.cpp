@@ -6,31 +6,36 @@ namespace {
 
 using Shapes = PixmapDrawing;
 
-TEST_F(Shapes, NewPictureIsWhite) { EXPECT_EQ(Ink().count, 0); }
-
-TEST_F(Shapes, FillRectCoversExactlyItsPixels) {
-    Colour(0xFF0000);
-    g->FillRect(RectFromXYWH(10, 20, 30, 15));
-    InkBox box = Ink();
-    EXPECT_EQ(box.count, 30 * 15);
-    EXPECT_EQ(box.left, 10);
-    EXPECT_EQ(box.top, 20);
-    EXPECT_EQ(box.right, 39);
-    EXPECT_EQ(box.bottom, 34);
-    EXPECT_EQ(At(10, 20), 0xFF0000u);
-}
-
-TEST_F(Shapes, FrameRectOutlinesTheSamePixelsAFillCovers) {
-    Colour(0x0000FF);
-    g->FrameRect(RectFromXYWH(10, 20, 30, 15));
-    InkBox box = Ink();
-    EXPECT_EQ(box.left, 10);
-    EXPECT_EQ(box.top, 20);
-    EXPECT_EQ(box.right, 39);
-    EXPECT_EQ(box.bottom, 34);
-    EXPECT_EQ(box.count, 2 * 30 + 2 * 13);
-    EXPECT_EQ(At(39, 34), 0x0000FFu);
-    EXPECT_EQ(At(25, 27), 0xFFFFFFu); // hollow
+// Rectangles cover exactly their pixels, a frame the edge of the same ones,
+// and one given right to left is the same rectangle.
+TEST_F(Shapes, RectanglesCoverExactlyTheirPixels) {
+    EXPECT_EQ(Ink().count, 0); // a new picture is white
+    const struct Row {
+        const char *name;
+        Rect rect; // top, left, bottom, right
+        bool frame;
+        int left, top, right, bottom, count;
+    } rows[] = {
+        {"fill", RectFromXYWH(10, 20, 30, 15), false, 10, 20, 39, 34, 30 * 15},
+        {"frame", RectFromXYWH(10, 20, 30, 15), true, 10, 20, 39, 34, 2 * 30 + 2 * 13},
+        {"right to left", Rect{30, 50, 10, 20}, false, 20, 10, 49, 29, 30 * 20},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        g->EraseRect(RectFromXYWH(0, 0, kWidth, kHeight));
+        Colour(0x0000FF);
+        if (row.frame)
+            g->FrameRect(row.rect);
+        else
+            g->FillRect(row.rect);
+        const InkBox box = Ink();
+        EXPECT_EQ(box.left, row.left);
+        EXPECT_EQ(box.top, row.top);
+        EXPECT_EQ(box.right, row.right);
+        EXPECT_EQ(box.bottom, row.bottom);
+        EXPECT_EQ(box.count, row.count);
+        EXPECT_EQ(At(row.right, row.bottom), 0x0000FFu);
+    }
 }
 
 TEST_F(Shapes, EmptyAndNegativeSizesDrawNothing) {

@@ -33,60 +33,55 @@ TEST_F(Text, SizesRunTwoPointsAboveTheToolkit) {
     g->UpdateFont();
     ASSERT_NE(g->FontDescription(), nullptr);
     EXPECT_EQ(pango_font_description_get_size(g->FontDescription()), 10 * PANGO_SCALE);
-    // Size 0 is the theme's size, unchanged.
-    g->SetTextSize(0);
-    g->UpdateFont();
-    EXPECT_EQ(pango_font_description_get_size(g->FontDescription()),
-              DefaultFontSize() * PANGO_SCALE);
+    // Size 0, or anything below 1, is the theme's size, unchanged.
+    for (int size : {0, -7}) {
+        g->SetTextSize(size);
+        g->UpdateFont();
+        EXPECT_EQ(pango_font_description_get_size(g->FontDescription()),
+                  DefaultFontSize() * PANGO_SCALE);
+    }
 }
 
-TEST_F(Text, TinyAndHugeSizesStayDrawable) {
-    for (int size : {1, 2}) {
-        PangoFontDescription *d = MakeFontDescription(FontSpec{"Arial", size, 0});
+// How a font of the language becomes a description the toolkit loads.
+TEST_F(Text, FontSpecsBecomeLoadableDescriptions) {
+    const int boldItalic = kStyleBold | kStyleItalic;
+    struct Row {
+        FontSpec spec;
+        int points;         // the description's size; 0 for the theme's
+        const char *family; // what is loaded; "" for the theme's, nullptr for any
+    };
+    const Row rows[] = {
+        {{"Arial", 12, 0}, 10, "Liberation Sans"},
+        {{"Arial", 1, 0}, 1, "Liberation Sans"},
+        {{"Arial", 2, 0}, 1, "Liberation Sans"},
+        {{"Arial", 50000000, 0}, kMaxFontPoints, "Liberation Sans"},
+        {{"Arial", 14, boldItalic}, 12, "Liberation Sans"},
+        {{"System", 0, 0}, 0, ""},
+        {{"SmallSystem", 0, 0}, 0, ""},
+        {{"system", 0, 0}, 0, ""},
+        {{"", 0, 0}, 0, ""},
+        {{"No Such Family Xyzzy", 12, 0}, 10, nullptr},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.spec.name + " " + std::to_string(row.spec.size));
+        PangoFontDescription *d = MakeFontDescription(row.spec);
         ASSERT_NE(d, nullptr);
-        EXPECT_EQ(pango_font_description_get_size(d), PANGO_SCALE) << size;
+        EXPECT_EQ(pango_font_description_get_size(d),
+                  (row.points ? row.points : DefaultFontSize()) * PANGO_SCALE);
+        if (!row.family) {
+            EXPECT_FALSE(LoadedFamily(d).empty());
+        } else if (!*row.family) {
+            EXPECT_EQ(pango_font_description_get_family(d), DefaultFontFamily());
+        } else {
+            EXPECT_EQ(LoadedFamily(d), row.family);
+        }
+        const bool styled = row.spec.style == boldItalic;
+        EXPECT_EQ(pango_font_description_get_weight(d),
+                  styled ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
+        EXPECT_EQ(pango_font_description_get_style(d),
+                  styled ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
         pango_font_description_free(d);
     }
-    PangoFontDescription *d = MakeFontDescription(FontSpec{"Arial", 50000000, 0});
-    ASSERT_NE(d, nullptr);
-    EXPECT_EQ(pango_font_description_get_size(d), kMaxFontPoints * PANGO_SCALE);
-    pango_font_description_free(d);
-    g->SetTextSize(-7); // below 1: the theme's size
-    g->UpdateFont();
-    EXPECT_EQ(pango_font_description_get_size(g->FontDescription()),
-              DefaultFontSize() * PANGO_SCALE);
-}
-
-TEST_F(Text, ArialResolvesToItsMetricTwin) {
-    FontSpec spec{"Arial", 12, 0};
-    PangoFontDescription *d = MakeFontDescription(spec);
-    ASSERT_NE(d, nullptr);
-    EXPECT_EQ(LoadedFamily(d), "Liberation Sans");
-    pango_font_description_free(d);
-}
-
-TEST_F(Text, SystemNamesMeanTheThemeFont) {
-    for (const char *name : {"System", "SmallSystem", "", "system"}) {
-        PangoFontDescription *d = MakeFontDescription(FontSpec{name, 0, 0});
-        ASSERT_NE(d, nullptr) << name;
-        EXPECT_STREQ(pango_font_description_get_family(d), DefaultFontFamily().c_str()) << name;
-        pango_font_description_free(d);
-    }
-}
-
-TEST_F(Text, StyleBitsReachTheDescription) {
-    PangoFontDescription *d = MakeFontDescription(FontSpec{"Arial", 14, kStyleBold | kStyleItalic});
-    ASSERT_NE(d, nullptr);
-    EXPECT_EQ(pango_font_description_get_weight(d), PANGO_WEIGHT_BOLD);
-    EXPECT_EQ(pango_font_description_get_style(d), PANGO_STYLE_ITALIC);
-    pango_font_description_free(d);
-}
-
-TEST_F(Text, UnknownFamilyFallsBackToALoadableFont) {
-    PangoFontDescription *d = MakeFontDescription(FontSpec{"No Such Family Xyzzy", 12, 0});
-    ASSERT_NE(d, nullptr);
-    EXPECT_FALSE(LoadedFamily(d).empty());
-    pango_font_description_free(d);
 }
 
 TEST_F(Text, FontIsRebuiltOnlyWhenAFieldChanges) {
@@ -191,38 +186,39 @@ TEST_F(Text, CentredAndRightAlignment) {
     EXPECT_LT(box.right, 120);
 }
 
+// Condensed text: drawn whole when it fits, cut with an ellipsis that ends
+// near the limit when not, and nothing when even the ellipsis is too wide.
 TEST_F(Text, CondensedTextIsCutWithAnEllipsis) {
+    enum Expect { Whole, Cut, Nothing };
+    const struct Row {
+        const char *text;
+        int width;
+        Expect expect;
+    } rows[] = {{"Hi", 150, Whole},
+                {"A rather long line that cannot fit", 80, Cut},
+                {"Something long enough to cut", 5, Nothing}};
     g->SetTextFont("Arial");
     g->SetTextSize(12);
     Colour(0x000000);
-    const std::string text = "A rather long line that cannot fit";
-    g->DrawStringCondensed(text, 10, 30, 80, "...");
-    InkBox box = Ink();
-    ASSERT_GT(box.count, 0);
-    EXPECT_LE(box.right, 90);
-    EXPECT_GT(box.right, 60);     // the ellipsis ends near the limit
-    EXPECT_EQ(g->TextStyle(), 0); // the condensed bit is put back
-}
-
-TEST_F(Text, ShortTextIsDrawnWhole) {
-    g->SetTextFont("Arial");
-    g->SetTextSize(12);
-    Colour(0x000000);
-    g->DrawStringCondensed("Hi", 10, 30, 150, "...");
-    const InkBox cut = Ink();
-    g->EraseRect(RectFromXYWH(0, 0, kWidth, kHeight));
-    g->DrawText("Hi", 10, 30, 0);
-    const InkBox whole = Ink();
-    EXPECT_EQ(cut.count, whole.count);
-    EXPECT_EQ(cut.right, whole.right);
-}
-
-TEST_F(Text, EllipsisWiderThanTheSpaceDrawsNothing) {
-    g->SetTextFont("Arial");
-    g->SetTextSize(12);
-    Colour(0x000000);
-    g->DrawStringCondensed("Something long enough to cut", 10, 30, 5, "...");
-    EXPECT_EQ(Ink().count, 0);
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.text);
+        g->EraseRect(RectFromXYWH(0, 0, kWidth, kHeight));
+        g->DrawText(row.text, 10, 30, 0);
+        const InkBox whole = Ink();
+        g->EraseRect(RectFromXYWH(0, 0, kWidth, kHeight));
+        g->DrawStringCondensed(row.text, 10, 30, row.width, "...");
+        const InkBox box = Ink();
+        EXPECT_EQ(g->TextStyle(), 0); // the condensed bit is put back
+        if (row.expect == Nothing) {
+            EXPECT_EQ(box.count, 0);
+        } else if (row.expect == Whole) {
+            EXPECT_EQ(box.count, whole.count);
+            EXPECT_EQ(box.right, whole.right);
+        } else {
+            EXPECT_LE(box.right, 10 + row.width);
+            EXPECT_GT(box.right, 10 + row.width - 30);
+        }
+    }
 }
 
 TEST_F(Text, FitTextFindsTheLongestFittingPrefix) {

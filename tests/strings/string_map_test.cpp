@@ -5,7 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
 #include <map>
+#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -31,35 +34,6 @@ protected:
         return StringMap<V>::Hash(key);
     }
 };
-
-TEST(StringMapBasics, AddGetReplaceAndCount) {
-    StringMap<int> map;
-    map.AddEntry(string("one"), 1);
-    map.AddEntry(string("two"), 2);
-    int v = 0;
-    EXPECT_TRUE(map.GetEntry(string("one"), v));
-    EXPECT_EQ(v, 1);
-    EXPECT_TRUE(map.Has(string("two")));
-    EXPECT_FALSE(map.Has(string("three")));
-    EXPECT_FALSE(map.GetEntry(string("three"), v));
-    map.AddEntry(string("one"), 11);
-    EXPECT_EQ(map.Count(), 2u);
-    EXPECT_TRUE(map.GetEntry(string("one"), v));
-    EXPECT_EQ(v, 11);
-}
-
-TEST(StringMapBasics, KeysAreCaseInsensitiveAndTheFirstKeyStays) {
-    StringMap<int> map;
-    map.AddEntry(string("Open"), 1);
-    map.AddEntry(string("OPEN"), 2);
-    EXPECT_EQ(map.Count(), 1u);
-    int v = 0;
-    EXPECT_TRUE(map.GetEntry(string("open"), v));
-    EXPECT_EQ(v, 2);
-    StringMapIterator<int> it(map);
-    ASSERT_TRUE(it.Next());
-    EXPECT_EQ(Text(it.Key()), "Open");
-}
 
 TEST(StringMapBasics, KeysMayBeEmptyOrHoldNuls) {
     StringMap<int> map;
@@ -109,38 +83,6 @@ TEST(StringMapGrowth, DoublesOnlyWhenPastThreeQuarters) {
     }
 }
 
-TEST(StringMapGrowth, ThousandsOfKeysKeepOrderAndValues) {
-    int64_t before = kelp::TotalAllocLen();
-    {
-        StringMap<int> map;
-        const int n = 5000;
-        for (int i = 0; i < n; ++i)
-            map.AddEntry(Key(i), i * 3);
-        EXPECT_EQ(map.Count(), static_cast<uint32_t>(n));
-        EXPECT_EQ(map.BinCount(), 8192u);
-        for (int i = 0; i < n; i += 7) {
-            int v = -1;
-            ASSERT_TRUE(map.GetEntry(string(("KEY" + std::to_string(i)).c_str()), v));
-            EXPECT_EQ(v, i * 3);
-        }
-        StringMapIterator<int> it(map);
-        int expected = 0;
-        while (it.Next()) {
-            int v = -1;
-            ASSERT_TRUE(it.Value(v));
-            ASSERT_EQ(v, expected * 3);
-            ++expected;
-        }
-        EXPECT_EQ(expected, n);
-        for (int i = 0; i < n; i += 2)
-            map.Remove(Key(i));
-        EXPECT_EQ(map.Count(), static_cast<uint32_t>(n / 2));
-        EXPECT_FALSE(map.Has(Key(10)));
-        EXPECT_TRUE(map.Has(Key(11)));
-    }
-    EXPECT_EQ(kelp::TotalAllocLen(), before); // keys released with the map
-}
-
 TEST(StringMapGrowth, RehashKeepsOrderAndRefusesZero) {
     StringMap<int> map(4);
     for (int i = 0; i < 3; ++i)
@@ -162,21 +104,74 @@ TEST(StringMapGrowth, RehashKeepsOrderAndRefusesZero) {
     EXPECT_FALSE(it.Next());
 }
 
-TEST(StringMapRemoval, RemoveUnlinksAndForgets) {
-    StringMap<int> map;
-    for (int i = 0; i < 10; ++i)
-        map.AddEntry(Key(i), i);
-    map.Remove(string("KEY9")); // the tail
-    map.Remove(string("key0")); // the head
-    map.Remove(string("missing"));
-    EXPECT_EQ(map.Count(), 8u);
-    map.AddEntry(string("new"), 100); // appended behind the new tail
-    std::vector<int> order;
-    StringMapIterator<int> it(map);
-    int v;
-    while (it.Next() && it.Value(v))
-        order.push_back(v);
-    EXPECT_EQ(order, (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 100}));
+// Seeded random additions, replacements, removals, lookups and rehashes
+// against a plain list in insertion order: keys match without regard to
+// case, a replaced entry keeps its first key and its place, a new one goes
+// to the end, and every key is given back with the map.
+TEST(StringMapModel, RandomOperationsAgreeWithAPlainList) {
+    const int64_t before = kelp::TotalAllocLen();
+    {
+        std::mt19937 gen(20261125);
+        StringMap<int> map;
+        std::vector<std::pair<std::string, int>> model;
+        auto same = [](const std::string &a, const std::string &b) {
+            return a.size() == b.size() &&
+                   std::equal(a.begin(), a.end(), b.begin(),
+                              [](char x, char y) { return tolower(x) == tolower(y); });
+        };
+        auto find = [&](const std::string &key) {
+            return std::find_if(model.begin(), model.end(),
+                                [&](const auto &e) { return same(e.first, key); });
+        };
+        for (int step = 0; step < 40000; ++step) {
+            std::string key = "key" + std::to_string(gen() % 400);
+            for (char &c : key)
+                c = gen() % 2 ? static_cast<char>(toupper(c)) : c;
+            const int value = static_cast<int>(gen() % 1000);
+            const auto at = find(key);
+            switch (gen() % 8) {
+            case 0:
+            case 1:
+            case 2:
+                map.AddEntry(string(key.c_str()), value);
+                if (at == model.end())
+                    model.emplace_back(key, value);
+                else
+                    at->second = value;
+                break;
+            case 3:
+            case 4:
+                map.Remove(string(key.c_str()));
+                if (at != model.end())
+                    model.erase(at);
+                break;
+            case 5:
+                if (gen() % 100 == 0)
+                    map.Rehash(1 + gen() % 5000);
+                break;
+            default: {
+                int got = -1;
+                ASSERT_EQ(map.GetEntry(string(key.c_str()), got), at != model.end()) << step;
+                if (at != model.end()) {
+                    ASSERT_EQ(got, at->second) << step;
+                }
+            }
+            }
+            ASSERT_EQ(map.Count(), model.size()) << step;
+            if (step % 500 != 0)
+                continue;
+            StringMapIterator<int> it(map);
+            for (const auto &[k, v] : model) {
+                int got = -1;
+                ASSERT_TRUE(it.Next()) << step;
+                ASSERT_TRUE(it.Value(got));
+                ASSERT_EQ(Text(it.Key()), k) << step;
+                ASSERT_EQ(got, v) << step;
+            }
+            ASSERT_FALSE(it.Next()) << step;
+        }
+    }
+    EXPECT_EQ(kelp::TotalAllocLen(), before);
 }
 
 TEST(StringMapIteration, RemoveCurrentVisitsEveryEntryOnce) {

@@ -153,42 +153,42 @@ TEST(StringReferences, EveryRecordIsGivenBack) {
     EXPECT_EQ(kelp::TotalAllocLen(), before);
 }
 
-TEST(Substrings, LeftAndRight) {
-    string s("abcdef");
-    EXPECT_EQ(left(s, 0).Storage(), nullptr);
-    EXPECT_EQ(left(s, -3).Storage(), nullptr);
-    string whole = left(s, s.Length());
-    EXPECT_EQ(whole.Storage(), s.Storage());
-    EXPECT_EQ(Count(s), 2);
-    EXPECT_EQ(left(s, 100).Storage(), s.Storage());
-    EXPECT_EQ(Text(left(s, 2)), "ab");
-    EXPECT_EQ(Text(right(s, 2)), "ef");
-    EXPECT_EQ(right(s, 0).Storage(), nullptr);
-    EXPECT_EQ(right(s, 6).Storage(), s.Storage());
+// Left, Right and Mid of "abcdef": an empty result is the null record, and
+// a result that is the whole text is the same record.
+TEST(Substrings, LeftRightAndMid) {
+    const string s("abcdef");
+    const struct Row {
+        const char *name;
+        string got;
+        const char *text; // nullptr: the same record as the source
+    } rows[] = {
+        {"left 0", left(s, 0), ""},          {"left -3", left(s, -3), ""},
+        {"left 6", left(s, 6), nullptr},     {"left 100", left(s, 100), nullptr},
+        {"left 2", left(s, 2), "ab"},        {"right 2", right(s, 2), "ef"},
+        {"right 0", right(s, 0), ""},        {"right 6", right(s, 6), nullptr},
+        {"mid 0", mid(s, 0), nullptr},       {"mid -2", mid(s, -2), nullptr},
+        {"mid 4", mid(s, 4), "ef"},          {"mid 6", mid(s, 6), ""},
+        {"mid 60", mid(s, 60), ""},          {"mid 5 0", mid(s, 5, 0), ""},
+        {"mid 0 6", mid(s, 0, 6), nullptr},  {"mid 1 3", mid(s, 1, 3), "bcd"},
+        {"mid 4 100", mid(s, 4, 100), "ef"}, {"mid -2 4", mid(s, -2, 4), "ab"}, // eats the length
+        {"mid -4 4", mid(s, -4, 4), ""},     {"mid 6 1", mid(s, 6, 1), ""},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        if (!row.text) {
+            EXPECT_EQ(row.got.Storage(), s.Storage());
+        } else if (!*row.text) {
+            EXPECT_EQ(row.got.Storage(), nullptr);
+        } else {
+            EXPECT_EQ(Text(row.got), row.text);
+        }
+    }
+    EXPECT_EQ(mid(string(), 0).Storage(), nullptr);
+    // Shared results hold their own reference.
+    EXPECT_EQ(Count(s), 7);
     string latin = string::FromBytes("\xe9t\xe9", 3, kEncodingLatin1);
     EXPECT_EQ(left(latin, 1).Encoding(), kEncodingLatin1);
     EXPECT_EQ(right(latin, 1).Encoding(), kEncodingLatin1);
-}
-
-TEST(Substrings, MidFromAPosition) {
-    string s("abcdef");
-    EXPECT_EQ(mid(s, 0).Storage(), s.Storage());
-    EXPECT_EQ(mid(s, -2).Storage(), s.Storage());
-    EXPECT_EQ(Text(mid(s, 4)), "ef");
-    EXPECT_EQ(mid(s, 6).Storage(), nullptr);
-    EXPECT_EQ(mid(s, 60).Storage(), nullptr);
-    EXPECT_EQ(mid(string(), 0).Storage(), nullptr);
-}
-
-TEST(Substrings, MidWithALength) {
-    string s("abcdef");
-    EXPECT_EQ(mid(s, 5, 0).Storage(), nullptr);
-    EXPECT_EQ(mid(s, 0, s.Length()).Storage(), s.Storage());
-    EXPECT_EQ(Text(mid(s, 1, 3)), "bcd");
-    EXPECT_EQ(Text(mid(s, 4, 100)), "ef");
-    EXPECT_EQ(Text(mid(s, -2, 4)), "ab"); // a negative start eats the length
-    EXPECT_EQ(mid(s, -4, 4).Storage(), nullptr);
-    EXPECT_EQ(mid(s, 6, 1).Storage(), nullptr);
 }
 
 TEST(Substrings, TrimmingTakesBlanksAndTabsOnly) {

@@ -20,6 +20,7 @@
 #include "kelp/startup.h"
 #include "kelp/string_functions.h"
 #include "kelp/strings.h"
+#include "kelp/system.h"
 #include "kelp/threads.h"
 #include "kelp/windows.h"
 

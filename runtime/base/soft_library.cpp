@@ -8,6 +8,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <fstream>
+#include <sstream>
+#include <vector>
+
 namespace kelp {
 namespace {
 
@@ -80,6 +84,57 @@ void *OpenOptionalLibrary(const char *path) { return path ? dlopen(path, RTLD_LA
 
 void *OptionalSymbol(void *handle, const char *function) {
     return handle && function ? dlsym(handle, function) : nullptr;
+}
+
+namespace {
+
+// The libraries of a linker script's GROUP ( ... ), in order; empty when the
+// text has no such group.
+std::vector<std::string> GroupMembers(const std::string &text) {
+    const size_t group = text.find("GROUP");
+    const size_t open = group == std::string::npos ? group : text.find('(', group);
+    const size_t close = open == std::string::npos ? open : text.find(')', open);
+    std::vector<std::string> members;
+    if (close == std::string::npos)
+        return members;
+    std::string piece;
+    for (size_t i = open + 1; i <= close; ++i) {
+        const char c = text[i];
+        if (c == ' ' || c == '\t' || c == '\n' || c == ')') {
+            if (!piece.empty())
+                members.push_back(piece);
+            piece.clear();
+        } else {
+            piece += c;
+        }
+    }
+    return members;
+}
+
+} // namespace
+
+void *OpenLibraryByItsForms(const std::string &library) {
+    if (library.empty())
+        return nullptr;
+    for (const std::string &form :
+         {library, "/usr/local/lib/" + library, "/usr/lib/" + library, library + ".so",
+          "/usr/local/lib/" + library + ".so", "/usr/lib/" + library + ".so"})
+        if (void *handle = TryOpen(form))
+            return handle;
+    // Debian keeps its development scripts in the multiarch folders as well.
+    for (const char *folder : {"/usr/local/lib/", "/usr/lib/", "/lib/",
+                               "/usr/lib/x86_64-linux-gnu/", "/lib/x86_64-linux-gnu/"}) {
+        std::ifstream script(folder + library + ".so");
+        if (!script)
+            continue;
+        std::stringstream text;
+        text << script.rdbuf();
+        for (const std::string &member : GroupMembers(text.str()))
+            if (void *handle = TryOpen(member))
+                return handle;
+        return nullptr; // the first script found decides
+    }
+    return nullptr;
 }
 
 void *FindLoadedSymbol(const char *library, const char *function) {

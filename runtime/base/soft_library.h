@@ -33,6 +33,13 @@ void *FindLoadedSymbol(const char *library, const char *function);
 // without a decoder or a device): the handle of `path`, or null; nothing is
 // reported either way.  It stays open until the process ends.
 void *OpenOptionalLibrary(const char *path);
+// A library as compiled code names it for a binding at run time: the name as
+// given, then under /usr/local/lib and /usr/lib, then each of those with
+// ".so"; failing all, a linker script of that name (the ".so" files that
+// development packages install) is read and the libraries of its GROUP are
+// tried in turn.  Null when none opens; nothing is reported.
+void *OpenLibraryByItsForms(const std::string &library);
+
 // A function of an optional library, or null, without a report.
 void *OptionalSymbol(void *handle, const char *function);
 

@@ -24,6 +24,7 @@ const RelocEntry kRows[] = {
 #include "sound/exports.inc"
 #include "string_functions/exports.inc"
 #include "strings/exports.inc"
+#include "system/exports.inc"
 #include "threads/exports.inc"
 #include "timers/exports.inc"
 #include "windows/exports.inc"

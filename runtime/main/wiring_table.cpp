@@ -16,6 +16,7 @@
 #include "panes/wiring.h"
 #include "sound/wiring.h"
 #include "string_functions/wiring.h"
+#include "system/wiring.h"
 #include "threads/wiring.h"
 #include "timers/wiring.h"
 #include "windows/wiring.h"
@@ -33,6 +34,7 @@ const WiringStep kWiringTable[] = {
     {"timers: the Timer class", &WireTimers},
     {"sound: the Sound class", &WireSound},
     {"threads: the main thread's run lock; the thread and lock classes", &WireThreads},
+    {"system: the System object's class", &WireSystem},
     {"graphics: the Graphics class", &WireGraphics},
     {"panes: the key snooper's hook; the run loop's Escape reader", &WirePanes},
     {"windows: the Window classes; the run loop's window client", &WireWindows},

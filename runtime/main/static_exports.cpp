@@ -13,6 +13,7 @@ namespace {
 const RelocEntry kRows[] = {
 #include "app/exports.inc"
 #include "arrays/exports.inc"
+#include "cursors/exports.inc"
 #include "exceptions/exports.inc"
 #include "graphics/exports.inc"
 #include "numbers/exports.inc"

@@ -9,6 +9,7 @@
 #include "main/static_exports.h"
 
 #include "app/wiring.h"
+#include "cursors/wiring.h"
 #include "dialogs/wiring.h"
 #include "exceptions/wiring.h"
 #include "graphics/wiring.h"
@@ -38,6 +39,7 @@ const WiringStep kWiringTable[] = {
     {"graphics: the Graphics class", &WireGraphics},
     {"panes: the key snooper's hook; the run loop's Escape reader", &WirePanes},
     {"windows: the Window classes; the run loop's window client", &WireWindows},
+    {"cursors: the cursor, screen and tray item classes", &WireCursors},
     {"dialogs: the dialog that presents assertion reports", &WireDialogs},
     {"app: the Application classes; the run loop's application client; the "
      "standard handler of unhandled exceptions",

@@ -83,6 +83,7 @@ bool KeyIsDown(guint keyval) { return KeysDown().count(keyval) != 0; }
 namespace {
 ApplicationCursorSource gAppCursor = nullptr;
 GdkCursor *gShownCursor = nullptr;
+GdkCursor *gGlobalCursor = nullptr; // counted
 bool gCursorApplied = false;
 
 GdkCursor *TopCursorAt(SubPane *pane, int32_t x, int32_t y) {
@@ -102,11 +103,23 @@ GdkCursor *TopCursorAt(SubPane *pane, int32_t x, int32_t y) {
 
 void SetApplicationCursorSource(ApplicationCursorSource source) { gAppCursor = source; }
 
+void SetGlobalPaneCursor(GdkCursor *cursor) {
+    if (cursor)
+        gdk_cursor_ref(cursor);
+    if (gGlobalCursor)
+        gdk_cursor_unref(gGlobalCursor);
+    gGlobalCursor = cursor;
+}
+
+GdkCursor *GlobalPaneCursor() { return gGlobalCursor; }
+
 GdkCursor *ChooseCursor(PaneRoot *root, int32_t x, int32_t y) {
     if (GdkCursor *app = gAppCursor ? gAppCursor() : nullptr)
         return app;
     if (GdkCursor *pane = TopCursorAt(root, x, y))
         return pane;
+    if (gGlobalCursor)
+        return gGlobalCursor;
     return root->cursor;
 }
 

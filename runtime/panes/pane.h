@@ -130,6 +130,12 @@ void SetCurrentModifiers(int32_t modifiers);
 // own, else the toolkit's default (null).  Applied only when it changes.
 using ApplicationCursorSource = GdkCursor *(*)();
 void SetApplicationCursorSource(ApplicationCursorSource source);
+// The cursor set globally, which stands between a pane's and the window's;
+// null when none.  Setting takes a reference and drops the old one.
+void SetGlobalPaneCursor(GdkCursor *cursor);
+GdkCursor *GlobalPaneCursor();
+// The first that exists of: the application's cursor, the cursor of the
+// top-most visible child under the point, the global cursor, the window's.
 GdkCursor *ChooseCursor(PaneRoot *root, int32_t x, int32_t y);
 void ApplyCursor(PaneRoot *root, GdkCursor *cursor);
 

@@ -20,5 +20,8 @@
 #include "kelp/string_functions.h"
 #include "kelp/strings.h"
 #include "kelp/windows.h"
+/* Core values */
+#include "kelp/encodings.h"
+#include "kelp/memory.h"
 
 #endif

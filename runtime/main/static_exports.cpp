@@ -25,6 +25,9 @@ const RelocEntry kRows[] = {
 #include "strings/exports.inc"
 #include "timers/exports.inc"
 #include "windows/exports.inc"
+// Core values
+#include "encodings/exports.inc"
+#include "memory/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

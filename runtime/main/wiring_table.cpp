@@ -17,6 +17,9 @@
 #include "string_functions/wiring.h"
 #include "timers/wiring.h"
 #include "windows/wiring.h"
+// Core values
+#include "encodings/wiring.h"
+#include "memory/wiring.h"
 
 namespace kelp {
 namespace {
@@ -29,6 +32,8 @@ const WiringStep kWiringTable[] = {
     {"exceptions: the exception classes; the object runtime's raiser", &WireExceptions},
     {"string_functions: the EndOfLine class", &WireStringFunctions},
     {"timers: the Timer class", &WireTimers},
+    {"encodings: the TextEncoding and TextConverter classes, the Encodings module", &WireEncodings},
+    {"memory: the MemoryBlock and _Blowfish classes", &WireMemory},
     {"graphics: the Graphics class", &WireGraphics},
     {"panes: the key snooper's hook; the run loop's Escape reader", &WirePanes},
     {"windows: the Window classes; the run loop's window client", &WireWindows},

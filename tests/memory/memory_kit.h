@@ -54,8 +54,4 @@ template <typename Call> Raise Raised(Call call) {
 // Takes over a string the runtime handed back, and answers its bytes.
 inline std::string Take(KelpString s) { return std::string(kelp::string::Adopt(s).View()); }
 
-inline KelpString Bytes(const std::string &text) {
-    return kelp::string::FromBytes(text.data(), (long)text.size(), kEncodingASCII).Release();
-}
-
 } // namespace memtest

@@ -139,6 +139,19 @@ int32_t RuntimeUBound2Param(RuntimeArray *array, int32_t dimension);
  * array is a view already, the array itself is returned. */
 RuntimeArray *RuntimeCreateArrayCastWrapper(RuntimeArray *array, RuntimeClass *klass);
 
+/* An array in an object's field at a byte offset: the getter returns it with
+ * a new reference; the setter locks the new array and unlocks the old.  A
+ * null object raises NilObjectException. */
+RuntimeArray *arrayGetter(RuntimeObject *object, int32_t offset);
+void arraySetter(RuntimeObject *object, int32_t offset, RuntimeArray *value);
+
+/* Element `index` of a one-dimensional array of Integer, String or objects,
+ * through its Get slot: OutOfBoundsException outside it, NilObjectException
+ * for null.  Strings and objects come with a reference for the caller. */
+int32_t RuntimeDirectReadIntArray(RuntimeArray *array, int32_t index);
+stringStorage *RuntimeDirectReadStringArray(RuntimeArray *array, int32_t index);
+RuntimeObject *RuntimeDirectReadObjectArray(RuntimeArray *array, int32_t index);
+
 #ifdef __cplusplus
 }
 #endif

@@ -24,5 +24,8 @@
 #include "kelp/system.h"
 #include "kelp/threads.h"
 #include "kelp/windows.h"
+/* Core values */
+#include "kelp/encodings.h"
+#include "kelp/memory.h"
 
 #endif

@@ -173,6 +173,35 @@ typedef struct RuntimeCastArray {
     struct RuntimeClass *klass;
 } RuntimeCastArray;
 
+/* ------------------------------------------------ memory blocks and encodings */
+
+/* A MemoryBlock: a sized buffer that it owns (mSizeKnown set, every access
+ * checked against mSize), or an unsized view on memory it doesn't own. */
+typedef struct MemoryBlockObject {
+    RuntimeObject object;
+    int32_t mSize;        /* bytes; 0 on an unsized view */
+    uint8_t *mData;       /* the bytes, or null */
+    uint8_t mSizeKnown;   /* 1: owned and checked; 0: unsized view */
+    uint8_t littleEndian; /* byte order of multi-byte accessors; 1 at start */
+} MemoryBlockObject;
+
+/* A TextEncoding: base | variant << 16 | format << 26 in parts, and the word. */
+typedef struct TextEncodingObject {
+    RuntimeObject object;
+    uint32_t base;
+    uint32_t variant;
+    uint32_t format;
+    uint32_t valid; /* always 1 */
+    uint32_t word;  /* 0x08000100 for base 256 format 2, else the base */
+} TextEncodingObject;
+
+/* A TextConverter: the source and target encoding words. */
+typedef struct TextConverterObject {
+    RuntimeObject object;
+    uint32_t source;
+    uint32_t target;
+} TextConverterObject;
+
 /* ------------------------------------------------------------ export rows */
 
 /* A row of the export table: a name and the function it binds to. */
@@ -265,5 +294,20 @@ KELP_STATIC_ASSERT(sizeof(RuntimeCastArray) == 40, "RuntimeCastArray size");
 
 KELP_STATIC_ASSERT(offsetof(RelocEntry, code) == 8, "RelocEntry.code");
 KELP_STATIC_ASSERT(sizeof(RelocEntry) == 32, "RelocEntry size");
+
+KELP_STATIC_ASSERT(offsetof(MemoryBlockObject, mSize) == 48, "MemoryBlock.mSize");
+KELP_STATIC_ASSERT(offsetof(MemoryBlockObject, mData) == 56, "MemoryBlock.mData");
+KELP_STATIC_ASSERT(offsetof(MemoryBlockObject, mSizeKnown) == 64, "MemoryBlock.mSizeKnown");
+KELP_STATIC_ASSERT(offsetof(MemoryBlockObject, littleEndian) == 65, "MemoryBlock.LittleEndian");
+KELP_STATIC_ASSERT(sizeof(MemoryBlockObject) == 72, "MemoryBlock size");
+KELP_STATIC_ASSERT(offsetof(TextEncodingObject, base) == 48, "TextEncoding.base");
+KELP_STATIC_ASSERT(offsetof(TextEncodingObject, variant) == 52, "TextEncoding.variant");
+KELP_STATIC_ASSERT(offsetof(TextEncodingObject, format) == 56, "TextEncoding.format");
+KELP_STATIC_ASSERT(offsetof(TextEncodingObject, valid) == 60, "TextEncoding.valid");
+KELP_STATIC_ASSERT(offsetof(TextEncodingObject, word) == 64, "TextEncoding.word");
+KELP_STATIC_ASSERT(sizeof(TextEncodingObject) == 72, "TextEncoding size");
+KELP_STATIC_ASSERT(offsetof(TextConverterObject, source) == 48, "TextConverter.source");
+KELP_STATIC_ASSERT(offsetof(TextConverterObject, target) == 52, "TextConverter.target");
+KELP_STATIC_ASSERT(sizeof(TextConverterObject) == 56, "TextConverter size");
 
 #endif /* KELP_RECORDS_H */

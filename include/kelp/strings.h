@@ -25,6 +25,18 @@ stringStorage *RuntimeAddString(stringStorage *a, stringStorage *b);
 /* Below, equal to or above zero; case-insensitive in every encoding. */
 int32_t RuntimeStringCompare(stringStorage *a, stringStorage *b);
 
+/* Views for declared external functions; valid while the string is held.
+ * The C text (buffer + 1) and the Pascal text (buffer); "" for null. */
+const char *StringGetCString(stringStorage *s);
+const char *StringToCString(stringStorage *s);
+const uint8_t *StringGetPString(stringStorage *s);
+const uint8_t *StringToPString(stringStorage *s);
+/* Owned: the text in 16-bit units (UTF-16) / in UTF-8. */
+stringStorage *StringToWString(stringStorage *s);
+stringStorage *StringToCFString(stringStorage *s);
+/* The first four bytes, most significant first, blank-padded. */
+uint32_t StringToOSType(stringStorage *s);
+
 #ifdef __cplusplus
 }
 #endif

@@ -29,6 +29,9 @@ const RelocEntry kRows[] = {
 #include "threads/exports.inc"
 #include "timers/exports.inc"
 #include "windows/exports.inc"
+// Core values
+#include "encodings/exports.inc"
+#include "memory/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

@@ -21,6 +21,9 @@
 #include "threads/wiring.h"
 #include "timers/wiring.h"
 #include "windows/wiring.h"
+// Core values
+#include "encodings/wiring.h"
+#include "memory/wiring.h"
 
 namespace kelp {
 namespace {
@@ -36,6 +39,8 @@ const WiringStep kWiringTable[] = {
     {"sound: the Sound class", &WireSound},
     {"threads: the main thread's run lock; the thread and lock classes", &WireThreads},
     {"system: the System object's class", &WireSystem},
+    {"encodings: the TextEncoding and TextConverter classes, the Encodings module", &WireEncodings},
+    {"memory: the MemoryBlock and _Blowfish classes", &WireMemory},
     {"graphics: the Graphics class", &WireGraphics},
     {"panes: the key snooper's hook; the run loop's Escape reader", &WirePanes},
     {"windows: the Window classes; the run loop's window client", &WireWindows},

@@ -316,6 +316,8 @@ string UCS2Capitalize(const string &s) { return ChangeUCS2(s, CaseChange::Capita
 
 namespace {
 
+constexpr uint32_t kEncodingISO2022JP = 2080;
+
 bool AllBytesBelow128(const string &s) {
     const uint8_t *p = reinterpret_cast<const uint8_t *>(s.CString());
     for (long i = 0, n = s.Length(); i < n; ++i)
@@ -405,8 +407,10 @@ string ConvertEncoding(const string &s, uint32_t target) {
         gCacheResult.Encoding() == target)
         return gCacheResult;
     bool holdsAscii = target < 256 || target > 512 || target == kEncodingUTF8;
-    if (holdsAscii &&
-        (source == kEncodingASCII || (!IsUnicodeFamily(source) && AllBytesBelow128(s)))) {
+    // ISO-2022-JP is 7-bit too, but its escapes switch to two-byte
+    // characters: bytes below 128 are not ASCII text there.
+    bool asciiSource = source != kEncodingISO2022JP && !IsUnicodeFamily(source);
+    if (holdsAscii && (source == kEncodingASCII || (asciiSource && AllBytesBelow128(s)))) {
         string copy = string::FromBytes(s.CString(), s.Length(), target);
         gCacheSource = s;
         gCacheResult = copy;

@@ -507,3 +507,39 @@ TEST_F(Arrays, ACastWrapperAdmitsOnlyObjectsOfItsClassAndNil) {
 }
 
 } // namespace
+
+// Arrays in object fields and the direct reads plug-ins use.
+TEST(ArrayFields, AccessorsKeepCountsAndDirectReadsCheckBounds) {
+    struct Holder {
+        RuntimeObject object;
+        RuntimeArray *field;
+    } holder = {};
+    RuntimeArray *numbers = CreateArray(1, kArrayInt32, 2);
+    arraytest::Slot<kelp_array1_set_i32>(numbers, kArraySlotSet)(numbers, 42, 1);
+    arraySetter(&holder.object, offsetof(Holder, field), numbers);
+    EXPECT_EQ(numbers->referenceCount, 2u);
+    RuntimeArray *got = arrayGetter(&holder.object, offsetof(Holder, field));
+    EXPECT_EQ(got, numbers);
+    EXPECT_EQ(numbers->referenceCount, 3u);
+    RuntimeUnlockArray(got);
+    EXPECT_EQ(RuntimeDirectReadIntArray(numbers, 1), 42);
+    EXPECT_EQ(arraytest::Raised([&] { RuntimeDirectReadIntArray(numbers, 3); }),
+              "OutOfBoundsException");
+    EXPECT_EQ(arraytest::Raised([] { RuntimeDirectReadIntArray(nullptr, 0); }),
+              "NilObjectException");
+    EXPECT_EQ(arraytest::Raised([] { arrayGetter(nullptr, 8); }), "NilObjectException");
+    arraySetter(&holder.object, offsetof(Holder, field), nullptr);
+    EXPECT_EQ(numbers->referenceCount, 1u);
+
+    RuntimeArray *texts = CreateArray(1, kArrayString, 0);
+    stringStorage *hello = arraytest::NewString("hello");
+    arraytest::Slot<kelp_array1_set_str>(texts, kArraySlotSet)(texts, hello, 0);
+    stringStorage *read = RuntimeDirectReadStringArray(texts, 0);
+    EXPECT_EQ(arraytest::Text(read), "hello");
+    EXPECT_EQ(read->referenceCount, 3); // ours, the array's, the reader's
+    RuntimeUnlockString(read);
+    RuntimeUnlockString(hello);
+    RuntimeUnlockArray(texts);
+    RuntimeUnlockArray(numbers);
+    EXPECT_EQ(RuntimeDirectReadObjectArray(nullptr, 0), nullptr);
+}

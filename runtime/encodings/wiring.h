@@ -1,0 +1,5 @@
+#pragma once
+namespace kelp {
+// The TextEncoding and TextConverter classes and the Encodings module.
+void WireEncodings();
+} // namespace kelp

@@ -1,0 +1,5 @@
+#pragma once
+namespace kelp {
+// The MemoryBlock and _Blowfish classes.
+void WireMemory();
+} // namespace kelp

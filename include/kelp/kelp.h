@@ -20,5 +20,8 @@
 #include "kelp/string_functions.h"
 #include "kelp/strings.h"
 #include "kelp/windows.h"
+/* values */
+#include "kelp/dates.h"
+#include "kelp/variants.h"
 
 #endif

@@ -25,6 +25,9 @@ const RelocEntry kRows[] = {
 #include "strings/exports.inc"
 #include "timers/exports.inc"
 #include "windows/exports.inc"
+// values
+#include "dates/exports.inc"
+#include "variants/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

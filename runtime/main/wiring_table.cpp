@@ -17,6 +17,9 @@
 #include "string_functions/wiring.h"
 #include "timers/wiring.h"
 #include "windows/wiring.h"
+// values
+#include "dates/wiring.h"
+#include "variants/wiring.h"
 
 namespace kelp {
 namespace {
@@ -28,6 +31,8 @@ const WiringStep kWiringTable[] = {
     {"objects: the Runtime class", &WireObjects},
     {"exceptions: the exception classes; the object runtime's raiser", &WireExceptions},
     {"string_functions: the EndOfLine class", &WireStringFunctions},
+    {"dates: the Date class and ParseDate", &WireDates},
+    {"variants: the Dictionary class and the Variant functions", &WireVariants},
     {"timers: the Timer class", &WireTimers},
     {"graphics: the Graphics class", &WireGraphics},
     {"panes: the key snooper's hook; the run loop's Escape reader", &WirePanes},

@@ -113,13 +113,13 @@ void DateImpUnix::SetField(int32_t field, int32_t value) {
     mDirty = 1;
     switch (field) {
     case kDateYear: mTm.tm_year = value; break;
-    case kDateMonth: mTm.tm_mon = value - 1; break;
+    case kDateMonth: mTm.tm_mon = Clamp(int64_t(value) - 1, INT32_MIN, INT32_MAX); break;
     case kDateDay: mTm.tm_mday = value; break;
     case kDateHour: mTm.tm_hour = value; break;
     case kDateMinute: mTm.tm_min = value; break;
     case kDateSecond: mTm.tm_sec = value; break;
-    case kDateDayOfWeek: mTm.tm_wday = value - 1; break;
-    case kDateDayOfYear: mTm.tm_yday = value - 1; break;
+    case kDateDayOfWeek: mTm.tm_wday = Clamp(int64_t(value) - 1, INT32_MIN, INT32_MAX); break;
+    case kDateDayOfYear: mTm.tm_yday = Clamp(int64_t(value) - 1, INT32_MIN, INT32_MAX); break;
     case kDateWeekOfYear: break; // computed, nothing to store
     default: KELP_ASSERT(false, kFile, "field >= 0 && field <= 8"); break;
     }

@@ -15,7 +15,6 @@ uint32_t RuntimeFloatToUInt(double value);
 double RuntimeIntToFloat(int32_t value);
 double RuntimeUIntToFloat(uint32_t value);
 
-
 /* The language's number functions.  Max and Min of a NaN give the other
  * operand only when it is the first; Round halves away from zero; Sign is
  * -1, 0 or 1 (0 for NaN).  The rest are the C library's. */

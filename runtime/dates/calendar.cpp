@@ -15,8 +15,9 @@ constexpr int32_t kLastYear = 1000000;
 
 const char *const kWeekdays[7] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
                                   "Thursday", "Friday", "Saturday"};
-const char *const kMonths[12] = {"January", "February", "March",     "April",   "May",      "June",
-                                 "July",    "August",   "September", "October", "November", "December"};
+const char *const kMonths[12] = {"January",   "February", "March",    "April",
+                                 "May",       "June",     "July",     "August",
+                                 "September", "October",  "November", "December"};
 
 // Days from 1 January of year 1 to 1 January of `year`, before the reform's
 // 10 days are taken off.

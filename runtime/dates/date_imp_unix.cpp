@@ -70,9 +70,9 @@ void DateImpUnix::Normalise() {
     year = Clamp(year, -kYearLimit, kYearLimit);
     if ((day > 400 || day < -400) && year >= 1 && year <= kYearLimit) {
         // Far off: go through the day number, then walk the rest.
-        const int64_t n = calendar::DayNumber(static_cast<int32_t>(year), static_cast<int32_t>(month),
-                                              1) +
-                          day - 1;
+        const int64_t n =
+            calendar::DayNumber(static_cast<int32_t>(year), static_cast<int32_t>(month), 1) + day -
+            1;
         const calendar::CalendarDate d = calendar::FromDayNumber(n);
         year = d.year;
         month = d.month;
@@ -86,8 +86,8 @@ void DateImpUnix::Normalise() {
                 --year;
             }
             day += calendar::MonthLength(static_cast<int32_t>(month), static_cast<int32_t>(year));
-        } else if (day > calendar::MonthLength(static_cast<int32_t>(month),
-                                               static_cast<int32_t>(year))) {
+        } else if (day >
+                   calendar::MonthLength(static_cast<int32_t>(month), static_cast<int32_t>(year))) {
             day -= calendar::MonthLength(static_cast<int32_t>(month), static_cast<int32_t>(year));
             if (++month > 11) {
                 month = 0;
@@ -144,16 +144,15 @@ int32_t DateImpUnix::GetField(int32_t field) {
 }
 
 string DateImpUnix::GetText(int32_t format) {
-    static const char *const kFormats[] = {"%m/%d/%Y", "%A, %B %d, %Y", "%a, %b %d, %Y",
-                                           "%I:%M %p", "%I:%M:%S %p"};
+    static const char *const kFormats[] = {"%m/%d/%Y", "%A, %B %d, %Y", "%a, %b %d, %Y", "%I:%M %p",
+                                           "%I:%M:%S %p"};
     if (format < 0 || format > kLongTime)
         return string();
     Initialise();
     mDirty = 1;
     Normalise();
-    const calendar::TimeFields fields{mTm.tm_year, mTm.tm_mon,  mTm.tm_mday,
-                                      mTm.tm_hour, mTm.tm_min,  mTm.tm_sec,
-                                      mTm.tm_wday, mTm.tm_yday + 1};
+    const calendar::TimeFields fields{mTm.tm_year, mTm.tm_mon, mTm.tm_mday, mTm.tm_hour,
+                                      mTm.tm_min,  mTm.tm_sec, mTm.tm_wday, mTm.tm_yday + 1};
     char buffer[1024];
     const size_t n = calendar::TimeSprintf(buffer, sizeof buffer, kFormats[format], fields);
     return string::FromBytes(buffer, static_cast<long>(n), kSystemDefaultEncoding);
@@ -197,10 +196,10 @@ void DateImpUnix::SetTotalSeconds(double seconds) {
 
 bool DateImpUnix::ParseDate(const string &text) {
     static const char *const kFormats[20] = {
-        "%m/%d/%C%y", "%m/%d/%y",     "%m-%d-%C%y",       "%m-%d-%y",          "%m.%d.%C%y",
-        "%m.%d.%y",   "%d%b%C%y",     "%d%b%y",           "%d %b %C%y",        "%d %b %y",
-        "%d.%b.%C%y", "%d.%b.%y",     "%b %d, %C%y",      "%b %d, %y",         "%b %d %C%y",
-        "%b %d %y",   "%a, %b %d, %C%y", "%a, %b %d, %y", "%a %b %d %C%y",     "%a %b %d %y"};
+        "%m/%d/%C%y", "%m/%d/%y",        "%m-%d-%C%y",    "%m-%d-%y",      "%m.%d.%C%y",
+        "%m.%d.%y",   "%d%b%C%y",        "%d%b%y",        "%d %b %C%y",    "%d %b %y",
+        "%d.%b.%C%y", "%d.%b.%y",        "%b %d, %C%y",   "%b %d, %y",     "%b %d %C%y",
+        "%b %d %y",   "%a, %b %d, %C%y", "%a, %b %d, %y", "%a %b %d %C%y", "%a %b %d %y"};
     const string system = ConvertToSystemEncoding(text);
     const char *source = system.CString();
     // Every attempt writes into the same record, as the C library leaves it.

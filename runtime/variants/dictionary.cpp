@@ -17,8 +17,7 @@ namespace {
 
 constexpr const char *kFile = "Common/Dictionary";
 constexpr uint32_t kFirstBins = 61;
-constexpr uint32_t kPrimes[] = {61,   127,  251,  509,   1021,  2039,
-                                4093, 8191, 16381, 32749, 65521};
+constexpr uint32_t kPrimes[] = {61, 127, 251, 509, 1021, 2039, 4093, 8191, 16381, 32749, 65521};
 
 DictionaryObject *Of(RuntimeObject *object) {
     if (!object) {
@@ -311,8 +310,7 @@ extern "C" void dictionaryRemove(RuntimeObject *object, RuntimeObject *key) {
         return;
     }
     const int32_t lastIndex = static_cast<int32_t>(d->entries.Count()) - 1;
-    KELP_ASSERT(e->index >= 0 && e->index <= lastIndex, kFile,
-                "index >= 0 and index <= lastIndex");
+    KELP_ASSERT(e->index >= 0 && e->index <= lastIndex, kFile, "index >= 0 and index <= lastIndex");
     if (e->index < 0 || e->index > lastIndex)
         return;
     *link = e->next;

@@ -17,11 +17,11 @@
 namespace kelp {
 
 struct DictionaryEntry {
-    RuntimeObject *key;     // holds a reference; may be nil
-    RuntimeObject *value;   // holds a reference; may be nil
-    uint32_t hash;          // VariantHash of the key
-    int32_t index;          // position in the entry vector
-    DictionaryEntry *next;  // chain of the bin
+    RuntimeObject *key;    // holds a reference; may be nil
+    RuntimeObject *value;  // holds a reference; may be nil
+    uint32_t hash;         // VariantHash of the key
+    int32_t index;         // position in the entry vector
+    DictionaryEntry *next; // chain of the bin
 };
 
 struct DictionaryObject {
@@ -31,9 +31,9 @@ struct DictionaryObject {
     union {
         SimpleVector<DictionaryEntry *> entries; // made by the initializer
     };
-    uint32_t binCount;        // 61 for a new dictionary
-    DictionaryEntry **bins;   // heads of the chains, binCount of them
-    intptr_t busy;            // set while an operation runs
+    uint32_t binCount;      // 61 for a new dictionary
+    DictionaryEntry **bins; // heads of the chains, binCount of them
+    intptr_t busy;          // set while an operation runs
 };
 
 struct ObjectDefinition;

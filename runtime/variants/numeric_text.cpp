@@ -1,6 +1,6 @@
 // IsNumeric of a variant, the kind of number a C text holds, and CStr.
-#include "variants/variant_kind.h"
 #include "variants/variant_classes.h"
+#include "variants/variant_kind.h"
 
 #include "kelp/string_functions.h"
 #include "kelp/variants.h"

@@ -12,8 +12,8 @@
 
 #include "base/ascii.h"
 #include "objects/definitions.h"
-#include "strings/kstring.h"
 #include "string_functions/number_text.h"
+#include "strings/kstring.h"
 
 #include <cmath>
 #include <cstring>
@@ -212,10 +212,10 @@ RuntimeObject *NewUIntegerVariant(uint32_t value) {
 }
 
 void *FindConversion(RuntimeClass *klass, ConvertTarget target) {
-    static const char *const kTexts[] = {
-        "Operator_Convert%i4%o<", "Operator_Convert%u4%o<", "Operator_Convert%b%o<",
-        "Operator_Convert%f8%o<", "Operator_Convert%c%o<",  "Operator_Convert%s%o<",
-        "Operator_Convert%f4%o<", "Operator_Hash%i4%o<"};
+    static const char *const kTexts[] = {"Operator_Convert%i4%o<", "Operator_Convert%u4%o<",
+                                         "Operator_Convert%b%o<",  "Operator_Convert%f8%o<",
+                                         "Operator_Convert%c%o<",  "Operator_Convert%s%o<",
+                                         "Operator_Convert%f4%o<", "Operator_Hash%i4%o<"};
     static std::unordered_map<RuntimeClass *, void *> caches[8];
     if (!klass)
         return nullptr;

@@ -38,7 +38,16 @@ uint32_t VariantWordHash(const void *bytes, size_t n);
 RuntimeObject *NewUIntegerVariant(uint32_t value);
 
 // The targets of Operator_Convert (and the hash method), by type code.
-enum class ConvertTarget { kInteger, kUInteger, kBoolean, kDouble, kColor, kString, kSingle, kHash };
+enum class ConvertTarget {
+    kInteger,
+    kUInteger,
+    kBoolean,
+    kDouble,
+    kColor,
+    kString,
+    kSingle,
+    kHash
+};
 // The code of the class's method whose signature holds
 // "Operator_Convert%<code>%o<" (or "Operator_Hash%i4%o<"): the method rows,
 // then the direct method rows.  Cached per class and target; null if none.

@@ -1,8 +1,8 @@
 // Unboxing: a variant's value as each type, through the Operator_Convert
 // method of its class, a Date's seconds, or a TypeMismatchException.
 #include "variants/variant_classes.h"
-#include "variants/variant_rows.h"
 #include "variants/variant_kind.h"
+#include "variants/variant_rows.h"
 
 #include "kelp/dates.h"
 #include "kelp/numbers.h"

@@ -38,16 +38,15 @@ int32_t KindIndex(int32_t kind) {
 
 // The kind both operands are brought to; 0 where there is none.
 int32_t CommonKind(int32_t a, int32_t b) {
-    static const int32_t kTable[8][8] = {
-        //  0  2   5   7   8   9  11  16
-        {0, 0, 0, 0, 0, 0, 0, 0},    // 0
-        {0, 2, 5, 5, 8, 0, 2, 2},    // 2
-        {0, 5, 5, 5, 8, 0, 5, 5},    // 5
-        {0, 5, 5, 7, 8, 9, 0, 0},    // 7
-        {0, 8, 8, 8, 8, 0, 8, 8},    // 8
-        {0, 0, 0, 9, 0, 9, 0, 0},    // 9
-        {0, 2, 5, 0, 8, 0, 11, 16},  // 11
-        {0, 2, 5, 0, 8, 0, 16, 16}}; // 16
+    static const int32_t kTable[8][8] = {                          //  0  2   5   7   8   9  11  16
+                                         {0, 0, 0, 0, 0, 0, 0, 0}, // 0
+                                         {0, 2, 5, 5, 8, 0, 2, 2}, // 2
+                                         {0, 5, 5, 5, 8, 0, 5, 5}, // 5
+                                         {0, 5, 5, 7, 8, 9, 0, 0}, // 7
+                                         {0, 8, 8, 8, 8, 0, 8, 8}, // 8
+                                         {0, 0, 0, 9, 0, 9, 0, 0}, // 9
+                                         {0, 2, 5, 0, 8, 0, 11, 16},  // 11
+                                         {0, 2, 5, 0, 8, 0, 16, 16}}; // 16
     KELP_ASSERT(a >= 0 && a <= 16, kFile, "a >= 0 && a <= 16");
     KELP_ASSERT(b >= 0 && b <= 16, kFile, "b >= 0 && b <= 16");
     const int32_t ai = KindIndex(a), bi = KindIndex(b);
@@ -61,7 +60,7 @@ int32_t CommonKind(int32_t a, int32_t b) {
 int32_t Common(RuntimeObject *a, RuntimeObject *b) { return CommonKind(KindOf(a), KindOf(b)); }
 
 int32_t ClampToInt32(int64_t difference) {
-    return difference < INT32_MIN ? INT32_MIN
+    return difference < INT32_MIN   ? INT32_MIN
            : difference > INT32_MAX ? INT32_MAX
                                     : static_cast<int32_t>(difference);
 }
@@ -222,7 +221,9 @@ extern "C" RuntimeObject *VariantOr(RuntimeObject *a, RuntimeObject *b) {
     return booleanToVariant(variantToBoolean(a) || variantToBoolean(b));
 }
 
-extern "C" RuntimeObject *VariantNot(RuntimeObject *v) { return booleanToVariant(!variantToBoolean(v)); }
+extern "C" RuntimeObject *VariantNot(RuntimeObject *v) {
+    return booleanToVariant(!variantToBoolean(v));
+}
 
 // The Right forms serve compiled code that has the variant on the right.
 extern "C" RuntimeObject *VariantAddRight(RuntimeObject *a, RuntimeObject *b) {

@@ -2,8 +2,8 @@
 
 #include "kelp/variants.h"
 #include "objects/definitions.h"
-#include "variants/variant_classes.h"
 #include "variants/dictionary.h"
+#include "variants/variant_classes.h"
 
 namespace kelp {
 

@@ -36,8 +36,8 @@ TEST(DateFields, AssignedFieldsNormaliseAtTheNextRead) {
         {{2004, 1, 10, 8, 0, 0}, 3, 25, "2004-01-10 25:00:00"}, // hours are not wrapped
     };
     for (const Case &c : cases) {
-        Ref date(kelp::NewDate(c.start[0], c.start[1], c.start[2], c.start[3], c.start[4],
-                               c.start[5]));
+        Ref date(
+            kelp::NewDate(c.start[0], c.start[1], c.start[2], c.start[3], c.start[4], c.start[5]));
         dateFieldSetter(date.get(), c.field, c.value);
         EXPECT_EQ(Sql(date.get()), c.expected) << "field " << c.field << " = " << c.value;
     }
@@ -94,7 +94,7 @@ TEST(DateTexts, ClockTimesWeeksAndSQLForms) {
     };
     for (const Case &c : cases) {
         Ref date(kelp::NewDate(c.y, c.m, c.d, c.h, c.mi, c.s));
-        std::string text = c.format >= 0   ? Text(dateStringGetter(date.get(), c.format))
+        std::string text = c.format >= 0    ? Text(dateStringGetter(date.get(), c.format))
                            : c.format == -1 ? Text(dateSQLDateGetter(date.get(), 0))
                                             : std::to_string(dateFieldGetter(date.get(), 8));
         EXPECT_EQ(text, c.expected);
@@ -106,14 +106,22 @@ TEST(DateParsing, TheTwentyFormatsAndWhatTheyRefuse) {
         const char *text;
         const char *expected; // SQLDate, or null for refused
     } cases[] = {
-        {"12/25/2004", "2004-12-25"},     {"12/25/04", "2004-12-25"},
-        {"12-25-2004", "2004-12-25"},     {"12.25.2004", "2004-12-25"},
-        {"25Dec2004", "2004-12-25"},      {"25 Dec 2004", "2004-12-25"},
-        {"25.Dec.2004", "2004-12-25"},    {"Dec 25, 2004", "2004-12-25"},
-        {"Dec 25 2004", "2004-12-25"},    {"Sat, Dec 25, 2004", "2004-12-25"},
-        {"Sat Dec 25 2004", "2004-12-25"}, {"1/2/2003 and more", "2003-01-02"},
-        {"2004-12-25", nullptr},          {"", nullptr},
-        {"tomorrow", nullptr},            {"\xff\xfe\x01", nullptr},
+        {"12/25/2004", "2004-12-25"},
+        {"12/25/04", "2004-12-25"},
+        {"12-25-2004", "2004-12-25"},
+        {"12.25.2004", "2004-12-25"},
+        {"25Dec2004", "2004-12-25"},
+        {"25 Dec 2004", "2004-12-25"},
+        {"25.Dec.2004", "2004-12-25"},
+        {"Dec 25, 2004", "2004-12-25"},
+        {"Dec 25 2004", "2004-12-25"},
+        {"Sat, Dec 25, 2004", "2004-12-25"},
+        {"Sat Dec 25 2004", "2004-12-25"},
+        {"1/2/2003 and more", "2003-01-02"},
+        {"2004-12-25", nullptr},
+        {"", nullptr},
+        {"tomorrow", nullptr},
+        {"\xff\xfe\x01", nullptr},
     };
     for (const Case &c : cases) {
         Ref keep(kelp::NewDate(1999, 9, 9, 9, 9, 9));

@@ -14,8 +14,6 @@ using datekit::Raised;
 using datekit::Ref;
 using datekit::Text;
 
-
-
 namespace {
 
 struct Row {
@@ -49,14 +47,14 @@ TEST(VariantConversion, EveryBoxToEveryType) {
         {"Double -2.9", [] { return doubleToVariant(-2.9); }, -2, 0xFFFFFFFEu, true, -2.9,
          "-2.8999999999999999e+0", 5},
         {"Double 0", [] { return doubleToVariant(0.0); }, 0, 0, false, 0.0, "0e+0", 5},
-        {"Double 1e20", [] { return doubleToVariant(1e20); }, INT_MAX, INT_MAX, true, 1e20,
-         "1e+20", 5},
+        {"Double 1e20", [] { return doubleToVariant(1e20); }, INT_MAX, INT_MAX, true, 1e20, "1e+20",
+         5},
         {"Boolean true", [] { return booleanToVariant(1); }, 1, 0xFFFFFFu, true, 1.0, "True", 11},
         {"Boolean false", [] { return booleanToVariant(0); }, 0, 0, false, 0.0, "False", 11},
         {"Color FF8000", [] { return colorToVariant(0xFF8000u); }, 0xFF8000, 0xFF8000u, true,
          16744448.0, "&hFF8000", 16},
-        {"Color 0000AB", [] { return colorToVariant(0xABu); }, 0xAB, 0xABu, true, 171.0,
-         "&h0000AB", 16},
+        {"Color 0000AB", [] { return colorToVariant(0xABu); }, 0xAB, 0xABu, true, 171.0, "&h0000AB",
+         16},
         {"Color 0", [] { return colorToVariant(0); }, 0, 0, false, 0.0, "&h000000", 16},
     };
     for (const Row &r : rows) {
@@ -140,11 +138,12 @@ TEST(VariantConversion, ApplicationClassesConvertThroughTheirOwnRows) {
 TEST(VariantConversion, ObjectsWithoutConversionsAndDates) {
     datekit::Zone utc("UTC");
     Ref plain(RuntimeNewObject(kelp::test::MakeClass(nullptr, "Plain", sizeof(RuntimeObject))));
-    const std::function<void()> all[] = {
-        [&] { variantToInt(plain.get()); },     [&] { variantToDouble(plain.get()); },
-        [&] { variantToBoolean(plain.get()); }, [&] { variantToColor(plain.get()); },
-        [&] { RuntimeUnlockString(variantToString(plain.get())); },
-        [&] { RuntimeUnlockObject(VariantToDate(plain.get())); }};
+    const std::function<void()> all[] = {[&] { variantToInt(plain.get()); },
+                                         [&] { variantToDouble(plain.get()); },
+                                         [&] { variantToBoolean(plain.get()); },
+                                         [&] { variantToColor(plain.get()); },
+                                         [&] { RuntimeUnlockString(variantToString(plain.get())); },
+                                         [&] { RuntimeUnlockObject(VariantToDate(plain.get())); }};
     for (const auto &call : all)
         EXPECT_EQ(Raised(call), "TypeMismatchException");
     EXPECT_EQ(VarType(plain.get()), 9);

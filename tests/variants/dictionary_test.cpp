@@ -75,20 +75,24 @@ TEST(Dictionary, LookupFailuresAndBadIndices) {
         std::function<void()> call;
         const char *raised;
     } cases[] = {
-        {"Value of a missing key", [&] { RuntimeUnlockObject(dictionaryValueGetter(d.get(), missing.get())); },
+        {"Value of a missing key",
+         [&] { RuntimeUnlockObject(dictionaryValueGetter(d.get(), missing.get())); },
          "KeyNotFoundException"},
         {"Remove of a missing key", [&] { dictionaryRemove(d.get(), missing.get()); },
          "KeyNotFoundException"},
-        {"Key(-1)", [&] { RuntimeUnlockObject(dictionaryKey(d.get(), -1)); }, "OutOfBoundsException"},
+        {"Key(-1)", [&] { RuntimeUnlockObject(dictionaryKey(d.get(), -1)); },
+         "OutOfBoundsException"},
         {"Key(Count)", [&] { RuntimeUnlockObject(dictionaryKey(d.get(), 1)); },
          "OutOfBoundsException"},
         {"Value(Count)", [&] { RuntimeUnlockObject(dictionaryValueByIndex(d.get(), 1)); },
          "OutOfBoundsException"},
         {"a nil dictionary", [&] { dictionaryCount(nullptr); }, "NilObjectException"},
-        {"a key whose kind has no comparison with the keys in its bin", [&] {
+        {"a key whose kind has no comparison with the keys in its bin",
+         [&] {
              Ref plainKey(RuntimeNewObject(RuntimeLookupClass(Lit("Dictionary"))));
              dictionaryHasKey(d.get(), plainKey.get());
-         }, ""},
+         },
+         ""},
     };
     for (const Case &c : cases)
         EXPECT_EQ(Raised(c.call), c.raised) << c.name;

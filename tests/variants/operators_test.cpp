@@ -16,12 +16,24 @@ using datekit::Text;
 namespace {
 
 using Make = std::function<RuntimeObject *()>;
-Make I(int32_t v) { return [v] { return intToVariant(v); }; }
-Make D(double v) { return [v] { return doubleToVariant(v); }; }
-Make S(const char *v) { return [v] { return stringToVariant(Lit(v)); }; }
-Make B(bool v) { return [v] { return booleanToVariant(v); }; }
-Make C(uint32_t v) { return [v] { return colorToVariant(v); }; }
-Make Nil() { return [] { return nullptr; }; }
+Make I(int32_t v) {
+    return [v] { return intToVariant(v); };
+}
+Make D(double v) {
+    return [v] { return doubleToVariant(v); };
+}
+Make S(const char *v) {
+    return [v] { return stringToVariant(Lit(v)); };
+}
+Make B(bool v) {
+    return [v] { return booleanToVariant(v); };
+}
+Make C(uint32_t v) {
+    return [v] { return colorToVariant(v); };
+}
+Make Nil() {
+    return [] { return nullptr; };
+}
 Make Plain() {
     return [] {
         static RuntimeClass *c = kelp::test::MakeClass(nullptr, "Plain", sizeof(RuntimeObject));
@@ -51,10 +63,9 @@ TEST(VariantCompare, ByTheCommonKindOfTheOperands) {
         {"nil against a value", Nil(), I(0), 1},
         {"a value against nil", I(0), Nil(), -1},
         {"object and number have no common kind", Plain(), I(3), 0},
-        {"Date against Double by seconds",
-         [] { return kelp::NewDate(1904, 1, 1, 0, 0, 10); }, D(11.0), -1},
-        {"Date against Date",
-         [] { return kelp::NewDate(2000, 1, 1, 0, 0, 0); },
+        {"Date against Double by seconds", [] { return kelp::NewDate(1904, 1, 1, 0, 0, 10); },
+         D(11.0), -1},
+        {"Date against Date", [] { return kelp::NewDate(2000, 1, 1, 0, 0, 0); },
          [] { return kelp::NewDate(1999, 1, 1, 0, 0, 0); }, 1},
     };
     for (const Case &c : cases) {
@@ -183,10 +194,10 @@ TEST(VariantNumeric, IsNumericTypeOfNumericAndCStr) {
         Make v;
         bool expected;
     } isCases[] = {
-        {Nil(), false},    {I(3), true},          {D(0.5), true},       {B(true), false},
-        {S(""), false},    {S("NaN"), true},      {S("inf"), true},     {S("NaN(001)"), true},
-        {S("NaN(01)"), false}, {S("1,000"), true}, {S(" 12 "), true},   {S("12a"), false},
-        {S("&hFF"), true}, {Plain(), false},      {C(1), false},
+        {Nil(), false},        {I(3), true},       {D(0.5), true},    {B(true), false},
+        {S(""), false},        {S("NaN"), true},   {S("inf"), true},  {S("NaN(001)"), true},
+        {S("NaN(01)"), false}, {S("1,000"), true}, {S(" 12 "), true}, {S("12a"), false},
+        {S("&hFF"), true},     {Plain(), false},   {C(1), false},
     };
     for (const IsCase &c : isCases) {
         Ref v(c.v());
@@ -196,10 +207,10 @@ TEST(VariantNumeric, IsNumericTypeOfNumericAndCStr) {
         const char *text;
         int32_t expected;
     } typeCases[] = {
-        {nullptr, 0},       {"123", 2},    {"2147483647", 2}, {"2147483648", 3}, {"1.5", 3},
-        {"1e5", 3},         {"1E-5", 3},   {"1e", 0},         {".5", 3},         {".", 0},
-        {"&hFF", 1},        {"&HfG", 0},   {"&b102", 0},      {"&o17", 1},       {"&h", 0},
-        {"12x", 0},         {"", 0},       {"-1", 0},         {" 1", 0},
+        {nullptr, 0}, {"123", 2},  {"2147483647", 2}, {"2147483648", 3}, {"1.5", 3},
+        {"1e5", 3},   {"1E-5", 3}, {"1e", 0},         {".5", 3},         {".", 0},
+        {"&hFF", 1},  {"&HfG", 0}, {"&b102", 0},      {"&o17", 1},       {"&h", 0},
+        {"12x", 0},   {"", 0},     {"-1", 0},         {" 1", 0},
     };
     for (const TypeCase &c : typeCases)
         EXPECT_EQ(RuntimeTypeOfNumeric(c.text), c.expected) << (c.text ? c.text : "null");

@@ -1,6 +1,7 @@
 // Dictionary: its rules, growth of the bin table, removal order, failures,
 // and a seeded random walk against a plain model.
 #include "dates/date_kit.h"
+#include "support/class_kit.h"
 
 #include <gtest/gtest.h>
 
@@ -125,6 +126,63 @@ TEST(Dictionary, TheBinTableGrowsThroughThePrimesUnlessFixed) {
     dictionaryRemoveAll(d.get());
     EXPECT_EQ(dictionaryCount(d.get()), 0);
     EXPECT_EQ(dictionaryGetBins(d.get(), 0), 61);
+}
+
+// Keys of an application class whose Operator_Hash raises, or reaches back
+// into the dictionary it is being hashed for.
+RuntimeObject *gReentered = nullptr;
+void RaiseNew(const char *className) {
+    RuntimeObject *e = RuntimeNewObject(RuntimeLookupClass(Lit(className)));
+    RuntimeRaiseException(e);
+    RuntimeUnlockObject(e);
+}
+int32_t RaisingHash(RuntimeObject *) {
+    RaiseNew("OutOfMemoryException");
+    return 0;
+}
+int32_t ReenteringHash(RuntimeObject *self) {
+    dictionaryValueSetter(gReentered, self, self);
+    return 1;
+}
+RuntimeClass *KeyClass(const char *name, int32_t (*hash)(RuntimeObject *)) {
+    RuntimeClass *c = RuntimeNewClass(nullptr, 1, 0, 0, 0, 0);
+    c->name = Lit(name);
+    c->instanceSize = sizeof(RuntimeObject);
+    c->methodTable[0] = {reinterpret_cast<void *>(hash),
+                         Lit((std::string("Operator_Hash%i4%o<") + name + ">").c_str())};
+    return c;
+}
+
+TEST(Dictionary, KeysWhoseHashFailsLeaveTheDictionaryAsItWas) {
+    kelp::test::ReportRecorder reports;
+    Ref d(NewDictionary());
+    Set(d.get(), intToVariant(1), intToVariant(1));
+    Ref bad(RuntimeNewObject(KeyClass("BadKey", &RaisingHash)));
+    const std::function<void()> calls[] = {
+        [&] { dictionaryValueSetter(d.get(), bad.get(), bad.get()); },
+        [&] { dictionaryRemove(d.get(), bad.get()); },
+        [&] { RuntimeUnlockObject(dictionaryValueGetter(d.get(), bad.get())); },
+        [&] { EXPECT_FALSE(dictionaryHasKey(d.get(), bad.get())); },
+        [&] { EXPECT_EQ(DictionaryLookup(d.get(), bad.get(), d.get()), nullptr); },
+    };
+    for (const auto &call : calls)
+        EXPECT_EQ(Raised(call), "OutOfMemoryException");
+    EXPECT_EQ(dictionaryCount(d.get()), 1);
+
+    // An exception already pending is not the key's: the look-up goes on.
+    RuntimeEnterHandlerRegion();
+    RaiseNew("EndException");
+    Ref one(intToVariant(1));
+    EXPECT_TRUE(dictionaryHasKey(d.get(), one.get()));
+    RuntimeUnlockObject(RuntimeTakeException());
+    RuntimeLeaveHandlerRegion();
+
+    gReentered = d.get();
+    Ref reentering(RuntimeNewObject(KeyClass("ReenteringKey", &ReenteringHash)));
+    dictionaryValueSetter(d.get(), reentering.get(), nullptr);
+    EXPECT_TRUE(reports.Has("!fBusy"));
+    EXPECT_EQ(dictionaryCount(d.get()), 2)
+        << "the outer operation finishes, the inner one is refused";
 }
 
 // The model: a map from the key's canonical text to its value, and the

@@ -200,7 +200,13 @@ bool DateImpUnix::ParseDate(const string &text) {
         "%m.%d.%y",   "%d%b%C%y",        "%d%b%y",        "%d %b %C%y",    "%d %b %y",
         "%d.%b.%C%y", "%d.%b.%y",        "%b %d, %C%y",   "%b %d, %y",     "%b %d %C%y",
         "%b %d %y",   "%a, %b %d, %C%y", "%a, %b %d, %y", "%a %b %d %C%y", "%a %b %d %y"};
-    const string system = ConvertToSystemEncoding(text);
+    // ASCII reads the same in the system encoding; only other text is
+    // converted (the converter keeps its last source alive, which must not
+    // be a literal of an image that goes away before the process does).
+    bool ascii = true;
+    for (char c : text.View())
+        ascii = ascii && static_cast<unsigned char>(c) < 128;
+    const string system = ascii ? text : ConvertToSystemEncoding(text);
     const char *source = system.CString();
     // Every attempt writes into the same record, as the C library leaves it.
     std::tm parsed{};

@@ -5,6 +5,7 @@
 
 #include "dates/date_common.h"
 #include "strings/kstring.h"
+#include "support/class_kit.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -30,7 +31,8 @@ inline std::string Text(KelpString s) {
     return std::string(text.View());
 }
 
-inline KelpString Lit(const char *text) { return kelp::string(text).Release(); }
+// A string as an image's literal holds it: alive for the whole run.
+inline KelpString Lit(const char *text) { return kelp::test::Lit(text); }
 
 // Runs `call` in a handler region and names the class of what it raised.
 template <typename Call> std::string Raised(Call call) {

@@ -127,7 +127,8 @@ TEST(DateParsing, TheTwentyFormatsAndWhatTheyRefuse) {
         Ref keep(kelp::NewDate(1999, 9, 9, 9, 9, 9));
         RuntimeObject *slot = keep.get();
         RuntimeLockObject(slot);
-        const bool ok = parseDate(Lit(c.text), &slot);
+        const kelp::string text(c.text);
+        const bool ok = parseDate(text.Storage(), &slot);
         EXPECT_EQ(ok, c.expected != nullptr) << c.text;
         if (c.expected) {
             EXPECT_NE(slot, keep.get());

@@ -203,7 +203,8 @@ TEST(Dictionary, SeededRandomOperationsAgreeWithAPlainModel) {
             if (rng() % 2)
                 c = char(std::toupper(c));
         canonical = "s" + std::string("KEY") + std::to_string(n);
-        return stringToVariant(kelp::string(text.c_str()).Release());
+        const kelp::string key(text.c_str());
+        return stringToVariant(key.Storage());
     };
     for (int step = 0; step < 60000; ++step) {
         std::string canonical;

@@ -76,6 +76,8 @@ TEST(VariantCompare, ByTheCommonKindOfTheOperands) {
 }
 
 using Op = RuntimeObject *(*)(RuntimeObject *, RuntimeObject *);
+RuntimeObject *Negate(RuntimeObject *v, RuntimeObject *) { return VariantNegate(v); }
+RuntimeObject *Not(RuntimeObject *v, RuntimeObject *) { return VariantNot(v); }
 
 TEST(VariantArithmetic, ResultKindsValuesAndFailures) {
     struct Case {
@@ -116,6 +118,13 @@ TEST(VariantArithmetic, ResultKindsValuesAndFailures) {
         {"False And an object: not asked", VariantAnd, B(false), Plain(), 11, "False"},
         {"True Or an object: not asked", VariantOr, B(true), Plain(), 11, "True"},
         {"False Or an object", VariantOr, B(false), Plain(), 0, "TypeMismatchException"},
+        // The unary forms, which take the first operand.
+        {"-5", Negate, I(5), Nil(), 2, "-5"},
+        {"-MinInt wraps", Negate, I(INT_MIN), Nil(), 2, "-2147483648"},
+        {"-1.5", Negate, D(1.5), Nil(), 5, "-1.5e+0"},
+        {"-\"2\" as a Double", Negate, S("2"), Nil(), 5, "-2e+0"},
+        {"Not 0", Not, I(0), Nil(), 11, "True"},
+        {"Not \"true\"", Not, S("true"), Nil(), 11, "False"},
     };
     for (const Case &c : cases) {
         Ref a(c.a()), b(c.b());
@@ -141,27 +150,6 @@ TEST(VariantArithmetic, DivisionByZeroSaysSoAndTheProgramGoesOn) {
     EXPECT_EQ(result, nullptr);
     EXPECT_EQ(kelp::string::Wrap(e->message).View(), "Division by zero");
     RuntimeUnlockObject(&e->object);
-}
-
-TEST(VariantUnary, NegateAndNot) {
-    struct Case {
-        Op op; // called with the operand twice; the unary forms take the first
-        Make v;
-        const char *expected;
-    } cases[] = {
-        {[](RuntimeObject *v, RuntimeObject *) { return VariantNegate(v); }, I(5), "-5"},
-        {[](RuntimeObject *v, RuntimeObject *) { return VariantNegate(v); }, I(INT_MIN),
-         "-2147483648"},
-        {[](RuntimeObject *v, RuntimeObject *) { return VariantNegate(v); }, D(1.5), "-1.5e+0"},
-        {[](RuntimeObject *v, RuntimeObject *) { return VariantNegate(v); }, S("2"), "-2e+0"},
-        {[](RuntimeObject *v, RuntimeObject *) { return VariantNot(v); }, I(0), "True"},
-        {[](RuntimeObject *v, RuntimeObject *) { return VariantNot(v); }, S("true"), "False"},
-    };
-    for (const Case &c : cases) {
-        Ref v(c.v());
-        Ref result(c.op(v.get(), v.get()));
-        EXPECT_EQ(Text(variantToString(result.get())), c.expected);
-    }
 }
 
 TEST(VariantHash, WordHashesAndCaseBlindStrings) {

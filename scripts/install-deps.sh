@@ -10,6 +10,8 @@ packages=(
   fonts-liberation
   xvfb xauth xdotool x11-utils
   python3 clang-format
+  # zone rules for the date tests
+  tzdata
 )
 missing=()
 for p in "${packages[@]}"; do

@@ -27,5 +27,8 @@
 /* Core values */
 #include "kelp/encodings.h"
 #include "kelp/memory.h"
+/* Dates and variants */
+#include "kelp/dates.h"
+#include "kelp/variants.h"
 
 #endif

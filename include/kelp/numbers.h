@@ -15,6 +15,34 @@ uint32_t RuntimeFloatToUInt(double value);
 double RuntimeIntToFloat(int32_t value);
 double RuntimeUIntToFloat(uint32_t value);
 
+/* The language's number functions.  Max and Min of a NaN give the other
+ * operand only when it is the first; Round halves away from zero; Sign is
+ * -1, 0 or 1 (0 for NaN).  The rest are the C library's. */
+int32_t BitwiseAnd(int32_t a, int32_t b);
+int32_t BitwiseOr(int32_t a, int32_t b);
+int32_t BitwiseXor(int32_t a, int32_t b);
+int32_t FPToInt(double value);
+double IntToFP(int32_t value);
+int32_t SingleToInt(float value);
+double RuntimeAbs(double x);
+double RuntimeACos(double x);
+double RuntimeASin(double x);
+double RuntimeATan(double x);
+double RuntimeATan2(double y, double x);
+double RuntimeCeil(double x);
+double RuntimeCos(double x);
+double RuntimeExp(double x);
+double RuntimeFloor(double x);
+double RuntimeLog(double x);
+double RuntimeMax(double a, double b);
+double RuntimeMin(double a, double b);
+double RuntimePow(double base, double exponent);
+double RuntimeRound(double x);
+int32_t RuntimeSign(double x);
+double RuntimeSin(double x);
+double RuntimeSqrt(double x);
+double RuntimeTan(double x);
+
 #ifdef __cplusplus
 }
 #endif

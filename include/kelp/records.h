@@ -309,5 +309,50 @@ KELP_STATIC_ASSERT(sizeof(TextEncodingObject) == 72, "TextEncoding size");
 KELP_STATIC_ASSERT(offsetof(TextConverterObject, source) == 48, "TextConverter.source");
 KELP_STATIC_ASSERT(offsetof(TextConverterObject, target) == 52, "TextConverter.target");
 KELP_STATIC_ASSERT(sizeof(TextConverterObject) == 56, "TextConverter size");
+/* ------------------------------------------------- dates and variants */
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* A Date: the object, then its calendar fields (owned by the runtime). */
+typedef struct RuntimeDateObject {
+    RuntimeObject object;
+    void *imp; /* the DateImpUnix; made by AutoInitDate */
+} RuntimeDateObject;
+
+/* The hidden classes that box a value in a Variant: the object, then the
+ * value.  Integer, UInteger and Color share the 32-bit form. */
+typedef struct RuntimeVariantWord {
+    RuntimeObject object;
+    uint32_t value;
+} RuntimeVariantWord;
+typedef struct RuntimeVariantDouble {
+    RuntimeObject object;
+    double value;
+} RuntimeVariantDouble;
+typedef struct RuntimeVariantString {
+    RuntimeObject object;
+    stringStorage *value; /* holds a reference; may be null */
+} RuntimeVariantString;
+typedef struct RuntimeVariantBoolean {
+    RuntimeObject object;
+    uint8_t value;
+} RuntimeVariantBoolean;
+
+#ifdef __cplusplus
+} /* extern "C" */
+#endif
+
+KELP_STATIC_ASSERT(offsetof(RuntimeDateObject, imp) == 48, "Date.imp");
+KELP_STATIC_ASSERT(sizeof(RuntimeDateObject) == 56, "Date size");
+KELP_STATIC_ASSERT(offsetof(RuntimeVariantWord, value) == 48, "Variant(Integer).value");
+KELP_STATIC_ASSERT(sizeof(RuntimeVariantWord) == 56, "Variant(Integer) size");
+KELP_STATIC_ASSERT(offsetof(RuntimeVariantDouble, value) == 48, "Variant(Double).value");
+KELP_STATIC_ASSERT(sizeof(RuntimeVariantDouble) == 56, "Variant(Double) size");
+KELP_STATIC_ASSERT(offsetof(RuntimeVariantString, value) == 48, "Variant(String).value");
+KELP_STATIC_ASSERT(sizeof(RuntimeVariantString) == 56, "Variant(String) size");
+KELP_STATIC_ASSERT(offsetof(RuntimeVariantBoolean, value) == 48, "Variant(Boolean).value");
+KELP_STATIC_ASSERT(sizeof(RuntimeVariantBoolean) == 56, "Variant(Boolean) size");
 
 #endif /* KELP_RECORDS_H */

@@ -32,6 +32,9 @@ const RelocEntry kRows[] = {
 // Core values
 #include "encodings/exports.inc"
 #include "memory/exports.inc"
+// Dates and variants
+#include "dates/exports.inc"
+#include "variants/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

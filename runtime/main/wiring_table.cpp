@@ -24,6 +24,9 @@
 // Core values
 #include "encodings/wiring.h"
 #include "memory/wiring.h"
+// Dates and variants
+#include "dates/wiring.h"
+#include "variants/wiring.h"
 
 namespace kelp {
 namespace {
@@ -35,6 +38,8 @@ const WiringStep kWiringTable[] = {
     {"objects: the Runtime class", &WireObjects},
     {"exceptions: the exception classes; the object runtime's raiser", &WireExceptions},
     {"string_functions: the EndOfLine class", &WireStringFunctions},
+    {"dates: the Date class and ParseDate", &WireDates},
+    {"variants: the Dictionary class and the Variant functions", &WireVariants},
     {"timers: the Timer class", &WireTimers},
     {"sound: the Sound class", &WireSound},
     {"threads: the main thread's run lock; the thread and lock classes", &WireThreads},

@@ -53,3 +53,31 @@ TEST(IntToFloat, IsExactForEveryInteger) {
 }
 
 } // namespace
+
+// The number functions where the language's rule is not the bare C one.
+TEST(NumberFunctions, RoundingSignsAndIntegerForms) {
+    struct Case {
+        double value;
+        double round;
+        int32_t sign, fromSingle;
+    } cases[] = {
+        {2.5, 3.0, 1, 2},
+        {-2.5, -3.0, -1, -2},
+        {0.49999999999999994, 0.0, 1, 0},
+        {-0.0, -0.0, 0, 0},
+        {NAN, NAN, 0, 0},
+        {1e10, 1e10, 1, INT32_MAX},
+        {-1e10, -1e10, -1, INT32_MIN},
+    };
+    for (const Case &c : cases) {
+        if (std::isnan(c.round))
+            EXPECT_TRUE(std::isnan(RuntimeRound(c.value)));
+        else
+            EXPECT_EQ(RuntimeRound(c.value), c.round) << c.value;
+        EXPECT_EQ(RuntimeSign(c.value), c.sign) << c.value;
+        EXPECT_EQ(SingleToInt(static_cast<float>(c.value)), c.fromSingle) << c.value;
+    }
+    EXPECT_EQ(BitwiseXor(0x0F0F, 0x00FF), 0x0FF0);
+    EXPECT_EQ(RuntimeMax(1.0, 2.0), 2.0);
+    EXPECT_EQ(RuntimeMin(-1.0, 2.0), -1.0);
+}

@@ -1,0 +1,5 @@
+#pragma once
+namespace kelp {
+// The Date class and the ParseDate function.
+void WireDates();
+} // namespace kelp

@@ -1,0 +1,5 @@
+#pragma once
+namespace kelp {
+// The Dictionary class and the Variant functions of the language.
+void WireVariants();
+} // namespace kelp

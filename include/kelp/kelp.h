@@ -20,5 +20,7 @@
 #include "kelp/string_functions.h"
 #include "kelp/strings.h"
 #include "kelp/windows.h"
+/* Streams, folder items and pictures. */
+#include "kelp/streams.h"
 
 #endif

@@ -3,6 +3,7 @@
 #include "base/fatal_report.h"
 
 #include <cerrno>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace kelp {
@@ -96,14 +97,16 @@ int64_t UnixDataFile::GetPosition() { return mFile ? static_cast<int64_t>(ftello
 int64_t UnixDataFile::GetLength() {
     if (!mFile)
         return 0;
-    off_t here = ftello(mFile);
-    if (fseeko(mFile, 0, SEEK_END) != 0) {
+    // No seeking: a seek throws away the C stream's read buffer, and EOF
+    // asks for the length often.  Bytes still in the write buffer end at the
+    // current position, so the true length is the larger of the two.
+    struct stat st;
+    if (fstat(fileno(mFile), &st) != 0) {
         Fail();
         return 0;
     }
-    off_t end = ftello(mFile);
-    fseeko(mFile, here, SEEK_SET);
-    return static_cast<int64_t>(end);
+    off_t here = ftello(mFile);
+    return static_cast<int64_t>(here > st.st_size ? here : st.st_size);
 }
 
 bool UnixDataFile::SetLength(int64_t length) {

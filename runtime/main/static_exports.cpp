@@ -25,6 +25,8 @@ const RelocEntry kRows[] = {
 #include "strings/exports.inc"
 #include "timers/exports.inc"
 #include "windows/exports.inc"
+// Streams, folder items and pictures.
+#include "stream_classes/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

@@ -18,6 +18,8 @@
 #include "timers/wiring.h"
 #include "windows/wiring.h"
 
+#include "stream_classes/wiring.h"
+
 namespace kelp {
 namespace {
 
@@ -29,6 +31,8 @@ const WiringStep kWiringTable[] = {
     {"exceptions: the exception classes; the object runtime's raiser", &WireExceptions},
     {"string_functions: the EndOfLine class", &WireStringFunctions},
     {"timers: the Timer class", &WireTimers},
+    {"stream_classes: the TextInputStream, TextOutputStream and BinaryStream classes",
+     &WireStreamClasses},
     {"graphics: the Graphics class", &WireGraphics},
     {"panes: the key snooper's hook; the run loop's Escape reader", &WirePanes},
     {"windows: the Window classes; the run loop's window client", &WireWindows},

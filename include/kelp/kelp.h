@@ -22,5 +22,6 @@
 #include "kelp/windows.h"
 /* Streams, folder items and pictures. */
 #include "kelp/streams.h"
+#include "kelp/files.h"
 
 #endif

@@ -27,6 +27,7 @@ const RelocEntry kRows[] = {
 #include "windows/exports.inc"
 // Streams, folder items and pictures.
 #include "stream_classes/exports.inc"
+#include "folder_items/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

@@ -19,6 +19,7 @@
 #include "windows/wiring.h"
 
 #include "stream_classes/wiring.h"
+#include "folder_items/wiring.h"
 
 namespace kelp {
 namespace {
@@ -33,6 +34,7 @@ const WiringStep kWiringTable[] = {
     {"timers: the Timer class", &WireTimers},
     {"stream_classes: the TextInputStream, TextOutputStream and BinaryStream classes",
      &WireStreamClasses},
+    {"folder_items: the FolderItem and Permissions classes", &WireFolderItems},
     {"graphics: the Graphics class", &WireGraphics},
     {"panes: the key snooper's hook; the run loop's Escape reader", &WirePanes},
     {"windows: the Window classes; the run loop's window client", &WireWindows},

@@ -23,5 +23,6 @@
 /* Streams, folder items and pictures. */
 #include "kelp/streams.h"
 #include "kelp/files.h"
+#include "kelp/pictures.h"
 
 #endif

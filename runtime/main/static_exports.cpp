@@ -28,6 +28,7 @@ const RelocEntry kRows[] = {
 // Streams, folder items and pictures.
 #include "stream_classes/exports.inc"
 #include "folder_items/exports.inc"
+#include "pictures/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

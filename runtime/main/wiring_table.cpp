@@ -20,6 +20,7 @@
 
 #include "stream_classes/wiring.h"
 #include "folder_items/wiring.h"
+#include "pictures/wiring.h"
 
 namespace kelp {
 namespace {
@@ -35,6 +36,7 @@ const WiringStep kWiringTable[] = {
     {"stream_classes: the TextInputStream, TextOutputStream and BinaryStream classes",
      &WireStreamClasses},
     {"folder_items: the FolderItem and Permissions classes", &WireFolderItems},
+    {"pictures: the Picture and RGBSurface classes", &WirePictures},
     {"graphics: the Graphics class", &WireGraphics},
     {"panes: the key snooper's hook; the run loop's Escape reader", &WirePanes},
     {"windows: the Window classes; the run loop's window client", &WireWindows},

@@ -184,3 +184,28 @@ void DrawablePane::CopyRect(GraphicsGTK &g, const Rect &source, const Rect &dest
 }
 
 } // namespace kelp
+
+#include "base/fatal_report.h"
+#include "bitmaps/pixel_ops.h"
+
+namespace kelp {
+
+bool PixMapRotate(DrawablePane *source, DrawablePane *dest, double angle, uint32_t flags) {
+    if (!source || !dest || source == dest) {
+        AssertionFailed("runtime/pictures/drawable.cpp", __LINE__,
+                        "srcDP and dstDP and srcDP != dstDP");
+        return false;
+    }
+    std::vector<uint32_t> from = source->ReadPixels();
+    std::vector<uint32_t> to(from.size());
+    if (from.empty() || source->Width() != dest->Width() || source->Height() != dest->Height())
+        return false;
+    PixelBuffer in{from.data(), source->Width(), source->Height()};
+    PixelBuffer out{to.data(), dest->Width(), dest->Height()};
+    if (!RotateByShears(in, out, angle, flags))
+        return false;
+    dest->WritePixels(to);
+    return true;
+}
+
+} // namespace kelp

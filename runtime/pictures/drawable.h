@@ -97,3 +97,12 @@ private:
 };
 
 } // namespace kelp
+
+namespace kelp {
+
+// Rotates the pixels of `source` into `dest` (two different stores of the
+// same size) by `angle` radians, as RotateByShears does, and draws `dest`
+// back.  Anything else fails the assertion "srcDP and dstDP and srcDP != dstDP".
+bool PixMapRotate(DrawablePane *source, DrawablePane *dest, double angle, uint32_t flags);
+
+} // namespace kelp

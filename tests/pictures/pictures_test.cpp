@@ -4,12 +4,15 @@
 #include "support/image_builder.h"
 #include "support/xvfb.h"
 
+#include "bitmaps/pixel_ops.h"
+#include "pictures/picture_object.h"
 #include "resources/resource_store.h"
 
 #include "kelp/kelp.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -167,6 +170,17 @@ TEST_F(Pictures, TransparencyMasksAndScaling) {
     uint32_t half = rgbSurfaceGetPixel(ds, 0, 1);       // blue at half alpha on black
     EXPECT_EQ(half & 0xFFFF00, 0u);
     EXPECT_NEAR(static_cast<int>(half & 0xFF), 128, 2);
+}
+
+TEST_F(Pictures, RotationBetweenStores) {
+    RuntimeObject *a = Picture(5, 5), *b = Picture(5, 5);
+    rgbSurfaceSetPixel(SurfaceOf(a), 4, 2, 0xFF0000); // right of the centre
+    ASSERT_TRUE(PixMapRotate(StoreOf(a), StoreOf(b), M_PI / 2, kRotateFillWhite));
+    EXPECT_EQ(rgbSurfaceGetPixel(SurfaceOf(b), 2, 0), 0xFF0000u); // now above it
+    EXPECT_EQ(rgbSurfaceGetPixel(SurfaceOf(b), 4, 2), 0xFFFFFFu);
+    test::ReportRecorder reports;
+    EXPECT_FALSE(PixMapRotate(StoreOf(a), StoreOf(a), 1.0, 0));
+    EXPECT_TRUE(reports.Has("srcDP and dstDP and srcDP != dstDP"));
 }
 
 class PictureFiles : public Pictures {

@@ -14,6 +14,7 @@ bool TextInput::Refill() {
     int64_t got = 0;
     mMechanism->Read(mBuffer + mBufferFill, kBufferSize - mBufferFill, &got);
     mBufferFill += static_cast<int32_t>(got);
+    mNextLF = mNextCR = -1;
     return got > 0;
 }
 
@@ -59,14 +60,29 @@ string TextInput::ReadLine(uint32_t encoding) {
     return effective == kEncodingUTF16 ? ReadLineUnits(effective) : ReadLineBytes(effective);
 }
 
+int32_t TextInput::FindLineEnd() {
+    // Each of the two bytes is searched for once per fill of the buffer, not
+    // once per line, so lines ended by one kind don't rescan for the other.
+    auto next = [this](int32_t &cached, int byte) {
+        if (cached < mBufferPosition) {
+            const void *hit = std::memchr(mBuffer + mBufferPosition, byte,
+                                          static_cast<size_t>(mBufferFill - mBufferPosition));
+            cached = hit ? static_cast<int32_t>(static_cast<const uint8_t *>(hit) - mBuffer)
+                         : mBufferFill;
+        }
+        return cached;
+    };
+    int32_t lf = next(mNextLF, '\n');
+    int32_t cr = next(mNextCR, '\r');
+    return lf < cr ? lf : cr;
+}
+
 string TextInput::ReadLineBytes(uint32_t encoding) {
     std::string pieces; // used only when a line crosses a buffer fill
     for (;;) {
         const uint8_t *start = mBuffer + mBufferPosition;
         const uint8_t *end = mBuffer + mBufferFill;
-        const uint8_t *at = start;
-        while (at < end && *at != '\r' && *at != '\n')
-            ++at;
+        const uint8_t *at = mBuffer + FindLineEnd();
         if (at < end) {
             string line;
             if (pieces.empty())
@@ -134,7 +150,9 @@ string TextInput::ReadLineUnits(uint32_t encoding) {
 bool TextInput::IsEOF() {
     if (!mMechanism)
         return false;
-    return mBufferPosition >= mBufferFill && mMechanism->IsEOF();
+    // An empty buffer is refilled rather than the mechanism asked: a read
+    // that brings nothing is the end, and costs no length query.
+    return mBufferPosition >= mBufferFill && !Refill();
 }
 
 int64_t TextInput::Position() {
@@ -148,6 +166,7 @@ void TextInput::SetPosition(int64_t position) {
         return;
     mMechanism->SetPosition(position < 0 ? 0 : position);
     mBufferPosition = mBufferFill = 0;
+    mNextLF = mNextCR = -1;
     Refill();
 }
 
@@ -158,6 +177,7 @@ void TextInput::Close() {
     mStoredError = mMechanism->LastError();
     mMechanism.reset();
     mBufferPosition = mBufferFill = 0;
+    mNextLF = mNextCR = -1;
 }
 
 } // namespace kelp

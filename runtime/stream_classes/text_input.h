@@ -50,12 +50,15 @@ private:
     // when nothing came.
     bool Refill();
     string ReadLineBytes(uint32_t encoding);
+    // Offset of the first CR or LF at or after the buffer position, or the fill.
+    int32_t FindLineEnd();
     string ReadLineUnits(uint32_t encoding);
 
     std::unique_ptr<RandomAccessMechanism> mMechanism; // null once closed
     int32_t mStoredError = 0;                          // the code at Close
     int32_t mBufferPosition = 0;                       // next unread byte
     int32_t mBufferFill = 0;                           // bytes in mBuffer
+    int32_t mNextLF = -1, mNextCR = -1;                // found in this fill; -1 unknown
     uint8_t mBuffer[kBufferSize];
 };
 

@@ -30,6 +30,7 @@ string TextInput::Read(int64_t count, uint32_t encoding) {
     mBufferPosition += static_cast<int32_t>(fromBuffer);
     if (fromBuffer < count) {
         mBufferPosition = mBufferFill = 0;
+        mNextLF = mNextCR = -1;
         // The rest comes straight from the mechanism, in pieces, so that a
         // huge count asks for no more memory than the file can give.
         int64_t wanted = count - fromBuffer;

@@ -130,6 +130,17 @@ TEST_F(StreamFiles, PositionsAndReads) {
     EXPECT_EQ(in.ReadLine().Encoding(), kEncodingUTF8);
 }
 
+TEST_F(StreamFiles, ReadsPastTheBufferThenLines) {
+    TextInput in(
+        Open(Write("mix", "ab\n" + std::string(3000, 'a') + "\nnext\rlast"), UnixDataFile::kRead));
+    EXPECT_EQ(in.ReadLine().View(), "ab"); // fills the buffer and finds both line ends
+    EXPECT_EQ(in.Read(2000).Length(), 2000);
+    EXPECT_EQ(in.ReadLine().Length(), 1000);
+    EXPECT_EQ(in.ReadLine().View(), "next");
+    EXPECT_EQ(in.Position(), 3 + 3001 + 5);
+    EXPECT_EQ(in.ReadLine().View(), "last");
+}
+
 TEST_F(StreamFiles, ClosedStreamsAnswerNeutrally) {
     TextInput in(Open(Write("c", "abc"), UnixDataFile::kRead));
     in.Close();

@@ -3,6 +3,8 @@
 #include "support/class_kit.h"
 #include "support/image_builder.h"
 
+#include "strings/kstring.h"
+
 #include "kelp/kelp.h"
 
 #include <gtest/gtest.h>
@@ -144,6 +146,29 @@ TEST_F(FilesLanguage, PathTextsAndTheirRefusals) {
     EXPECT_EQ(folderParentGetter(root, 0), nullptr);
     EXPECT_EQ(getVolume(1), nullptr);
     RuntimeUnlockObject(root);
+}
+
+TEST_F(FilesLanguage, PathBytesReachTheSystemAsUTF8) {
+    struct Case {
+        KelpString path;
+        const char *onDisk;
+    } cases[] = {
+        {string::FromUTF8(mDir / "caf\xc3\xa9 1").ExtractStringStorage(), "caf\xc3\xa9 1"},
+        {string::FromBytes((mDir / "caf\xe9 2").data(), (long)(mDir / "caf\xe9 2").size(),
+                           kEncodingLatin1)
+             .ExtractStringStorage(),
+         "caf\xc3\xa9 2"},
+    };
+    for (const Case &c : cases) {
+        RuntimeObject *item = RuntimeGetFolderItem(c.path, 0);
+        RuntimeObject *out = FolderItemCreateTextFile(item);
+        ASSERT_NE(out, nullptr) << c.onDisk;
+        RuntimeUnlockObject(out);
+        std::ifstream probe(mDir / c.onDisk);
+        EXPECT_TRUE(probe.good()) << c.onDisk;
+        RuntimeUnlockObject(item);
+        RuntimeUnlockString(c.path);
+    }
 }
 
 TEST_F(FilesLanguage, SaveInfoFollowsAPairThatMoved) {

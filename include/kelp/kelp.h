@@ -21,8 +21,8 @@
 #include "kelp/strings.h"
 #include "kelp/windows.h"
 /* Streams, folder items and pictures. */
-#include "kelp/streams.h"
 #include "kelp/files.h"
 #include "kelp/pictures.h"
+#include "kelp/streams.h"
 
 #endif

@@ -26,9 +26,9 @@ const RelocEntry kRows[] = {
 #include "timers/exports.inc"
 #include "windows/exports.inc"
 // Streams, folder items and pictures.
-#include "stream_classes/exports.inc"
 #include "folder_items/exports.inc"
 #include "pictures/exports.inc"
+#include "stream_classes/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

@@ -18,9 +18,9 @@
 #include "timers/wiring.h"
 #include "windows/wiring.h"
 
-#include "stream_classes/wiring.h"
 #include "folder_items/wiring.h"
 #include "pictures/wiring.h"
+#include "stream_classes/wiring.h"
 
 namespace kelp {
 namespace {

@@ -243,6 +243,31 @@ ObjectDefinition *FolderItemDefinition() {
     return definition;
 }
 
+std::span<const MethodRow> FolderItemFunctions() {
+    static const ParameterRow pathParams[] = {{"path", &kTypeString},
+                                              {"pathMode", &kTypeInteger, "0"}};
+    static const ParameterRow indexParams[] = {{"index", &kTypeInteger}};
+    static const MethodRow rows[] = {
+        {"GetFolderItem", &kFolderItemType, pathParams, 2, KELP_ENTRY(RuntimeGetFolderItem)},
+        {"GetTrueFolderItem", &kFolderItemType, pathParams, 2,
+         KELP_ENTRY(RuntimeGetTrueFolderItem)},
+        {"GetTemporaryFolderItem", &kFolderItemType, nullptr, 0,
+         KELP_ENTRY(getTemporaryFolderItem)},
+        {"DesktopFolder", &kFolderItemType, nullptr, 0, KELP_ENTRY(getDesktopFolder)},
+        {"DocumentsFolder", &kFolderItemType, nullptr, 0, KELP_ENTRY(GetDocumentsFolder)},
+        {"PreferencesFolder", &kFolderItemType, nullptr, 0, KELP_ENTRY(getPreferencesFolder)},
+        {"ApplicationSupportFolder", &kFolderItemType, nullptr, 0,
+         KELP_ENTRY(getApplicationSupportFolder)},
+        {"FontsFolder", &kFolderItemType, nullptr, 0, KELP_ENTRY(getFontsFolder)},
+        {"TrashFolder", &kFolderItemType, nullptr, 0, KELP_ENTRY(getTrashFolder)},
+        {"SystemFolder", &kFolderItemType, nullptr, 0, KELP_ENTRY(getSystemFolder)},
+        {"TemporaryFolder", &kFolderItemType, nullptr, 0, KELP_ENTRY(getTemporaryItemsFolder)},
+        {"Volume", &kFolderItemType, indexParams, 1, KELP_ENTRY(getVolume)},
+        {"VolumeCount", &kTypeInteger, nullptr, 0, KELP_ENTRY(getVolumeCount)},
+    };
+    return rows;
+}
+
 ObjectDefinition *PermissionsDefinition() {
     static const PropertyRow properties[] = {
         {0, "StickyBit", &kTypeBoolean, KELP_ENTRY(PermissionsGetter),

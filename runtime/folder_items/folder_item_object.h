@@ -6,6 +6,7 @@
 #include "kelp/records.h"
 
 #include <memory>
+#include <span>
 
 namespace kelp {
 
@@ -23,6 +24,8 @@ struct PermissionsRecord {
 
 ObjectDefinition *FolderItemDefinition();
 ObjectDefinition *PermissionsDefinition();
+// The language's functions that find items: GetFolderItem, DesktopFolder, ...
+std::span<const struct MethodRow> FolderItemFunctions();
 
 // A new FolderItem (the caller's reference) on `imp`; nil for a null imp.
 RuntimeObject *NewFolderItem(std::unique_ptr<FolderItemImp> imp);

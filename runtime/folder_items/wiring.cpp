@@ -8,6 +8,7 @@ namespace kelp {
 void WireFolderItems() {
     AddIntrinsicClassAccessor(&FolderItemDefinition);
     AddIntrinsicClassAccessor(&PermissionsDefinition);
+    AddIntrinsicFunctions(FolderItemFunctions());
 }
 
 } // namespace kelp

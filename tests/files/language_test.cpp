@@ -3,6 +3,7 @@
 #include "support/class_kit.h"
 #include "support/image_builder.h"
 
+#include "objects/definitions.h"
 #include "strings/kstring.h"
 
 #include "kelp/kelp.h"
@@ -145,6 +146,9 @@ TEST_F(FilesLanguage, PathTextsAndTheirRefusals) {
     EXPECT_EQ(TakeString(fileAbsolutePathGetter(root, 0)), "/");
     EXPECT_EQ(folderParentGetter(root, 0), nullptr);
     EXPECT_EQ(getVolume(1), nullptr);
+    // The language reaches them by name too.
+    for (const char *name : {"GetFolderItem", "GetTrueFolderItem", "DesktopFolder", "VolumeCount"})
+        EXPECT_FALSE(LookupIntrinsicFunction(name).empty()) << name;
     RuntimeUnlockObject(root);
 }
 

@@ -30,5 +30,9 @@
 /* Dates and variants */
 #include "kelp/dates.h"
 #include "kelp/variants.h"
+/* Streams, folder items and pictures. */
+#include "kelp/files.h"
+#include "kelp/pictures.h"
+#include "kelp/streams.h"
 
 #endif

@@ -3,6 +3,7 @@
 #include "base/fatal_report.h"
 
 #include <cerrno>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace kelp {
@@ -22,7 +23,12 @@ bool UnixDataFile::Open(const std::string &path, int permission) {
     }
     Close();
     mFile = std::fopen(path.c_str(), permission == kRead ? "r" : "r+");
-    return mFile ? true : Fail();
+    if (!mFile)
+        return Fail();
+    // Large reads: a text stream asks for 1,024 bytes at a time, and each
+    // refill of the C stream's own buffer is a system call.
+    std::setvbuf(mFile, nullptr, _IOFBF, 1 << 16);
+    return true;
 }
 
 bool UnixDataFile::Create(const std::string &path) {
@@ -96,14 +102,16 @@ int64_t UnixDataFile::GetPosition() { return mFile ? static_cast<int64_t>(ftello
 int64_t UnixDataFile::GetLength() {
     if (!mFile)
         return 0;
-    off_t here = ftello(mFile);
-    if (fseeko(mFile, 0, SEEK_END) != 0) {
+    // No seeking: a seek throws away the C stream's read buffer, and EOF
+    // asks for the length often.  Bytes still in the write buffer end at the
+    // current position, so the true length is the larger of the two.
+    struct stat st;
+    if (fstat(fileno(mFile), &st) != 0) {
         Fail();
         return 0;
     }
-    off_t end = ftello(mFile);
-    fseeko(mFile, here, SEEK_SET);
-    return static_cast<int64_t>(end);
+    off_t here = ftello(mFile);
+    return static_cast<int64_t>(here > st.st_size ? here : st.st_size);
 }
 
 bool UnixDataFile::SetLength(int64_t length) {

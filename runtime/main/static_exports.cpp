@@ -35,6 +35,10 @@ const RelocEntry kRows[] = {
 // Dates and variants
 #include "dates/exports.inc"
 #include "variants/exports.inc"
+// Streams, folder items and pictures.
+#include "folder_items/exports.inc"
+#include "pictures/exports.inc"
+#include "stream_classes/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

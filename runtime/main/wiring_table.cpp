@@ -28,6 +28,10 @@
 #include "dates/wiring.h"
 #include "variants/wiring.h"
 
+#include "folder_items/wiring.h"
+#include "pictures/wiring.h"
+#include "stream_classes/wiring.h"
+
 namespace kelp {
 namespace {
 
@@ -46,6 +50,10 @@ const WiringStep kWiringTable[] = {
     {"system: the System object's class", &WireSystem},
     {"encodings: the TextEncoding and TextConverter classes, the Encodings module", &WireEncodings},
     {"memory: the MemoryBlock and _Blowfish classes", &WireMemory},
+    {"stream_classes: the TextInputStream, TextOutputStream and BinaryStream classes",
+     &WireStreamClasses},
+    {"folder_items: the FolderItem and Permissions classes", &WireFolderItems},
+    {"pictures: the Picture and RGBSurface classes", &WirePictures},
     {"graphics: the Graphics class", &WireGraphics},
     {"panes: the key snooper's hook; the run loop's Escape reader", &WirePanes},
     {"windows: the Window classes; the run loop's window client", &WireWindows},

@@ -1,0 +1,67 @@
+/*
+ * Pictures and RGB surfaces, as compiled code calls them, and the picture
+ * side of FolderItem and of Graphics.
+ *
+ * Failure channels: a nil picture gives 0 or nil; a seed outside the
+ * picture raises OutOfBoundsException; a bad Transform map raises
+ * RuntimeException with its message; unsupported file formats raise
+ * UnsupportedFormatException.  Without a display, pixels read as 0 and
+ * writes do nothing.  A returned object or string is the caller's reference.
+ */
+#ifndef KELP_PICTURES_H
+#define KELP_PICTURES_H
+
+#include "kelp/records.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Depth 1 or more: a white pixel store; below 1: a vector picture. */
+RuntimeObject *newPicture(int32_t width, int32_t height, int32_t depth);
+void PictureConstructor(RuntimeObject *self, int32_t width, int32_t height, int32_t depth);
+void RuntimePictureDestructor(RuntimeObject *self);
+int32_t pictureWidthGetter(RuntimeObject *self, int32_t unused);
+int32_t pictureHeightGetter(RuntimeObject *self, int32_t unused);
+int32_t PictureDepthGetter(RuntimeObject *self, int32_t unused);
+int32_t PictureHResGetter(RuntimeObject *self, int32_t unused);
+void PictureHResSetter(RuntimeObject *self, int32_t unused, int32_t value);
+int32_t PictureVResGetter(RuntimeObject *self, int32_t unused);
+void PictureVResSetter(RuntimeObject *self, int32_t unused, int32_t value);
+int32_t pictureTransparentGetter(RuntimeObject *self, int32_t unused);
+void pictureTransparentSetter(RuntimeObject *self, int32_t unused, int32_t value);
+RuntimeObject *pictureGraphicsGetter(RuntimeObject *self, int32_t unused);
+RuntimeObject *pictureMaskGetter(RuntimeObject *self, int32_t unused);
+int32_t pictureImageCountGetter(RuntimeObject *self, int32_t unused);
+RuntimeObject *pictureIndexedImage(RuntimeObject *self, int32_t index);
+RuntimeObject *pictureGroup2DGetter(RuntimeObject *self, int32_t unused);
+void pictureGroup2DSetter(RuntimeObject *self, int32_t unused, RuntimeObject *group);
+RuntimeObject *pictureRGBSurfaceGetter(RuntimeObject *self, int32_t unused);
+/* 8 + width * height * 4 bytes: width, height, then 0xRRGGBB words. */
+KelpString PicturePacker(RuntimeObject *picture);
+
+void RGBSurfaceDestructor(RuntimeObject *self);
+uint32_t rgbSurfaceGetPixel(RuntimeObject *self, int32_t x, int32_t y);
+void rgbSurfaceSetPixel(RuntimeObject *self, int32_t x, int32_t y, uint32_t color);
+void rgbSurfaceSeedFill(RuntimeObject *self, int32_t x, int32_t y, uint32_t color);
+/* Each map is an Integer array with UBound 255. */
+void rgbSurfaceTransform(RuntimeObject *self, RuntimeArray *map);
+void rgbSurfaceTransformRGB(RuntimeObject *self, RuntimeArray *red, RuntimeArray *green,
+                            RuntimeArray *blue);
+
+/* The "BMP " resource of the image, decoded; nil when missing or refused. */
+RuntimeObject *RuntimeGetBitmapFromResourceManager(int32_t id);
+/* OpenAsPicture: BMP files by their first bytes, the other formats by name. */
+RuntimeObject *FolderItemOpenImage(RuntimeObject *self, int32_t format);
+/* SaveAsPicture: formats 4 and 350 write a 24-bit BMP. */
+void FolderItemSaveAsPicture(RuntimeObject *self, RuntimeObject *picture, int32_t format);
+
+void RuntimeGraphicsDrawPicture(RuntimeObject *g, RuntimeObject *picture, int32_t x, int32_t y,
+                                int32_t destWidth, int32_t destHeight, int32_t sourceX,
+                                int32_t sourceY, int32_t sourceWidth, int32_t sourceHeight);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,5 @@
+#pragma once
+namespace kelp {
+// The Picture and RGBSurface classes.
+void WirePictures();
+} // namespace kelp

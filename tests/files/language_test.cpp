@@ -1,0 +1,269 @@
+// FolderItem and the stream classes as compiled code reaches them: through
+// the exported functions, on real objects and real files.
+#include "support/class_kit.h"
+#include "support/image_builder.h"
+
+#include "objects/definitions.h"
+#include "strings/kstring.h"
+
+#include "kelp/kelp.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <fstream>
+
+namespace kelp {
+namespace {
+
+using test::Lit;
+using test::Str;
+
+std::string TakeString(KelpString s) {
+    std::string text = Str(s);
+    RuntimeUnlockString(s);
+    return text;
+}
+
+// The class name and message of the pending exception, which is taken.
+std::string TakeRaised() {
+    RuntimeObject *e = RuntimeTakeException();
+    if (!e)
+        return "";
+    std::string text =
+        Str(e->klass->name) + ": " + Str(reinterpret_cast<RuntimeExceptionObject *>(e)->message);
+    RuntimeUnlockObject(e);
+    return text;
+}
+
+class FilesLanguage : public ::testing::Test {
+protected:
+    void SetUp() override { RuntimeEnterHandlerRegion(); }
+    void TearDown() override {
+        EXPECT_EQ(TakeRaised(), "");
+        RuntimeLeaveHandlerRegion();
+    }
+    RuntimeObject *Item(const std::string &name) {
+        RuntimeObject *item = RuntimeGetFolderItem(Lit(mDir / name), 0);
+        EXPECT_NE(item, nullptr) << name;
+        return item;
+    }
+    test::TempDir mDir;
+};
+
+TEST_F(FilesLanguage, TextFilesRoundTripThroughTheExports) {
+    RuntimeObject *item = Item("notes.txt");
+    RuntimeObject *out = FolderItemCreateTextFile(item);
+    ASSERT_NE(out, nullptr);
+    TextOutputStreamWriteLine(out, Lit("one"));
+    TextOutputStreamWrite(out, Lit("two"));
+    TextOutputStreamClose(out);
+    TextOutputStreamClose(out); // a second close does nothing
+    RuntimeUnlockObject(out);
+    out = FolderItemAppendTextFile(item);
+    TextOutputStreamWriteLine(out, Lit("!"));
+    RuntimeUnlockObject(out); // the finalizer closes
+
+    EXPECT_EQ(fileSizeGetter(item, 0), 9);
+    RuntimeObject *in = FolderItemOpenTextFile(item);
+    ASSERT_NE(in, nullptr);
+    EXPECT_EQ(TakeString(TextInputStreamReadLine(in, nullptr)), "one");
+    EXPECT_EQ(TextInputStreamGetPosition(in, 0), 4);
+    EXPECT_EQ(TakeString(TextInputStreamReadAll(in, nullptr)), "two!\n");
+    EXPECT_TRUE(TextInputStreamEOF(in));
+    TextInputStreamClose(in);
+    EXPECT_FALSE(TextInputStreamEOF(in));
+    EXPECT_EQ(TextInputStreamRead(in, 5, nullptr), nullptr);
+    RuntimeUnlockObject(in);
+
+    RuntimeObject *missing = Item("absent");
+    EXPECT_EQ(FolderItemOpenTextFile(missing), nullptr);
+    EXPECT_EQ(FolderItemGetLastError(missing, 0), ENOENT);
+    RuntimeUnlockObject(missing);
+    RuntimeUnlockObject(item);
+}
+
+TEST_F(FilesLanguage, BinaryStreamsOnFilesAndStrings) {
+    RuntimeObject *item = Item("data.bin");
+    RuntimeObject *bs = FolderItemCreateBinaryFile(item, Lit("data"));
+    ASSERT_NE(bs, nullptr);
+    BinaryStreamWriteLong(bs, 0x01020304);
+    BinaryStreamWritePString(bs, Lit(std::string(300, 'x')));
+    EXPECT_EQ(BinaryStreamGetLength(bs, 0), 4 + 256);
+    BinaryStreamSetPosition(bs, 0, 0);
+    EXPECT_EQ(BinaryStreamReadByte(bs), 1); // big-endian by default
+    BinaryStreamClose(bs);
+    RuntimeUnlockObject(bs);
+
+    RuntimeObject *text = RuntimeNewObject(RuntimeLookupClass(Lit("BinaryStream")));
+    ASSERT_NE(text, nullptr);
+    BinaryStringStringCtor(text, Lit("\x01\x02rest"));
+    EXPECT_EQ(BinaryStreamReadShort(text), 0x0102);
+    BinaryStreamWriteByte(text, 9); // read-only: no raise, code 100
+    EXPECT_EQ(BinaryStreamLastErrorGetter(text, 0), 100);
+    EXPECT_EQ(TakeString(BinaryStreamRead(text, 100, nullptr)), "rest");
+    EXPECT_EQ(BinaryStreamRead(text, 1, nullptr), nullptr);
+    BinaryStreamClose(text);
+    EXPECT_EQ(BinaryStreamLastErrorGetter(text, 0), 100);
+    RuntimeUnlockObject(text);
+    RuntimeUnlockObject(item);
+}
+
+TEST_F(FilesLanguage, PathTextsAndTheirRefusals) {
+    RuntimeObject *item = RuntimeNewObject(RuntimeLookupClass(Lit("FolderItem")));
+    struct Case {
+        std::string path;
+        int32_t mode;
+        std::string raised;
+    } cases[] = {
+        {std::string("/tmp/a\0b", 8), 0,
+         "UnsupportedFormatException: The path passed into new FolderItem was invalid"},
+        {"relative", 1,
+         "UnsupportedFormatException: Passing non-absolute shell paths is not currently supported"},
+        {"http://example/", 2,
+         "UnsupportedFormatException: The path passed into new FolderItem was invalid"},
+        {"/etc/passwd/below", 0,
+         "UnsupportedFormatException: The path passed into new FolderItem was invalid"},
+        {"file:///tmp/with%20blank", 2, ""},
+    };
+    for (const Case &c : cases) {
+        FolderItemPathCtor(item, Lit(c.path), c.mode);
+        EXPECT_EQ(TakeRaised(), c.raised) << c.path;
+    }
+    EXPECT_EQ(TakeString(fileAbsolutePathGetter(item, 0)), "/tmp/with blank");
+    RuntimeUnlockObject(item);
+
+    // A nil item raises; LastErrorCode too.
+    EXPECT_EQ(fileExistsGetter(nullptr, 0), 0);
+    EXPECT_EQ(TakeRaised(), "NilObjectException: ");
+    EXPECT_EQ(FolderItemGetLastError(nullptr, 0), 0);
+    EXPECT_EQ(TakeRaised(), "NilObjectException: ");
+
+    EXPECT_EQ(RuntimeGetFolderItem(Lit(std::string("/a\0b", 4)), 0), nullptr);
+    EXPECT_EQ(getVolumeCount(), 1);
+    RuntimeObject *root = getVolume(0);
+    EXPECT_EQ(TakeString(fileAbsolutePathGetter(root, 0)), "/");
+    EXPECT_EQ(folderParentGetter(root, 0), nullptr);
+    EXPECT_EQ(getVolume(1), nullptr);
+    // The language reaches them by name too.
+    for (const char *name : {"GetFolderItem", "GetTrueFolderItem", "DesktopFolder", "VolumeCount"})
+        EXPECT_FALSE(LookupIntrinsicFunction(name).empty()) << name;
+    RuntimeUnlockObject(root);
+}
+
+TEST_F(FilesLanguage, PathBytesReachTheSystemAsUTF8) {
+    struct Case {
+        KelpString path;
+        const char *onDisk;
+    } cases[] = {
+        {string::FromUTF8(mDir / "caf\xc3\xa9 1").ExtractStringStorage(), "caf\xc3\xa9 1"},
+        {string::FromBytes((mDir / "caf\xe9 2").data(), (long)(mDir / "caf\xe9 2").size(),
+                           kEncodingLatin1)
+             .ExtractStringStorage(),
+         "caf\xc3\xa9 2"},
+    };
+    for (const Case &c : cases) {
+        RuntimeObject *item = RuntimeGetFolderItem(c.path, 0);
+        RuntimeObject *out = FolderItemCreateTextFile(item);
+        ASSERT_NE(out, nullptr) << c.onDisk;
+        RuntimeUnlockObject(out);
+        std::ifstream probe(mDir / c.onDisk);
+        EXPECT_TRUE(probe.good()) << c.onDisk;
+        RuntimeUnlockObject(item);
+        RuntimeUnlockString(c.path);
+    }
+}
+
+TEST_F(FilesLanguage, SaveInfoFollowsAPairThatMoved) {
+    mkdir((mDir / "base").c_str(), 0777);
+    mkdir((mDir / "base/sub").c_str(), 0777);
+    std::ofstream(mDir / "base/sub/doc") << "x";
+    RuntimeObject *base = Item("base");
+    RuntimeObject *doc = Item("base/sub/doc");
+    KelpString info = FolderItemGetSaveInfo(doc, base, 0);
+    ASSERT_NE(info, nullptr);
+    EXPECT_EQ(info->encoding, kEncodingUnknown);
+    ASSERT_EQ(rename((mDir / "base").c_str(), (mDir / "moved").c_str()), 0);
+    RuntimeObject *movedBase = Item("moved");
+    RuntimeObject *found = FolderItemGetRelative(movedBase, info);
+    ASSERT_NE(found, nullptr);
+    EXPECT_EQ(TakeString(fileAbsolutePathGetter(found, 0)), mDir / "moved/sub/doc");
+    EXPECT_TRUE(fileExistsGetter(found, 0));
+    // With no base the absolute record is taken: the old place, now empty.
+    RuntimeObject *direct = RuntimeGetFolderItem(info, 0);
+    ASSERT_NE(direct, nullptr);
+    EXPECT_FALSE(fileExistsGetter(direct, 0));
+    for (RuntimeObject *o : {base, doc, movedBase, found, direct})
+        RuntimeUnlockObject(o);
+    RuntimeUnlockString(info);
+}
+
+TEST_F(FilesLanguage, PermissionsObjectsSetTheFileMode) {
+    RuntimeObject *item = Item("p");
+    std::ofstream(mDir / "p") << "x";
+    RuntimeObject *perms = RuntimeNewObject(RuntimeLookupClass(Lit("Permissions")));
+    PermissionsCtor(perms, 0);
+    PermissionsSetter(perms, 256, 1); // OwnerRead
+    PermissionsSetter(perms, 128, 1); // OwnerWrite
+    PermissionsSetter(perms, 4, 1);   // OthersRead
+    EXPECT_TRUE(PermissionsGetter(perms, 128));
+    EXPECT_FALSE(PermissionsGetter(perms, 64));
+    FolderItemSetPermissionsClass(item, 0, perms);
+    struct stat st;
+    stat((mDir / "p").c_str(), &st);
+    EXPECT_EQ(st.st_mode & 07777, 0604u);
+    EXPECT_EQ(FolderItemGetPermissions(item, 0), 0604);
+    RuntimeUnlockObject(perms);
+    RuntimeUnlockObject(item);
+}
+
+// A real image run by the runtime program writes a file through the
+// exports and reads it back.
+TEST(FilesInAnImage, WritesAFileAndReadsItBack) {
+    test::TempDir dir;
+    std::string path = dir / "from image.txt";
+    using test::Reg;
+    test::ImageBuilder b;
+    b.Prologue();
+    b.Push(Reg::RBX);
+    b.Push(Reg::R12);
+    b.CallImport("RuntimeInit");
+    b.LoadString(Reg::RDI, path);
+    b.MovImm(Reg::RSI, 0);
+    b.CallImport("RuntimeGetFolderItem");
+    b.MovReg(Reg::RBX, Reg::RAX);
+    b.MovReg(Reg::RDI, Reg::RBX);
+    b.CallImport("FolderItemCreateTextFile");
+    b.MovReg(Reg::R12, Reg::RAX);
+    for (const char *line : {"first line", "second"}) {
+        b.MovReg(Reg::RDI, Reg::R12);
+        b.LoadString(Reg::RSI, line);
+        b.CallImport("TextOutputStreamWriteLine");
+    }
+    b.MovReg(Reg::RDI, Reg::R12);
+    b.CallImport("TextOutputStreamClose");
+    b.MovReg(Reg::RDI, Reg::R12);
+    b.CallImport("RuntimeUnlockObject");
+    b.MovReg(Reg::RDI, Reg::RBX);
+    b.CallImport("FolderItemOpenTextFile");
+    b.MovReg(Reg::R12, Reg::RAX);
+    for (int i = 0; i < 2; ++i) {
+        b.MovReg(Reg::RDI, Reg::R12);
+        b.MovImm(Reg::RSI, 0);
+        b.CallImport("TextInputStreamReadLine");
+        b.PutsString(Reg::RAX);
+    }
+    b.CallImport("RuntimeExit");
+    b.Pop(Reg::R12);
+    b.Pop(Reg::RBX);
+    b.Epilogue();
+    test::RunResult r = test::RunAppended(b.Build());
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out, "first line\nsecond\n");
+    std::ifstream in(path);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), "first line\nsecond\n");
+}
+
+} // namespace
+} // namespace kelp

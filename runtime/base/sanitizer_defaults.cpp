@@ -14,6 +14,13 @@ __attribute__((visibility("default"), used)) const char *__ubsan_default_options
     return "print_stacktrace=1";
 }
 __attribute__((visibility("default"), used)) const char *__lsan_default_suppressions() {
-    return "";
+    // Each line names a library or the function that builds a cache kept for
+    // the life of the process.  The libraries are built without frame
+    // pointers, so a stack seldom reaches further than the library's own
+    // frame: those that show no function name are suppressed by library.
+    return
+        // fontconfig: the configuration, the font sets and pattern values
+        // FcInit loads once for the fonts of every layout
+        "leak:libfontconfig.so\n";
 }
 }

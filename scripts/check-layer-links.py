@@ -3,17 +3,39 @@
 
 The include views make an include of an undeclared folder fail to compile,
 but a call through a public header of include/kelp (declared for compiled
-code) would still reach any folder.  This reads the folders and their
+code) would still reach any folder, and a quoted include that climbs out of
+its folder ("../windows/window.h") is found beside the including file
+before any view is searched.  This reads the folders and their
 declared dependencies from the build tree (runtime/layers.txt, written at
 configure time), lists what each folder's object files define and use
 (nm), and fails when a folder uses a function that only a folder outside
-its declared closure defines.
+its declared closure defines, or when a file of the runtime, the drill or
+the programs includes by a path that climbs ("..") or starts at the root.
 
     check-layer-links.py <build dir>
 """
 import pathlib
+import re
 import subprocess
 import sys
+
+INCLUDE = re.compile(r'\s*#\s*include\s*"([^"]+)"')
+
+
+def climbing_includes(source):
+    """Quoted includes that escape the include views: by ".." or from "/"."""
+    found = []
+    for top in ("runtime", "application", "programs"):
+        for path in sorted((source / top).rglob("*")):
+            if path.suffix not in (".c", ".cpp", ".h", ".inc"):
+                continue
+            for number, line in enumerate(path.read_text(errors="replace").splitlines(), 1):
+                match = INCLUDE.match(line)
+                if match and (match.group(1).startswith("/") or
+                              ".." in pathlib.PurePosixPath(match.group(1)).parts):
+                    found.append(f"{path.relative_to(source)}:{number} includes "
+                                 f"\"{match.group(1)}\" past the include views")
+    return found
 
 
 def symbols(objects, undefined):
@@ -65,7 +87,10 @@ def main():
                 print(f"runtime/{name} uses {symbol}, defined in runtime/{owner[symbol]}, "
                       f"which it does not declare")
                 faults += 1
-    print(f"{len(order)} folders, {faults} undeclared uses")
+    for fault in climbing_includes(pathlib.Path(__file__).resolve().parent.parent):
+        print(fault)
+        faults += 1
+    print(f"{len(order)} folders, {faults} faults")
     return 1 if faults else 0
 
 

@@ -194,7 +194,7 @@ bool LinkTableReader::Next(LinkRecord &record, std::string &error) {
     case kLinkImport:
         if (at >= mSize)
             return cut("relative flag");
-        record.relative = mTable[at++] == 1;
+        record.relative = mTable[at++] == kImportRelative;
         if (!word(record.value))
             return cut("chain head");
         if (!ReadName(at, record.name))

@@ -64,6 +64,13 @@ enum LinkRecordType : uint8_t {
     kLinkStringReference = 5, // a word that gets the address of a string constant
 };
 
+// The byte behind an import's type: how each hole of its chain takes the
+// export's address.
+enum ImportHoles : uint8_t {
+    kImportAbsolute = 0, // an 8-byte address; any byte but 1 reads as this
+    kImportRelative = 1, // a 4-byte displacement from the hole's end
+};
+
 struct LinkRecord {
     uint8_t type = 0;         // a LinkRecordType, or another byte that is skipped
     size_t position = 0;      // where the record starts in the table

@@ -4,8 +4,10 @@
 
 #include <gtk/gtk.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 #include <vector>
 
 namespace kelp {
@@ -29,18 +31,16 @@ gint KeySnooper(GtkWidget *widget, GdkEventKey *event, gpointer) {
 void SetProcessArguments(int argc, char **argv) {
     // The toolkit compacts the vector it is given; these copies keep the
     // command line as the operating system passed it.
-    // The texts are owned by a static too, so that nothing is left
-    // unreachable (a leak to the checker) once statics are destroyed.
+    // The texts own the bytes, so nothing is left behind at exit.
     static std::vector<std::string> texts;
     static std::vector<char *> copies;
-    texts.assign(static_cast<size_t>(argc > 0 ? argc : 0), std::string());
-    copies.clear();
-    for (int i = 0; i < argc; ++i) {
-        if (argv && argv[i])
-            texts[static_cast<size_t>(i)] = argv[i];
-        copies.push_back(argv && argv[i] ? texts[static_cast<size_t>(i)].data() : nullptr);
-    }
-    copies.push_back(nullptr);
+    texts.assign(static_cast<size_t>(std::max(argc, 0)), std::string());
+    copies.assign(texts.size() + 1, nullptr);
+    for (size_t i = 0; i < texts.size(); ++i)
+        if (argv && argv[i]) {
+            texts[i] = argv[i];
+            copies[i] = texts[i].data();
+        }
     gArgc = argc;
     gArgv = copies.data();
 }

@@ -317,7 +317,7 @@ extern "C" stringStorage *StringJoin(RuntimeArray *array, stringStorage *separat
             out += sep.Length();
         }
         std::memcpy(out, parts[static_cast<size_t>(i)].CString(),
-                    static_cast<size_t>(parts[(size_t)i].Length()));
+                    static_cast<size_t>(parts[static_cast<size_t>(i)].Length()));
         out += parts[static_cast<size_t>(i)].Length();
     }
     record->encoding = word;

@@ -90,7 +90,7 @@ public:
     static string FromUTF8(const char *text);
     static string FromUTF8(const char *text, long length);
     static string FromUTF8(std::string_view text) {
-        return FromUTF8(text.data(), (long)text.size());
+        return FromUTF8(text.data(), static_cast<long>(text.size()));
     }
     // An array of 32-bit characters: UTF-16 (0x0100) keeping the low 16 bits
     // of each, two NUL bytes behind the units.
@@ -122,7 +122,9 @@ public:
     // buffer: length byte then text.  Never null.
     const uint8_t *PString() const;
     // The text as a view over all `Length()` bytes, inner NULs included.
-    std::string_view View() const { return std::string_view(CString(), (size_t)Length()); }
+    std::string_view View() const {
+        return std::string_view(CString(), static_cast<size_t>(Length()));
+    }
     // The 16-bit units of a UTF-16 record; asking it of another encoding is a
     // failed assertion and answers an empty text.
     const uint16_t *UTF16Units() const;

@@ -31,6 +31,9 @@ ObjectHook *gLayout, *gCreateControls, *gAddMenuHandlers, *gSetupBindings, *gOpe
     *gActivate, *gDeactivate, *gMinimize, *gMaximize, *gRestore, *gMouseWheel,
     *gConstructContextualMenu, *gContextualMenuAction;
 
+// The MacProcId that asks for a window without the manager's decorations.
+constexpr int32_t kProcIdUndecorated = 1040;
+
 std::map<std::string, RuntimeObject *> &ImplicitTable() {
     static std::map<std::string, RuntimeObject *> table;
     return table;
@@ -299,7 +302,9 @@ void BuildViewWindow(ViewRecord *view) {
         return;
     view->built = 1;
     int32_t kind = KindForFrame(view->frame);
-    int32_t placement = view->placement ? view->placement : DefaultPlacementForFrame(view->frame);
+    int32_t placement = view->placement != kPlacementDefault
+                            ? view->placement
+                            : DefaultPlacementForFrame(view->frame);
     Rect requested = RectFromXYWH(view->left, view->top, view->width, view->height);
     Rect placed = PlaceBounds(requested, placement, kind);
     view->left = placed.left;
@@ -309,7 +314,7 @@ void BuildViewWindow(ViewRecord *view) {
     auto *pane = new RuntimeViewWindow(view, std::string(objtext::View(view->title)), kind,
                                        view->resizeable != 0, placed);
     pane->liveResize = view->liveResize != 0;
-    if (view->macProcId == 1040 && pane->GtkWin())
+    if (view->macProcId == kProcIdUndecorated && pane->GtkWin())
         gtk_window_set_decorated(GTK_WINDOW(pane->GtkWin()), FALSE);
     RuntimeLockObject(Obj(view)); // the events below may close the window
     if (!view->controlsCreated) {

@@ -21,11 +21,11 @@ std::vector<Window *> gFrontToBack; // front first
 guint32 gLastPressTime = 0;
 bool gLastPressSeen = false;
 
-// Indexed by the Frame constant, 0 (document) to 10 (drawer).
-constexpr WindowKind kKindOfFrame[] = {
+// Indexed by the Frame constant, kFrameTypeDocument to kFrameTypeDrawer.
+constexpr WindowKind kKindOfFrame[kFrameTypeDrawer + 1] = {
     kKindDocument, kKindMovableModal,   kKindModal, kKindFloating, kKindPlainBox, kKindShadowedBox,
     kKindRounded,  kKindGlobalFloating, kKindSheet, kKindMetal,    kKindDrawer};
-constexpr Placement kPlacementOfFrame[] = {
+constexpr Placement kPlacementOfFrame[kFrameTypeDrawer + 1] = {
     kPlacementStagger,    kPlacementMainScreen, kPlacementMainScreen, kPlacementDefault,
     kPlacementMainScreen, kPlacementMainScreen, kPlacementStagger,    kPlacementDefault,
     kPlacementDefault,    kPlacementStagger,    kPlacementDefault};
@@ -284,8 +284,8 @@ void MoveTo(Rect &r, int left, int top) {
 // ------------------------------------------------------------- kinds
 
 int32_t KindForFrame(int32_t frame) {
-    if (frame < 0 || frame > 10)
-        frame = 0;
+    if (frame < kFrameTypeDocument || frame > kFrameTypeDrawer)
+        frame = kFrameTypeDocument;
     int32_t kind = kKindOfFrame[frame];
     if (kind == kKindDrawer)
         kind = kKindFloating; // drawers are floating windows here
@@ -295,7 +295,9 @@ int32_t KindForFrame(int32_t frame) {
 }
 
 int32_t DefaultPlacementForFrame(int32_t frame) {
-    return frame < 0 || frame > 10 ? kPlacementStagger : kPlacementOfFrame[frame];
+    if (frame < kFrameTypeDocument || frame > kFrameTypeDrawer)
+        return kPlacementStagger;
+    return kPlacementOfFrame[frame];
 }
 
 bool IsModalKind(int32_t kind) {
@@ -305,18 +307,18 @@ bool IsModalKind(int32_t kind) {
 
 bool IsToolkitModalKind(int32_t kind) { return IsModalKind(kind) || kind == kKindPlainBox; }
 
-int32_t LayerOfKind(int32_t kind) {
+WindowLayer LayerOfKind(int32_t kind) {
     switch (kind) {
     case kKindFloating:
     case kKindUtility:
-    case kKindGlobalFloating: return 0;
+    case kKindGlobalFloating: return kLayerFloating;
     case kKindModal:
     case kKindMovableModal:
     case kKindPlainBox:
     case kKindShadowedBox:
-    case kKindSheet: return 1;
-    case kKindDrawer: return 3;
-    default: return 2;
+    case kKindSheet: return kLayerModal;
+    case kKindDrawer: return kLayerDrawer;
+    default: return kLayerDocument;
     }
 }
 

@@ -27,6 +27,22 @@ enum WindowKind : int32_t {
     kKindDrawer = 12,
 };
 
+// The language's Frame constants: what a Window's Frame property holds.
+enum FrameType : int32_t {
+    kFrameTypeDocument = 0,
+    kFrameTypeMovableModal = 1,
+    kFrameTypeModal = 2,
+    kFrameTypeFloating = 3,
+    kFrameTypePlain = 4,
+    kFrameTypeShadowed = 5,
+    kFrameTypeRounded = 6,
+    kFrameTypeGlobalFloating = 7,
+    kFrameTypeSheet = 8,
+    kFrameTypeMetal = 9,
+    kFrameTypeDrawer = 10,
+};
+
+// A Frame outside the constants is taken as a document window.
 int32_t KindForFrame(int32_t frame);
 int32_t DefaultPlacementForFrame(int32_t frame);
 // The kinds that the window's own logic treats as modal (menus disabled
@@ -35,7 +51,13 @@ bool IsModalKind(int32_t kind);
 // The kinds the toolkit makes modal: IsModalKind's and the plain box.
 bool IsToolkitModalKind(int32_t kind);
 // Stagger places a window among the windows of its layer.
-int32_t LayerOfKind(int32_t kind);
+enum WindowLayer : int32_t {
+    kLayerFloating = 0, // floating, utility and global floating windows
+    kLayerModal = 1,    // the modal kinds, the boxes and sheets
+    kLayerDocument = 2, // documents and every other kind
+    kLayerDrawer = 3,
+};
+WindowLayer LayerOfKind(int32_t kind);
 
 enum Placement : int32_t {
     kPlacementDefault = 0,

@@ -167,17 +167,17 @@ void ImageBuilder::LoadString(Reg r, const std::string &text) {
     const uint32_t offset = it != mLiterals.end() ? it->second : AddStringLiteral(text);
     mLiterals[text] = offset;
     MovImm(r, offset);
-    mReferences.push_back({5, uint32_t(mCode.size() - 8)});
+    mReferences.push_back({image::kLinkStringReference, uint32_t(mCode.size() - 8)});
 }
 
 void ImageBuilder::LoadDataAddress(Reg r, uint32_t dataOffset) {
     MovImm(r, dataOffset);
-    mReferences.push_back({2, uint32_t(mCode.size() - 8)});
+    mReferences.push_back({image::kLinkDataReference, uint32_t(mCode.size() - 8)});
 }
 
 void ImageBuilder::LoadCodeAddress(Reg r, uint32_t codeOffset) {
     MovImm(r, codeOffset);
-    mReferences.push_back({3, uint32_t(mCode.size() - 8)});
+    mReferences.push_back({image::kLinkCodeReference, uint32_t(mCode.size() - 8)});
 }
 
 void ImageBuilder::CallLocal(uint32_t codeOffset) {
@@ -245,7 +245,7 @@ void ImageBuilder::AddResource(const char *type4, uint16_t id, const std::string
 }
 
 void ImageBuilder::AddIcon(uint8_t width, uint8_t height, const std::vector<uint8_t> &rgba) {
-    mOptions.push_back(1);
+    mOptions.push_back(image::kOptionWindowIcon);
     mOptions.push_back(width);
     mOptions.push_back(height);
     mOptions.insert(mOptions.end(), rgba.begin(), rgba.end());
@@ -253,7 +253,7 @@ void ImageBuilder::AddIcon(uint8_t width, uint8_t height, const std::vector<uint
 
 void ImageBuilder::SetVersion(const int32_t words[6], const std::string &shortVersion,
                               const std::string &longVersion, const std::string &packageInfo) {
-    mOptions.push_back(2);
+    mOptions.push_back(image::kOptionVersion);
     for (int i = 0; i < 6; ++i)
         AppendU32(mOptions, uint32_t(words[i]));
     for (const std::string *s : {&shortVersion, &longVersion, &packageInfo}) {
@@ -273,16 +273,16 @@ kelp::image::Segments ImageBuilder::Build() {
     for (const auto &[key, head] : mImportChains) {
         if (key.back() == '\n')
             continue;
-        link.push_back(1);
-        link.push_back(1);
+        link.push_back(kLinkImport);
+        link.push_back(kImportRelative);
         AppendU32(link, head);
         AppendName(link, key);
     }
     for (const auto &[key, head] : mAbsoluteChains) {
         if (key.back() == '\n')
             continue;
-        link.push_back(1);
-        link.push_back(0);
+        link.push_back(kLinkImport);
+        link.push_back(kImportAbsolute);
         AppendU32(link, head);
         AppendName(link, key);
     }
@@ -290,7 +290,7 @@ kelp::image::Segments ImageBuilder::Build() {
         if (key.back() == '\n')
             continue;
         const auto tab = key.find('\t');
-        link.push_back(4);
+        link.push_back(kLinkSoftImport);
         AppendU32(link, head);
         AppendName(link, key.substr(0, tab));
         AppendName(link, key.substr(tab + 1));

@@ -22,19 +22,32 @@ namespace kelp {
 namespace {
 
 TEST(Frames, KindsAndDefaultPlacementsFollowTheFrame) {
-    EXPECT_EQ(KindForFrame(0), 8);  // document
-    EXPECT_EQ(KindForFrame(2), 2);  // modal
-    EXPECT_EQ(KindForFrame(9), 8);  // metal is a document window here
-    EXPECT_EQ(KindForFrame(10), 1); // a drawer floats
-    EXPECT_EQ(DefaultPlacementForFrame(0), kPlacementStagger);
-    EXPECT_EQ(DefaultPlacementForFrame(1), kPlacementMainScreen);
-    EXPECT_EQ(DefaultPlacementForFrame(3), kPlacementDefault);
-    EXPECT_TRUE(IsModalKind(2));
-    EXPECT_TRUE(IsModalKind(5));
-    EXPECT_FALSE(IsModalKind(4));
-    EXPECT_EQ(LayerOfKind(1), 0);
-    EXPECT_EQ(LayerOfKind(3), 1);
-    EXPECT_EQ(LayerOfKind(8), 2);
+    // Frame, the kind it builds, its placement when Placement is 0.  Metal
+    // (9) builds a document and a drawer (10) a floating window here; a frame
+    // outside the constants builds a document.
+    const struct {
+        int32_t frame, kind, placement;
+    } kFrames[] = {{0, 8, 4}, {1, 3, 2},  {2, 2, 2}, {3, 1, 0},  {4, 4, 2},  {5, 5, 2}, {6, 6, 4},
+                   {7, 9, 0}, {8, 10, 0}, {9, 8, 4}, {10, 1, 0}, {-1, 8, 4}, {11, 8, 4}};
+    for (const auto &row : kFrames) {
+        EXPECT_EQ(KindForFrame(row.frame), row.kind) << "frame " << row.frame;
+        EXPECT_EQ(DefaultPlacementForFrame(row.frame), row.placement) << "frame " << row.frame;
+    }
+    // Kind: modal to the window's logic, modal to the toolkit, stagger layer.
+    const struct {
+        int32_t kind;
+        bool modal, toolkitModal;
+        int32_t layer;
+    } kKinds[] = {{0, false, false, 2}, {1, false, false, 0}, {2, true, true, 1},
+                  {3, true, true, 1},   {4, false, true, 1},  {5, true, true, 1},
+                  {6, false, false, 2}, {7, false, false, 0}, {8, false, false, 2},
+                  {9, false, false, 0}, {10, true, true, 1},  {11, false, false, 2},
+                  {12, false, false, 3}};
+    for (const auto &row : kKinds) {
+        EXPECT_EQ(IsModalKind(row.kind), row.modal) << "kind " << row.kind;
+        EXPECT_EQ(IsToolkitModalKind(row.kind), row.toolkitModal) << "kind " << row.kind;
+        EXPECT_EQ(LayerOfKind(row.kind), row.layer) << "kind " << row.kind;
+    }
 }
 
 int gFrame = 0;

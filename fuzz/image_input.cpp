@@ -43,8 +43,12 @@ void CountReport(int, const char *, int, const char *, const char *) { ++gReport
 // A private folder for the files of one input, made once per process.
 const std::string &Folder() {
     static const std::string folder = [] {
-        char pattern[] = "/tmp/kelp-fuzz-XXXXXX";
-        const char *made = mkdtemp(pattern);
+        // Memory-backed where there is such a folder: each input writes and
+        // removes up to six files.
+        char shm[] = "/dev/shm/kelp-fuzz-XXXXXX", tmp[] = "/tmp/kelp-fuzz-XXXXXX";
+        const char *made = mkdtemp(shm);
+        if (made == nullptr)
+            made = mkdtemp(tmp);
         if (made == nullptr) {
             std::perror("mkdtemp");
             std::abort();

@@ -167,13 +167,18 @@ public:
             WalkChain(r.value, r.relative, row->code, r.name);
     }
 
+    // The loader's own texts, counted like every other fault of the table: a
+    // table naming thousands of missing libraries gives one report.
     void SoftImport(const LinkRecord &r) {
-        const SoftLibrary &lib = OpenSoftLibrary(std::string(r.library));
-        if (!lib.handle)
-            return; // the loader reported it the first time
-        void *functionEntry = lib.Symbol(std::string(r.name));
+        const SoftLibrary &lib = OpenSoftLibrary(std::string(r.library), true);
+        if (!lib.handle) {
+            Report(__LINE__, "lib->mLibraryHandle", "Missing shared library " + std::string(r.library));
+            return;
+        }
+        void *functionEntry = lib.Symbol(std::string(r.name), true);
         if (!functionEntry) {
-            ++counts.failures; // the loader reported it
+            Report(__LINE__, "functionEntry",
+                   "Could not resolve function '" + std::string(r.name) + "' in " + std::string(r.library));
             return;
         }
         if (r.value)

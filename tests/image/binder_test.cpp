@@ -390,18 +390,27 @@ TEST_F(Binder, RepeatedFaultsAreReportedOnceWithTheirCount) {
         link = link + Reference(img::kLinkDataReference, 0x7FFF0000u + uint32_t(i));
     for (int i = 0; i < 1000; ++i)
         link = link + Import(0x100000u + uint32_t(i), "TestImageRecord");
+    for (int i = 0; i < 300; ++i) { // soft imports from 300 libraries that aren't there
+        const std::string library = "libkelp-none-" + std::to_string(i) + ".so";
+        link = link + std::vector<uint8_t>{img::kLinkSoftImport,   0, 0, 0, 0, 1, 'f', 0,
+                                           uint8_t(library.size())};
+        link.insert(link.end(), library.begin(), library.end());
+        link.push_back(0);
+    }
     s.bytes[img::kOptions].assign(200 * 1024, 0x55); // an unknown type at every byte
     s.present[img::kOptions] = true;
     auto p = Prepare(std::move(s));
-    ASSERT_EQ(gReports.size(), 4u);
+    ASSERT_EQ(gReports.size(), 5u);
     EXPECT_EQ(gReports[0],
               "foundFunction|Function 'NoSuchExport0' was not exported (3000 times in all)");
     EXPECT_NE(gReports[1].find("outside the code segment (2000 times in all)"), std::string::npos)
         << gReports[1];
     EXPECT_NE(gReports[2].find("outside the code segment (1000 times in all)"), std::string::npos)
         << gReports[2];
-    EXPECT_EQ(gReports[3], "0|Unknown option record of type 85 at offset 0 (204800 times in all)");
-    EXPECT_EQ(p.counts.failures, 6000u);
+    EXPECT_EQ(gReports[3], "lib->mLibraryHandle|Missing shared library libkelp-none-0.so (300 "
+                           "times in all)");
+    EXPECT_EQ(gReports[4], "0|Unknown option record of type 85 at offset 0 (204800 times in all)");
+    EXPECT_EQ(p.counts.failures, 6300u);
 }
 
 } // namespace

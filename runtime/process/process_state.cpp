@@ -28,8 +28,9 @@ gint KeySnooper(GtkWidget *widget, GdkEventKey *event, gpointer) {
 
 void SetProcessArguments(int argc, char **argv) {
     // The toolkit compacts the vector it is given; these copies keep the
-    // command line as the operating system passed it.
-    static std::vector<char *> copies;
+    // command line as the operating system passed it.  Never destroyed: the
+    // copies stay reachable until the process has ended.
+    static auto &copies = *new std::vector<char *>;
     for (char *s : copies)
         std::free(s);
     copies.clear();

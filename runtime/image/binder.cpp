@@ -172,13 +172,15 @@ public:
     void SoftImport(const LinkRecord &r) {
         const SoftLibrary &lib = OpenSoftLibrary(std::string(r.library), true);
         if (!lib.handle) {
-            Report(__LINE__, "lib->mLibraryHandle", "Missing shared library " + std::string(r.library));
+            Report(__LINE__, "lib->mLibraryHandle",
+                   "Missing shared library " + std::string(r.library));
             return;
         }
         void *functionEntry = lib.Symbol(std::string(r.name), true);
         if (!functionEntry) {
             Report(__LINE__, "functionEntry",
-                   "Could not resolve function '" + std::string(r.name) + "' in " + std::string(r.library));
+                   "Could not resolve function '" + std::string(r.name) + "' in " +
+                       std::string(r.library));
             return;
         }
         if (r.value)

@@ -86,6 +86,47 @@ template <> struct Element<RuntimeObject *> {
     static bool Equal(RuntimeObject *a, RuntimeObject *b) { return a == b; }
 };
 
+// The sort of every kind, in place over e[left..right] by compare (negative,
+// 0 or positive, as Element::Compare).  Each pass splits a range into below,
+// equal to and above the middle element.  The smaller side recurses and the
+// larger one loops, so that no ordering of the input can run the stack out.
+// Not stable: elements that compare equal come out in an order of the
+// algorithm's own, so one algorithm serves every comparison of a kind.
+template <typename T, typename Compare>
+void ThreeWaySort(T *e, int64_t left, int64_t right, const Compare &compare) {
+    while (left < right) {
+        RuntimeStackCheck();
+        const T pivot = e[(left + right) / 2];
+        int64_t i = left, j = right, k = left;
+        while (i <= j) {
+            if (compare(e[j], pivot) > 0) {
+                --j;
+            } else {
+                std::swap(e[i], e[j]);
+                if (compare(pivot, e[i]) > 0) {
+                    std::swap(e[k], e[i]);
+                    ++k;
+                }
+                ++i;
+            }
+        }
+        if (k - 1 - left < right - (j + 1)) {
+            ThreeWaySort(e, left, k - 1, compare);
+            left = j + 1;
+        } else {
+            ThreeWaySort(e, j + 1, right, compare);
+            right = k - 1;
+        }
+    }
+}
+
+// Sorts count strings as ThreeWaySort with Element<stringStorage *>::Compare
+// would, to the same order, but with each string's case-folded key made once
+// instead of folding both sides at every comparison.  False, with nothing
+// changed, when the strings need the full comparison (several words, UTF-16,
+// UTF-8 beyond ASCII) or the keys find no memory.
+bool SortStringsByKey(stringStorage **e, int64_t count);
+
 inline int32_t *Bounds(RuntimeArray *a) { return a->upperBounds; }
 
 // Number of elements of all dimensions (0 when any dimension is empty).

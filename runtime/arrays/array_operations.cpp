@@ -2,6 +2,7 @@
 // Redim, Sort, IndexOf, Shuffle, and the release of all elements.
 #include "arrays/array_family.h"
 
+#include <type_traits>
 #include <vector>
 
 namespace kelp::arrays {
@@ -216,38 +217,12 @@ template <typename T> void Family<T>::Sort(RuntimeArray *a) {
     if (a->upperBounds[0] < 0)
         return;
     T *e = Data(a);
-    // Each pass splits a range into below, equal to and above the middle
-    // element.  The smaller side recurses and the larger one loops, so that
-    // no ordering of the input can run the stack out.
-    struct Local {
-        static void Run(T *e, int64_t left, int64_t right) {
-            while (left < right) {
-                RuntimeStackCheck();
-                const T pivot = e[(left + right) / 2];
-                int64_t i = left, j = right, k = left;
-                while (i <= j) {
-                    if (E::Compare(e[j], pivot) > 0) {
-                        --j;
-                    } else {
-                        std::swap(e[i], e[j]);
-                        if (E::Compare(pivot, e[i]) > 0) {
-                            std::swap(e[k], e[i]);
-                            ++k;
-                        }
-                        ++i;
-                    }
-                }
-                if (k - 1 - left < right - (j + 1)) {
-                    Run(e, left, k - 1);
-                    left = j + 1;
-                } else {
-                    Run(e, j + 1, right);
-                    right = k - 1;
-                }
-            }
-        }
-    };
-    Local::Run(e, 0, a->upperBounds[0]);
+    const int64_t last = a->upperBounds[0];
+    if constexpr (std::is_same_v<T, stringStorage *>) {
+        if (SortStringsByKey(e, last + 1))
+            return;
+    }
+    ThreeWaySort(e, 0, last, [](T x, T y) { return E::Compare(x, y); });
 }
 
 template <typename T> int32_t Family<T>::IndexOf(RuntimeArray *a, T value, int32_t start) {

@@ -51,17 +51,17 @@ void *FollowLinks(std::string path) {
 
 } // namespace
 
-void *SoftLibrary::Symbol(const std::string &function) const {
+void *SoftLibrary::Symbol(const std::string &function, bool quiet) const {
     if (!handle)
         return nullptr; // reported when it failed to load
     void *code = dlsym(handle, function.c_str());
-    if (!code)
+    if (!code && !quiet)
         FatalReport(kFatalFailedAssertion, kFile, __LINE__, "functionEntry",
                     ("Could not resolve function '" + function + "' in " + name).c_str());
     return code;
 }
 
-SoftLibrary &OpenSoftLibrary(const std::string &name) {
+SoftLibrary &OpenSoftLibrary(const std::string &name, bool quiet) {
     for (SoftLibrary *lib = gLibraries; lib; lib = lib->next)
         if (AsciiEqualNoCase(lib->name, name))
             return *lib;
@@ -72,7 +72,7 @@ SoftLibrary &OpenSoftLibrary(const std::string &name) {
         lib->handle = TryOpen(name + ".so");
     if (!lib->handle)
         lib->handle = FollowLinks(name);
-    if (!lib->handle)
+    if (!lib->handle && !quiet)
         FatalReport(kFatalFailedAssertion, kFile, __LINE__, "lib->mLibraryHandle",
                     ("Missing shared library " + name).c_str());
     lib->next = gLibraries;

@@ -14,15 +14,18 @@ struct SoftLibrary {
     std::string name;
     void *handle = nullptr; // null when it couldn't be loaded
 
-    // The function's address, or null after the report.  A library that
-    // couldn't be loaded answers null without a second report.
-    void *Symbol(const std::string &function) const;
+    // The function's address, or null after the report (none when quiet:
+    // the caller reports).  A library that couldn't be loaded answers null
+    // without a second report.
+    void *Symbol(const std::string &function, bool quiet = false) const;
 };
 
 // The node for a library name (compared without regard to ASCII case),
 // loading it on first use; it stays open until the process ends.  A library
-// that can't be found is reported once and keeps a node without a handle.
-SoftLibrary &OpenSoftLibrary(const std::string &name);
+// that can't be found is reported once and keeps a node without a handle;
+// quiet leaves the report to the caller, who may count many such faults into
+// one report.
+SoftLibrary &OpenSoftLibrary(const std::string &name, bool quiet = false);
 
 // A function of code the process has loaded already (the program and the
 // libraries it links), else of `library` when that is loaded; never loads

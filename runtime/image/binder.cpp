@@ -4,6 +4,7 @@
 #include "base/soft_library.h"
 #include "exports/export_table.h"
 #include "image/image_format.h"
+#include "image/report_tally.h"
 #include "kelp/records.h"
 #include "strings/kstring.h"
 
@@ -18,13 +19,38 @@ namespace {
 
 constexpr const char *kSource = "runtime/image/binder.cpp";
 
+// What the binder has written at each byte of the code.  A byte belongs to at
+// most one hole or word: a second writer would corrupt the first one's value.
+enum Mark : uint8_t {
+    kFree = 0,
+    kHoleStart, // first byte of a call hole (chain link until written)
+    kWalking,   // first byte of a hole of the chain being walked now
+    kHoleBody,  // the hole's other bytes
+    kWordByte,  // a byte of an 8-byte data, code or string word
+};
+
 class Binder {
 public:
-    explicit Binder(BindArea &area) : mArea(area), mBound(area.codeSize, 0) {}
+    explicit Binder(BindArea &area) : mArea(area), mMarks(area.codeSize, kFree) {}
 
-    void Report(int line, const char *condition, const std::string &message) {
+    // Every fault of a record is counted now and reported once per kind when
+    // the walk is over: a damaged table may repeat one fault for record after
+    // record, and that must not mean a dialog for each.
+    void Report(int line, const char *condition, std::string message) {
         ++counts.failures;
-        FatalReport(kFatalFailedAssertion, kSource, line, condition, message.c_str());
+        mTally.Add(line, condition, std::move(message));
+    }
+
+    // The mark of the first byte in [at, at + width) that is taken, or kFree.
+    Mark Taken(size_t at, size_t width) const {
+        for (size_t i = at; i < at + width; ++i)
+            if (mMarks[i] != kFree)
+                return Mark(mMarks[i]);
+        return kFree;
+    }
+    void Take(size_t at, size_t width, Mark first, Mark rest) {
+        mMarks[at] = first;
+        std::memset(mMarks.data() + at + 1, rest, width - 1);
     }
 
     // A call target as the hole can reach it: the target itself, or a stub
@@ -53,8 +79,17 @@ public:
 
     // Writes target into every hole of the chain that starts at head.  The
     // link is read before the hole is overwritten; a hole seen twice means the
-    // chain loops, and the walk stops there.
+    // chain loops, and a hole on bytes another record wrote means two records
+    // claim them: either way the walk stops there.
     void WalkChain(uint32_t head, bool relative, void *target, std::string_view name) {
+        WalkHoles(head, relative, target, name);
+        // The chain is done: its holes now count as another chain's.
+        for (uint32_t at : mWalked)
+            mMarks[at] = kHoleStart;
+        mWalked.clear();
+    }
+
+    void WalkHoles(uint32_t head, bool relative, void *target, std::string_view name) {
         const size_t width = relative ? 4 : 8;
         for (uint32_t at = head; at != 0;) {
             if (at > mArea.codeSize || mArea.codeSize - at < width) {
@@ -63,13 +98,23 @@ public:
                            std::to_string(at) + ", outside the code segment");
                 return;
             }
-            if (mBound[at]) {
+            const Mark taken = Taken(at, width);
+            if (mMarks[at] == kWalking) {
                 Report(__LINE__, "chain ends",
                        "The chain of '" + std::string(name) + "' loops at offset " +
                            std::to_string(at));
                 return;
             }
-            mBound[at] = 1;
+            if (taken != kFree) {
+                Report(__LINE__, "hole unshared",
+                       "The chain of '" + std::string(name) + "' reaches offset " +
+                           std::to_string(at) + ", which " +
+                           (taken == kWordByte ? "a reference" : "another chain's hole") +
+                           " already wrote");
+                return;
+            }
+            Take(at, width, kWalking, kHoleBody);
+            mWalked.push_back(at);
             uint8_t *hole = mArea.code + at;
             const uint32_t next = ReadU32(hole);
             if (relative) {
@@ -88,7 +133,9 @@ public:
         }
     }
 
-    // The 8-byte word a data, code or string reference adjusts.
+    // The 8-byte word a data, code or string reference adjusts, now its own;
+    // null, after a report, when it lies outside the code or overlaps what
+    // another record wrote.
     uint8_t *Word(const LinkRecord &r) {
         if (r.value > mArea.codeSize || mArea.codeSize - r.value < 8) {
             Report(__LINE__, "offset inside code",
@@ -96,6 +143,16 @@ public:
                        " names offset " + std::to_string(r.value) + ", outside the code segment");
             return nullptr;
         }
+        const Mark taken = Taken(r.value, 8);
+        if (taken != kFree) {
+            Report(__LINE__, "word unshared",
+                   "The reference at link position " + std::to_string(r.position) +
+                       " names offset " + std::to_string(r.value) +
+                       (taken == kWordByte ? ", a word another reference already wrote"
+                                           : ", which lands on a call hole"));
+            return nullptr;
+        }
+        Take(r.value, 8, kWordByte, kWordByte);
         return mArea.code + r.value;
     }
 
@@ -110,13 +167,20 @@ public:
             WalkChain(r.value, r.relative, row->code, r.name);
     }
 
+    // The loader's own texts, counted like every other fault of the table: a
+    // table naming thousands of missing libraries gives one report.
     void SoftImport(const LinkRecord &r) {
-        const SoftLibrary &lib = OpenSoftLibrary(std::string(r.library));
-        if (!lib.handle)
-            return; // the loader reported it the first time
-        void *functionEntry = lib.Symbol(std::string(r.name));
+        const SoftLibrary &lib = OpenSoftLibrary(std::string(r.library), true);
+        if (!lib.handle) {
+            Report(__LINE__, "lib->mLibraryHandle",
+                   "Missing shared library " + std::string(r.library));
+            return;
+        }
+        void *functionEntry = lib.Symbol(std::string(r.name), true);
         if (!functionEntry) {
-            ++counts.failures; // the loader reported it
+            Report(__LINE__, "functionEntry",
+                   "Could not resolve function '" + std::string(r.name) + "' in " +
+                       std::string(r.library));
             return;
         }
         if (r.value)
@@ -129,7 +193,10 @@ public:
             return;
         const uint64_t d = ReadU64(word);
         // The record, the length byte and the NUL at least must lie in data.
+        // A rejected constant leaves a null word, never the raw offset that
+        // compiled code would follow into the runtime as a string.
         if (d > mArea.dataSize || mArea.dataSize - d < KELP_LITERAL_TEXT_OFFSET + 2) {
+            WriteU64(word, 0);
             Report(__LINE__, "literal inside data",
                    "The string at data offset " + std::to_string(d) +
                        " lies outside the data segment");
@@ -144,6 +211,7 @@ public:
         const uint64_t room = mArea.dataSize - d - KELP_LITERAL_TEXT_OFFSET;
         if (length < 0 || uint64_t(length) + 2 > room ||
             (buffer != 0 && buffer != reinterpret_cast<uint64_t>(text))) {
+            WriteU64(word, 0);
             Report(__LINE__, "literal intact",
                    "The string at data offset " + std::to_string(d) + " is damaged");
             return;
@@ -177,13 +245,16 @@ public:
         }
         if (!error.empty())
             Report(__LINE__, "record complete", "The link table is damaged: " + error);
+        mTally.Flush();
     }
 
     BindCounts counts;
 
 private:
     BindArea &mArea;
-    std::vector<uint8_t> mBound;
+    std::vector<uint8_t> mMarks;   // a Mark per code byte
+    std::vector<uint32_t> mWalked; // hole offsets of the chain being walked
+    ReportTally mTally{kSource};
     std::unordered_map<void *, uint8_t *> mStubFor;
     size_t mStubUsed = 0;
 };

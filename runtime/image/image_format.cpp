@@ -1,5 +1,10 @@
 #include "image/image_format.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
@@ -16,68 +21,88 @@ const char *SegmentName(int segment) {
 
 namespace {
 
-struct File {
-    std::FILE *f = nullptr;
-    explicit File(const std::string &path) : f(std::fopen(path.c_str(), "rb")) {}
-    ~File() {
-        if (f)
-            std::fclose(f);
+// A file opened for reading only when it is a regular file.  O_NONBLOCK keeps
+// the open itself from waiting on a FIFO, and fstat then turns away FIFOs,
+// directories and devices before a byte is read: their lengths mean nothing
+// and reading them may never end.
+struct RegularFile {
+    int fd = -1;
+    uint64_t size = 0;
+    bool notRegular = false; // it exists, but is no regular file
+    explicit RegularFile(const std::string &path) {
+        fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        if (fd < 0)
+            return;
+        struct stat st;
+        if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) || st.st_size < 0) {
+            notRegular = true;
+            ::close(fd);
+            fd = -1;
+            return;
+        }
+        size = uint64_t(st.st_size);
     }
-    File(const File &) = delete;
-    File &operator=(const File &) = delete;
-};
+    ~RegularFile() {
+        if (fd >= 0)
+            ::close(fd);
+    }
+    RegularFile(const RegularFile &) = delete;
+    RegularFile &operator=(const RegularFile &) = delete;
 
-bool ReadAt(std::FILE *f, long offset, void *into, size_t n) {
-    if (std::fseek(f, offset, SEEK_SET) != 0)
-        return false;
-    return std::fread(into, 1, n, f) == n;
-}
+    // Exactly n bytes from offset, or false.
+    bool ReadAt(uint64_t offset, void *into, size_t n) const {
+        auto *p = static_cast<uint8_t *>(into);
+        while (n > 0) {
+            const ssize_t got = ::pread(fd, p, n, off_t(offset));
+            if (got < 0 && errno == EINTR)
+                continue;
+            if (got <= 0)
+                return false; // an error, or the file shrank under us
+            p += got;
+            n -= size_t(got);
+            offset += uint64_t(got);
+        }
+        return true;
+    }
+};
 
 } // namespace
 
 ReadStatus ReadAppendedImage(const std::string &path, Segments &out, std::string &error) {
-    File file(path);
-    if (!file.f) {
-        error = "cannot open " + path;
+    RegularFile file(path);
+    if (file.fd < 0) {
+        error = file.notRegular ? path + " is not a regular file" : "cannot open " + path;
         return ReadStatus::kUnreadable;
     }
-    if (std::fseek(file.f, 0, SEEK_END) != 0) {
-        error = "cannot seek in " + path;
-        return ReadStatus::kUnreadable;
-    }
-    const long fileSize = std::ftell(file.f);
-    if (fileSize < long(kTrailerMagicSize))
+    const uint64_t fileSize = file.size;
+    if (fileSize < kTrailerMagicSize)
         return ReadStatus::kNoTrailer;
     char magic[kTrailerMagicSize];
-    if (!ReadAt(file.f, fileSize - long(kTrailerMagicSize), magic, sizeof magic)) {
+    if (!file.ReadAt(fileSize - kTrailerMagicSize, magic, sizeof magic)) {
         error = "cannot read " + path;
         return ReadStatus::kUnreadable;
     }
     if (std::memcmp(magic, kTrailerMagic, kTrailerMagicSize) != 0)
         return ReadStatus::kNoTrailer;
-    if (fileSize < long(kTrailerSize)) {
+    if (fileSize < kTrailerSize) {
         error = "the image trailer is cut off";
         return ReadStatus::kDamaged;
     }
     uint8_t word[4];
-    if (!ReadAt(file.f, fileSize - long(kTrailerSize), word, 4)) {
+    if (!file.ReadAt(fileSize - kTrailerSize, word, 4)) {
         error = "cannot read " + path;
         return ReadStatus::kUnreadable;
     }
     const uint64_t imageLength = ReadU32(word);
-    const uint64_t room = uint64_t(fileSize) - kTrailerSize;
+    const uint64_t room = fileSize - kTrailerSize;
     if (imageLength > room) {
         error = "the image length " + std::to_string(imageLength) + " points outside the file";
         return ReadStatus::kDamaged;
     }
+    out.imageLength = uint32_t(imageLength);
     // Everything below is read from a window of exactly imageLength bytes.
-    const long start = long(room - imageLength);
-    const long end = long(room);
-    long at = start;
-    if (std::fseek(file.f, at, SEEK_SET) != 0) {
-        error = "cannot seek in " + path;
-        return ReadStatus::kUnreadable;
-    }
+    const uint64_t end = room;
+    uint64_t at = room - imageLength;
     for (int s = 0; s < kSegmentCount; ++s) {
         out.bytes[s].clear();
         out.present[s] = false;
@@ -86,7 +111,7 @@ ReadStatus ReadAppendedImage(const std::string &path, Segments &out, std::string
                 std::string("the image ends before the size of the ") + SegmentName(s) + " segment";
             return ReadStatus::kDamaged;
         }
-        if (std::fread(word, 1, 4, file.f) != 4) {
+        if (!file.ReadAt(at, word, 4)) {
             error = "cannot read " + path;
             return ReadStatus::kUnreadable;
         }
@@ -97,7 +122,7 @@ ReadStatus ReadAppendedImage(const std::string &path, Segments &out, std::string
         const bool optional = s >= kSymbols;
         if (optional && (size == 0 || (size & 0x80000000u)))
             continue;
-        if (uint64_t(size) > uint64_t(end - at)) {
+        if (uint64_t(size) > end - at) {
             error = std::string("the ") + SegmentName(s) + " segment size " + std::to_string(size) +
                     " runs past the end of the image";
             return ReadStatus::kDamaged;
@@ -105,12 +130,12 @@ ReadStatus ReadAppendedImage(const std::string &path, Segments &out, std::string
         if (s == kResources)
             out.resourceFileOffset = uint32_t(at);
         out.bytes[s].resize(size);
-        if (size && std::fread(out.bytes[s].data(), 1, size, file.f) != size) {
+        if (size && !file.ReadAt(at, out.bytes[s].data(), size)) {
             error = "cannot read " + path;
             return ReadStatus::kUnreadable;
         }
         out.present[s] = true;
-        at += long(size);
+        at += size;
     }
     return ReadStatus::kOk;
 }
@@ -118,24 +143,24 @@ ReadStatus ReadAppendedImage(const std::string &path, Segments &out, std::string
 bool ReadLooseFiles(const std::string &dir, Segments &out) {
     bool haveCode = false;
     out.resourceFileOffset = 0;
+    out.imageLength = 0;
     for (int s = 0; s < kSegmentCount; ++s) {
         out.bytes[s].clear();
         out.present[s] = false;
         const std::string path = dir.empty() ? kLooseFileNames[s] : dir + "/" + kLooseFileNames[s];
-        File file(path);
-        if (!file.f)
+        // Anything but a regular file counts as missing.
+        RegularFile file(path);
+        if (file.fd < 0)
             continue;
-        if (std::fseek(file.f, 0, SEEK_END) != 0)
+        // A segment's size is a 32-bit word, so no larger file can be one.
+        if (file.size > 0xFFFFFFFFu)
             continue;
-        const long size = std::ftell(file.f);
-        if (size < 0 || std::fseek(file.f, 0, SEEK_SET) != 0)
-            continue;
-        out.bytes[s].resize(size_t(size));
-        if (size && std::fread(out.bytes[s].data(), 1, size_t(size), file.f) != size_t(size)) {
+        out.bytes[s].resize(size_t(file.size));
+        if (file.size && !file.ReadAt(0, out.bytes[s].data(), size_t(file.size))) {
             out.bytes[s].clear();
             continue;
         }
-        out.present[s] = s < kSymbols || size > 0;
+        out.present[s] = s < kSymbols || file.size > 0;
         if (s == kCode)
             haveCode = true;
     }

@@ -31,6 +31,8 @@ struct Segments {
     bool present[kSegmentCount] = {};
     // File offset of the resource segment's first byte; 0 for loose files.
     uint32_t resourceFileOffset = 0;
+    // L of the trailer: the bytes the image takes before it (0 for loose files).
+    uint32_t imageLength = 0;
 };
 
 enum class ReadStatus {
@@ -40,11 +42,13 @@ enum class ReadStatus {
     kUnreadable // the file couldn't be opened or read
 };
 
-// Reads the image appended to the file at path.
+// Reads the image appended to the file at path; anything but a regular file
+// is kUnreadable.
 ReadStatus ReadAppendedImage(const std::string &path, Segments &out, std::string &error);
 
 // Reads the loose segment files from dir ("" for the current directory).
-// A file that can't be opened leaves its segment empty.  Returns true when
+// A file that can't be opened, or is no regular file (a directory or FIFO of
+// that name), leaves its segment empty.  Returns true when
 // "code.dat" was there.
 bool ReadLooseFiles(const std::string &dir, Segments &out);
 

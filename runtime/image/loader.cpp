@@ -1,6 +1,7 @@
 #include "image/loader.h"
 
 #include "base/fatal_report.h"
+#include "image/report_tally.h"
 #include "kelp/image.h"
 #include "process/display.h"
 #include "resources/resource_store.h"
@@ -24,11 +25,13 @@ struct LoadedImage {
     bool symbolsParsed = false;
 };
 
-// Every image loaded in this process; the newest is the current one.  Code and
-// resource rows point into them, so they are never freed.
+// Every image loaded in this process; the newest is the current one.  Code,
+// resource rows and string constants point into them, so they are never
+// freed: not even at exit, where strings held by other static objects (a
+// conversion cache, say) are still released after this list would be gone.
 std::deque<LoadedImage> &Images() {
-    static std::deque<LoadedImage> images;
-    return images;
+    static auto *images = new std::deque<LoadedImage>;
+    return *images;
 }
 
 LoadedImage *Current() { return Images().empty() ? nullptr : &Images().back(); }
@@ -74,8 +77,10 @@ uint8_t *MapCode(size_t bytes, Placement placement) {
     return p == MAP_FAILED ? nullptr : static_cast<uint8_t *>(p);
 }
 
+constexpr const char *kSource = "runtime/image/loader.cpp";
+
 void ReportOption(const std::string &message) {
-    FatalReport(kFatalFailedAssertion, "runtime/image/loader.cpp", __LINE__, "0", message.c_str());
+    FatalReport(kFatalFailedAssertion, kSource, __LINE__, "0", message.c_str());
 }
 
 void RecordResources(const Segments &s) {
@@ -101,6 +106,8 @@ void RecordOptions(const Segments &s) {
     std::string error;
     GList *icons = nullptr;
     const bool display = DisplayAvailable();
+    // A segment of junk is an unknown record at every byte: one report.
+    ReportTally unknown(kSource);
     while (reader.Next(r, error)) {
         if (r.type == kOptionWindowIcon) {
             if (!display || r.width == 0 || r.height == 0)
@@ -119,10 +126,12 @@ void RecordOptions(const Segments &s) {
         } else if (r.type == kOptionVersion) {
             AddResource(kResourceVersion, 0, r.block, r.blockLength, 0);
         } else {
-            ReportOption("Unknown option record of type " + std::to_string(r.type) + " at offset " +
-                         std::to_string(r.position));
+            unknown.Add(__LINE__, "0",
+                        "Unknown option record of type " + std::to_string(r.type) + " at offset " +
+                            std::to_string(r.position));
         }
     }
+    unknown.Flush();
     if (!error.empty())
         ReportOption("The options segment is damaged: " + error);
     if (icons) {

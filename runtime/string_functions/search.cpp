@@ -76,12 +76,9 @@ extern "C" int32_t StringDBCSInStr(int32_t start, stringStorage *source, stringS
 
 namespace {
 
+// Which search a walk takes: exact, or caseless.
 struct Finder {
     bool exact;
-    long operator()(const string &s, const string &f, long from) const {
-        return exact ? ExactFind(s.CString(), s.Length(), f.CString(), f.Length(), from)
-                     : FoldFind(s, f, from);
-    }
 };
 
 // Offsets of the non-overlapping matches, left to right; `limit` of them at
@@ -89,22 +86,15 @@ struct Finder {
 std::vector<long> Matches(const string &s, const string &f, Finder find, size_t limit) {
     std::vector<long> at;
     const long length = s.Length(), step = f.Length();
-    if (find.exact) {
-        // One searcher for the whole walk: its set-up is paid once.
-        ExactSearcher searcher(s.CString(), length, f.CString(), step);
-        for (long from = 0; from < length;) {
-            const long hit = searcher.Next(from);
-            if (hit < 0)
-                break;
-            at.push_back(hit);
-            if (limit != 0 && at.size() >= limit)
-                break;
-            from = hit + step;
-        }
-        return at;
-    }
+    // One searcher for the whole walk: its set-up is paid once.
+    std::optional<ExactSearcher> exact;
+    std::optional<FoldSearcher> folded;
+    if (find.exact)
+        exact.emplace(s.CString(), length, f.CString(), step);
+    else
+        folded.emplace(s, f);
     for (long from = 0; from < length;) {
-        const long hit = find(s, f, from);
+        const long hit = exact ? exact->Next(from) : folded->Next(from);
         if (hit < 0)
             break;
         at.push_back(hit);
@@ -207,13 +197,16 @@ stringStorage *NthField(stringStorage *source, stringStorage *separator, int32_t
         return nullptr;
     const Fields f = Prepare(source, separator, exact);
     const long step = f.separator.Length();
-    // The exact walk keeps one searcher, so a far field costs no set-up per
+    // The walk keeps one searcher, so a far field costs no set-up per
     // separator passed.
     std::optional<ExactSearcher> searcher;
+    std::optional<FoldSearcher> folded;
     if (f.finder.exact)
         searcher.emplace(f.source.CString(), f.source.Length(), f.separator.CString(), step);
+    else
+        folded.emplace(f.source, f.separator);
     const auto next = [&](long from) {
-        return searcher ? searcher->Next(from) : f.finder(f.source, f.separator, from);
+        return searcher ? searcher->Next(from) : folded->Next(from);
     };
     long from = 0;
     for (int32_t k = 1; k < n; ++k) {

@@ -2,6 +2,8 @@
 // function builds on.
 #include "string_functions/text_units.h"
 
+#include <emmintrin.h>
+
 #include <algorithm>
 #include <cctype>
 #include <cstring>
@@ -35,65 +37,30 @@ long BytesToUnits(const string &s, long bytes) {
     return bytes;
 }
 
-namespace {
-// Bad-character shifts of the long-pattern search; one table for the
-// process, as the runtime's functions run on one thread at a time.
-int32_t gShift[256];
-} // namespace
+// Candidates within this many bytes of the start are tried by a plain scan
+// before the C library's memmem: its set-up costs more than the scan when
+// matches lie close together, as ReplaceAll meets them one after another.
+constexpr long kNearWindow = 64;
 
-// The plain forward scan: memchr to each candidate first byte, then the rest.
-// Short patterns are compared in line, where a call to memcmp per candidate
-// would cost more than the comparison.
-static long ScanFind(const uint8_t *t, long n, const uint8_t *p, long m, long start) {
+// The forward scan over candidates in [start, stop): memchr to each place
+// the first byte occurs, then the rest compared in line.
+static long ScanFind(const uint8_t *t, const uint8_t *p, long m, long start, long stop) {
     const uint8_t first = p[0];
-    const uint8_t *end = t + n - m + 1;
-    for (const uint8_t *q = t + start; q < end;) {
+    for (const uint8_t *q = t + start, *end = t + stop; q < end; ++q) {
         q = static_cast<const uint8_t *>(std::memchr(q, first, static_cast<size_t>(end - q)));
         if (q == nullptr)
             return -1;
-        if (m <= 16) {
-            long j = 1;
-            while (j < m && q[j] == p[j])
-                ++j;
-            if (j == m)
-                return q - t;
-        } else if (std::memcmp(q + 1, p + 1, static_cast<size_t>(m - 1)) == 0) {
+        long j = 1;
+        while (j < m && q[j] == p[j])
+            ++j;
+        if (j == m)
             return q - t;
-        }
-        ++q;
     }
     return -1;
 }
 
-// Boyer-Moore with the bad-character rule only; the table holds for each
-// byte its distance from the pattern's end (its last place wins).
-static void BuildShifts(int32_t *shift, const uint8_t *p, long m) {
-    for (int c = 0; c < 256; ++c)
-        shift[c] = static_cast<int32_t>(m);
-    for (long i = 0; i < m; ++i)
-        shift[p[i]] = static_cast<int32_t>(m - 1 - i);
-}
-
-static long ShiftFind(const int32_t *shift, const uint8_t *t, long n, const uint8_t *p, long m,
-                      long start) {
-    long i = start + m - 1;
-    while (i < n) {
-        long j = m - 1, k = i;
-        while (t[k] == p[j]) {
-            if (j == 0)
-                return k;
-            --k;
-            --j;
-        }
-        i = k + std::max<long>(shift[t[k]], m - j);
-    }
-    return -1;
-}
-
-// Long patterns with room for many candidates go by shifts; below that the
-// table would cost more than it saves.
-static bool UseShifts(long n, long m, long start) { return m >= 5 && n - start - m + 1 > 80; }
-
+// A near match by the scan, a far one by memmem: both give the first match
+// from start, as any correct search does.
 long ExactFind(const char *text, long n, const char *find, long m, long start) {
     if (n <= 0)
         return -1;
@@ -104,36 +71,21 @@ long ExactFind(const char *text, long n, const char *find, long m, long start) {
     if (start >= n || n - start < m)
         return -1;
     const auto *t = reinterpret_cast<const uint8_t *>(text);
-    const auto *p = reinterpret_cast<const uint8_t *>(find);
-    if (UseShifts(n, m, start)) {
-        BuildShifts(gShift, p, m);
-        return ShiftFind(gShift, t, n, p, m, start);
-    }
-    return ScanFind(t, n, p, m, start);
+    const long places = n - m + 1; // candidates lie in [start, places)
+    const long near = std::min(places, start + kNearWindow);
+    const long hit = ScanFind(t, reinterpret_cast<const uint8_t *>(find), m, start, near);
+    if (hit >= 0 || near == places)
+        return hit;
+    const void *far =
+        memmem(text + near, static_cast<size_t>(n - near), find, static_cast<size_t>(m));
+    return far == nullptr ? -1 : static_cast<const char *>(far) - text;
 }
 
 ExactSearcher::ExactSearcher(const char *text, long length, const char *find, long findLength)
-    : mText(reinterpret_cast<const uint8_t *>(text)),
-      mFind(reinterpret_cast<const uint8_t *>(find)), mTextLength(length), mFindLength(findLength) {
-}
+    : mText(text), mFind(find), mTextLength(length), mFindLength(findLength) {}
 
 long ExactSearcher::Next(long start) {
-    if (mTextLength <= 0)
-        return -1;
-    if (mFindLength <= 0)
-        return start;
-    if (start < 0)
-        start = 0;
-    if (start >= mTextLength || mTextLength - start < mFindLength)
-        return -1;
-    if (UseShifts(mTextLength, mFindLength, start)) {
-        if (!mTableReady) {
-            BuildShifts(mShift, mFind, mFindLength);
-            mTableReady = true;
-        }
-        return ShiftFind(mShift, mText, mTextLength, mFind, mFindLength, start);
-    }
-    return ScanFind(mText, mTextLength, mFind, mFindLength, start);
+    return ExactFind(mText, mTextLength, mFind, mFindLength, start);
 }
 
 namespace {
@@ -161,48 +113,46 @@ const UpperTable &Upper() {
     return table;
 }
 
-long FoldFindBytes(const uint8_t *t, long n, const uint8_t *p, long m, long start) {
+// The first of [from, end) that is a or b; end when there is none.  Sixteen
+// bytes at a time: a letter's two cases are found as fast as one byte.
+const uint8_t *FindEither(const uint8_t *from, const uint8_t *end, uint8_t a, uint8_t b) {
+    const __m128i wantA = _mm_set1_epi8(static_cast<char>(a));
+    const __m128i wantB = _mm_set1_epi8(static_cast<char>(b));
+    const uint8_t *q = from;
+    for (; end - q >= 16; q += 16) {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i *>(q));
+        const int hits = _mm_movemask_epi8(
+            _mm_or_si128(_mm_cmpeq_epi8(block, wantA), _mm_cmpeq_epi8(block, wantB)));
+        if (hits != 0)
+            return q + __builtin_ctz(static_cast<unsigned>(hits));
+    }
+    for (; q < end; ++q)
+        if (*q == a || *q == b)
+            return q;
+    return end;
+}
+
+long FoldFindBytes(const FoldPattern &pattern, const uint8_t *t, long n, long start) {
     const uint8_t *up = Upper().map;
-    const uint8_t first = up[p[0]];
-    // The bytes that fold to the pattern's first one; with at most two of
-    // them (a letter's two cases) the candidates are found with memchr.
-    const uint8_t *starts = Upper().sources[first];
-    const int count = Upper().sourceCount[first];
-    auto rest = [&](long i) {
+    const uint8_t *folded = pattern.Folded();
+    const long m = pattern.Length();
+    auto rest = [&](const uint8_t *at) {
         long j = 1;
-        while (j < m && up[t[i + j]] == up[p[j]])
+        while (j < m && up[at[j]] == folded[j])
             ++j;
         return j == m;
     };
-    const long last = n - m; // the last offset where a match fits
-    if (count <= 2) {
-        // Windows that grow from small, so that a case which never occurs
-        // costs about as much as the distance to the match, not the text.
-        long from = start, window = 64;
-        while (from <= last) {
-            const long span = std::min(window, last - from + 1);
-            long best = -1;
-            for (int k = 0; k < count; ++k) {
-                const auto *hit = static_cast<const uint8_t *>(
-                    std::memchr(t + from, starts[k], static_cast<size_t>(span)));
-                if (hit != nullptr && (best < 0 || hit - t < best))
-                    best = hit - t;
-            }
-            if (best < 0) {
-                from += span;
-                if (window < 65536)
-                    window *= 2;
-                continue;
-            }
-            if (rest(best))
-                return best;
-            from = best + 1;
-        }
+    const uint8_t *end = t + (n - m) + 1; // one past the last place a match fits
+    if (pattern.mBlockScan) {
+        for (const uint8_t *q = t + start;
+             (q = FindEither(q, end, pattern.mFirstA, pattern.mFirstB)) < end; ++q)
+            if (rest(q))
+                return q - t;
         return -1;
     }
-    for (long i = start; i <= last; ++i)
-        if (up[t[i]] == first && rest(i))
-            return i;
+    for (const uint8_t *q = t + start; q < end; ++q)
+        if (up[*q] == folded[0] && rest(q))
+            return q - t;
     return -1;
 }
 
@@ -260,6 +210,41 @@ long FoldFindUTF8(const uint8_t *t, long n, const uint8_t *p, long m, long start
 
 } // namespace
 
+FoldPattern::FoldPattern(const string &find) {
+    const uint8_t *p = Bytes(find);
+    mFolded.resize(static_cast<size_t>(find.Length()));
+    for (size_t j = 0; j < mFolded.size(); ++j)
+        mFolded[j] = static_cast<char>(Upper().map[p[j]]);
+    if (mFolded.empty())
+        return;
+    // The bytes that fold to the pattern's first one; with at most two of
+    // them (a letter's two cases) the candidates are found by a block scan.
+    const uint8_t first = Folded()[0];
+    const int count = Upper().sourceCount[first];
+    mBlockScan = count <= 2;
+    mFirstA = Upper().sources[first][0];
+    mFirstB = count == 2 ? Upper().sources[first][1] : mFirstA;
+}
+
+FoldSearcher::FoldSearcher(const string &source, const string &find)
+    : mSource(source), mFind(find), mBytes(!IsUTF8(source) && !IsUTF16(source)),
+      mPattern(mBytes ? find : string()) {}
+
+long FoldSearcher::Next(long start) {
+    if (!mBytes)
+        return FoldFind(mSource, mFind, start);
+    const long n = mSource.Length(), m = mFind.Length();
+    if (n == 0)
+        return -1;
+    if (m == 0)
+        return start;
+    if (start < 0)
+        start = 0;
+    if (start >= n || n - start < m)
+        return -1;
+    return FoldFindBytes(mPattern, Bytes(mSource), n, start);
+}
+
 long FoldFind(const string &source, const string &find, long start) {
     const long n = source.Length(), m = find.Length();
     if (n == 0)
@@ -276,7 +261,7 @@ long FoldFind(const string &source, const string &find, long start) {
         return FoldFindUTF8(Bytes(source), n, Bytes(find), m, start);
     if (n - start < m)
         return -1;
-    return FoldFindBytes(Bytes(source), n, Bytes(find), m, start);
+    return FoldFindBytes(FoldPattern(find), Bytes(source), n, start);
 }
 
 bool IsCaseless(const string &s) {

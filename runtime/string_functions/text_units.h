@@ -7,6 +7,7 @@
 #include "strings/kstring.h"
 
 #include <cstdint>
+#include <string>
 
 namespace kelp::text {
 
@@ -30,25 +31,49 @@ long BytesToUnits(const string &s, long bytes);
 long ExactFind(const char *text, long length, const char *find, long findLength, long start);
 
 // The exact byte search run many times with one pattern over one text, as
-// ReplaceAll, CountFields and Split do: the long-pattern table is built once
-// instead of at every match, and short patterns are compared in line.
-// `Next(start)` gives what ExactFind gives for the same arguments.  Both
-// texts must outlive the searcher.
+// ReplaceAll, CountFields and Split do.  `Next(start)` gives what ExactFind
+// gives for the same arguments.  Both texts must outlive the searcher.
 class ExactSearcher {
 public:
     ExactSearcher(const char *text, long length, const char *find, long findLength);
     long Next(long start);
 
 private:
-    const uint8_t *mText, *mFind;
+    const char *mText, *mFind;
     long mTextLength, mFindLength;
-    bool mTableReady = false;
-    int32_t mShift[256];
 };
 
 // The caseless search over two strings of one word: zero-based byte start
 // and result, -1 when not found.  Offsets of UTF-16 text stay even.
 long FoldFind(const string &source, const string &find, long byteStart);
+
+// A pattern of a byte word folded once for the caseless search, with the
+// bytes its first one folds from.
+class FoldPattern {
+public:
+    explicit FoldPattern(const string &find);
+    const uint8_t *Folded() const { return reinterpret_cast<const uint8_t *>(mFolded.data()); }
+    long Length() const { return static_cast<long>(mFolded.size()); }
+    bool mBlockScan = false; // at most two bytes fold to the first: scan for them
+    uint8_t mFirstA = 0, mFirstB = 0;
+
+private:
+    std::string mFolded;
+};
+
+// The caseless search run many times with one pattern over one text, as
+// ReplaceAll, CountFields and Split do: `Next(start)` gives what FoldFind
+// gives, with the pattern folded once.  Both strings must outlive it.
+class FoldSearcher {
+public:
+    FoldSearcher(const string &source, const string &find);
+    long Next(long start);
+
+private:
+    const string &mSource, &mFind;
+    bool mBytes; // a byte word: the folded pattern is used
+    FoldPattern mPattern;
+};
 
 // True when the text has no letters whose case could differ, so the exact
 // search finds what the caseless one would.

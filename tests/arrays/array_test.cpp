@@ -362,6 +362,43 @@ TEST_F(Arrays, StringSortOrdersByTheLanguagesComparison) {
     }
 }
 
+// Strings of one word whose case folds byte by byte are sorted by keys made
+// once.  The order must be the very one the per-pair comparison gave through
+// the same algorithm, equal strings of different case included.
+TEST_F(Arrays, KeyedStringSortKeepsTheOrderOfThePerPairComparison) {
+    std::mt19937 gen(20261125);
+    for (uint32_t word : {kEncodingUTF8, kEncodingLatin1, kEncodingASCII}) {
+        for (int round = 0; round < 4; ++round) {
+            const int count = 50 + 700 * round;
+            RuntimeArray *s = CreateArray(1, kArrayString, count - 1);
+            auto **e = static_cast<stringStorage **>(s->buffer);
+            for (int i = 0; i < count; ++i) {
+                // Shared prefixes longer than a key's first word, both cases,
+                // and for byte words high bytes and zeros too.
+                std::string text = gen() % 3 ? "Prefix_of_nine" : "";
+                text.resize(gen() % (text.size() + 1));
+                const int n = (int)(gen() % 6);
+                for (int k = 0; k < n; ++k) {
+                    const char c = "aAbBzZ_0"[gen() % 8];
+                    text +=
+                        word == kEncodingUTF8 || gen() % 4 ? c : (char)("\xe9\xc9\0"[gen() % 3]);
+                }
+                e[i] =
+                    text.empty() && gen() % 2
+                        ? nullptr
+                        : kelp::string::FromBytes(text.data(), (long)text.size(), word).Release();
+            }
+            std::vector<stringStorage *> reference(e, e + count);
+            kelp::arrays::ThreeWaySort(reference.data(), 0, count - 1,
+                                       kelp::arrays::Element<stringStorage *>::Compare);
+            Slot<kelp_array1_sort>(s, kArraySlotSort)(s);
+            ASSERT_EQ(std::vector<stringStorage *>(e, e + count), reference)
+                << "word " << word << " round " << round;
+            RuntimeUnlockArray(s);
+        }
+    }
+}
+
 TEST_F(Arrays, IndexOfScansFromTheStartAndChecksIt) {
     RuntimeArray *a = CreateArray(1, kArrayString, 3);
     auto set = Slot<kelp_array1_set_str>(a, kArraySlotSet);

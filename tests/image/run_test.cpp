@@ -4,6 +4,8 @@
 // the binding of every record type the image uses.
 #include "support/image_builder.h"
 
+#include "kelp/records.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -193,6 +195,80 @@ TEST(RunImage, BuilderPrintsStringsAndTheEmptyString) {
     EXPECT_EQ(r.status, 0);
 }
 
+// Only regular files are segments: a directory or a FIFO of a segment's name
+// counts as missing.  `timeout` turns a hang on a FIFO into a failure.
+TEST(RunImage, LooseNamesThatAreNoRegularFilesCountAsMissing) {
+    struct Case {
+        int segment;
+        bool fifo; // else a directory
+        bool runs; // the greeting is printed
+    } cases[] = {
+        {img::kCode, false, false},     {img::kCode, true, false},     {img::kSymbols, true, true},
+        {img::kResources, false, true}, {img::kResources, true, true}, {img::kOptions, true, true},
+    };
+    for (const Case &c : cases) {
+        const std::string what =
+            std::string(img::kLooseFileNames[c.segment]) + (c.fifo ? " as a FIFO" : " as a folder");
+        TempDir dir;
+        ASSERT_TRUE(kelp::test::WriteLoose(Greeter(), dir.path()));
+        const std::string name = dir / img::kLooseFileNames[c.segment];
+        ASSERT_EQ(unlink(name.c_str()), 0);
+        ASSERT_EQ(c.fifo ? mkfifo(name.c_str(), 0644) : mkdir(name.c_str(), 0755), 0);
+        RunResult r =
+            kelp::test::Run("/usr/bin/timeout", {"20", KELP_BIN_DIR "/kelp", "second"}, dir.path());
+        if (c.runs) {
+            EXPECT_EQ(r.status, 0) << what << r.err;
+            EXPECT_EQ(r.out, kGreeting) << what;
+        } else {
+            EXPECT_EQ(r.status, 1) << what << r.err;
+            EXPECT_NE(r.err.find("there is no code.dat"), std::string::npos) << what << r.err;
+        }
+        RunResult info =
+            kelp::test::Run("/usr/bin/timeout", {"20", KELP_IMAGE_TOOL, "info", dir.path()});
+        EXPECT_NE(info.status, 124) << what << ": hung";
+        EXPECT_LT(info.status, 128) << what << ": " << info.err;
+        if (!c.runs) {
+            EXPECT_NE(info.out.find("no code.dat"), std::string::npos) << what << info.out;
+        }
+    }
+    // The tool asked about a FIFO itself neither waits nor reads it.
+    TempDir dir;
+    ASSERT_EQ(mkfifo((dir / "pipe").c_str(), 0644), 0);
+    RunResult info =
+        kelp::test::Run("/usr/bin/timeout", {"20", KELP_IMAGE_TOOL, "info", dir / "pipe"});
+    EXPECT_EQ(info.status, 1) << info.err;
+    EXPECT_NE(info.err.find("is not a regular file"), std::string::npos) << info.err;
+}
+
+// A string constant held by a static cache is released at exit, after the
+// image list is destroyed: the segments must still be there.  The data
+// segment is large so that its memory goes back to the system when freed, and
+// a read after that faults even without a sanitizer.
+TEST(RunImage, StringConstantsOutliveTheStaticsThatHoldThem) {
+    ImageBuilder b;
+    b.AddData(std::vector<uint8_t>(512 * 1024, 0));
+    b.Prologue();
+    b.CallImport("RuntimeInit");
+    b.LoadString(Reg::RSI, "a needle in the text");
+    b.LoadString(Reg::RDX, "needle");
+    b.MovImm(Reg::RDI, 1);
+    // InStr converts the pattern to the text's encoding, and the conversion
+    // cache keeps the constant it converted.
+    b.CallImport("StringInStr");
+    b.MovReg(Reg::RDI, Reg::RAX);
+    b.CallSoftImport("exit", "libc.so.6");
+    b.Epilogue();
+    img::Segments s = b.Build();
+    auto &data = s.bytes[img::kData];
+    const std::string text = std::string("\x06needle") + '\0';
+    const auto at = std::search(data.begin(), data.end(), text.begin(), text.end());
+    ASSERT_NE(at, data.end());
+    kelp::WriteU32(&*at - KELP_LITERAL_TEXT_OFFSET + 24, kEncodingASCII);
+    RunResult r = kelp::test::RunAppended(s);
+    EXPECT_EQ(r.status, 3) << "InStr's answer is the exit status: " << r.err;
+    EXPECT_EQ(r.err, "");
+}
+
 // --------------------------------------------------------------- the tool
 
 TEST(KelpImageTool, PacksLooseFilesAndTheResultRuns) {
@@ -224,6 +300,36 @@ TEST(KelpImageTool, PacksLooseFilesAndTheResultRuns) {
     ASSERT_EQ(again.status, 0) << again.err;
     EXPECT_EQ(kelp::test::ReadFileBytes(dir / "app2").size() + 14 + 2,
               kelp::test::ReadFileBytes(dir / "app").size());
+}
+
+// The old image is cut off by its trailer's length, which may cover more than
+// its segments.
+TEST(KelpImageTool, PackingReplacesAnImageByItsTrailersLength) {
+    TempDir dir;
+    ASSERT_TRUE(kelp::test::WriteLoose(Greeter(), dir / "loose"));
+    RunResult clean = kelp::test::Run(
+        KELP_IMAGE_TOOL, {"pack", "-o", dir / "clean", "-r", KELP_BIN_DIR "/kelp", dir / "loose"});
+    ASSERT_EQ(clean.status, 0) << clean.err;
+    // Code of one `ret`; symbols, resources and options absent by the top
+    // bit of their sizes; three bytes behind the last segment.
+    std::vector<uint8_t> image, old = kelp::test::ReadFileBytes(KELP_BIN_DIR "/kelp");
+    for (uint32_t size : {1u, 0u, 0u, 0x80000010u, 0x80000500u, 0x80000001u}) {
+        kelp::AppendU32(image, size);
+        if (size == 1)
+            image.push_back(0xC3);
+    }
+    image.insert(image.end(), {'x', 'y', 'z'});
+    old.insert(old.end(), image.begin(), image.end());
+    kelp::AppendU32(old, uint32_t(image.size()));
+    old.insert(old.end(), img::kTrailerMagic, img::kTrailerMagic + img::kTrailerMagicSize);
+    ASSERT_TRUE(kelp::test::WriteFileBytes(dir / "old", old));
+    img::Segments check;
+    std::string error;
+    ASSERT_EQ(img::ReadAppendedImage(dir / "old", check, error), img::ReadStatus::kOk) << error;
+    RunResult pack = kelp::test::Run(KELP_IMAGE_TOOL,
+                                     {"pack", "-o", dir / "new", "-r", dir / "old", dir / "loose"});
+    ASSERT_EQ(pack.status, 0) << pack.err;
+    EXPECT_EQ(kelp::test::ReadFileBytes(dir / "new"), kelp::test::ReadFileBytes(dir / "clean"));
 }
 
 TEST(KelpImageTool, InfoOnDamagedInputSaysWhatIsWrong) {

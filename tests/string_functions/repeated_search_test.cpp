@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
 #include <random>
 #include <string>
 #include <vector>
@@ -119,6 +121,55 @@ TEST(RepeatedExactSearch, OverlappingCandidatesTakeTheLeftmostAndStepPastIt) {
     EXPECT_EQ(Take(StringReplaceAllB(source, five, b)), std::string(40, 'b') + "aaa");
     EXPECT_EQ(Take(StringReplaceAllB(source, two, b)), std::string(101, 'b') + "a");
     EXPECT_EQ(StringCountFieldsB(source, five), 41);
+}
+
+// The caseless byte search as it was first written: the first place from
+// start where every byte agrees with the pattern's after folding.  Kept as the
+// reference for the block scan that replaced it.
+long FoldReference(const std::string &text, const std::string &find, long start) {
+    auto up = [](char c) { return std::toupper((unsigned char)c); };
+    for (long i = std::max(start, 0L); i + (long)find.size() <= (long)text.size(); ++i) {
+        size_t j = 0;
+        while (j < find.size() && up(text[(size_t)i + j]) == up(find[j]))
+            ++j;
+        if (j == find.size())
+            return i;
+    }
+    return -1;
+}
+
+TEST(RepeatedCaselessSearch, BlockScanFindsWhatTheByteByByteSearchFound) {
+    std::mt19937 rng(20261125);
+    const std::string alphabet = std::string("aAbB\0\xff\xe9\xc9-", 9);
+    for (uint32_t word : {kEncodingASCII, kEncodingLatin1}) {
+        for (long m : {1L, 2L, 3L, 7L, 20L}) {
+            for (int round = 0; round < 8; ++round) {
+                const std::string text = RandomText(rng, 20 + 61 * round, alphabet);
+                const size_t cut = std::uniform_int_distribution<size_t>(0, text.size() - m)(rng);
+                for (std::string find :
+                     {text.substr(cut, (size_t)m), RandomText(rng, (size_t)m, alphabet)}) {
+                    for (char &c : find) // the other case where there is one
+                        c = rng() % 2 ? (char)std::toupper((unsigned char)c)
+                                      : (char)std::tolower((unsigned char)c);
+                    const kelp::string s = kelp::string::FromBytes(text.data(), (long)text.size(),
+                                                                   word),
+                                       f = kelp::string::FromBytes(find.data(), m, word);
+                    for (long start = 0; start <= (long)text.size(); ++start)
+                        ASSERT_EQ(kelp::text::FoldFind(s, f, start),
+                                  FoldReference(text, find, start))
+                            << "m " << m << " start " << start;
+                    // ReplaceAll walks the same search from match to match.
+                    std::string expected;
+                    long from = 0;
+                    for (long at; (at = FoldReference(text, find, from)) >= 0; from = at + m)
+                        expected += text.substr((size_t)from, (size_t)(at - from)) + "<>";
+                    expected += text.substr((size_t)from);
+                    Arg with("<>", word);
+                    EXPECT_EQ(Take(StringReplaceAll(s.Storage(), f.Storage(), with)), expected);
+                }
+            }
+        }
+    }
 }
 
 } // namespace

@@ -137,13 +137,13 @@ int Pack(int argc, char **argv) {
         return 1;
     }
     // A runtime that already carries an image is packed without it, so that
-    // packing twice gives the same file.
+    // packing twice gives the same file.  The trailer's length says where the
+    // old image begins; the segments read from it may cover less (absent
+    // segments, bytes behind the last one).
     Segments old;
     std::string error;
     if (ReadAppendedImage(runtime, old, error) == ReadStatus::kOk) {
-        size_t imageBytes = kTrailerSize;
-        for (int s = 0; s < kSegmentCount; ++s)
-            imageBytes += 4 + old.bytes[s].size();
+        const size_t imageBytes = kTrailerSize + size_t(old.imageLength);
         if (imageBytes <= bytes.size())
             bytes.resize(bytes.size() - imageBytes);
     }

@@ -52,6 +52,12 @@ void KP_ApplicationQuit(RuntimeObject *self);
 /* Fires the application's NewDocument event. */
 void ApplicationNewDocument(RuntimeObject *self);
 
+/* Life cycle of Application: the initialiser sets AutoQuit; the finaliser
+ * drops the pollers, the cursor, the MDI window and the menu bar, and stops
+ * being the registered application. */
+void ApplicationInitializer(RuntimeObject *self);
+void ApplicationFinalizer(RuntimeObject *self);
+
 /* Polls `object` once a pass of the loop through its _Poll (when its class
  * implements _Pollable).  Remove drops every registration of the object. */
 void ApplicationAddPollableObject(RuntimeObject *self, RuntimeObject *object);

@@ -18,16 +18,28 @@
 #include "timers/wiring.h"
 #include "windows/wiring.h"
 
+#include "objects/definitions.h"
+
+#include "kelp/random.h"
+
 namespace kelp {
 namespace {
 
 void WireStaticExports() { SetStaticExportRows(StaticExportRows(), StaticExportCount()); }
 
+// Functions of folders that stand below the class definitions, so cannot
+// list their own rows of the intrinsic function table.
+void WireLowerFunctionRows() {
+    static const MethodRow rows[] = {{"Rnd", &kTypeDouble, nullptr, 0, KELP_ENTRY(rnd)}};
+    AddIntrinsicFunctions(rows);
+}
+
 const WiringStep kWiringTable[] = {
     {"exports: the static rows every image binds by name", &WireStaticExports},
     {"objects: the Runtime class", &WireObjects},
     {"exceptions: the exception classes; the object runtime's raiser", &WireExceptions},
-    {"string_functions: the EndOfLine class", &WireStringFunctions},
+    {"string_functions: the EndOfLine class; the text functions' rows", &WireStringFunctions},
+    {"random: the Rnd function's row", &WireLowerFunctionRows},
     {"timers: the Timer class", &WireTimers},
     {"graphics: the Graphics class", &WireGraphics},
     {"panes: the key snooper's hook; the run loop's Escape reader", &WirePanes},

@@ -67,6 +67,18 @@ void ApplicationRemovePollableObject(RuntimeObject *self, RuntimeObject *object)
 uint8_t AppAutoCloseGetter(RuntimeObject *self, int32_t parameter);
 void AppAutoCloseSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
 
+/* Fires the application's OpenDocument event with `item` (a FolderItem). */
+void ApplicationOpenDocument(RuntimeObject *self, RuntimeObject *item);
+/* Application.BalloonHelpVisible: a stored flag. */
+uint8_t AppBalloonHelpVisibleGetter(RuntimeObject *self, int32_t parameter);
+void AppBalloonHelpVisibleSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
+/* Application.MouseCursor: the counted cursor object of the application. */
+void appMouseCursorSetter(RuntimeObject *self, int32_t parameter, RuntimeObject *cursor);
+/* Application.MenuBar: the counted menu bar object; the getter returns it
+ * with a new reference. */
+RuntimeObject *AppMenuBarGetter(RuntimeObject *self, int32_t parameter);
+void AppMenuBarSetter(RuntimeObject *self, int32_t parameter, RuntimeObject *menuBar);
+
 /* Application._CurrentEventTime: the toolkit's current event time in ticks. */
 int32_t AppGetCurrentEventTime(RuntimeObject *self, int32_t unused);
 

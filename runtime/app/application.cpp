@@ -427,3 +427,50 @@ extern "C" int32_t AppGetCurrentEventTime(RuntimeObject *, int32_t) {
     uint32_t ms = gtk_get_current_event_time();
     return static_cast<int32_t>(ms / 1000 * 60);
 }
+
+// ------------------------------------------------------------ accessors
+
+namespace {
+
+RuntimeObject *AppOf(RuntimeObject *self) { return self ? self : ApplicationObject(); }
+
+void SwapCounted(RuntimeObject *&field, RuntimeObject *value) {
+    RuntimeObject *old = field;
+    RuntimeLockObject(value); // first: storing the same object is safe
+    field = value;
+    RuntimeUnlockObject(old);
+}
+
+} // namespace
+
+extern "C" void ApplicationOpenDocument(RuntimeObject *self, RuntimeObject *item) {
+    if (RuntimeObject *app = AppOf(self))
+        CallEvent(app, gOpenDocument, item);
+}
+
+extern "C" uint8_t AppBalloonHelpVisibleGetter(RuntimeObject *self, int32_t) {
+    RuntimeObject *app = AppOf(self);
+    return app ? Record(app)->balloonHelpVisible : 0;
+}
+
+extern "C" void AppBalloonHelpVisibleSetter(RuntimeObject *self, int32_t, uint8_t value) {
+    if (RuntimeObject *app = AppOf(self))
+        Record(app)->balloonHelpVisible = value ? 1 : 0;
+}
+
+extern "C" void appMouseCursorSetter(RuntimeObject *self, int32_t, RuntimeObject *cursor) {
+    if (RuntimeObject *app = AppOf(self))
+        SwapCounted(Record(app)->mouseCursor, cursor);
+}
+
+extern "C" RuntimeObject *AppMenuBarGetter(RuntimeObject *self, int32_t) {
+    RuntimeObject *app = AppOf(self);
+    RuntimeObject *bar = app ? Record(app)->menuBar : nullptr;
+    RuntimeLockObject(bar);
+    return bar;
+}
+
+extern "C" void AppMenuBarSetter(RuntimeObject *self, int32_t, RuntimeObject *menuBar) {
+    if (RuntimeObject *app = AppOf(self))
+        SwapCounted(Record(app)->menuBar, menuBar);
+}

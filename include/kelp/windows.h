@@ -112,6 +112,11 @@ void windowBackdropSetter(RuntimeObject *self, int32_t parameter, RuntimeObject 
 void formMouseCursorSetter(RuntimeObject *self, int32_t parameter, RuntimeObject *cursor);
 /* Window.BalloonHelp: a stored flag. */
 void windowBalloonHelpSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
+/* The window's toolkit handle under its other names (see WindowHandleGetter):
+ * 0 for a window that is not built. */
+intptr_t windowHWNDGetter(RuntimeObject *self, int32_t parameter);
+intptr_t windowWindowPtrGetter(RuntimeObject *self, int32_t parameter);
+intptr_t WindowToWindowPtr(RuntimeObject *self);
 /* Draws what is pending for the window now instead of at the next pass. */
 void WindowForceUpdateFrontBuffer(RuntimeObject *self);
 

@@ -101,6 +101,16 @@ extern "C" void windowBalloonHelpSetter(RuntimeObject *self, int32_t, uint8_t va
         View(self)->balloonHelp = value ? 1 : 0;
 }
 
+extern "C" intptr_t windowHWNDGetter(RuntimeObject *self, int32_t parameter) {
+    return WindowHandleGetter(self, parameter);
+}
+
+extern "C" intptr_t windowWindowPtrGetter(RuntimeObject *self, int32_t parameter) {
+    return WindowHandleGetter(self, parameter);
+}
+
+extern "C" intptr_t WindowToWindowPtr(RuntimeObject *self) { return WindowHandleGetter(self, 0); }
+
 extern "C" void WindowForceUpdateFrontBuffer(RuntimeObject *self) {
     RuntimeViewWindow *pane = self ? View(self)->pane : nullptr;
     if (GdkWindow *drawable = pane ? pane->GetDrawable() : nullptr) {

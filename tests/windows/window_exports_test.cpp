@@ -43,6 +43,9 @@ TEST_F(WindowExportsTest, EachNameBindsToItsFunction) {
         {"formMouseCursorSetter", Code(&formMouseCursorSetter)},
         {"windowBalloonHelpSetter", Code(&windowBalloonHelpSetter)},
         {"WindowForceUpdateFrontBuffer", Code(&WindowForceUpdateFrontBuffer)},
+        {"windowHWNDGetter", Code(&windowHWNDGetter)},
+        {"windowWindowPtrGetter", Code(&windowWindowPtrGetter)},
+        {"WindowToWindowPtr", Code(&WindowToWindowPtr)},
         {"paneIntGetter", Code(&paneIntGetter)},
         {"paneIntSetter", Code(&paneIntSetter)},
         {"paneShortGetter", Code(&paneShortGetter)},
@@ -148,6 +151,12 @@ TEST_F(WindowExportsTest, FlagsPaneFieldsArraysFocusAndPointer) {
     EXPECT_EQ(windowMouseXGetter(w, 0), 33);
     EXPECT_EQ(windowMouseYGetter(w, 0), 21);
     WindowForceUpdateFrontBuffer(w);
+
+    const intptr_t handle = WindowHandleGetter(w, 0);
+    EXPECT_NE(handle, 0);
+    EXPECT_EQ(windowHWNDGetter(w, 0), handle);
+    EXPECT_EQ(windowWindowPtrGetter(w, 0), handle);
+    EXPECT_EQ(WindowToWindowPtr(w), handle);
 }
 
 } // namespace

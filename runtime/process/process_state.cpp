@@ -29,7 +29,8 @@ gint KeySnooper(GtkWidget *widget, GdkEventKey *event, gpointer) {
 void SetProcessArguments(int argc, char **argv) {
     // The toolkit compacts the vector it is given; these copies keep the
     // command line as the operating system passed it.
-    static std::vector<char *> copies;
+    // Kept for the process's life: what it points at must stay reachable.
+    static auto &copies = *new std::vector<char *>;
     for (char *s : copies)
         std::free(s);
     copies.clear();

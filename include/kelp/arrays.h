@@ -127,6 +127,13 @@ void RuntimeUnlockArray(RuntimeArray *array);
 /* Locks `newValue`, unlocks `oldValue`; nothing when both are the same. */
 void RuntimeLockUnlockArrays(RuntimeArray *newValue, RuntimeArray *oldValue);
 
+/* Generic accessors of an array field at byte `offset` of an object: the
+ * getter returns it with a new reference; the setter stores a counted
+ * reference.  A null object raises NilObjectException, an offset outside it
+ * OutOfBoundsException. */
+RuntimeArray *arrayGetter(RuntimeObject *object, int32_t offset);
+void arraySetter(RuntimeObject *object, int32_t offset, RuntimeArray *value);
+
 /* Upper bound of the first dimension; a null array raises NilObjectException
  * and gives 0. */
 int32_t RuntimeUBound(RuntimeArray *array);

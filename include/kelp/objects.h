@@ -62,6 +62,11 @@ void RuntimeInstallInstanceEventHandler(RuntimeObject *object, KelpString eventN
  * ObjectDefinition*) or its supers, or null. */
 void *RuntimeFindHookCode(void *definition, int32_t hookId);
 
+/* The code of the intrinsic function a declaration names ("Left(s As
+ * String, count As Integer) As String"): name and types must match a row of
+ * the function table.  Null when none does.  The module is not consulted. */
+void *KELPLoadGlobalMethod(void *module, const char *declaration);
+
 /* Event code running in a control's context: *meSlot receives the object
  * of *selfSlot, and *selfSlot its window.  Both slots hold references. */
 void RuntimeExchangeSelfAndMe(RuntimeObject **selfSlot, RuntimeObject **meSlot);

@@ -52,6 +52,12 @@ void KP_ApplicationQuit(RuntimeObject *self);
 /* Fires the application's NewDocument event. */
 void ApplicationNewDocument(RuntimeObject *self);
 
+/* Life cycle of Application: the initialiser sets AutoQuit; the finaliser
+ * drops the pollers, the cursor, the MDI window and the menu bar, and stops
+ * being the registered application. */
+void ApplicationInitializer(RuntimeObject *self);
+void ApplicationFinalizer(RuntimeObject *self);
+
 /* Polls `object` once a pass of the loop through its _Poll (when its class
  * implements _Pollable).  Remove drops every registration of the object. */
 void ApplicationAddPollableObject(RuntimeObject *self, RuntimeObject *object);
@@ -60,6 +66,18 @@ void ApplicationRemovePollableObject(RuntimeObject *self, RuntimeObject *object)
 /* Application.AutoQuit: with it set, the run ends once no window is left. */
 uint8_t AppAutoCloseGetter(RuntimeObject *self, int32_t parameter);
 void AppAutoCloseSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
+
+/* Fires the application's OpenDocument event with `item` (a FolderItem). */
+void ApplicationOpenDocument(RuntimeObject *self, RuntimeObject *item);
+/* Application.BalloonHelpVisible: a stored flag. */
+uint8_t AppBalloonHelpVisibleGetter(RuntimeObject *self, int32_t parameter);
+void AppBalloonHelpVisibleSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
+/* Application.MouseCursor: the counted cursor object of the application. */
+void appMouseCursorSetter(RuntimeObject *self, int32_t parameter, RuntimeObject *cursor);
+/* Application.MenuBar: the counted menu bar object; the getter returns it
+ * with a new reference. */
+RuntimeObject *AppMenuBarGetter(RuntimeObject *self, int32_t parameter);
+void AppMenuBarSetter(RuntimeObject *self, int32_t parameter, RuntimeObject *menuBar);
 
 /* Application._CurrentEventTime: the toolkit's current event time in ticks. */
 int32_t AppGetCurrentEventTime(RuntimeObject *self, int32_t unused);

@@ -98,6 +98,35 @@ void MDIWindowRestore(RuntimeObject *self);
 /* Windows open now. */
 int32_t getWindowCount(void);
 
+/* The pointer in the window's content coordinates (0 for a window that is
+ * not built). */
+int32_t windowMouseXGetter(RuntimeObject *self, int32_t parameter);
+int32_t windowMouseYGetter(RuntimeObject *self, int32_t parameter);
+/* Gives the focus to the window itself, away from any control in it. */
+void formSetFocus(RuntimeObject *self);
+/* Window.Backdrop: a counted picture drawn behind the content; setting it
+ * redraws the window. */
+RuntimeObject *windowBackdropGetter(RuntimeObject *self, int32_t parameter);
+void windowBackdropSetter(RuntimeObject *self, int32_t parameter, RuntimeObject *picture);
+/* Window.MouseCursor: the counted cursor object of the view. */
+void formMouseCursorSetter(RuntimeObject *self, int32_t parameter, RuntimeObject *cursor);
+/* Window.BalloonHelp: a stored flag. */
+void windowBalloonHelpSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
+/* The window's toolkit handle under its other names (see WindowHandleGetter):
+ * 0 for a window that is not built. */
+intptr_t windowHWNDGetter(RuntimeObject *self, int32_t parameter);
+intptr_t windowWindowPtrGetter(RuntimeObject *self, int32_t parameter);
+intptr_t WindowToWindowPtr(RuntimeObject *self);
+/* Draws what is pending for the window now instead of at the next pass. */
+void WindowForceUpdateFrontBuffer(RuntimeObject *self);
+
+/* Generic accessors of a field of a pane's object at byte `offset`: like
+ * intGetter and shortGetter, but a setter redraws the object's window. */
+int32_t paneIntGetter(RuntimeObject *self, int32_t offset);
+void paneIntSetter(RuntimeObject *self, int32_t offset, int32_t value);
+int16_t paneShortGetter(RuntimeObject *self, int32_t offset);
+void paneShortSetter(RuntimeObject *self, int32_t offset, int16_t value);
+
 #ifdef __cplusplus
 }
 #endif

@@ -22,6 +22,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kelp {
@@ -72,25 +73,6 @@ void FireSimple(RuntimeObject *app, ObjectHook *hook) { CallEvent(app, hook); }
 
 bool FireBoolean(RuntimeObject *app, ObjectHook *hook) { return CallBooleanEvent(app, hook); }
 
-void ApplicationInitializer(RuntimeObject *object) { Record(object)->autoQuit = 1; }
-
-void ApplicationFinalizer(RuntimeObject *object) {
-    auto *record = Record(object);
-    if (record->pollers) {
-        auto *pollers = static_cast<Pollers *>(record->pollers);
-        record->pollers = nullptr;
-        for (RuntimeObjectPoll *poller : *pollers)
-            delete poller;
-        delete pollers;
-    }
-    RuntimeUnlockObject(record->mouseCursor);
-    RuntimeUnlockObject(record->mdiWindow);
-    RuntimeUnlockObject(record->menuBar);
-    record->mouseCursor = record->mdiWindow = record->menuBar = nullptr;
-    if (ApplicationObject() == object)
-        SetApplicationObject(nullptr);
-}
-
 void ConsoleApplicationFinalizer(RuntimeObject *object) {
     if (ConsoleApplicationObject() == object)
         SetConsoleApplicationObject(nullptr);
@@ -117,6 +99,31 @@ void *PollMethodOf(RuntimeObject *object) {
 bool AutoQuitOfRegisteredApplication() { return ApplicationAutoQuit(ApplicationObject()); }
 
 void QuitForWantOfWindows() { ApplicationQuit(nullptr, 0); }
+
+// Paths whose OpenDocument waits for a maker of folder items: a handler
+// given nil would take it for an item and fail on it.
+std::vector<std::string> &HeldDocuments() {
+    static auto *held = new std::vector<std::string>;
+    return *held;
+}
+
+// Fires OpenDocument for each held path, in order, once items can be made.
+void FireHeldDocuments() {
+    RuntimeObject *app = ApplicationObject();
+    void *code = app ? FindEventHandler(app, gOpenDocument) : nullptr;
+    if (!gItemMaker || !code)
+        return;
+    const std::vector<std::string> paths = std::move(HeldDocuments());
+    HeldDocuments().clear();
+    RuntimeLockObject(app);
+    for (const std::string &path : paths) {
+        RuntimeObject *item = gItemMaker(path.c_str());
+        if (item)
+            CallHandlerCode(code, app, item);
+        RuntimeUnlockObject(item);
+    }
+    RuntimeUnlockObject(app);
+}
 
 // The document arguments: the process's own argument copies from index 1 on.
 std::vector<std::string> DocumentArguments() {
@@ -237,6 +244,7 @@ RuntimeObject *RegisteredApplication() { return ApplicationObject(); }
 RuntimeObject *RegisteredConsoleApplication() { return ConsoleApplicationObject(); }
 
 void ReleaseRegisteredApplication() {
+    HeldDocuments().clear();
     RuntimeObject *app = ApplicationObject();
     SetApplicationObject(nullptr);
     RuntimeUnlockObject(app);
@@ -244,7 +252,10 @@ void ReleaseRegisteredApplication() {
 
 bool ApplicationAutoQuit(RuntimeObject *app) { return app && Record(app)->autoQuit != 0; }
 
-void SetDocumentItemMaker(DocumentItemMaker maker) { gItemMaker = maker; }
+void SetDocumentItemMaker(DocumentItemMaker maker) {
+    gItemMaker = maker;
+    FireHeldDocuments();
+}
 
 bool FireApplicationUnhandledException(RuntimeObject *exception) {
     RuntimeObject *app = ApplicationObject();
@@ -290,12 +301,9 @@ extern "C" void RuntimeRegisterAppObject(RuntimeObject *app) {
     FireSimple(app, gOpen);
     const std::vector<std::string> arguments = DocumentArguments();
     if (!arguments.empty()) {
-        if (void *code = FindEventHandler(app, gOpenDocument)) {
-            for (const std::string &path : arguments) {
-                RuntimeObject *item = gItemMaker ? gItemMaker(path.c_str()) : nullptr;
-                CallHandlerCode(code, app, item);
-                RuntimeUnlockObject(item);
-            }
+        if (FindEventHandler(app, gOpenDocument)) {
+            HeldDocuments() = arguments;
+            FireHeldDocuments();
         }
     } else {
         ApplicationNewDocument(app);
@@ -313,6 +321,30 @@ extern "C" void RuntimeRegisterConsoleAppObject(RuntimeObject *app, uint8_t isSe
     RuntimeObject *old = ConsoleApplicationObject();
     SetConsoleApplicationObject(app);
     RuntimeUnlockObject(old);
+}
+
+extern "C" void ApplicationInitializer(RuntimeObject *object) {
+    if (object)
+        Record(object)->autoQuit = 1;
+}
+
+extern "C" void ApplicationFinalizer(RuntimeObject *object) {
+    if (!object)
+        return;
+    auto *record = Record(object);
+    if (record->pollers) {
+        auto *pollers = static_cast<Pollers *>(record->pollers);
+        record->pollers = nullptr;
+        for (RuntimeObjectPoll *poller : *pollers)
+            delete poller;
+        delete pollers;
+    }
+    RuntimeUnlockObject(record->mouseCursor);
+    RuntimeUnlockObject(record->mdiWindow);
+    RuntimeUnlockObject(record->menuBar);
+    record->mouseCursor = record->mdiWindow = record->menuBar = nullptr;
+    if (ApplicationObject() == object)
+        SetApplicationObject(nullptr);
 }
 
 extern "C" void ApplicationNewDocument(RuntimeObject *self) {
@@ -394,4 +426,51 @@ extern "C" int32_t AppGetCurrentEventTime(RuntimeObject *, int32_t) {
     // Event time in milliseconds, given to the language in ticks.
     uint32_t ms = gtk_get_current_event_time();
     return static_cast<int32_t>(ms / 1000 * 60);
+}
+
+// ------------------------------------------------------------ accessors
+
+namespace {
+
+RuntimeObject *AppOf(RuntimeObject *self) { return self ? self : ApplicationObject(); }
+
+void SwapCounted(RuntimeObject *&field, RuntimeObject *value) {
+    RuntimeObject *old = field;
+    RuntimeLockObject(value); // first: storing the same object is safe
+    field = value;
+    RuntimeUnlockObject(old);
+}
+
+} // namespace
+
+extern "C" void ApplicationOpenDocument(RuntimeObject *self, RuntimeObject *item) {
+    if (RuntimeObject *app = AppOf(self))
+        CallEvent(app, gOpenDocument, item);
+}
+
+extern "C" uint8_t AppBalloonHelpVisibleGetter(RuntimeObject *self, int32_t) {
+    RuntimeObject *app = AppOf(self);
+    return app ? Record(app)->balloonHelpVisible : 0;
+}
+
+extern "C" void AppBalloonHelpVisibleSetter(RuntimeObject *self, int32_t, uint8_t value) {
+    if (RuntimeObject *app = AppOf(self))
+        Record(app)->balloonHelpVisible = value ? 1 : 0;
+}
+
+extern "C" void appMouseCursorSetter(RuntimeObject *self, int32_t, RuntimeObject *cursor) {
+    if (RuntimeObject *app = AppOf(self))
+        SwapCounted(Record(app)->mouseCursor, cursor);
+}
+
+extern "C" RuntimeObject *AppMenuBarGetter(RuntimeObject *self, int32_t) {
+    RuntimeObject *app = AppOf(self);
+    RuntimeObject *bar = app ? Record(app)->menuBar : nullptr;
+    RuntimeLockObject(bar);
+    return bar;
+}
+
+extern "C" void AppMenuBarSetter(RuntimeObject *self, int32_t, RuntimeObject *menuBar) {
+    if (RuntimeObject *app = AppOf(self))
+        SwapCounted(Record(app)->menuBar, menuBar);
 }

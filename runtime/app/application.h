@@ -39,7 +39,9 @@ RuntimeObject *RegisteredConsoleApplication();
 bool ApplicationAutoQuit(RuntimeObject *app);
 
 // Makes the FolderItem that OpenDocument receives for a path (the file
-// layer supplies it); without a maker the event receives nil.
+// layer supplies it).  Until a maker is set, the documents of the command
+// line are held, and their OpenDocument events fire when it is; a path the
+// maker makes no item of is passed over.
 using DocumentItemMaker = RuntimeObject *(*)(const char *path);
 void SetDocumentItemMaker(DocumentItemMaker maker);
 

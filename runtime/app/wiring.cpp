@@ -1,6 +1,7 @@
 #include "app/wiring.h"
 
 #include "app/application.h"
+#include "app/function_rows.h"
 #include "app/unhandled_exceptions.h"
 #include "exceptions/unhandled.h"
 #include "objects/definitions.h"
@@ -13,6 +14,7 @@ void WireApp() {
     AddIntrinsicClassAccessor(&ApplicationDefinition);
     AddIntrinsicClassAccessor(&ConsoleApplicationDefinition);
     AddIntrinsicClassAccessor(&ServiceApplicationDefinition);
+    AddIntrinsicFunctions(ApplicationFunctionRows());
     SetApplicationLoopClient(RunLoopApplicationClient());
     SetUnhandledHandler(&StandardUnhandledHandler);
 }

@@ -1,17 +1,32 @@
-// Arrays held in object fields, and element reads for plug-ins that go
-// through the array's own checked Get slot.
+// The generic accessors of an array field at a fixed place in an object,
+// which several classes' property rows share (the field holds a counted
+// reference), and element reads for plug-ins that go through the array's
+// own checked Get slot.
 #include "arrays/array_family.h"
 
 #include "exceptions/raise.h"
+#include "objects/standard_exceptions.h"
 
 #include "kelp/arrays.h"
+#include "kelp/objects.h"
 
 #include <cstring>
 
 namespace {
 
-RuntimeArray **FieldAt(RuntimeObject *object, int32_t offset) {
-    return reinterpret_cast<RuntimeArray **>(reinterpret_cast<uint8_t *>(object) + offset);
+// The field's address, or null (with NilObjectException or
+// OutOfBoundsException) for a null object or an offset outside it.
+RuntimeArray **ArrayField(RuntimeObject *object, int32_t offset) {
+    if (!object) {
+        kelp::RaiseStandardException(kelp::StandardException::kNilObject);
+        return nullptr;
+    }
+    if (offset < static_cast<int32_t>(sizeof(RuntimeObject)) || !object->klass ||
+        static_cast<uint32_t>(offset) + sizeof(RuntimeArray *) > object->klass->instanceSize) {
+        kelp::RaiseStandardException(kelp::StandardException::kOutOfBounds);
+        return nullptr;
+    }
+    return reinterpret_cast<RuntimeArray **>(reinterpret_cast<unsigned char *>(object) + offset);
 }
 
 // Slot 0 of a one-dimensional array of the caller's element type; null
@@ -27,23 +42,23 @@ template <typename Get> Get GetSlot(RuntimeArray *array) {
 } // namespace
 
 extern "C" RuntimeArray *arrayGetter(RuntimeObject *object, int32_t offset) {
-    if (!object) {
-        kelp::RaiseNilObject();
+    RuntimeArray **field = ArrayField(object, offset);
+    if (!field)
         return nullptr;
-    }
-    RuntimeArray *array = *FieldAt(object, offset);
-    RuntimeLockArray(array);
-    return array;
+    RuntimeArray *value = nullptr;
+    std::memcpy(&value, field, sizeof value);
+    RuntimeLockArray(value);
+    return value;
 }
 
 extern "C" void arraySetter(RuntimeObject *object, int32_t offset, RuntimeArray *value) {
-    if (!object) {
-        kelp::RaiseNilObject();
+    RuntimeArray **field = ArrayField(object, offset);
+    if (!field)
         return;
-    }
-    RuntimeArray **field = FieldAt(object, offset);
-    RuntimeLockUnlockArrays(value, *field);
-    *field = value;
+    RuntimeArray *old = nullptr;
+    std::memcpy(&old, field, sizeof old);
+    RuntimeLockUnlockArrays(value, old); // the same array twice is safe
+    std::memcpy(field, &value, sizeof value);
 }
 
 extern "C" int32_t RuntimeDirectReadIntArray(RuntimeArray *array, int32_t index) {

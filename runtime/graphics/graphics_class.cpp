@@ -60,14 +60,18 @@ Graphics *ForDrawing(RuntimeObject *object, int32_t &left, int32_t &top) {
     return g;
 }
 
-// The rect (x, y, x + w, y + h) in window coordinates, or false for a size
-// of zero or less.
+// The rect between (x, y) and (x + w, y + h) in window coordinates, its
+// corners in order whichever way the size points; false for a size of zero.
 bool MakeRect(RuntimeObject *object, Graphics *&g, int32_t x, int32_t y, int32_t w, int32_t h,
               Rect &r) {
     int32_t left = 0, top = 0;
     g = ForDrawing(object, left, top);
-    if (!g || w <= 0 || h <= 0)
+    if (!g || w == 0 || h == 0)
         return false;
+    if (w < 0)
+        x += w, w = -w;
+    if (h < 0)
+        y += h, h = -h;
     r = RectFromXYWH(x + left, y + top, w, h);
     return true;
 }

@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <deque>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -28,6 +29,13 @@ enum Mark : uint8_t {
     kHoleBody,  // the hole's other bytes
     kWordByte,  // a byte of an 8-byte data, code or string word
 };
+
+// Reports of imports nothing binds, kept for the process's life: the stubs
+// that make them hold their addresses.
+const char *KeptMessage(const std::string &message) {
+    static auto *messages = new std::deque<std::string>;
+    return messages->emplace_back(message).c_str();
+}
 
 class Binder {
 public:
@@ -156,11 +164,35 @@ public:
         return mArea.code + r.value;
     }
 
+    // A stub that passes the report to MissingExportCalled: the holes of a
+    // name nothing binds reach it instead of keeping their chain links,
+    // which compiled code would otherwise call as if they were addresses.
+    uint8_t *MissingExportStub(const std::string &message) {
+        if (mArea.stubCapacity - mStubUsed < kStubSize)
+            return nullptr;
+        const char *kept = KeptMessage(message);
+        uint8_t *stub = mArea.stubs + mStubUsed;
+        mStubUsed += kStubSize;
+        // movabs rdi, name; jmp qword [rip+0]; the reporter's address.
+        const uint8_t loadName[2] = {0x48, 0xBF};
+        const uint8_t jump[6] = {0xFF, 0x25, 0, 0, 0, 0};
+        std::memcpy(stub, loadName, sizeof loadName);
+        WriteU64(stub + 2, reinterpret_cast<uint64_t>(kept));
+        std::memcpy(stub + 10, jump, sizeof jump);
+        WriteU64(stub + 16, reinterpret_cast<uint64_t>(&MissingExportCalled));
+        ++counts.stubs;
+        return stub;
+    }
+
     void Import(const LinkRecord &r) {
         const RelocEntry *row = FindExport(r.name);
         if (!row || !row->code) {
-            Report(__LINE__, "foundFunction",
-                   "Function '" + std::string(r.name) + "' was not exported");
+            const std::string message = "Function '" + std::string(r.name) + "' was not exported";
+            Report(__LINE__, "foundFunction", message);
+            if (!r.value)
+                return;
+            if (uint8_t *stub = MissingExportStub(message))
+                WalkChain(r.value, r.relative, stub, r.name);
             return;
         }
         if (r.value)
@@ -171,16 +203,16 @@ public:
     // table naming thousands of missing libraries gives one report.
     void SoftImport(const LinkRecord &r) {
         const SoftLibrary &lib = OpenSoftLibrary(std::string(r.library), true);
-        if (!lib.handle) {
-            Report(__LINE__, "lib->mLibraryHandle",
-                   "Missing shared library " + std::string(r.library));
-            return;
-        }
-        void *functionEntry = lib.Symbol(std::string(r.name), true);
+        void *functionEntry = lib.handle ? lib.Symbol(std::string(r.name), true) : nullptr;
         if (!functionEntry) {
-            Report(__LINE__, "functionEntry",
-                   "Could not resolve function '" + std::string(r.name) + "' in " +
-                       std::string(r.library));
+            const std::string message = lib.handle
+                                            ? "Could not resolve function '" + std::string(r.name) +
+                                                  "' in " + std::string(r.library)
+                                            : "Missing shared library " + std::string(r.library);
+            Report(__LINE__, lib.handle ? "functionEntry" : "lib->mLibraryHandle", message);
+            // Calls reach a stub that repeats the report, never the chain links.
+            if (uint8_t *stub = r.value ? MissingExportStub(message) : nullptr)
+                WalkChain(r.value, true, stub, r.name);
             return;
         }
         if (r.value)
@@ -260,6 +292,11 @@ private:
 };
 
 } // namespace
+
+extern "C" int64_t MissingExportCalled(const char *report) {
+    FatalReport(kFatalFailedAssertion, kSource, __LINE__, "foundFunction", report ? report : "");
+    return 0;
+}
 
 size_t CountImports(const uint8_t *table, size_t size) {
     LinkTableReader reader(table, size);

@@ -18,7 +18,7 @@ struct BindArea {
     size_t stubCapacity = 0; // bytes
 };
 
-inline constexpr size_t kStubSize = 16;
+inline constexpr size_t kStubSize = 24;
 
 struct BindCounts {
     size_t records = 0;  // link records read
@@ -31,6 +31,11 @@ struct BindCounts {
 // Number of import and soft-import records: an upper bound on the stubs a
 // bind can need, since each import binds one target.
 size_t CountImports(const uint8_t *table, size_t size);
+
+// Where the holes of an import that nothing binds lead (no export of that
+// name, no such library or function): makes the binding's report again at
+// the call and returns 0, so the program goes on.
+extern "C" int64_t MissingExportCalled(const char *report);
 
 // Applies the link table.  Every fault is a fatal report (which returns) and
 // binding goes on with the next record where the table still makes sense.

@@ -32,16 +32,28 @@
 #include "pictures/wiring.h"
 #include "stream_classes/wiring.h"
 
+#include "objects/definitions.h"
+
+#include "kelp/random.h"
+
 namespace kelp {
 namespace {
 
 void WireStaticExports() { SetStaticExportRows(StaticExportRows(), StaticExportCount()); }
 
+// Functions of folders that stand below the class definitions, so cannot
+// list their own rows of the intrinsic function table.
+void WireLowerFunctionRows() {
+    static const MethodRow rows[] = {{"Rnd", &kTypeDouble, nullptr, 0, KELP_ENTRY(rnd)}};
+    AddIntrinsicFunctions(rows);
+}
+
 const WiringStep kWiringTable[] = {
     {"exports: the static rows every image binds by name", &WireStaticExports},
     {"objects: the Runtime class", &WireObjects},
     {"exceptions: the exception classes; the object runtime's raiser", &WireExceptions},
-    {"string_functions: the EndOfLine class", &WireStringFunctions},
+    {"string_functions: the EndOfLine class; the text functions' rows", &WireStringFunctions},
+    {"random: the Rnd function's row", &WireLowerFunctionRows},
     {"dates: the Date class and ParseDate", &WireDates},
     {"variants: the Dictionary class and the Variant functions", &WireVariants},
     {"timers: the Timer class", &WireTimers},

@@ -479,6 +479,15 @@ extern "C" RuntimeClass *RuntimeLookupClass(KelpString name) {
     return klass;
 }
 
+extern "C" void *KELPLoadGlobalMethod(void *, const char *declaration) {
+    if (!declaration)
+        return nullptr;
+    for (const MethodRow *row : R().functions)
+        if (DeclarationMatches(*row, declaration))
+            return row->entry.code;
+    return nullptr;
+}
+
 extern "C" void *RuntimeFindHookCode(void *source, int32_t hookId) {
     for (auto *d = static_cast<ObjectDefinition *>(source); d; d = d->super)
         for (ObjectHookInstance *hi = d->hookInstances; hi; hi = hi->next)

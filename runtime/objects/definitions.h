@@ -51,6 +51,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kelp {
@@ -272,5 +273,10 @@ std::string MethodSignature(const ObjectDefinition *owner, const MethodRow &row)
 std::string PropertySignature(const PropertyRow &row);
 // "Function Name(x As Integer) As String", as messages and the debugger show it.
 std::string DescribeMethod(const MethodRow &row);
+// Whether a declaration a plug-in writes ("Left(s As String, n As Integer)
+// As String", "Function" or "Sub" in front allowed) names the row: the same
+// name, and the same types of parameters and result; parameter names and
+// defaults don't count.
+bool DeclarationMatches(const MethodRow &row, std::string_view declaration);
 
 } // namespace kelp

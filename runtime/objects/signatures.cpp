@@ -115,4 +115,84 @@ std::string DescribeMethod(const MethodRow &row) {
     return text;
 }
 
+namespace {
+
+std::string_view Trimmed(std::string_view s) {
+    while (!s.empty() && (s.front() == ' ' || s.front() == '\t'))
+        s.remove_prefix(1);
+    while (!s.empty() && (s.back() == ' ' || s.back() == '\t'))
+        s.remove_suffix(1);
+    return s;
+}
+
+bool StartsWithWord(std::string_view s, std::string_view word) {
+    return s.size() > word.size() && objtext::SameName(s.substr(0, word.size()), word) &&
+           s[word.size()] == ' ';
+}
+
+// The type of a parameter piece ("ByRef x() As Integer = 3"), with "()"
+// behind it for an array; the default value and the keyword's case don't
+// count.
+std::string TypeOfPiece(std::string_view piece) {
+    piece = Trimmed(piece.substr(0, piece.find('=')));
+    for (size_t at = piece.size(); at >= 4; --at)
+        if (objtext::SameName(piece.substr(at - 4, 4), " As ")) {
+            const bool array = piece.substr(0, at).find("()") != std::string_view::npos;
+            return std::string(Trimmed(piece.substr(at))) + (array ? "()" : "");
+        }
+    return {};
+}
+
+// A row's type as a declaration writes it: "String", "String()" for arrays.
+std::string DeclaredType(const TypeRecord *type) {
+    return DisplayTypeName(type) + (type && type->kind == kTypeArray ? "()" : "");
+}
+
+} // namespace
+
+bool DeclarationMatches(const MethodRow &row, std::string_view declaration) {
+    std::string_view d = Trimmed(declaration);
+    if (StartsWithWord(d, "Function"))
+        d = Trimmed(d.substr(8));
+    else if (StartsWithWord(d, "Sub"))
+        d = Trimmed(d.substr(3));
+    // The list's own parentheses: an array parameter's "()" nests inside,
+    // an array result's follows.
+    const size_t open = d.find('(');
+    size_t close = std::string_view::npos;
+    for (size_t at = open, depth = 0; open != std::string_view::npos && at < d.size(); ++at) {
+        depth += d[at] == '(';
+        if (d[at] == ')' && --depth == 0) {
+            close = at;
+            break;
+        }
+    }
+    if (close == std::string_view::npos)
+        return false;
+    if (!objtext::SameName(Trimmed(d.substr(0, open)), row.name ? row.name : ""))
+        return false;
+    // The result: "As Type" behind the list, or nothing for a Sub.
+    std::string_view result = Trimmed(d.substr(close + 1));
+    if (!result.empty()) {
+        if (!StartsWithWord(result, "As"))
+            return false;
+        result = Trimmed(result.substr(2));
+    }
+    if (!objtext::SameName(result, DeclaredType(row.returnType)))
+        return false;
+    std::string_view list = Trimmed(d.substr(open + 1, close - open - 1));
+    int32_t count = 0;
+    while (!list.empty()) {
+        // An array parameter's "()" holds no comma, so a comma ends a piece.
+        const size_t comma = list.find(',');
+        const std::string_view piece = list.substr(0, comma);
+        if (count >= row.parameterCount || !row.parameters ||
+            !objtext::SameName(TypeOfPiece(piece), DeclaredType(row.parameters[count].type)))
+            return false;
+        ++count;
+        list = comma == std::string_view::npos ? std::string_view() : list.substr(comma + 1);
+    }
+    return count == row.parameterCount;
+}
+
 } // namespace kelp

@@ -239,9 +239,15 @@ GdkWindow *SubPane::GetDrawable() {
 Graphics *SubPane::NewGraphics() {
     if (!mWidget)
         return nullptr;
+    PaneRoot *root = Root();
+    const bool shares = GTK_WIDGET_NO_WINDOW(mWidget);
     auto *target = new WidgetTarget(mWidget, bounds,
-                                    GTK_WIDGET_NO_WINDOW(mWidget) ? WidgetTarget::kSharesWindow
-                                                                  : WidgetTarget::kOwnWindow);
+                                    shares ? WidgetTarget::kSharesWindow : WidgetTarget::kOwnWindow,
+                                    shares && root ? root->ContentTop() : 0);
+    // Erasing shows the window's back colour, not the widget's theme grey.
+    uint32_t back = 0;
+    if (root && root != this && root->BackColor(back))
+        target->SetBackColor(true, back);
     return new GraphicsGTK(target, true);
 }
 
@@ -262,7 +268,8 @@ void SubPane::Invalidate(bool) {
         return;
     GdkRectangle r;
     if (GTK_WIDGET_NO_WINDOW(mWidget)) {
-        r = {bounds.left, bounds.top, width, height};
+        PaneRoot *root = Root();
+        r = {bounds.left, bounds.top + (root ? root->ContentTop() : 0), width, height};
     } else {
         r = {0, 0, width, height};
     }
@@ -357,6 +364,10 @@ void SubPane::SetEnabled(bool flag, bool repaint) {
         Invalidate(true);
     if (!flag && gFocusPane == this)
         SetFocus(nullptr);
+    // Nor may activating the window again give it the focus back.
+    PaneRoot *root = flag ? nullptr : Root();
+    if (root && root->StoredFocus() == this)
+        root->SetStoredFocus(nullptr);
 }
 
 bool SubPane::LockForEvent() {

@@ -56,6 +56,17 @@ public:
     virtual void GainFocus() {}
     virtual void LoseFocus() {}
     virtual SubPane *GetFocusTarget() { return this; }
+    // Buttons: the window presses its default one on Return or Enter and its
+    // cancel one on Escape, when nothing before took the key.
+    virtual bool IsDefaultButton() const { return false; }
+    virtual bool IsCancelButton() const { return false; }
+    virtual void Press() {}
+    // A pane over a text widget keeps the keys it wants (Return in a
+    // multi-line field, say): the window leaves those to the toolkit.
+    virtual bool WantsKey(int32_t character, int32_t modifiers) {
+        (void)character, (void)modifiers;
+        return false;
+    }
     virtual void Idle() {}
 
     // --- tree and layout
@@ -144,5 +155,9 @@ void ApplyCursor(PaneRoot *root, GdkCursor *cursor);
 // delivers.
 bool KeyIsDown(guint keyval);
 void FollowKeyEvent(void *widget, void *event);
+// Whether Escape is held: as the key events showed it, or else as the X
+// server has the keyboard now, which works before any window of ours has
+// the keyboard (a long calculation before the first window, say).
+bool EscapeIsHeld();
 
 } // namespace kelp

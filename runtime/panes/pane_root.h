@@ -6,6 +6,7 @@
 // activated again.
 #include "panes/pane.h"
 
+#include <cstdint>
 #include <vector>
 
 namespace kelp {
@@ -20,6 +21,18 @@ public:
 
     // Every pane of the tree, in creation order.
     const std::vector<SubPane *> &PanesInCreationOrder() const { return mPanes; }
+
+    // The colour a pane of the tree erases to: the window's back colour,
+    // when it has one (else the toolkit's own background shows).
+    virtual bool BackColor(uint32_t &colorWord) const {
+        (void)colorWord;
+        return false;
+    }
+
+    // Where the content starts in the root's own GdkWindow: below the menu
+    // bar, when there is one.  Panes without a window of their own draw and
+    // invalidate there, moved down by this.
+    virtual int32_t ContentTop() const { return 0; }
 
     // The pane that regains the focus when the window is activated again.
     SubPane *StoredFocus() const { return mStoredFocus; }

@@ -4,13 +4,11 @@
 #include "process/process_state.h"
 #include "runloop/background_task.h"
 
-#include <gdk/gdkkeysyms.h>
-
 namespace kelp {
 
 void WirePanes() {
     SetKeySnoopHook(&FollowKeyEvent);
-    SetEscapeKeyReader([] { return KeyIsDown(GDK_Escape); });
+    SetEscapeKeyReader(&EscapeIsHeld);
 }
 
 } // namespace kelp

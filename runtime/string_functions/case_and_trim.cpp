@@ -54,11 +54,7 @@ extern "C" stringStorage *StringTitleCase(stringStorage *s) {
 
 namespace {
 
-bool IsTrimSpace(uint32_t c) {
-    return (c >= 0x09 && c <= 0x0D) || c == 0x20 || c == 0x85 || c == 0xA0 || c == 0x1680 ||
-           c == 0x180E || (c >= 0x2000 && c <= 0x200A) || c == 0x2028 || c == 0x2029 ||
-           c == 0x202F || c == 0x205F || c == 0x3000;
-}
+bool IsTrimSpace(uint32_t c) { return IsTextWhitespace(c); }
 
 // Byte offsets of the first kept character and behind the last one.
 void Scan(const string &s, long *head, long *tail) {

@@ -31,10 +31,14 @@ extern "C" int32_t StringExtendsInStrB(stringStorage *source, int32_t start, str
 namespace {
 
 // The caseless search in characters: 1-based start and result, 0 for none.
-int32_t InStrCharacters(int32_t start, const string &source, const string &findIn) {
-    if (source.IsEmpty())
+int32_t InStrCharacters(int32_t start, const string &sourceIn, const string &findIn) {
+    if (sourceIn.IsEmpty())
         return 0;
-    const string find = InEncoding(findIn, source.Encoding());
+    // Both texts go to one word by the rule every comparison follows: were
+    // only the pattern put into the source's word, a character the source
+    // can't hold would become a "?" that matches a literal one.
+    string source = sourceIn, find = findIn;
+    ConvertToSameEncoding(source, find);
     if (find.IsEmpty())
         return start;
     long index = static_cast<long>(start) - 1;

@@ -248,14 +248,13 @@ bool UTF8IsCaseless(const uint8_t *text, long length) {
     return true;
 }
 
-namespace {
-
-bool IsUnicodeSpace(uint32_t c) {
-    if (c < 128)
-        return c == ' ' || (c >= 9 && c <= 13);
-    locale_t l = UnicodeLocale();
-    return l && iswspace_l(static_cast<wint_t>(c), l);
+bool IsTextWhitespace(uint32_t c) {
+    return (c >= 0x09 && c <= 0x0D) || c == 0x20 || c == 0x85 || c == 0xA0 || c == 0x1680 ||
+           c == 0x180E || (c >= 0x2000 && c <= 0x200A) || c == 0x2028 || c == 0x2029 ||
+           c == 0x202F || c == 0x205F || c == 0x3000;
 }
+
+namespace {
 
 enum class CaseChange { Upper, Lower, Capitalize };
 
@@ -267,7 +266,7 @@ uint32_t ChangeOne(uint32_t c, CaseChange change, bool &wordStart) {
         out = UnicodeCharToLower(c);
     else
         out = wordStart ? UnicodeCharToUpper(c) : UnicodeCharToLower(c);
-    wordStart = IsUnicodeSpace(c);
+    wordStart = IsTextWhitespace(c);
     return out;
 }
 

@@ -43,9 +43,13 @@ namespace kelp {
 // Case changes of whole texts; the encoding word stays.  On UTF-8 each code
 // point goes through the case maps and is re-encoded; on UTF-16 each unit.
 // Capitalize raises each code point that starts a word (the text's start,
-// or behind a whitespace code point) and lowers every other.  The bytes are
+// or behind a code point of IsTextWhitespace) and lowers every other.  The bytes are
 // read as UTF-8 (or 16-bit units) whatever the word says: the caller picks
 // the function by the word.  An empty text comes back as it is.
+// The one whitespace set of the text functions: trimming cuts it, and a
+// word starts behind any of it for title case.
+bool IsTextWhitespace(uint32_t c);
+
 string UTF8ToUpper(const string &s);
 string UTF8ToLower(const string &s);
 string UTF8Capitalize(const string &s);

@@ -3,6 +3,7 @@
 #include "runloop/clock.h"
 
 #include "exceptions/call_event.h"
+#include "objects/action_interfaces.h"
 #include "objects/definitions.h"
 #include "objects/object_model.h"
 
@@ -75,7 +76,9 @@ ObjectDefinition *TimerDefinition() {
         {0, "ModeSingle", &kTypeInteger, {}, {}, kTimerModeSingle, 0, true},
         {0, "ModeMultiple", &kTypeInteger, {}, {}, kTimerModeMultiple, 0, true},
     };
-    static const ParameterRow receiverParams[] = {{"receiver", &kTypePtr}};
+    static const TypeRecord receiverType{kTypeObjectOf, nullptr, nullptr, 0,
+                                         &ActionNotificationReceiverInterfaceDefinition};
+    static const ParameterRow receiverParams[] = {{"receiver", &receiverType}};
     static const MethodRow methods[] = {
         {"Reset", nullptr, nullptr, 0, KELP_ENTRY(RuntimeTimerReset)},
         {"addActionNotificationReceiver", nullptr, receiverParams, 1,
@@ -84,6 +87,7 @@ ObjectDefinition *TimerDefinition() {
          KELP_ENTRY(TimerRemoveActionNotificationReceiver)},
     };
     static const EventRow events[] = {{"Action", "", nullptr, &gAction}};
+    static const DefinitionAccessor interfaces[] = {&ActionSourceInterfaceDefinition};
     static const ClassDescription description = {
         .name = "Timer",
         .instanceSize = sizeof(TimerRecord),
@@ -92,6 +96,7 @@ ObjectDefinition *TimerDefinition() {
         .properties = properties,
         .methods = methods,
         .events = events,
+        .interfaces = interfaces,
     };
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;

@@ -3,6 +3,8 @@
 // implicit instance of each window class.
 #include "windows/runtime_view.h"
 
+#include "base/ascii.h"
+
 #include "exceptions/call_event.h"
 #include "graphics/graphics_base.h"
 #include "graphics/graphics_object.h"
@@ -39,6 +41,9 @@ std::map<std::string, RuntimeObject *> &ImplicitTable() {
     return table;
 }
 
+// Class names of the language know no case: the table is keyed folded.
+std::string ImplicitKey(std::string_view className) { return AsciiLowered(className); }
+
 RuntimeObject *Obj(ViewRecord *view) { return &view->object; }
 ViewRecord *View(RuntimeObject *object) { return reinterpret_cast<ViewRecord *>(object); }
 
@@ -57,7 +62,7 @@ bool FireXYBool(ViewRecord *view, ObjectHook *hook, int32_t x, int32_t y) {
 
 void RemoveFromImplicitTable(ViewRecord *view) {
     auto &table = ImplicitTable();
-    auto it = table.find(ClassName(Obj(view)));
+    auto it = table.find(ImplicitKey(ClassName(Obj(view))));
     if (it != table.end() && it->second == Obj(view)) {
         table.erase(it);
         RuntimeUnlockObject(Obj(view));
@@ -124,7 +129,10 @@ bool CloseViewWindowsForQuit() {
         auto *viewWindow = dynamic_cast<RuntimeViewWindow *>(window);
         if (!viewWindow)
             continue; // message dialogs and the like are passed over
-        if (CloseView(viewWindow->View(), true))
+        // A view window whose view has let go of it can't be asked to
+        // close: that counts as a refusal, not as consent.
+        ViewRecord *view = viewWindow->View();
+        if (!view || view->pane != viewWindow || CloseView(view, true))
             return false;
     }
     return true;
@@ -244,6 +252,16 @@ void RuntimeViewWindow::MouseMove(int32_t x, int32_t y) {
     Window::MouseMove(x, y);
     if (mView && !closing)
         FireXY(mView, gMouseMove, x, y);
+}
+
+void RuntimeViewWindow::MouseEnter() {
+    if (mView)
+        Fire(mView, gMouseEnter);
+}
+
+void RuntimeViewWindow::MouseExit() {
+    if (mView)
+        Fire(mView, gMouseExit);
 }
 
 bool RuntimeViewWindow::MouseWheel(int32_t x, int32_t y, int32_t delta) {
@@ -479,7 +497,7 @@ extern "C" void RuntimeCreateWindow(RuntimeObject *self) {
     view->height = 300;
     view->backColor = 0xffffff;
     auto &table = ImplicitTable();
-    auto it = table.find(ClassName(self));
+    auto it = table.find(ImplicitKey(ClassName(self)));
     if (it != table.end() && it->second == nullptr) {
         it->second = self;
         RuntimeLockObject(self);
@@ -574,7 +592,7 @@ extern "C" void RuntimeCloseWindow(RuntimeObject *self) {
 }
 
 extern "C" RuntimeObject *RuntimeGetImplicitWindow(KelpString className) {
-    std::string name(objtext::View(className));
+    const std::string name = ImplicitKey(objtext::View(className));
     auto &table = ImplicitTable();
     auto it = table.find(name);
     if (it != table.end() && it->second) {

@@ -45,6 +45,8 @@ public:
     void MouseDrag(int32_t x, int32_t y) override;
     void MouseUp(int32_t x, int32_t y) override;
     void MouseMove(int32_t x, int32_t y) override;
+    void MouseEnter() override;
+    void MouseExit() override;
     bool MouseWheel(int32_t x, int32_t y, int32_t delta) override;
     bool KeyDown(int32_t character, int32_t code, int32_t modifiers) override;
     void Activate() override;

@@ -18,6 +18,7 @@ namespace {
 
 std::vector<Window *> gWindows;     // newest first
 std::vector<Window *> gFrontToBack; // front first
+MenuKeyOffer gMenuKeyOffer = nullptr;
 guint32 gLastPressTime = 0;
 bool gLastPressSeen = false;
 
@@ -30,23 +31,10 @@ constexpr Placement kPlacementOfFrame[kFrameTypeDrawer + 1] = {
     kPlacementMainScreen, kPlacementMainScreen, kPlacementStagger,    kPlacementDefault,
     kPlacementDefault,    kPlacementStagger,    kPlacementDefault};
 
-// The height of the menu bar above the content, 0 while there is none or
-// it is hidden.
-int32_t MenuBarHeightInUse(Window *window) {
-    if (!window->hasMenuBar || !window->GtkWin())
-        return 0;
-    GtkWidget *box = gtk_bin_get_child(GTK_BIN(window->GtkWin()));
-    if (!box)
-        return 0;
-    GList *items = gtk_container_get_children(GTK_CONTAINER(box));
-    int32_t height = 0;
-    for (GList *item = items; item; item = item->next) {
-        auto *child = static_cast<GtkWidget *>(item->data);
-        if (GTK_IS_MENU_BAR(child) && GTK_WIDGET_VISIBLE(child))
-            height = child->allocation.height;
-    }
-    g_list_free(items);
-    return height;
+// The pointer in content coordinates.
+void ContentPointer(Window *window, int &x, int &y) {
+    gtk_widget_get_pointer(window->GtkWin(), &x, &y);
+    y -= MenuBarHeight(window);
 }
 
 // --- toolkit signals; all enter at the GtkWindow except expose.
@@ -62,7 +50,7 @@ gboolean OnMotion(GtkWidget *, GdkEventMotion *event, gpointer data) {
     NoteUserEvent();
     SetCurrentModifiers(ModifiersFromState(event->state));
     int x = 0, y = 0;
-    gtk_widget_get_pointer(window->GtkWin(), &x, &y);
+    ContentPointer(window, x, y);
     ApplyCursor(window, ChooseCursor(window, x, y));
     if (MouseCapturePane())
         return FALSE;
@@ -75,7 +63,7 @@ gboolean OnMotion(GtkWidget *, GdkEventMotion *event, gpointer data) {
 
 gboolean OnConfigure(GtkWidget *, GdkEventConfigure *event, gpointer data) {
     auto *window = static_cast<Window *>(data);
-    if (window->ToolkitSizeReport(event->width, event->height - MenuBarHeightInUse(window)))
+    if (window->ToolkitSizeReport(event->width, event->height - MenuBarHeight(window)))
         return FALSE; // closed by its own Resizing: nothing is left to limit
     // Full screen has its own open hints; the window's limits return after.
     if (window->IsFullScreen())
@@ -85,12 +73,13 @@ gboolean OnConfigure(GtkWidget *, GdkEventConfigure *event, gpointer data) {
     if (!minW && !minH && !maxW && !maxH)
         return FALSE;
     GdkGeometry hints{};
+    const int32_t bar = MenuBarHeight(window);
     if (window->resizable) {
-        hints.min_width = minW, hints.min_height = minH;
-        hints.max_width = maxW ? maxW : 32000, hints.max_height = maxH ? maxH : 32000;
+        hints.min_width = minW, hints.min_height = minH + bar;
+        hints.max_width = maxW ? maxW : 32000, hints.max_height = maxH ? maxH + bar : 32000;
     } else {
         hints.min_width = hints.max_width = window->width;
-        hints.min_height = hints.max_height = window->height;
+        hints.min_height = hints.max_height = window->height + bar;
     }
     gtk_window_set_geometry_hints(GTK_WINDOW(window->GtkWin()), nullptr, &hints,
                                   GdkWindowHints(GDK_HINT_MIN_SIZE | GDK_HINT_MAX_SIZE));
@@ -149,10 +138,9 @@ gboolean OnKeyPress(GtkWidget *, GdkEventKey *event, gpointer data) {
         SetCurrentModifiers(modifiers | kModOption);
         return FALSE;
     }
-    int32_t character = CharacterForKey(event->keyval);
     if (!window->LockForEvent())
         return FALSE;
-    bool taken = window->KeyDownWindow(character, event->hardware_keycode, modifiers);
+    bool taken = window->KeyPress(event->keyval, event->hardware_keycode, modifiers);
     window->UnlockAfterEvent();
     return taken ? TRUE : FALSE;
 }
@@ -170,7 +158,7 @@ gboolean OnButtonPress(GtkWidget *, GdkEventButton *event, gpointer data) {
     int32_t modifiers = ModifiersFromState(event->state);
     SetCurrentModifiers(modifiers);
     int x = 0, y = 0;
-    gtk_widget_get_pointer(window->GtkWin(), &x, &y);
+    ContentPointer(window, x, y);
     if (!window->LockForEvent())
         return FALSE;
     bool taken = event->button == 3 ? window->ContextualClick(x, y, modifiers)
@@ -185,7 +173,7 @@ gboolean OnButtonRelease(GtkWidget *, GdkEventButton *, gpointer data) {
     NoteUserEvent();
     if (SubPane *capture = MouseCapturePane()) {
         int x = 0, y = 0;
-        gtk_widget_get_pointer(window->GtkWin(), &x, &y);
+        ContentPointer(window, x, y);
         SetMouseCapturePane(nullptr);
         if (capture->LockForEvent()) {
             capture->MouseUp(x, y);
@@ -194,6 +182,29 @@ gboolean OnButtonRelease(GtkWidget *, GdkEventButton *, gpointer data) {
     }
     return FALSE;
 }
+
+// The pointer crossing the window's edge; crossings into and out of a child
+// window inside it are no crossing of the window.
+gboolean OnEnterNotify(GtkWidget *, GdkEventCrossing *event, gpointer data) {
+    auto *window = static_cast<Window *>(data);
+    if (event->detail == GDK_NOTIFY_INFERIOR || !window->LockForEvent())
+        return FALSE;
+    window->MouseEnter();
+    window->UnlockAfterEvent();
+    return FALSE;
+}
+
+gboolean OnLeaveNotify(GtkWidget *, GdkEventCrossing *event, gpointer data) {
+    auto *window = static_cast<Window *>(data);
+    if (event->detail == GDK_NOTIFY_INFERIOR || !window->LockForEvent())
+        return FALSE;
+    window->PointerLeft();
+    window->UnlockAfterEvent();
+    return FALSE;
+}
+
+// Shown by the toolkit, whoever asked: the window counts as shown.
+void OnShow(GtkWidget *, gpointer data) { static_cast<Window *>(data)->shown = true; }
 
 gboolean OnFocusIn(GtkWidget *, GdkEventFocus *, gpointer data) {
     auto *window = static_cast<Window *>(data);
@@ -220,7 +231,7 @@ gboolean OnFocusOut(GtkWidget *, GdkEventFocus *, gpointer data) {
 gboolean OnScroll(GtkWidget *, GdkEventScroll *event, gpointer data) {
     auto *window = static_cast<Window *>(data);
     int x = 0, y = 0;
-    gtk_widget_get_pointer(window->GtkWin(), &x, &y);
+    ContentPointer(window, x, y);
     int32_t delta = event->direction == GDK_SCROLL_UP ? -3 : 3;
     if (!window->LockForEvent())
         return FALSE;
@@ -416,14 +427,18 @@ Window::Window(const std::string &windowTitle, int32_t windowKind, bool isResiza
     if (kind == kKindPlainBox || kind == kKindShadowedBox)
         gtk_window_set_decorated(GTK_WINDOW(mGtkWindow), FALSE);
     gtk_widget_add_events(mGtkWindow, GDK_POINTER_MOTION_MASK | GDK_BUTTON_PRESS_MASK |
-                                          GDK_BUTTON_RELEASE_MASK);
+                                          GDK_BUTTON_RELEASE_MASK | GDK_ENTER_NOTIFY_MASK |
+                                          GDK_LEAVE_NOTIFY_MASK);
     Connect(fixed, "expose-event", G_CALLBACK(OnExpose), this);
     Connect(mGtkWindow, "motion-notify-event", G_CALLBACK(OnMotion), this);
+    Connect(mGtkWindow, "show", G_CALLBACK(OnShow), this);
     Connect(mGtkWindow, "configure-event", G_CALLBACK(OnConfigure), this);
     Connect(mGtkWindow, "delete-event", G_CALLBACK(OnDelete), this);
     Connect(mGtkWindow, "key-press-event", G_CALLBACK(OnKeyPress), this);
     Connect(mGtkWindow, "button-press-event", G_CALLBACK(OnButtonPress), this);
     Connect(mGtkWindow, "button-release-event", G_CALLBACK(OnButtonRelease), this);
+    Connect(mGtkWindow, "enter-notify-event", G_CALLBACK(OnEnterNotify), this);
+    Connect(mGtkWindow, "leave-notify-event", G_CALLBACK(OnLeaveNotify), this);
     Connect(mGtkWindow, "focus-in-event", G_CALLBACK(OnFocusIn), this);
     Connect(mGtkWindow, "focus-out-event", G_CALLBACK(OnFocusOut), this);
     Connect(mGtkWindow, "scroll-event", G_CALLBACK(OnScroll), this);
@@ -461,7 +476,8 @@ GdkWindow *Window::GetDrawable() {
 Graphics *Window::NewGraphics() {
     if (!mWidget)
         return nullptr;
-    auto *target = new WidgetTarget(mWidget, bounds, WidgetTarget::kWindowItself, 0);
+    auto *target =
+        new WidgetTarget(mWidget, bounds, WidgetTarget::kWindowItself, MenuBarHeight(this));
     target->SetBackColor(hasBackdropColor, backdropColor);
     return new GraphicsGTK(target, true);
 }
@@ -476,7 +492,7 @@ void Window::Invalidate(bool) {
     GdkWindow *drawable = GetDrawable();
     if (!drawable || closing)
         return;
-    GdkRectangle r{0, 0, width, height};
+    GdkRectangle r{0, MenuBarHeight(this), width, height};
     gdk_window_invalidate_rect(drawable, &r, TRUE);
 }
 
@@ -502,6 +518,20 @@ bool Window::MouseDown(int32_t x, int32_t y, int32_t modifiers) {
     return false;
 }
 
+void Window::PointerLeft() {
+    // Every pane the pointer was in is left with the window.
+    for (SubPane *pane : std::vector<SubPane *>(PanesInCreationOrder())) {
+        if (closing)
+            return;
+        if (pane->mouseInside && Contains(pane)) {
+            pane->mouseInside = false;
+            pane->MouseExit();
+        }
+    }
+    if (!closing)
+        MouseExit();
+}
+
 void Window::Activate() {
     if (kind == kKindFloating || kind == kKindUtility)
         return; // a floating window leaves the focus where it is
@@ -515,12 +545,64 @@ void Window::Activate() {
     SetFocus(target ? target : this);
 }
 
+bool Window::KeyPress(guint keyval, int32_t code, int32_t modifiers) {
+    SubPane *focus = FocusPane();
+    if (!focus || !Contains(focus))
+        focus = this;
+    if (keyval == GDK_F10 &&
+        (modifiers & (256 | kModShift | kModOption | kModControl)) == kModShift &&
+        ContextualMenu(focus->bounds.left, focus->bounds.top))
+        return true;
+    const int32_t character = CharacterForKey(keyval);
+    if (gMenuKeyOffer && gMenuKeyOffer(this, character, modifiers))
+        return true;
+    return !closing && KeyDownWindow(character, code, modifiers);
+}
+
+namespace {
+
+SubPane *FirstButton(const std::vector<SubPane *> &panes, bool (SubPane::*is)() const) {
+    for (SubPane *pane : panes)
+        if (pane->visible && pane->enabled && !pane->closing && (pane->*is)())
+            return pane;
+    return nullptr;
+}
+
+bool IsTextWidget(GtkWidget *widget) {
+    return widget && (GTK_IS_ENTRY(widget) || GTK_IS_TEXT_VIEW(widget));
+}
+
+} // namespace
+
+SubPane *Window::FindDefaultButton() {
+    return FirstButton(PanesInCreationOrder(), &SubPane::IsDefaultButton);
+}
+
+SubPane *Window::FindCancelButton() {
+    return FirstButton(PanesInCreationOrder(), &SubPane::IsCancelButton);
+}
+
 bool Window::KeyDownWindow(int32_t character, int32_t code, int32_t modifiers) {
     SubPane *focus = FocusPane();
-    if (focus && focus != this && Contains(focus) && focus->KeyDown(character, code, modifiers))
+    if (focus && focus != this && Contains(focus)) {
+        if (focus->KeyDown(character, code, modifiers))
+            return true;
+        // The text widget gets the key it keeps; the window does not.
+        if (!closing && Contains(focus) && IsTextWidget(focus->GetWidget()) &&
+            focus->WantsKey(character, modifiers))
+            return false;
+    }
+    if (closing || KeyDown(character, code, modifiers))
         return true;
-    if (KeyDown(character, code, modifiers))
+    if (closing)
         return true;
+    SubPane *button = character == 27                     ? FindCancelButton()
+                      : character == 13 || character == 3 ? FindDefaultButton()
+                                                          : nullptr;
+    if (button) {
+        button->Press();
+        return true;
+    }
     // Tab moves the focus through the panes in creation order.
     if (character == 9 && !(modifiers & (256 | kModOption | kModControl))) {
         std::vector<SubPane *> order;
@@ -571,7 +653,7 @@ void Window::PrepareModal() {
 
 void Window::Move(int32_t left, int32_t top, bool notify) {
     if (mGtkWindow)
-        gtk_window_move(GTK_WINDOW(mGtkWindow), left, top);
+        gtk_window_move(GTK_WINDOW(mGtkWindow), left, top - MenuBarHeight(this));
     // The notice is ours to give; the toolkit's report of this very move,
     // which comes a pass or two later, must not give it again.
     MoveTo(lastBounds, left, top);
@@ -582,14 +664,16 @@ void Window::Move(int32_t left, int32_t top, bool notify) {
 
 void Window::Resize(int32_t newWidth, int32_t newHeight, bool notify) {
     if (mGtkWindow) {
+        const int32_t bar = MenuBarHeight(this);
         if (!resizable) {
             GdkGeometry hints{};
             hints.min_width = hints.max_width = std::max(1, newWidth);
-            hints.min_height = hints.max_height = std::max(1, newHeight);
-            gtk_window_set_geometry_hints(GTK_WINDOW(mGtkWindow), mGtkBox, &hints,
+            hints.min_height = hints.max_height = std::max(1, newHeight) + bar;
+            gtk_window_set_geometry_hints(GTK_WINDOW(mGtkWindow), nullptr, &hints,
                                           GdkWindowHints(GDK_HINT_MIN_SIZE | GDK_HINT_MAX_SIZE));
         }
-        gtk_window_resize(GTK_WINDOW(mGtkWindow), std::max(1, newWidth), std::max(1, newHeight));
+        gtk_window_resize(GTK_WINDOW(mGtkWindow), std::max(1, newWidth),
+                          std::max(1, newHeight) + bar);
     }
     bounds = Rect{0, 0, static_cast<int16_t>(newHeight), static_cast<int16_t>(newWidth)};
     width = newWidth;
@@ -695,8 +779,6 @@ void Window::SetFullScreen(bool on) {
         mFullScreen = true;
         mResizableBeforeFullScreen = resizable;
         mBoundsBeforeFullScreen = CurrentScreenBounds();
-        mBoundsBeforeFullScreen.bottom =
-            static_cast<int16_t>(mBoundsBeforeFullScreen.bottom - MenuBarHeightInUse(this));
         if (!resizable)
             SetResizable(true);
         GdkGeometry hints{};
@@ -725,7 +807,7 @@ void Window::SetFullScreen(bool on) {
         if (!s)
             s = &screens[0];
         Move(s->x, s->y, true);
-        Resize(s->width, s->height - MenuBarHeightInUse(this), true);
+        Resize(s->width, s->height - MenuBarHeight(this), true);
         return;
     }
     mFullScreen = false;
@@ -766,6 +848,8 @@ Rect Window::CurrentScreenBounds() {
         int x = 0, y = 0, w = 0, h = 0;
         gdk_window_get_origin(mGtkWindow->window, &x, &y);
         gtk_window_get_size(GTK_WINDOW(mGtkWindow), &w, &h);
+        y += MenuBarHeight(this); // the content starts below the bar
+        h -= MenuBarHeight(this);
         r = Rect{static_cast<int16_t>(y), static_cast<int16_t>(x), static_cast<int16_t>(y + h),
                  static_cast<int16_t>(x + w)};
     } else {
@@ -824,6 +908,34 @@ void Window::Close() {
     SubPane::Close();
 }
 
+int32_t MenuBarHeight(const Window *window) {
+    if (!window || !window->hasMenuBar || !window->GtkWin())
+        return 0;
+    GtkWidget *box = gtk_bin_get_child(GTK_BIN(window->GtkWin()));
+    if (!box)
+        return 0;
+    GList *items = gtk_container_get_children(GTK_CONTAINER(box));
+    int32_t height = 0;
+    for (GList *item = items; item; item = item->next) {
+        auto *child = static_cast<GtkWidget *>(item->data);
+        if (GTK_IS_MENU_BAR(child) && GTK_WIDGET_VISIBLE(child))
+            height = child->allocation.height;
+    }
+    g_list_free(items);
+    return height;
+}
+
+int32_t Window::ContentTop() const { return MenuBarHeight(this); }
+
+bool Window::PointerInContent(int32_t &x, int32_t &y) {
+    if (!mGtkWindow || !GTK_WIDGET_REALIZED(mGtkWindow))
+        return false;
+    int px = 0, py = 0;
+    ContentPointer(this, px, py);
+    x = px, y = py;
+    return true;
+}
+
 Window *WindowOf(SubPane *pane) { return pane ? dynamic_cast<Window *>(pane->Root()) : nullptr; }
 
 void CloseAllWindows() {
@@ -836,6 +948,8 @@ void CloseAllWindows() {
         head->Close();
     }
 }
+
+void SetMenuKeyOffer(MenuKeyOffer offer) { gMenuKeyOffer = offer; }
 
 const std::vector<Window *> &WindowList() { return gWindows; }
 Window *FrontWindow() { return gFrontToBack.empty() ? nullptr : gFrontToBack.front(); }

@@ -95,9 +95,25 @@ public:
     virtual void Resizing() {}
     // The toolkit asks to close (the title bar's button): true keeps it.
     virtual bool CloseRequest() { return false; }
+    // The pointer left the window: the panes it was in get MouseExit, then
+    // the window itself.
+    void PointerLeft();
     virtual void Activate();
     virtual void Deactivate() {}
+    // A key press as the toolkit delivers it: Shift+F10 opens the contextual
+    // menu, the menu bar's key equivalents come next, then KeyDownWindow.
+    // True when the key was taken; false leaves it to the toolkit.
+    bool KeyPress(guint keyval, int32_t code, int32_t modifiers);
+    // The focus pane's keys, the window's, tab order, then the buttons.
     virtual bool KeyDownWindow(int32_t character, int32_t code, int32_t modifiers);
+    // The contextual menu at a point of the window; true when one opened.
+    virtual bool ContextualMenu(int32_t x, int32_t y) {
+        (void)x, (void)y;
+        return false;
+    }
+    // The first visible, enabled pane that is the default (cancel) button.
+    SubPane *FindDefaultButton();
+    SubPane *FindCancelButton();
     // Minimum and maximum content size (0 where there is none).
     virtual void GetMinMaxSize(int32_t &minW, int32_t &minH, int32_t &maxW, int32_t &maxH);
 
@@ -117,6 +133,12 @@ public:
     void Restore();
     bool maximized = false, iconified = false;
     void SetBackdropColor(bool has, uint32_t color);
+    int32_t ContentTop() const override;
+    bool BackColor(uint32_t &colorWord) const override {
+        if (hasBackdropColor)
+            colorWord = backdropColor;
+        return hasBackdropColor;
+    }
     // Full screen through the window manager when it can do it; otherwise
     // the window itself covers the screen that shows most of it and goes
     // back to where it was on leaving.  A fixed-size window may grow while
@@ -131,6 +153,8 @@ public:
     bool ToolkitSizeReport(int32_t contentWidth, int32_t contentHeight);
     // Deferred notices and the deferred show of this window.
     void PreStep();
+    // The pointer in content coordinates; false while the window isn't built.
+    bool PointerInContent(int32_t &x, int32_t &y);
     // The content's rectangle on the screen as the toolkit has it now.
     Rect CurrentScreenBounds();
 
@@ -164,6 +188,17 @@ protected:
     bool mResizableBeforeFullScreen = false;
     Rect mBoundsBeforeFullScreen{};
 };
+
+// The height of the window's menu bar above its content, 0 while it has
+// none or it is hidden.  Every conversion between the toolkit's window and
+// the content takes it from here: moves and sizes, size limits, the bounds
+// kept, pointer positions, drawing and invalidation.
+int32_t MenuBarHeight(const Window *window);
+
+// The menu bar's key equivalents (Command and Control keys): the menus
+// offer to take a key before the window's panes see it.  True when taken.
+using MenuKeyOffer = bool (*)(Window *window, int32_t character, int32_t modifiers);
+void SetMenuKeyOffer(MenuKeyOffer offer);
 
 // The window of a pane's tree, or null for a pane outside any window.
 Window *WindowOf(SubPane *pane);

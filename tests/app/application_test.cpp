@@ -37,7 +37,22 @@ int gPolls = 0;
 
 void OnOpen(RuntimeObject *) { gLog.push_back("Open"); }
 void OnNewDocument(RuntimeObject *) { gLog.push_back("NewDocument"); }
-void OnOpenDocument(RuntimeObject *, RuntimeObject *) { gLog.push_back("OpenDocument"); }
+// What the maker made, newest last: an item and its path.
+std::vector<std::pair<RuntimeObject *, std::string>> gItems;
+RuntimeObject *MakeItem(const char *path) {
+    if (std::string(path).ends_with("unmakeable"))
+        return nullptr;
+    static RuntimeClass *klass = test::MakeSubclass("Timer", "DocumentStandIn");
+    gItems.emplace_back(RuntimeNewObject(klass), path);
+    return gItems.back().first;
+}
+void OnOpenDocument(RuntimeObject *, RuntimeObject *item) {
+    // An item freed after its event may leave its address to the next one.
+    const auto at = std::find_if(gItems.rbegin(), gItems.rend(),
+                                 [item](const auto &made) { return made.first == item; });
+    gLog.push_back(at == gItems.rend() ? "OpenDocument of a stranger"
+                                       : "OpenDocument " + at->second);
+}
 void OnClose(RuntimeObject *) { gLog.push_back("Close"); }
 uint8_t OnCancelClose(RuntimeObject *self) {
     gLog.push_back("CancelClose");
@@ -54,6 +69,8 @@ class ApplicationTest : public ::testing::Test {
 protected:
     void SetUp() override {
         gLog.clear();
+        gItems.clear();
+        SetDocumentItemMaker(&MakeItem);
         gRefuseClose = gQuitInsideCancelClose = gHandleUnhandled = false;
         gPolls = 0;
         ResetRunState();
@@ -106,7 +123,22 @@ TEST_F(ApplicationTest, EachDocumentArgumentFiresOpenDocumentInOrder) {
     char *argv[] = {a0, a1, a2, nullptr};
     SetProcessArguments(3, argv);
     RegisterNew(AppClass());
-    EXPECT_EQ(gLog, (std::vector<std::string>{"Open", "OpenDocument", "OpenDocument"}));
+    EXPECT_EQ(gLog, (std::vector<std::string>{"Open", "OpenDocument /tmp/one.txt",
+                                              "OpenDocument /tmp/two.txt"}));
+}
+
+TEST_F(ApplicationTest, DocumentsWaitForAMakerOfItemsInsteadOfGettingNil) {
+    char a0[] = "sumbrook", a1[] = "/tmp/one.txt", a2[] = "/tmp/unmakeable", a3[] = "/tmp/3";
+    char *argv[] = {a0, a1, a2, a3, nullptr};
+    SetProcessArguments(4, argv);
+    SetDocumentItemMaker(nullptr);
+    RegisterNew(AppClass());
+    EXPECT_EQ(gLog, (std::vector<std::string>{"Open"})) << "held, not fired with nil";
+    SetDocumentItemMaker(&MakeItem);
+    EXPECT_EQ(gLog, (std::vector<std::string>{"Open", "OpenDocument /tmp/one.txt",
+                                              "OpenDocument /tmp/3"}));
+    SetDocumentItemMaker(&MakeItem); // fired once only
+    EXPECT_EQ(gLog.size(), 3u);
 }
 
 TEST_F(ApplicationTest, ArgumentsWithoutOpenDocumentHandlerFireOnlyOpen) {

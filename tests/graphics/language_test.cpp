@@ -99,6 +99,31 @@ TEST_F(GraphicsClass, PropertiesStartAtTheirDefaultsAndRoundTrip) {
     EXPECT_EQ(graphicsUseOldRendererGetter(mObject, 0), 1);
 }
 
+TEST_F(GraphicsClass, NegativeSizesDrawTheRectangleTheyPointAt) {
+    const struct {
+        int32_t x, y, w, h;
+        int left, top, right, bottom;
+    } cases[] = {
+        {40, 50, -30, -40, 10, 10, 39, 49},
+        {10, 50, 30, -40, 10, 10, 39, 49},
+        {40, 10, -30, 40, 10, 10, 39, 49},
+    };
+    graphicsForeColorSetter(mObject, 0, 0x0000FF);
+    for (const auto &c : cases) {
+        Clear();
+        RuntimeGraphicsFillRect(mObject, c.x, c.y, c.w, c.h);
+        InkBox box = Ink();
+        EXPECT_EQ(box.count, 30 * 40) << c.w << "x" << c.h;
+        EXPECT_EQ(box.left, c.left);
+        EXPECT_EQ(box.top, c.top);
+        EXPECT_EQ(box.right, c.right);
+        EXPECT_EQ(box.bottom, c.bottom);
+    }
+    Clear();
+    RuntimeGraphicsFillRect(mObject, 10, 10, 0, -20); // no width: nothing
+    EXPECT_EQ(Ink().count, 0);
+}
+
 TEST_F(GraphicsClass, StyleFlagsAreIndependentBits) {
     graphicsBoldSetter(mObject, 0, 1);
     graphicsUnderlineSetter(mObject, 0, 1);
@@ -140,11 +165,11 @@ TEST_F(GraphicsClass, ShapesTakeXYWidthHeight) {
     EXPECT_EQ(PixelAt(mDrawable, 60, 95), 0xFF0000u);
 }
 
-TEST_F(GraphicsClass, ZeroAndNegativeSizesDrawNothing) {
+TEST_F(GraphicsClass, ZeroSizesDrawNothing) {
     RuntimeGraphicsFillRect(mObject, 10, 10, 0, 10);
-    RuntimeGraphicsFillRect(mObject, 10, 10, -5, 10);
-    RuntimeGraphicsFillOval(mObject, 10, 10, 10, -1);
-    RuntimeGraphicsDrawRect(mObject, 10, 10, -3, -3);
+    RuntimeGraphicsFillRect(mObject, 10, 10, -5, 0);
+    RuntimeGraphicsFillOval(mObject, 10, 10, 0, -1);
+    RuntimeGraphicsDrawRect(mObject, 10, 10, 0, -3);
     RuntimeGraphicsFillRoundRect(mObject, 10, 10, 0, 0, 5, 5);
     EXPECT_EQ(Ink().count, 0);
 }

@@ -210,7 +210,18 @@ TEST_F(Binder, MissingNamesAreReportedInTheirOwnWordsAndBindingGoesOn) {
                             "functionEntry|Could not resolve function 'no_such_function_here' in "
                             "libc.so.6",
                             "lib->mLibraryHandle|Missing shared library libkelp-no-such-library"}));
-    EXPECT_EQ(p.counts.holes, 1u) << "the good import is still bound";
+    // The good import is bound; the holes of the three missing names lead to
+    // their reports, once per call, and the calls return.
+    EXPECT_EQ(p.counts.holes, 4u);
+    gReports.clear();
+    p.entry();
+    EXPECT_EQ(gSeen, (std::vector<int64_t>{3}));
+    std::sort(gReports.begin(), gReports.end());
+    EXPECT_EQ(gReports, (std::vector<std::string>{
+                            "foundFunction|Could not resolve function 'no_such_function_here' in "
+                            "libc.so.6",
+                            "foundFunction|Function 'NoSuchExportAnywhere' was not exported",
+                            "foundFunction|Missing shared library libkelp-no-such-library"}));
 }
 
 TEST_F(Binder, PaddingUnknownTypesAndEmptyChainsWriteNothing) {

@@ -4,6 +4,8 @@
 #include "panes/pane.h"
 #include "windows/window.h"
 
+#include "graphics/graphics_base.h"
+#include "graphics/pixels.h"
 #include "runloop/main_loop.h"
 #include "support/xvfb.h"
 
@@ -180,6 +182,42 @@ TEST_F(PaneTest, HidingTheFocusPaneClearsTheFocus) {
     pane->SetVisible(false);
     EXPECT_EQ(FocusPane(), nullptr);
     EXPECT_FALSE(pane->visible);
+}
+
+TEST_F(PaneTest, DisablingTheFocusPaneKeepsActivationFromGivingItBack) {
+    auto *pane = new LogPane(mWindow, R(10, 10, 50, 50), "p");
+    mWindow->SetStoredFocus(pane);
+    SetFocus(pane);
+    pane->SetEnabled(false, false);
+    EXPECT_EQ(FocusPane(), nullptr);
+    EXPECT_EQ(mWindow->StoredFocus(), nullptr);
+    mWindow->Activate();
+    EXPECT_NE(FocusPane(), pane);
+    SetFocus(nullptr);
+}
+
+TEST_F(PaneTest, ErasingInAChildPaneShowsTheWindowsBackColour) {
+    mWindow->SetBackdropColor(true, 0x3366CC);
+    struct Case {
+        const char *what;
+        GtkWidget *widget;
+    } cases[] = {{"own window", gtk_drawing_area_new()}, {"shared window", gtk_label_new("")}};
+    int top = 10;
+    for (const Case &c : cases) {
+        gtk_widget_show(c.widget);
+        auto *pane = new LogPane(mWindow, R(10, top, 40, 30), c.what, c.widget);
+        Settle(60);
+        ASSERT_TRUE(GTK_WIDGET_REALIZED(c.widget)) << c.what;
+        Graphics *g = pane->NewGraphics();
+        ASSERT_NE(g, nullptr) << c.what;
+        g->EraseRect(pane->bounds);
+        delete g;
+        gdk_flush();
+        const bool own = !GTK_WIDGET_NO_WINDOW(c.widget);
+        GdkDrawable *drawable = GDK_DRAWABLE(c.widget->window);
+        EXPECT_EQ(test::PixelAt(drawable, own ? 20 : 30, own ? 15 : top + 15), 0x3366CCu) << c.what;
+        top += 50;
+    }
 }
 
 TEST_F(PaneTest, ClosingTheWindowClosesItsChildrenFirst) {

@@ -5,8 +5,10 @@
 #include "runloop/main_loop.h"
 #include "support/language_class.h"
 
+#include "kelp/exceptions.h"
 #include "kelp/objects.h"
 #include "kelp/runloop.h"
+#include "kelp/strings.h"
 
 #include <glib.h>
 #include <gtest/gtest.h>
@@ -198,6 +200,30 @@ TEST_F(TimerTest, ReceiversAreHeldUntilRemovedOrTheTimerGoes) {
     EXPECT_EQ(b->referenceCount, 1);
     RuntimeUnlockObject(a);
     RuntimeUnlockObject(b);
+}
+
+TEST_F(TimerTest, IsAnActionSourceForIsaAndCasts) {
+    auto *timer = reinterpret_cast<RuntimeObject *>(NewTimer());
+    const struct {
+        const char *className;
+        bool is;
+    } cases[] = {{"actionSource", true}, {"Timer", true}, {"actionNotificationReceiver", false}};
+    for (const auto &c : cases) {
+        KelpString name = test::MakeText(c.className);
+        RuntimeClass *klass = RuntimeLookupClass(name);
+        RuntimeUnlockString(name);
+        ASSERT_NE(klass, nullptr) << c.className;
+        EXPECT_EQ(RuntimeObjectIsa(timer, klass), c.is ? 1 : 0) << c.className;
+        RuntimeEnterHandlerRegion();
+        RuntimeObject *cast = RuntimeCheckCast(timer, klass);
+        RuntimeObject *failure = RuntimeTakeException();
+        RuntimeLeaveHandlerRegion();
+        EXPECT_EQ(cast, c.is ? timer : nullptr) << c.className;
+        RuntimeUnlockObject(cast);
+        EXPECT_EQ(failure != nullptr, !c.is) << c.className;
+        RuntimeUnlockObject(failure);
+    }
+    RuntimeUnlockObject(timer);
 }
 
 } // namespace

@@ -260,6 +260,32 @@ TEST_F(WindowTest, ImplicitInstanceIsFoundByClassNameUntilClosed) {
     EXPECT_EQ(RuntimeGetImplicitWindow(name), nullptr);
 }
 
+TEST_F(WindowTest, ImplicitInstanceIgnoresTheCaseOfTheClassName) {
+    KelpString asked = test::MakeText("WTEST");
+    EXPECT_EQ(RuntimeGetImplicitWindow(asked), nullptr); // the construction fills it
+    objtext::Release(asked);
+    RuntimeObject *w = Make(0, 0, 80, 80, "I");
+    for (const char *spelling : {"wtest", "WTest", "wTest"}) {
+        KelpString name = test::MakeText(spelling);
+        RuntimeObject *found = RuntimeGetImplicitWindow(name);
+        EXPECT_EQ(found, w) << spelling;
+        RuntimeUnlockObject(found);
+        objtext::Release(name);
+    }
+    RuntimeCloseWindow(w);
+}
+
+TEST_F(WindowTest, QuitWalkTakesAWindowWithoutItsViewAsARefusal) {
+    RuntimeObject *w = Make(0, 0, 80, 80, "Orphan");
+    RuntimeViewWindow *pane = View(w)->pane;
+    ASSERT_NE(pane, nullptr);
+    View(w)->pane = nullptr; // the view has let go of its window
+    EXPECT_FALSE(CloseViewWindowsForQuit());
+    EXPECT_EQ(std::count(gLog.begin(), gLog.end(), "Close"), 0);
+    View(w)->pane = pane;
+    EXPECT_TRUE(CloseViewWindowsForQuit());
+}
+
 TEST_F(WindowTest, MinimumSizeHoldsAgainstASmallerResize) {
     RuntimeObject *w = Make(0, 0, 300, 200, "Min", 4, 2);
     View(w)->minWidth = 250;

@@ -7,6 +7,7 @@
 #define KELP_KELP_H
 
 #include "kelp/arrays.h"
+#include "kelp/controls.h"
 #include "kelp/exceptions.h"
 #include "kelp/graphics.h"
 #include "kelp/image.h"

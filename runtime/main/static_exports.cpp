@@ -25,6 +25,8 @@ const RelocEntry kRows[] = {
 #include "strings/exports.inc"
 #include "timers/exports.inc"
 #include "windows/exports.inc"
+// controls
+#include "controls/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

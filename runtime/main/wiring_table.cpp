@@ -18,6 +18,8 @@
 #include "timers/wiring.h"
 #include "windows/wiring.h"
 
+#include "controls/wiring.h"
+
 namespace kelp {
 namespace {
 
@@ -32,6 +34,7 @@ const WiringStep kWiringTable[] = {
     {"graphics: the Graphics class", &WireGraphics},
     {"panes: the key snooper's hook; the run loop's Escape reader", &WirePanes},
     {"windows: the Window classes; the run loop's window client", &WireWindows},
+    {"controls: the control classes; the window's hooks for its controls", &WireControls},
     {"dialogs: the dialog that presents assertion reports", &WireDialogs},
     {"app: the Application classes; the run loop's application client; the "
      "standard handler of unhandled exceptions",

@@ -143,6 +143,11 @@ protected:
     Rect mBoundsBeforeFullScreen{};
 };
 
+// Gives the presses and releases on a pane's own widget to the window's
+// handlers, which the widget would otherwise keep from the window: a press
+// goes through the window's MouseDown walk before the widget sees it.
+void ConnectWidgetPresses(GtkWidget *widget, Window *window);
+
 // The window of a pane's tree, or null for a pane outside any window.
 Window *WindowOf(SubPane *pane);
 

@@ -10,6 +10,7 @@
 #include "controls/captioned.h"
 
 #include "objects/definitions.h"
+#include "panes/pane_root.h"
 
 #include "kelp/controls.h"
 
@@ -69,7 +70,7 @@ public:
     bool CanFocus() override {
         if (!ControlPane::CanFocus())
             return false;
-        if (GetValue())
+        if (GetValue() || FocusPane() == this)
             return true;
         if (mGroup < 0)
             return false;
@@ -82,6 +83,42 @@ public:
             if (member->enabled && member->visible)
                 return member == this;
         return false;
+    }
+
+    // The arrow keys move the focus through the group in the order the
+    // buttons lie (wrapping round).  With a chosen button in the group the
+    // move chooses too, as the toolkit's own radio buttons do; with none
+    // chosen it only moves, and Space chooses.
+    bool KeyDown(int32_t character, int32_t code, int32_t modifiers) override {
+        if (character < 28 || character > 31 || mGroup < 0)
+            return ControlPane::KeyDown(character, code, modifiers);
+        const bool vertical = character >= 30, forward = character == 29 || character == 31;
+        std::vector<RadioButtonPane *> order;
+        bool anyChosen = false;
+        for (SubPane *member : Groups()[mGroup].members) {
+            auto *radio = static_cast<RadioButtonPane *>(member);
+            anyChosen = anyChosen || radio->GetValue();
+            if (radio == this || (radio->enabled && radio->visible && radio->panelVisible))
+                order.push_back(radio);
+        }
+        std::stable_sort(order.begin(), order.end(), [vertical](SubPane *a, SubPane *b) {
+            return vertical ? std::pair(a->bounds.top, a->bounds.left) <
+                                  std::pair(b->bounds.top, b->bounds.left)
+                            : std::pair(a->bounds.left, a->bounds.top) <
+                                  std::pair(b->bounds.left, b->bounds.top);
+        });
+        auto at = std::find(order.begin(), order.end(), this) - order.begin();
+        auto n = static_cast<long>(order.size());
+        RadioButtonPane *next = order[static_cast<size_t>((at + (forward ? 1 : n - 1)) % n)];
+        if (next == this)
+            return true;
+        if (PaneRoot *root = Root())
+            root->SetStoredFocus(next);
+        gtk_widget_grab_focus(next->mWidget);
+        kelp::SetFocus(next);
+        if (anyChosen)
+            next->SetValue(true);
+        return true;
     }
 
     bool MouseDown(int32_t x, int32_t y, int32_t) override {

@@ -16,7 +16,7 @@
 namespace kelp::test {
 
 // The row of the property `name` in the class's table, or -1.
-inline int32_t PropertyRow(const RuntimeClass *klass, std::string_view name) {
+inline int32_t PropertyRowIndex(const RuntimeClass *klass, std::string_view name) {
     for (int32_t i = klass ? klass->propertyCount - 1 : -1; i >= 0; --i) {
         std::string_view signature = objtext::View(klass->propertyTable[i].signature);
         if (signature.size() > name.size() && signature[name.size()] == '%' &&
@@ -33,7 +33,7 @@ public:
     MassData &Bool(std::string_view name, bool v) { return Row(name).Put(v ? 1 : 0, 1); }
     MassData &Int(std::string_view name, int32_t v) { return Row(name).Put(uint32_t(v), 4); }
     MassData &Color(std::string_view name, uint32_t rgb) { return Row(name).Put(rgb, 3); }
-    MassData &Double(std::string_view name, double v) {
+    MassData &Real(std::string_view name, double v) {
         uint64_t bits;
         std::memcpy(&bits, &v, 8);
         return Row(name).Put(uint32_t(bits >> 32), 4).Put(uint32_t(bits), 4);
@@ -61,7 +61,7 @@ public:
 
 private:
     MassData &Row(std::string_view name) {
-        int32_t row = PropertyRow(mClass, name);
+        int32_t row = PropertyRowIndex(mClass, name);
         EXPECT_GE(row, 0) << "no property " << name;
         return Put(uint32_t(row), 2);
     }

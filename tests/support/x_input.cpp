@@ -26,6 +26,11 @@ bool XDoTool(const std::string &arguments) {
     return std::system(command.c_str()) == 0;
 }
 
+bool XDoToolQuiet(const std::string &arguments) {
+    std::string command = "xdotool " + arguments + " >/dev/null 2>&1";
+    return std::system(command.c_str()) == 0;
+}
+
 bool ClickAt(GtkWidget *widget, int x, int y) {
     int sx, sy;
     return ScreenPoint(widget, x, y, &sx, &sy) &&

@@ -10,6 +10,8 @@ namespace kelp::test {
 
 // Runs xdotool with these arguments on $DISPLAY; true when it succeeded.
 bool XDoTool(const std::string &arguments);
+// The same from any thread: no toolkit call, output dropped.
+bool XDoToolQuiet(const std::string &arguments);
 // A click of button 1 at a point of the widget's window, in the
 // coordinates of `widget`'s GdkWindow (the window's GtkFixed, say).
 bool ClickAt(GtkWidget *widget, int x, int y);

@@ -183,7 +183,6 @@ typedef struct RelocEntry {
     void *reserved2; /* always 0 */
 } RelocEntry;
 
-
 /* ---------------------------------------------------------------- controls */
 
 /* The four edges of a rectangle in the order the language's Rect keeps. */
@@ -198,22 +197,22 @@ typedef struct KelpRect {
  */
 typedef struct RuntimeControl {
     RuntimeObject object;
-    RuntimeObject *initialParent;      /* control named by InitialParent */
-    void *pane;                        /* bound pane, null before binding and after close */
-    stringStorage *name;               /* Name (holds a reference) */
-    int32_t index;                     /* array element, or 0x80000000 */
-    int32_t tabPanelIndex;             /* page of the panel it lies on */
+    RuntimeObject *initialParent; /* control named by InitialParent */
+    void *pane;                   /* bound pane, null before binding and after close */
+    stringStorage *name;          /* Name (holds a reference) */
+    int32_t index;                /* array element, or 0x80000000 */
+    int32_t tabPanelIndex;        /* page of the panel it lies on */
     uint8_t visible, enabled, autoDeactivate, mouseInside;
-    uint8_t isWindowChild;             /* made by the window's own layout */
+    uint8_t isWindowChild; /* made by the window's own layout */
     uint8_t lockLeft, lockTop, lockRight, lockBottom;
-    KelpRect bounds;                   /* window coordinates */
-    void *paneWindow;                  /* the window pane holding the pane */
-    RuntimeObject *view;               /* the Window that owns the control */
-    RuntimeObject *mouseCursor;        /* counted */
-    stringStorage *balloonHelp;        /* counted */
-    stringStorage *disabledBalloonHelp;/* counted */
-    stringStorage *helpTag;            /* counted */
-    void *menuHandlers;                /* name -> code, made on first use */
+    KelpRect bounds;                    /* window coordinates */
+    void *paneWindow;                   /* the window pane holding the pane */
+    RuntimeObject *view;                /* the Window that owns the control */
+    RuntimeObject *mouseCursor;         /* counted */
+    stringStorage *balloonHelp;         /* counted */
+    stringStorage *disabledBalloonHelp; /* counted */
+    stringStorage *helpTag;             /* counted */
+    void *menuHandlers;                 /* name -> code, made on first use */
 } RuntimeControl;
 
 #define KELP_NOT_IN_ARRAY ((int32_t)0x80000000u)

@@ -94,6 +94,29 @@ void groupBoxCaptionSetter(RuntimeObject *control, int32_t parameter, KelpString
 
 /* Releases the caption and font of a captioned control. */
 void CaptionedControlFinalizer(RuntimeObject *control);
+/* The shapes: one pane for the four; colour and size rows share a setter
+ * that stores at the row's offset and repaints; a Line's ends also move it. */
+void ShapeCreatePane(RuntimeObject *control);
+void shapeAttributeSetter(RuntimeObject *control, int32_t offset, int32_t value);
+void linePosSetter(RuntimeObject *control, int32_t offset, int32_t value);
+void LineInitializer(RuntimeObject *control);
+void OvalInitializer(RuntimeObject *control);
+void RectangleInitializer(RuntimeObject *control);
+void RoundRectangleInitializer(RuntimeObject *control);
+
+void ProgressBarCreatePane(RuntimeObject *control);
+void progressBarValueSetter(RuntimeObject *control, int32_t parameter, int32_t value);
+void progressBarMaximumSetter(RuntimeObject *control, int32_t parameter, int32_t value);
+
+/* ScrollBar and Slider.  Selectors 0 Minimum, 1 Value, 2 Maximum,
+ * 3 LineStep, 4 PageStep. */
+void ScrollBarCreatePane(RuntimeObject *control);
+void SliderCreatePane(RuntimeObject *control);
+int32_t scrollerPropGetter(RuntimeObject *control, int32_t selector);
+void scrollerPropSetter(RuntimeObject *control, int32_t selector, int32_t value);
+void ScrollerLiveScrollSetter(RuntimeObject *control, int32_t parameter, uint8_t value);
+void ScrollerInitializer(RuntimeObject *control);
+
 /* Font setters shared by the captioned buttons and the group box. */
 void captionFontSetter(RuntimeObject *control, int32_t parameter, KelpString value);
 void captionSizeSetter(RuntimeObject *control, int32_t parameter, int32_t value);

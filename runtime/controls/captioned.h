@@ -22,12 +22,6 @@ inline CaptionedControl *Captioned(RuntimeObject *object) {
     return reinterpret_cast<CaptionedControl *>(object);
 }
 
-ObjectDefinition *PushButtonDefinition();
-ObjectDefinition *RadioButtonDefinition();
-ObjectDefinition *CheckBoxDefinition();
-ObjectDefinition *GroupBoxDefinition();
-ObjectDefinition *StaticTextDefinition();
-
 // A pane whose widget shows the control's caption in its font.
 class CaptionedPane : public ControlPane {
 public:

@@ -2,6 +2,7 @@
 // new value.  State is a second name of Value.
 #include "controls/captioned.h"
 
+#include "controls/classes.h"
 #include "objects/definitions.h"
 
 #include "kelp/controls.h"

@@ -3,6 +3,7 @@
 // it, and its radio buttons form one group.
 #include "controls/captioned.h"
 
+#include "controls/classes.h"
 #include "objects/definitions.h"
 
 #include "kelp/controls.h"

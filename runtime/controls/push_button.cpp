@@ -5,6 +5,7 @@
 // a release outside the button clicks nothing, as the toolkit decides.
 #include "controls/captioned.h"
 
+#include "controls/classes.h"
 #include "objects/definitions.h"
 #include "panes/button_role.h"
 

@@ -9,6 +9,7 @@
 // buttons and select as they go, and Space selects the focused one.
 #include "controls/captioned.h"
 
+#include "controls/classes.h"
 #include "objects/definitions.h"
 #include "panes/pane_root.h"
 

@@ -4,6 +4,7 @@
 #include "controls/caption.h"
 #include "controls/control.h"
 
+#include "controls/classes.h"
 #include "objects/definitions.h"
 #include "objects/text.h"
 

@@ -1,6 +1,6 @@
 #include "controls/wiring.h"
 
-#include "controls/captioned.h"
+#include "controls/classes.h"
 #include "controls/control.h"
 #include "controls/control_map.h"
 
@@ -34,6 +34,13 @@ void WireControls() {
     AddIntrinsicClassAccessor(&RadioButtonDefinition);
     AddIntrinsicClassAccessor(&CheckBoxDefinition);
     AddIntrinsicClassAccessor(&GroupBoxDefinition);
+    AddIntrinsicClassAccessor(&LineDefinition);
+    AddIntrinsicClassAccessor(&OvalDefinition);
+    AddIntrinsicClassAccessor(&RectangleDefinition);
+    AddIntrinsicClassAccessor(&RoundRectangleDefinition);
+    AddIntrinsicClassAccessor(&ProgressBarDefinition);
+    AddIntrinsicClassAccessor(&ScrollBarDefinition);
+    AddIntrinsicClassAccessor(&SliderDefinition);
     ViewControlsClient client;
     client.bind = &BindViewControls;
     client.fireClose = &FireViewControlsClose;

@@ -117,6 +117,23 @@ void scrollerPropSetter(RuntimeObject *control, int32_t selector, int32_t value)
 void ScrollerLiveScrollSetter(RuntimeObject *control, int32_t parameter, uint8_t value);
 void ScrollerInitializer(RuntimeObject *control);
 
+/* PagePanel and TabPanel: the functions serve both classes.  Value is the
+ * 0-based page; a page past the last raises OutOfBoundsException, and so
+ * do Insert (which allows the count), Remove and Caption outside. */
+void PagePanelCreatePane(RuntimeObject *control);
+int32_t PagePanelCountGetter(RuntimeObject *control, int32_t parameter);
+int32_t PagePanelValueGetter(RuntimeObject *control, int32_t parameter);
+void PagePanelValueSetter(RuntimeObject *control, int32_t parameter, int32_t value);
+void PagePanelInsertPage(RuntimeObject *control, int32_t index, KelpString text);
+void PagePanelAppendPage(RuntimeObject *control, KelpString text);
+void PagePanelRemovePage(RuntimeObject *control, int32_t index);
+void PagePanelFinalizer(RuntimeObject *control);
+KelpString TabPanelCaptionGetter(RuntimeObject *control, int32_t index); /* owned */
+void TabPanelCaptionSetter(RuntimeObject *control, int32_t index, KelpString text);
+void TabPanelFacingSetter(RuntimeObject *control, int32_t parameter, int32_t value);
+/* The tab under a point in window coordinates, or -1. */
+int32_t TabPanelTabClickedOn(RuntimeObject *control, int32_t x, int32_t y);
+
 /* Font setters shared by the captioned buttons and the group box. */
 void captionFontSetter(RuntimeObject *control, int32_t parameter, KelpString value);
 void captionSizeSetter(RuntimeObject *control, int32_t parameter, int32_t value);

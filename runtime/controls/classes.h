@@ -16,5 +16,7 @@ ObjectDefinition *RoundRectangleDefinition();
 ObjectDefinition *ProgressBarDefinition();
 ObjectDefinition *ScrollBarDefinition();
 ObjectDefinition *SliderDefinition();
+ObjectDefinition *PagePanelDefinition();
+ObjectDefinition *TabPanelDefinition();
 
 } // namespace kelp

@@ -83,6 +83,32 @@ void ControlPane::BindControl(RuntimeObject *control) {
     mRunControl = control;
 }
 
+void ControlPane::SetVisible(bool flag) {
+    if (panelVisible) {
+        SubPane::SetVisible(flag);
+        return;
+    }
+    visible = flag; // the page shows it when it comes up
+    for (SubPane *child : std::vector<SubPane *>(mChildren))
+        child->SetVisible(flag);
+}
+
+void ControlPane::SetPanelVisible(bool flag) {
+    for (SubPane *child : std::vector<SubPane *>(mChildren))
+        if (auto *pane = dynamic_cast<ControlPane *>(child))
+            pane->SetPanelVisible(flag);
+    if (flag == panelVisible)
+        return;
+    panelVisible = flag;
+    if (!visible)
+        return;
+    if (!flag && (FocusPane() == this || Contains(FocusPane())))
+        SetFocus(nullptr);
+    Invalidate(true);
+    if (mWidget)
+        flag ? gtk_widget_show(mWidget) : gtk_widget_hide(mWidget);
+}
+
 void ControlPane::ConnectCommonSignals() {
     if (!mWidget)
         return;

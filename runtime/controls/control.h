@@ -45,12 +45,27 @@ public:
     void BindControl(RuntimeObject *control);
     RuntimeObject *Control() const { return mRunControl; }
 
+    // Only the controls that hold others (group box, panels) take child
+    // panes; a pane that merely lies over another, such as a button at the
+    // same place on another page, hands it on to its own holder.
+    virtual bool HoldsControls() const { return false; }
+    bool AddChild(SubPane *child) override {
+        if (HoldsControls())
+            return ContainerPane::AddChild(child);
+        return mParent ? mParent->AddChild(child) : false;
+    }
+
     // A pane with a native widget keeps the press for the widget.
     bool PassesClicksThrough() override { return !mWidget; }
     bool CanFocus() override { return panelVisible && SubPane::CanFocus(); }
 
-    int32_t panelIndex = 0;   // page of a panel, 0: every page
+    int32_t panelIndex = 0;   // page of a panel (from 1), 0: every page
     bool panelVisible = true; // false while on a page not shown
+
+    // On a page not shown, Visible is only stored.
+    void SetVisible(bool flag) override;
+    // Shows or hides the pane for its panel's page; children first.
+    virtual void SetPanelVisible(bool flag);
 
 protected:
     // Connects the widget's presses to the window and its grab-focus to

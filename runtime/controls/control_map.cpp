@@ -4,6 +4,7 @@
 #include "controls/control_map.h"
 
 #include "controls/control.h"
+#include "controls/paged.h"
 
 #include "base/fatal_report.h"
 #include "objects/object_model.h"
@@ -58,7 +59,7 @@ void Bind(ViewControls &controls, RuntimeObject *object) {
     if (!pane)
         return; // no pane appeared: the control stays unbound
     pane->BindControl(object);
-    pane->panelIndex = control->tabPanelIndex ? control->tabPanelIndex + 1 : 0;
+    pane->panelIndex = control->tabPanelIndex + 1;
     if (!control->visible)
         pane->SetVisible(false);
     if (!control->enabled)
@@ -153,6 +154,10 @@ void BindViewControls(ViewRecord *view) {
     for (RuntimeObject *c : order)
         if (IsControl(c) && view->pane)
             Bind(controls, c);
+    // Children of pages not shown go out of sight before anything opens.
+    for (RuntimeObject *c : order)
+        if (auto *panel = dynamic_cast<PagedPane *>(PaneOf(c)))
+            panel->ApplyPages();
     // Open goes out children first: the last made lies on top.
     for (auto it = order.rbegin(); it != order.rend(); ++it)
         if (IsControl(*it) && view->pane)

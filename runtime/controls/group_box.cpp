@@ -26,6 +26,7 @@ public:
     }
 
     bool PassesClicksThrough() override { return true; }
+    bool HoldsControls() const override { return true; }
 
     // The panes on the box come first, top-most first, as the window's own
     // walk would give them; a press none takes goes to the box's event.

@@ -42,7 +42,7 @@ std::vector<RadioGroupRecord> &Groups() {
 class RadioButtonPane : public CaptionedPane {
 public:
     explicit RadioButtonPane(CaptionedControl *record) : CaptionedPane(&record->control) {
-        RadioGroupRecord &group = Join(Parent(), 0);
+        RadioGroupRecord &group = Join(Parent(), record->control.tabPanelIndex + 1);
         SetWidget(gtk_radio_button_new_with_label(
             gtk_radio_button_get_group(GTK_RADIO_BUTTON(group.hiddenButton)), ""));
         SetCaption(record->caption);

@@ -41,6 +41,8 @@ void WireControls() {
     AddIntrinsicClassAccessor(&ProgressBarDefinition);
     AddIntrinsicClassAccessor(&ScrollBarDefinition);
     AddIntrinsicClassAccessor(&SliderDefinition);
+    AddIntrinsicClassAccessor(&PagePanelDefinition);
+    AddIntrinsicClassAccessor(&TabPanelDefinition);
     ViewControlsClient client;
     client.bind = &BindViewControls;
     client.fireClose = &FireViewControlsClose;

@@ -134,6 +134,28 @@ void TabPanelFacingSetter(RuntimeObject *control, int32_t parameter, int32_t val
 /* The tab under a point in window coordinates, or -1. */
 int32_t TabPanelTabClickedOn(RuntimeObject *control, int32_t x, int32_t y);
 
+/* PopupMenu and ComboBox: the rows live in the control.  An index outside
+ * the rows raises OutOfBoundsException (InsertRow allows the count, and
+ * ListIndex allows -1 for none). */
+void PopupMenuInitializer(RuntimeObject *control);
+void ComboBoxInitializer(RuntimeObject *control);
+void PopupMenuFinalizer(RuntimeObject *control);
+void PopupMenuCreatePane(RuntimeObject *control);
+void RuntimeComboBoxAddRow(RuntimeObject *control, KelpString text);
+void RuntimeComboBoxAddSeparator(RuntimeObject *control);
+void RuntimeComboBoxInsertRow(RuntimeObject *control, int32_t index, KelpString text);
+void RuntimeComboBoxRemoveRow(RuntimeObject *control, int32_t index);
+void RuntimeComboBoxDeleteAllRows(RuntimeObject *control);
+KelpString RuntimeComboBoxList(RuntimeObject *control, int32_t index);       /* owned */
+RuntimeObject *RuntimeComboBoxRowTag(RuntimeObject *control, int32_t index); /* owned */
+void RuntimeComboBoxRowTagSetter(RuntimeObject *control, int32_t index, RuntimeObject *tag);
+int32_t RuntimeComboBoxListCount(RuntimeObject *control, int32_t parameter);
+int32_t RuntimeComboBoxListIndexGetter(RuntimeObject *control, int32_t parameter);
+void RuntimeComboBoxListIndexSetter(RuntimeObject *control, int32_t parameter, int32_t index);
+KelpString RuntimeComboBoxTextGetter(RuntimeObject *control, int32_t parameter); /* owned */
+void RuntimeComboBoxTextSetter(RuntimeObject *control, int32_t parameter, KelpString text);
+void RuntimeComboBoxInitialValueSetter(RuntimeObject *control, int32_t parameter, KelpString text);
+
 /* Font setters shared by the captioned buttons and the group box. */
 void captionFontSetter(RuntimeObject *control, int32_t parameter, KelpString value);
 void captionSizeSetter(RuntimeObject *control, int32_t parameter, int32_t value);

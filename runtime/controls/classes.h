@@ -18,5 +18,7 @@ ObjectDefinition *ScrollBarDefinition();
 ObjectDefinition *SliderDefinition();
 ObjectDefinition *PagePanelDefinition();
 ObjectDefinition *TabPanelDefinition();
+ObjectDefinition *PopupMenuDefinition();
+ObjectDefinition *ComboBoxDefinition();
 
 } // namespace kelp

@@ -43,6 +43,8 @@ void WireControls() {
     AddIntrinsicClassAccessor(&SliderDefinition);
     AddIntrinsicClassAccessor(&PagePanelDefinition);
     AddIntrinsicClassAccessor(&TabPanelDefinition);
+    AddIntrinsicClassAccessor(&PopupMenuDefinition);
+    AddIntrinsicClassAccessor(&ComboBoxDefinition);
     ViewControlsClient client;
     client.bind = &BindViewControls;
     client.fireClose = &FireViewControlsClose;

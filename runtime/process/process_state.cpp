@@ -29,15 +29,17 @@ gint KeySnooper(GtkWidget *widget, GdkEventKey *event, gpointer) {
 void SetProcessArguments(int argc, char **argv) {
     // The toolkit compacts the vector it is given; these copies keep the
     // command line as the operating system passed it.
-    static std::vector<char *> copies;
-    for (char *s : copies)
+    // They live to the very end of the process (an exit from inside the run
+    // still reads them), so the vector is never destroyed.
+    static auto *copies = new std::vector<char *>();
+    for (char *s : *copies)
         std::free(s);
-    copies.clear();
+    copies->clear();
     for (int i = 0; i < argc; ++i)
-        copies.push_back(argv && argv[i] ? strdup(argv[i]) : nullptr);
-    copies.push_back(nullptr);
+        copies->push_back(argv && argv[i] ? strdup(argv[i]) : nullptr);
+    copies->push_back(nullptr);
     gArgc = argc;
-    gArgv = copies.data();
+    gArgv = copies->data();
 }
 
 int ProcessArgumentCount() { return gArgc; }

@@ -8,6 +8,7 @@
 
 #include "kelp/arrays.h"
 #include "kelp/cursors.h"
+#include "kelp/controls.h"
 #include "kelp/exceptions.h"
 #include "kelp/graphics.h"
 #include "kelp/image.h"

@@ -212,6 +212,40 @@ typedef struct RelocEntry {
     void *reserved2; /* always 0 */
 } RelocEntry;
 
+/* ---------------------------------------------------------------- controls */
+
+/* The four edges of a rectangle in the order the language's Rect keeps. */
+typedef struct KelpRect {
+    int16_t top, left, bottom, right;
+} KelpRect;
+
+/*
+ * Every control of a layout: the object, then these fields, then the fields
+ * of its class.  `bounds` is in root-window coordinates, so that it
+ * survives without a pane; `index` 0x80000000 means not in a control array.
+ */
+typedef struct RuntimeControl {
+    RuntimeObject object;
+    RuntimeObject *initialParent; /* control named by InitialParent */
+    void *pane;                   /* bound pane, null before binding and after close */
+    stringStorage *name;          /* Name (holds a reference) */
+    int32_t index;                /* array element, or 0x80000000 */
+    int32_t tabPanelIndex;        /* page of the panel it lies on */
+    uint8_t visible, enabled, autoDeactivate, mouseInside;
+    uint8_t isWindowChild; /* made by the window's own layout */
+    uint8_t lockLeft, lockTop, lockRight, lockBottom;
+    KelpRect bounds;                    /* window coordinates */
+    void *paneWindow;                   /* the window pane holding the pane */
+    RuntimeObject *view;                /* the Window that owns the control */
+    RuntimeObject *mouseCursor;         /* counted */
+    stringStorage *balloonHelp;         /* counted */
+    stringStorage *disabledBalloonHelp; /* counted */
+    stringStorage *helpTag;             /* counted */
+    void *menuHandlers;                 /* name -> code, made on first use */
+} RuntimeControl;
+
+#define KELP_NOT_IN_ARRAY ((int32_t)0x80000000u)
+
 #ifdef __cplusplus
 } /* extern "C" */
 #define KELP_STATIC_ASSERT static_assert
@@ -354,5 +388,30 @@ KELP_STATIC_ASSERT(offsetof(RuntimeVariantString, value) == 48, "Variant(String)
 KELP_STATIC_ASSERT(sizeof(RuntimeVariantString) == 56, "Variant(String) size");
 KELP_STATIC_ASSERT(offsetof(RuntimeVariantBoolean, value) == 48, "Variant(Boolean).value");
 KELP_STATIC_ASSERT(sizeof(RuntimeVariantBoolean) == 56, "Variant(Boolean) size");
+KELP_STATIC_ASSERT(sizeof(KelpRect) == 8, "KelpRect size");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, initialParent) == 48, "Control.initialParent");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, pane) == 56, "Control.pane");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, name) == 64, "Control.Name");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, index) == 72, "Control.Index");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, tabPanelIndex) == 76, "Control.TabPanelIndex");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, visible) == 80, "Control.Visible");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, enabled) == 81, "Control.Enabled");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, autoDeactivate) == 82, "Control.AutoDeactivate");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, mouseInside) == 83, "Control.mouseInside");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, isWindowChild) == 84, "Control.isWindowChild");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, lockLeft) == 85, "Control.LockLeft");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, lockTop) == 86, "Control.LockTop");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, lockRight) == 87, "Control.LockRight");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, lockBottom) == 88, "Control.LockBottom");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, bounds) == 90, "Control.bounds");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, paneWindow) == 104, "Control.paneWindow");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, view) == 112, "Control.m_view");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, mouseCursor) == 120, "Control.MouseCursor");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, balloonHelp) == 128, "Control.BalloonHelp");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, disabledBalloonHelp) == 136,
+                   "Control.DisabledBalloonHelp");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, helpTag) == 144, "Control.HelpTag");
+KELP_STATIC_ASSERT(offsetof(RuntimeControl, menuHandlers) == 152, "Control.mMenuHandlers");
+KELP_STATIC_ASSERT(sizeof(RuntimeControl) == 160, "RuntimeControl size");
 
 #endif /* KELP_RECORDS_H */

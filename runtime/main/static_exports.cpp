@@ -39,6 +39,8 @@ const RelocEntry kRows[] = {
 #include "folder_items/exports.inc"
 #include "pictures/exports.inc"
 #include "stream_classes/exports.inc"
+// Controls
+#include "controls/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

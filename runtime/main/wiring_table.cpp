@@ -36,6 +36,8 @@
 
 #include "kelp/random.h"
 
+#include "controls/wiring.h"
+
 namespace kelp {
 namespace {
 
@@ -70,6 +72,7 @@ const WiringStep kWiringTable[] = {
     {"panes: the key snooper's hook; the run loop's Escape reader", &WirePanes},
     {"windows: the Window classes; the run loop's window client", &WireWindows},
     {"cursors: the cursor, screen and tray item classes", &WireCursors},
+    {"controls: the control classes; the window's hooks for its controls", &WireControls},
     {"dialogs: the dialog that presents assertion reports", &WireDialogs},
     {"app: the Application classes; the run loop's application client; the "
      "standard handler of unhandled exceptions",

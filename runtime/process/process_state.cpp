@@ -42,7 +42,7 @@ void SetProcessArguments(int argc, char **argv) {
             copies[i] = texts[i].data();
         }
     gArgc = argc;
-    gArgv = copies.data();
+    gArgv = copies->data();
 }
 
 int ProcessArgumentCount() { return gArgc; }

@@ -109,7 +109,11 @@ void FocusIdle() {
 
 int WindowCount() { return static_cast<int>(WindowList().size()); }
 
+ViewControlsClient gControls;
+
 } // namespace
+
+void SetViewControlsClient(const ViewControlsClient &client) { gControls = client; }
 
 WindowLoopClient RunLoopWindowClient() {
     WindowLoopClient client;
@@ -211,12 +215,16 @@ void RuntimeViewWindow::Close() {
     SubPane *focus = FocusPane();
     if (focus && focus != this && Contains(focus))
         SetFocus(nullptr);
+    if (mView && gControls.fireClose)
+        gControls.fireClose(mView);
     if (mView)
         Fire(mView, gClose);
     if (Unlock())
         return;
     if (ViewRecord *view = mView) {
         RemoveFromImplicitTable(view);
+        if (gControls.release)
+            gControls.release(view);
         mView = nullptr;
         if (view->pane == this)
             view->pane = nullptr;
@@ -339,6 +347,8 @@ void BuildViewWindow(ViewRecord *view) {
         view->controlsCreated = 1;
         Fire(view, gCreateControls);
     }
+    if (gControls.bind && view->pane)
+        gControls.bind(view);
     CallEvent(Obj(view), gAddMenuHandlers, Obj(view));
     if (view->pane) {
         view->pane->SetBackdropColor(view->hasBackColor != 0,
@@ -510,6 +520,8 @@ extern "C" void RuntimeViewDestructor(RuntimeObject *self) {
     if (!self)
         return;
     ViewRecord *view = View(self);
+    if (gControls.release)
+        gControls.release(view);
     if (view->pane) {
         // Nothing holds the view any more, so its window goes too.
         RuntimeViewWindow *pane = view->pane;

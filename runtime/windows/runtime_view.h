@@ -66,6 +66,18 @@ bool CloseViewWindowsForQuit();
 struct WindowLoopClient;
 WindowLoopClient RunLoopWindowClient();
 
+// How the controls of a view take part in its life, filled by the controls
+// layer's Wire function: `bind` makes the panes after CreateControls,
+// `fireClose` sends the controls' Close events before the view's own, and
+// `release` closes what is left and lets the controls go (the window closed
+// or the view freed; it may run twice).
+struct ViewControlsClient {
+    void (*bind)(ViewRecord *view) = nullptr;
+    void (*fireClose)(ViewRecord *view) = nullptr;
+    void (*release)(ViewRecord *view) = nullptr;
+};
+void SetViewControlsClient(const ViewControlsClient &client);
+
 // The window-building step: makes the pane for a view that has none.
 void BuildViewWindow(ViewRecord *view);
 // Closes a view's window; true when a CancelClose refused.

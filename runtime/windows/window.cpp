@@ -1,5 +1,7 @@
 #include "windows/window.h"
 
+#include "panes/button_role.h"
+
 #include "base/soft_library.h"
 #include "graphics/graphics_gtk.h"
 #include "graphics/graphics_target.h"
@@ -253,6 +255,18 @@ gboolean OnWindowState(GtkWidget *, GdkEventWindowState *event, gpointer data) {
 void Connect(GtkWidget *w, const char *signal, GCallback cb, Window *window) {
     g_signal_connect(w, signal, cb, window);
 }
+
+} // namespace
+
+void ConnectWidgetPresses(GtkWidget *widget, Window *window) {
+    if (!widget || !window)
+        return;
+    gtk_widget_add_events(widget, GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK);
+    Connect(widget, "button-press-event", G_CALLBACK(OnButtonPress), window);
+    Connect(widget, "button-release-event", G_CALLBACK(OnButtonRelease), window);
+}
+
+namespace {
 
 // The monitor rectangles of the default screen.
 std::vector<GdkRectangle> Screens() {
@@ -624,6 +638,16 @@ bool Window::KeyDownWindow(int32_t character, int32_t code, int32_t modifiers) {
         if (next->GetWidget())
             gtk_widget_grab_focus(next->GetWidget());
         SetFocus(next);
+        return true;
+    }
+    // Return and Enter press the default button, Escape the cancel button.
+    ButtonRole *button = nullptr;
+    if (character == 13 || character == 3)
+        button = FindDefaultButton(this);
+    else if (character == 27)
+        button = FindCancelButton(this);
+    if (button) {
+        button->Press();
         return true;
     }
     return false;

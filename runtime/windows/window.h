@@ -199,6 +199,10 @@ int32_t MenuBarHeight(const Window *window);
 // offer to take a key before the window's panes see it.  True when taken.
 using MenuKeyOffer = bool (*)(Window *window, int32_t character, int32_t modifiers);
 void SetMenuKeyOffer(MenuKeyOffer offer);
+// Gives the presses and releases on a pane's own widget to the window's
+// handlers, which the widget would otherwise keep from the window: a press
+// goes through the window's MouseDown walk before the widget sees it.
+void ConnectWidgetPresses(GtkWidget *widget, Window *window);
 
 // The window of a pane's tree, or null for a pane outside any window.
 Window *WindowOf(SubPane *pane);

@@ -1,0 +1,104 @@
+// Captions and fonts of the captioned controls, in record and pane at once.
+#include "controls/captioned.h"
+
+#include "objects/text.h"
+
+#include "kelp/controls.h"
+
+namespace kelp {
+
+CaptionedPane *CaptionedPaneOf(RuntimeObject *object) {
+    return object ? dynamic_cast<CaptionedPane *>(static_cast<ControlPane *>(Ctl(object)->pane))
+                  : nullptr;
+}
+
+GtkWidget *CaptionedPane::CaptionLabel() {
+    if (mWidget && GTK_IS_BIN(mWidget)) {
+        GtkWidget *child = gtk_bin_get_child(GTK_BIN(mWidget));
+        if (child && GTK_IS_LABEL(child))
+            return child;
+    }
+    return nullptr;
+}
+
+void CaptionedPane::SetCaption(KelpString caption) {
+    std::string text = MnemonicCaption(caption);
+    if (GtkWidget *label = CaptionLabel())
+        gtk_label_set_text_with_mnemonic(GTK_LABEL(label), text.c_str());
+    else if (mWidget && GTK_IS_BUTTON(mWidget)) {
+        gtk_button_set_use_underline(GTK_BUTTON(mWidget), TRUE);
+        gtk_button_set_label(GTK_BUTTON(mWidget), text.c_str());
+    }
+}
+
+void CaptionedPane::SetFont(const ControlFont &font) {
+    if (GtkWidget *label = CaptionLabel())
+        ApplyFont(label, font);
+}
+
+} // namespace kelp
+
+using namespace kelp;
+
+static void StoreText(KelpString &field, KelpString value) {
+    objtext::Retain(value);
+    objtext::Release(field);
+    field = value;
+}
+
+extern "C" void captionFontSetter(RuntimeObject *self, int32_t, KelpString value) {
+    if (!self)
+        return;
+    StoreText(Captioned(self)->font.textFont, value);
+    if (CaptionedPane *pane = CaptionedPaneOf(self))
+        pane->SetFont(Captioned(self)->font);
+}
+
+extern "C" void captionSizeSetter(RuntimeObject *self, int32_t, int32_t value) {
+    if (!self)
+        return;
+    Captioned(self)->font.textSize = static_cast<int16_t>(value);
+    if (CaptionedPane *pane = CaptionedPaneOf(self))
+        pane->SetFont(Captioned(self)->font);
+}
+
+// Selector 0 Bold, 1 Italic, 2 Underline.
+extern "C" void captionStyleSetter(RuntimeObject *self, int32_t selector, uint8_t value) {
+    if (!self || selector < 0 || selector > 2)
+        return;
+    ControlFont &font = Captioned(self)->font;
+    (selector == 0 ? font.bold : selector == 1 ? font.italic : font.underline) = value != 0;
+    if (CaptionedPane *pane = CaptionedPaneOf(self))
+        pane->SetFont(font);
+}
+
+// The caption setters of the four classes differ only in their names.
+static void SetCaptionOf(RuntimeObject *self, KelpString value) {
+    if (!self)
+        return;
+    StoreText(Captioned(self)->caption, value);
+    if (CaptionedPane *pane = CaptionedPaneOf(self))
+        pane->SetCaption(value);
+}
+
+extern "C" void pushButtonCaptionSetter(RuntimeObject *self, int32_t, KelpString value) {
+    SetCaptionOf(self, value);
+}
+extern "C" void radioCaptionSetter(RuntimeObject *self, int32_t, KelpString value) {
+    SetCaptionOf(self, value);
+}
+extern "C" void checkBoxCaptionSetter(RuntimeObject *self, int32_t, KelpString value) {
+    SetCaptionOf(self, value);
+}
+extern "C" void groupBoxCaptionSetter(RuntimeObject *self, int32_t, KelpString value) {
+    SetCaptionOf(self, value);
+}
+
+// Shared by the captioned classes' finalizers.
+extern "C" void CaptionedControlFinalizer(RuntimeObject *self) {
+    if (!self)
+        return;
+    objtext::Release(Captioned(self)->caption);
+    objtext::Release(Captioned(self)->font.textFont);
+    Captioned(self)->caption = Captioned(self)->font.textFont = nullptr;
+}

@@ -1,0 +1,155 @@
+// CheckBox: a GtkCheckButton whose "toggled" is the Action, whatever the
+// new value.  State is a second name of Value.
+#include "controls/captioned.h"
+
+#include "controls/classes.h"
+#include "objects/definitions.h"
+
+#include "kelp/controls.h"
+
+#include <cstddef>
+
+namespace kelp {
+namespace {
+
+ObjectHook *gAction, *gMouseDown, *gMouseUp, *gGotFocus, *gLostFocus;
+
+class CheckBoxPane : public CaptionedPane {
+public:
+    explicit CheckBoxPane(CaptionedControl *record) : CaptionedPane(&record->control) {
+        SetWidget(gtk_check_button_new_with_label(""));
+        SetCaption(record->caption);
+        SetFont(record->font);
+        SetValue(record->value != 0);
+        ConnectCommonSignals();
+        g_signal_connect(mWidget, "toggled", G_CALLBACK(OnToggled), this);
+        gtk_widget_show(mWidget);
+    }
+
+    bool GetValue() const {
+        return mWidget && gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(mWidget));
+    }
+    void SetValue(bool flag) {
+        if (mWidget && GetValue() != flag)
+            gtk_toggle_button_set_active(GTK_TOGGLE_BUTTON(mWidget), flag);
+    }
+
+    bool MouseDown(int32_t x, int32_t y, int32_t) override {
+        if (!enabled || closing)
+            return false;
+        bool alive;
+        mMouseHandled = FireLocked<uint8_t>(gMouseDown, &alive, x - bounds.left, y - bounds.top);
+        return !alive || mMouseHandled;
+    }
+    void MouseUp(int32_t x, int32_t y) override {
+        bool alive;
+        if (mMouseHandled)
+            FireLocked(gMouseUp, &alive, x - bounds.left, y - bounds.top);
+        mMouseHandled = false;
+    }
+    void GainFocus() override {
+        bool alive;
+        if (!closing)
+            FireLocked(gGotFocus, &alive);
+    }
+    void LoseFocus() override {
+        bool alive;
+        if (!closing)
+            FireLocked(gLostFocus, &alive);
+    }
+
+private:
+    // The router's Action: the value into the record, then the event
+    // unless one runs already or the window is closing.
+    static void OnToggled(GtkToggleButton *, gpointer data) {
+        auto *pane = static_cast<CheckBoxPane *>(data);
+        RuntimeObject *control = pane->mRunControl;
+        if (!control || pane->closing)
+            return;
+        CaptionedControl *record = Captioned(control);
+        record->value = pane->GetValue();
+        Window *window = WindowOf(pane);
+        if (record->busy || !window || window->closing)
+            return;
+        RuntimeLockObject(control);
+        record->busy = 1;
+        bool alive;
+        pane->FireLocked(gAction, &alive);
+        record->busy = 0;
+        RuntimeUnlockObject(control);
+    }
+    bool mMouseHandled = false;
+};
+
+CheckBoxPane *PaneOf(RuntimeObject *self) {
+    return self ? dynamic_cast<CheckBoxPane *>(static_cast<ControlPane *>(Ctl(self)->pane))
+                : nullptr;
+}
+
+} // namespace
+} // namespace kelp
+
+using namespace kelp;
+
+extern "C" void CheckBoxCreatePane(RuntimeObject *self) {
+    if (self && !Ctl(self)->pane && WindowForControl(Ctl(self)))
+        Ctl(self)->pane = new CheckBoxPane(Captioned(self));
+}
+
+extern "C" uint8_t checkBoxValueGetter(RuntimeObject *self, int32_t) {
+    if (!self)
+        return 0;
+    CheckBoxPane *pane = PaneOf(self);
+    return pane ? pane->GetValue() : Captioned(self)->value;
+}
+
+extern "C" void checkBoxValueSetter(RuntimeObject *self, int32_t, uint8_t value) {
+    if (!self)
+        return;
+    Captioned(self)->value = value != 0;
+    if (CheckBoxPane *pane = PaneOf(self))
+        pane->SetValue(value != 0);
+}
+
+namespace kelp {
+
+ObjectDefinition *CheckBoxDefinition() {
+    static const PropertyRow properties[] = {
+        {0, "Caption", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(checkBoxCaptionSetter),
+         offsetof(CaptionedControl, caption)},
+        {0, "Value", &kTypeBoolean, KELP_ENTRY(checkBoxValueGetter),
+         KELP_ENTRY(checkBoxValueSetter), offsetof(CaptionedControl, value)},
+        {0, "State", &kTypeBoolean, KELP_ENTRY(checkBoxValueGetter),
+         KELP_ENTRY(checkBoxValueSetter), offsetof(CaptionedControl, value)},
+        {0, "TextFont", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(captionFontSetter),
+         offsetof(CaptionedControl, font.textFont)},
+        {0, "TextSize", &kTypeInteger, KELP_ENTRY(shortGetter), KELP_ENTRY(captionSizeSetter),
+         offsetof(CaptionedControl, font.textSize)},
+        {0, "Bold", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 0},
+        {0, "Italic", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 1},
+        {0, "Underline", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 2},
+    };
+    static const EventRow events[] = {
+        {"Action", "", nullptr, &gAction},
+        {"MouseDown", "X As Integer, Y As Integer", "Boolean", &gMouseDown},
+        {"MouseUp", "X As Integer, Y As Integer", nullptr, &gMouseUp},
+        {"GotFocus", "", nullptr, &gGotFocus},
+        {"LostFocus", "", nullptr, &gLostFocus},
+    };
+    static const HookInstanceRow hooks[] = {
+        {"CreatePane", reinterpret_cast<void *>(&CheckBoxCreatePane)},
+    };
+    static const ClassDescription description = {
+        .name = "CheckBox",
+        .super = RectControlDefinition,
+        .instanceSize = sizeof(CaptionedControl),
+        .finalizer = KELP_ENTRY(CaptionedControlFinalizer),
+        .properties = properties,
+        .events = events,
+        .hookInstances = hooks,
+    };
+    static ObjectDefinition *definition = BuildDefinition(description);
+    return definition;
+}
+
+} // namespace kelp

@@ -1,0 +1,136 @@
+// GroupBox: a GtkFrame with the caption as its label.  The controls lying
+// on it are its child panes by geometry: they are hidden and disabled with
+// it, and its radio buttons form one group.
+#include "controls/captioned.h"
+
+#include "controls/classes.h"
+#include "objects/definitions.h"
+
+#include "kelp/controls.h"
+
+#include <cstddef>
+
+namespace kelp {
+namespace {
+
+ObjectHook *gMouseDown, *gMouseDrag, *gMouseUp;
+
+class GroupBoxPane : public CaptionedPane {
+public:
+    explicit GroupBoxPane(CaptionedControl *record) : CaptionedPane(&record->control) {
+        GtkWidget *frame = gtk_frame_new("");
+        SetWidget(frame);
+        SetCaption(record->caption);
+        SetFont(record->font);
+        gtk_widget_show(frame);
+    }
+
+    bool PassesClicksThrough() override { return true; }
+    bool HoldsControls() const override { return true; }
+
+    // The panes on the box come first, top-most first, as the window's own
+    // walk would give them; a press none takes goes to the box's event.
+    bool MouseDown(int32_t x, int32_t y, int32_t modifiers) override {
+        mCapturedChild = nullptr;
+        std::vector<SubPane *> children = mChildren;
+        for (size_t i = children.size(); i-- > 0;) {
+            SubPane *child = children[i];
+            if (closing)
+                return true;
+            if (!child->visible || !child->HitTest(x, y))
+                continue;
+            if (child->MouseDown(x, y, modifiers)) {
+                mCapturedChild = child;
+                return true;
+            }
+            if (!child->PassesClicksThrough())
+                return false; // a native widget takes it from the toolkit
+        }
+        if (!enabled)
+            return false;
+        bool alive;
+        mMouseHandled = FireLocked<uint8_t>(gMouseDown, &alive, x, y);
+        return !alive || mMouseHandled;
+    }
+    void MouseDrag(int32_t x, int32_t y) override {
+        bool alive;
+        if (mCapturedChild)
+            mCapturedChild->MouseDrag(x, y);
+        else if (mMouseHandled)
+            FireLocked(gMouseDrag, &alive, x - bounds.left, y - bounds.top);
+    }
+    void MouseUp(int32_t x, int32_t y) override {
+        bool alive;
+        if (SubPane *child = mCapturedChild) {
+            mCapturedChild = nullptr;
+            if (child->LockForEvent()) {
+                child->MouseUp(x, y);
+                child->UnlockAfterEvent();
+            }
+        } else if (mMouseHandled) {
+            FireLocked(gMouseUp, &alive, x - bounds.left, y - bounds.top);
+        }
+        mMouseHandled = false;
+    }
+    void RemoveChild(SubPane *child) override {
+        if (child == mCapturedChild)
+            mCapturedChild = nullptr;
+        CaptionedPane::RemoveChild(child);
+    }
+
+protected:
+    GtkWidget *CaptionLabel() override {
+        return mWidget ? gtk_frame_get_label_widget(GTK_FRAME(mWidget)) : nullptr;
+    }
+
+private:
+    SubPane *mCapturedChild = nullptr; // a pane on the box that took the press
+    bool mMouseHandled = false;
+};
+
+} // namespace
+} // namespace kelp
+
+using namespace kelp;
+
+extern "C" void GroupBoxCreatePane(RuntimeObject *self) {
+    if (self && !Ctl(self)->pane && WindowForControl(Ctl(self)))
+        Ctl(self)->pane = new GroupBoxPane(Captioned(self));
+}
+
+namespace kelp {
+
+ObjectDefinition *GroupBoxDefinition() {
+    static const PropertyRow properties[] = {
+        {0, "Caption", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(groupBoxCaptionSetter),
+         offsetof(CaptionedControl, caption)},
+        {0, "TextFont", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(captionFontSetter),
+         offsetof(CaptionedControl, font.textFont)},
+        {0, "TextSize", &kTypeInteger, KELP_ENTRY(shortGetter), KELP_ENTRY(captionSizeSetter),
+         offsetof(CaptionedControl, font.textSize)},
+        {0, "Bold", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 0},
+        {0, "Italic", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 1},
+        {0, "Underline", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 2},
+    };
+    static const EventRow events[] = {
+        {"MouseDown", "X As Integer, Y As Integer", "Boolean", &gMouseDown},
+        {"MouseDrag", "X As Integer, Y As Integer", nullptr, &gMouseDrag},
+        {"MouseUp", "X As Integer, Y As Integer", nullptr, &gMouseUp},
+    };
+    static const HookInstanceRow hooks[] = {
+        {"CreatePane", reinterpret_cast<void *>(&GroupBoxCreatePane)},
+    };
+    static const ClassDescription description = {
+        .name = "GroupBox",
+        .super = RectControlDefinition,
+        .instanceSize = sizeof(CaptionedControl),
+        .finalizer = KELP_ENTRY(CaptionedControlFinalizer),
+        .properties = properties,
+        .events = events,
+        .hookInstances = hooks,
+    };
+    static ObjectDefinition *definition = BuildDefinition(description);
+    return definition;
+}
+
+} // namespace kelp

@@ -1,0 +1,168 @@
+// PushButton: a GtkButton whose one "clicked" signal is the Action.  A
+// mouse click, Space or Return on the focused button, and the window's
+// Return for its default button all arrive as exactly one "clicked"; a
+// MouseDown handler that returns true keeps the press from the button, and
+// a release outside the button clicks nothing, as the toolkit decides.
+#include "controls/captioned.h"
+
+#include "controls/classes.h"
+#include "objects/definitions.h"
+#include "panes/button_role.h"
+
+#include "kelp/controls.h"
+
+#include <cstddef>
+
+namespace kelp {
+namespace {
+
+ObjectHook *gAction, *gMouseDown, *gMouseUp, *gGotFocus, *gLostFocus;
+
+class PushButtonPane : public CaptionedPane, public ButtonRole {
+public:
+    explicit PushButtonPane(CaptionedControl *record) : CaptionedPane(&record->control) {
+        SetWidget(gtk_button_new());
+        SetCaption(record->caption);
+        SetFont(record->font);
+        ConnectCommonSignals();
+        g_signal_connect(mWidget, "clicked", G_CALLBACK(OnClicked), this);
+        if (record->isDefault)
+            SetDefault(true);
+        gtk_widget_show(mWidget);
+    }
+
+    void SetDefault(bool flag) {
+        if (flag) {
+            GTK_WIDGET_SET_FLAGS(mWidget, GTK_CAN_DEFAULT);
+            gtk_widget_grab_default(mWidget);
+        } else {
+            GTK_WIDGET_UNSET_FLAGS(mWidget, GTK_CAN_DEFAULT);
+        }
+    }
+
+    // The router's Action: the event, under the pane's lock.
+    void Action() {
+        bool alive;
+        FireLocked(gAction, &alive);
+    }
+
+    bool MouseDown(int32_t x, int32_t y, int32_t) override {
+        if (!enabled || closing)
+            return false;
+        bool alive;
+        mMouseHandled = FireLocked<uint8_t>(gMouseDown, &alive, x - bounds.left, y - bounds.top);
+        return !alive || mMouseHandled; // true captures and keeps the press from the button
+    }
+    void MouseUp(int32_t x, int32_t y) override {
+        bool handled = mMouseHandled;
+        mMouseHandled = false;
+        bool alive;
+        if (handled)
+            FireLocked(gMouseUp, &alive, x - bounds.left, y - bounds.top);
+    }
+    void GainFocus() override {
+        bool alive;
+        if (!closing)
+            FireLocked(gGotFocus, &alive);
+    }
+    void LoseFocus() override {
+        bool alive;
+        if (!closing)
+            FireLocked(gLostFocus, &alive);
+    }
+
+    bool IsDefaultButton() const override {
+        return mRunControl && Captioned(mRunControl)->isDefault;
+    }
+    bool IsCancelButton() const override { return mRunControl && Captioned(mRunControl)->isCancel; }
+    void Press() override { Action(); }
+
+private:
+    static void OnClicked(GtkButton *, gpointer data) {
+        auto *pane = static_cast<PushButtonPane *>(data);
+        if (!pane->closing)
+            pane->Action();
+    }
+    bool mMouseHandled = false;
+};
+
+PushButtonPane *PaneOf(RuntimeObject *self) {
+    return self ? dynamic_cast<PushButtonPane *>(static_cast<ControlPane *>(Ctl(self)->pane))
+                : nullptr;
+}
+
+} // namespace
+} // namespace kelp
+
+using namespace kelp;
+
+extern "C" void PushButtonCreatePane(RuntimeObject *self) {
+    if (self && !Ctl(self)->pane && WindowForControl(Ctl(self)))
+        Ctl(self)->pane = new PushButtonPane(Captioned(self));
+}
+
+extern "C" void pushButtonDefaultSetter(RuntimeObject *self, int32_t, uint8_t value) {
+    if (!self)
+        return;
+    Captioned(self)->isDefault = value != 0;
+    if (PushButtonPane *pane = PaneOf(self))
+        pane->SetDefault(value != 0);
+}
+
+extern "C" void pushButtonCancelSetter(RuntimeObject *self, int32_t, uint8_t value) {
+    if (self)
+        Captioned(self)->isCancel = value != 0;
+}
+
+// Push: the Action at once, enabled or not.
+extern "C" void RuntimePushButtonPush(RuntimeObject *self) {
+    if (PushButtonPane *pane = PaneOf(self))
+        pane->Press();
+}
+
+namespace kelp {
+
+ObjectDefinition *PushButtonDefinition() {
+    static const PropertyRow properties[] = {
+        {0, "Caption", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(pushButtonCaptionSetter),
+         offsetof(CaptionedControl, caption)},
+        {0, "Default", &kTypeBoolean, KELP_ENTRY(boolGetter), KELP_ENTRY(pushButtonDefaultSetter),
+         offsetof(CaptionedControl, isDefault)},
+        {0, "Cancel", &kTypeBoolean, KELP_ENTRY(boolGetter), KELP_ENTRY(pushButtonCancelSetter),
+         offsetof(CaptionedControl, isCancel)},
+        {0, "TextFont", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(captionFontSetter),
+         offsetof(CaptionedControl, font.textFont)},
+        {0, "TextSize", &kTypeInteger, KELP_ENTRY(shortGetter), KELP_ENTRY(captionSizeSetter),
+         offsetof(CaptionedControl, font.textSize)},
+        {0, "Bold", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 0},
+        {0, "Italic", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 1},
+        {0, "Underline", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 2},
+    };
+    static const MethodRow methods[] = {
+        {"Push", nullptr, nullptr, 0, KELP_ENTRY(RuntimePushButtonPush)},
+    };
+    static const EventRow events[] = {
+        {"Action", "", nullptr, &gAction},
+        {"MouseDown", "X As Integer, Y As Integer", "Boolean", &gMouseDown},
+        {"MouseUp", "X As Integer, Y As Integer", nullptr, &gMouseUp},
+        {"GotFocus", "", nullptr, &gGotFocus},
+        {"LostFocus", "", nullptr, &gLostFocus},
+    };
+    static const HookInstanceRow hooks[] = {
+        {"CreatePane", reinterpret_cast<void *>(&PushButtonCreatePane)},
+    };
+    static const ClassDescription description = {
+        .name = "PushButton",
+        .super = RectControlDefinition,
+        .instanceSize = sizeof(CaptionedControl),
+        .finalizer = KELP_ENTRY(CaptionedControlFinalizer),
+        .properties = properties,
+        .methods = methods,
+        .events = events,
+        .hookInstances = hooks,
+    };
+    static ObjectDefinition *definition = BuildDefinition(description);
+    return definition;
+}
+
+} // namespace kelp

@@ -1,0 +1,245 @@
+// StaticText: a GtkLabel.  A single-line text is centred vertically, a
+// multi-line one starts at the top and wraps.  The label passes clicks to
+// what lies beneath unless a MouseDown handler takes them.
+#include "controls/caption.h"
+#include "controls/control.h"
+
+#include "controls/classes.h"
+#include "objects/definitions.h"
+#include "objects/text.h"
+
+#include "kelp/controls.h"
+#include "kelp/objects.h"
+
+#include <cstddef>
+
+namespace kelp {
+namespace {
+
+ObjectHook *gAcceleratorKey, *gMouseDown, *gMouseDrag, *gMouseUp;
+
+struct StaticTextRecord {
+    RuntimeControl control;
+    KelpString text; // counted
+    ControlFont font;
+    int32_t textAlign; // 0 left, 1 centre, 2 right
+    int32_t textColor; // 0xRRGGBB
+    uint8_t multiLine;
+    uint8_t mouseHandled;
+};
+
+StaticTextRecord *Record(RuntimeObject *object) {
+    return reinterpret_cast<StaticTextRecord *>(object);
+}
+
+class StaticTextPane : public ControlPane {
+public:
+    explicit StaticTextPane(StaticTextRecord *record) : ControlPane(&record->control) {
+        SetWidget(gtk_label_new(""));
+        gtk_misc_set_alignment(GTK_MISC(mWidget), 0, 0.5);
+        SetMultiLine(record->multiLine != 0);
+        SetTextAlign(record->textAlign);
+        SetCaption(record->text);
+        ApplyFont(mWidget, record->font);
+        SetTextColor(record->textColor);
+        gtk_widget_show(mWidget);
+    }
+
+    void SetCaption(KelpString text) {
+        std::string converted = MnemonicCaption(text);
+        if (mShown == converted)
+            return;
+        mShown = converted;
+        gtk_label_set_text_with_mnemonic(GTK_LABEL(mWidget), converted.c_str());
+    }
+    void SetTextAlign(int32_t align) {
+        mAlign = align;
+        static const float kX[] = {0.0f, 0.5f, 1.0f};
+        static const GtkJustification kJustify[] = {GTK_JUSTIFY_LEFT, GTK_JUSTIFY_CENTER,
+                                                    GTK_JUSTIFY_RIGHT};
+        int i = align >= 0 && align <= 2 ? align : 0;
+        gtk_misc_set_alignment(GTK_MISC(mWidget), kX[i], mMultiLine ? 0.0f : 0.5f);
+        gtk_label_set_justify(GTK_LABEL(mWidget), kJustify[i]);
+    }
+    void SetMultiLine(bool flag) {
+        mMultiLine = flag;
+        gtk_label_set_line_wrap(GTK_LABEL(mWidget), flag);
+        SetTextAlign(mAlign);
+    }
+    // Each channel times 255, not 257: white gives 65025.
+    void SetTextColor(int32_t color) {
+        if (color == mColor)
+            return;
+        mColor = color;
+        GdkColor c{};
+        c.red = static_cast<guint16>(((color >> 16) & 0xff) * 255);
+        c.green = static_cast<guint16>(((color >> 8) & 0xff) * 255);
+        c.blue = static_cast<guint16>((color & 0xff) * 255);
+        gtk_widget_modify_fg(mWidget, GTK_STATE_NORMAL, &c);
+    }
+
+    bool PassesClicksThrough() override { return true; }
+    bool MouseDown(int32_t x, int32_t y, int32_t) override {
+        if (!mRunControl || !enabled)
+            return false;
+        bool alive;
+        bool taken = FireLocked<uint8_t>(gMouseDown, &alive, x - bounds.left, y - bounds.top);
+        Record(mRunControl)->mouseHandled = !alive || taken;
+        return !alive || taken;
+    }
+    void MouseDrag(int32_t x, int32_t y) override {
+        bool alive;
+        if (mRunControl && Record(mRunControl)->mouseHandled)
+            FireLocked(gMouseDrag, &alive, x - bounds.left, y - bounds.top);
+    }
+    void MouseUp(int32_t x, int32_t y) override {
+        bool alive;
+        if (mRunControl && Record(mRunControl)->mouseHandled) {
+            Record(mRunControl)->mouseHandled = 0;
+            FireLocked(gMouseUp, &alive, x - bounds.left, y - bounds.top);
+        }
+    }
+
+private:
+    std::string mShown;
+    int32_t mAlign = 0;
+    int32_t mColor = -1;
+    bool mMultiLine = false;
+};
+
+StaticTextPane *PaneOf(RuntimeObject *self) {
+    return self ? dynamic_cast<StaticTextPane *>(static_cast<ControlPane *>(Ctl(self)->pane))
+                : nullptr;
+}
+
+} // namespace
+} // namespace kelp
+
+using namespace kelp;
+
+extern "C" void StaticTextCreatePane(RuntimeObject *self) {
+    if (self && !Ctl(self)->pane && WindowForControl(Ctl(self)))
+        Ctl(self)->pane = new StaticTextPane(Record(self));
+}
+
+extern "C" void staticTextTextSetter(RuntimeObject *self, int32_t, KelpString value) {
+    if (!self)
+        return;
+    objtext::Retain(value);
+    objtext::Release(Record(self)->text);
+    Record(self)->text = value;
+    if (StaticTextPane *pane = PaneOf(self))
+        pane->SetCaption(value);
+}
+
+extern "C" KelpString staticTextTextGetter(RuntimeObject *self, int32_t) {
+    KelpString text = self ? Record(self)->text : nullptr;
+    objtext::Retain(text);
+    return text;
+}
+
+extern "C" void staticTextAlignSetter(RuntimeObject *self, int32_t, int32_t value) {
+    if (!self)
+        return;
+    Record(self)->textAlign = value;
+    if (StaticTextPane *pane = PaneOf(self))
+        pane->SetTextAlign(value);
+}
+
+extern "C" void staticTextMultiLineSetter(RuntimeObject *self, int32_t, uint8_t value) {
+    if (!self)
+        return;
+    Record(self)->multiLine = value != 0;
+    if (StaticTextPane *pane = PaneOf(self))
+        pane->SetMultiLine(value != 0);
+}
+
+extern "C" void staticTextColorSetter(RuntimeObject *self, int32_t, int32_t value) {
+    if (!self)
+        return;
+    Record(self)->textColor = value & 0xffffff;
+    if (StaticTextPane *pane = PaneOf(self))
+        pane->SetTextColor(value & 0xffffff);
+}
+
+// Selector 0 Bold, 1 Italic, 2 Underline.
+extern "C" void staticAttributeSetter(RuntimeObject *self, int32_t selector, uint8_t value) {
+    if (!self || selector < 0 || selector > 2)
+        return;
+    ControlFont &font = Record(self)->font;
+    (selector == 0 ? font.bold : selector == 1 ? font.italic : font.underline) = value != 0;
+    if (StaticTextPane *pane = PaneOf(self))
+        ApplyFont(pane->GetWidget(), font);
+}
+
+extern "C" void staticTextFontSetter(RuntimeObject *self, int32_t, KelpString value) {
+    if (!self)
+        return;
+    objtext::Retain(value);
+    objtext::Release(Record(self)->font.textFont);
+    Record(self)->font.textFont = value;
+    if (StaticTextPane *pane = PaneOf(self))
+        ApplyFont(pane->GetWidget(), Record(self)->font);
+}
+
+extern "C" void staticTextSizeSetter(RuntimeObject *self, int32_t, int32_t value) {
+    if (!self)
+        return;
+    Record(self)->font.textSize = static_cast<int16_t>(value);
+    if (StaticTextPane *pane = PaneOf(self))
+        ApplyFont(pane->GetWidget(), Record(self)->font);
+}
+
+extern "C" void StaticTextFinalizer(RuntimeObject *self) {
+    if (!self)
+        return;
+    objtext::Release(Record(self)->text);
+    objtext::Release(Record(self)->font.textFont);
+    Record(self)->text = Record(self)->font.textFont = nullptr;
+}
+
+namespace kelp {
+
+ObjectDefinition *StaticTextDefinition() {
+    static const PropertyRow properties[] = {
+        {0, "Text", &kTypeString, KELP_ENTRY(staticTextTextGetter),
+         KELP_ENTRY(staticTextTextSetter), -9},
+        {0, "Caption", &kTypeString, KELP_ENTRY(staticTextTextGetter),
+         KELP_ENTRY(staticTextTextSetter), -9},
+        {0, "TextAlign", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(staticTextAlignSetter),
+         offsetof(StaticTextRecord, textAlign)},
+        {0, "TextColor", &kTypeColor, KELP_ENTRY(intGetter), KELP_ENTRY(staticTextColorSetter),
+         offsetof(StaticTextRecord, textColor)},
+        {0, "TextFont", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(staticTextFontSetter),
+         offsetof(StaticTextRecord, font.textFont)},
+        {0, "TextSize", &kTypeInteger, KELP_ENTRY(shortGetter), KELP_ENTRY(staticTextSizeSetter),
+         offsetof(StaticTextRecord, font.textSize)},
+        {0, "Bold", &kTypeBoolean, {}, KELP_ENTRY(staticAttributeSetter), 0},
+        {0, "Italic", &kTypeBoolean, {}, KELP_ENTRY(staticAttributeSetter), 1},
+        {0, "Underline", &kTypeBoolean, {}, KELP_ENTRY(staticAttributeSetter), 2},
+        {0, "MultiLine", &kTypeBoolean, KELP_ENTRY(boolGetter),
+         KELP_ENTRY(staticTextMultiLineSetter), offsetof(StaticTextRecord, multiLine)},
+    };
+    static const EventRow events[] = {
+        {"AcceleratorKey", "Key As String", nullptr, &gAcceleratorKey},
+        {"MouseDown", "X As Integer, Y As Integer", "Boolean", &gMouseDown},
+        {"MouseDrag", "X As Integer, Y As Integer", nullptr, &gMouseDrag},
+        {"MouseUp", "X As Integer, Y As Integer", nullptr, &gMouseUp},
+    };
+    static const HookInstanceRow hooks[] = {
+        {"CreatePane", reinterpret_cast<void *>(&StaticTextCreatePane)},
+    };
+    static const ClassDescription description = {
+        .name = "StaticText",
+        .super = RectControlDefinition,
+        .instanceSize = sizeof(StaticTextRecord),
+        .finalizer = KELP_ENTRY(StaticTextFinalizer),
+        .properties = properties,
+        .events = events,
+        .hookInstances = hooks,
+    };
+    static ObjectDefinition *definition = BuildDefinition(description);
+    return definition;
+}
+
+} // namespace kelp

@@ -7,7 +7,6 @@
 
 #include "controls/classes.h"
 #include "objects/definitions.h"
-#include "panes/button_role.h"
 
 #include "kelp/controls.h"
 
@@ -18,7 +17,7 @@ namespace {
 
 ObjectHook *gAction, *gMouseDown, *gMouseUp, *gGotFocus, *gLostFocus;
 
-class PushButtonPane : public CaptionedPane, public ButtonRole {
+class PushButtonPane : public CaptionedPane {
 public:
     explicit PushButtonPane(CaptionedControl *record) : CaptionedPane(&record->control) {
         SetWidget(gtk_button_new());

@@ -1,7 +1,5 @@
 #include "windows/window.h"
 
-#include "panes/button_role.h"
-
 #include "base/soft_library.h"
 #include "graphics/graphics_gtk.h"
 #include "graphics/graphics_target.h"
@@ -638,16 +636,6 @@ bool Window::KeyDownWindow(int32_t character, int32_t code, int32_t modifiers) {
         if (next->GetWidget())
             gtk_widget_grab_focus(next->GetWidget());
         SetFocus(next);
-        return true;
-    }
-    // Return and Enter press the default button, Escape the cancel button.
-    ButtonRole *button = nullptr;
-    if (character == 13 || character == 3)
-        button = FindDefaultButton(this);
-    else if (character == 27)
-        button = FindCancelButton(this);
-    if (button) {
-        button->Press();
         return true;
     }
     return false;

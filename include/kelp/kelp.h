@@ -7,8 +7,8 @@
 #define KELP_KELP_H
 
 #include "kelp/arrays.h"
-#include "kelp/cursors.h"
 #include "kelp/controls.h"
+#include "kelp/cursors.h"
 #include "kelp/exceptions.h"
 #include "kelp/graphics.h"
 #include "kelp/image.h"

@@ -31,9 +31,10 @@ gint KeySnooper(GtkWidget *widget, GdkEventKey *event, gpointer) {
 void SetProcessArguments(int argc, char **argv) {
     // The toolkit compacts the vector it is given; these copies keep the
     // command line as the operating system passed it.
-    // The texts own the bytes, so nothing is left behind at exit.
-    static std::vector<std::string> texts;
-    static std::vector<char *> copies;
+    // The texts own the bytes and stay reachable to the end: code that runs
+    // while the process exits may still read the command line.
+    static auto &texts = *new std::vector<std::string>;
+    static auto &copies = *new std::vector<char *>;
     texts.assign(static_cast<size_t>(std::max(argc, 0)), std::string());
     copies.assign(texts.size() + 1, nullptr);
     for (size_t i = 0; i < texts.size(); ++i)
@@ -42,7 +43,7 @@ void SetProcessArguments(int argc, char **argv) {
             copies[i] = texts[i].data();
         }
     gArgc = argc;
-    gArgv = copies->data();
+    gArgv = copies.data();
 }
 
 int ProcessArgumentCount() { return gArgc; }

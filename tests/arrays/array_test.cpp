@@ -551,6 +551,9 @@ TEST(ArrayFields, AccessorsKeepCountsAndDirectReadsCheckBounds) {
         RuntimeObject object;
         RuntimeArray *field;
     } holder = {};
+    // The accessors check the offset against the object's class.
+    holder.object.klass = RuntimeNewClass(nullptr, 0, 0, 0, 0, 0);
+    holder.object.klass->instanceSize = sizeof(Holder);
     RuntimeArray *numbers = CreateArray(1, kArrayInt32, 2);
     arraytest::Slot<kelp_array1_set_i32>(numbers, kArraySlotSet)(numbers, 42, 1);
     arraySetter(&holder.object, offsetof(Holder, field), numbers);

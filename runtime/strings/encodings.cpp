@@ -327,9 +327,10 @@ bool AllBytesBelow128(const string &s) {
 
 // One-entry cache: the last converted source and its result.  Both are held
 // by reference, so the source record can't be freed and reused while the
-// entry stands.
-string gCacheSource;
-string gCacheResult;
+// entry stands.  The entry is never destroyed: at exit the source may be a
+// constant whose memory is already gone, and dropping it would touch that.
+string &gCacheSource = *new string;
+string &gCacheResult = *new string;
 
 // The conversion of the bytes from `from` to `to`; the source itself when it
 // can't be done.

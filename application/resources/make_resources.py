@@ -129,12 +129,15 @@ def practice_backdrop():
 
 
 def results_backdrop():
-    """Behind the results: white, with a band of signs along the bottom."""
+    """Behind the results: a pale sheet with faint signs strewn over it,
+    light enough that text reads on top of them."""
     c = Canvas(500, 460)
-    c.vertical_gradient((255, 255, 255), (225, 235, 250))
-    for i, x in enumerate(range(6, 500, 30)):
-        k = i % 4
-        SIGNS[k](c, x, 440, 14, SIGN_COLOURS[k])
+    c.vertical_gradient((255, 255, 255), (228, 238, 252))
+    pale = [tuple(255 - (255 - v) // 5 for v in colour) for colour in SIGN_COLOURS]
+    for row, y in enumerate(range(8, 460, 46)):
+        for col, x in enumerate(range(8 + (row % 2) * 23, 500, 46)):
+            k = (row + col) % 4
+            SIGNS[k](c, x, y, 16, pale[k])
     return c
 
 

@@ -91,6 +91,7 @@ void Ok(RuntimeObject *control) {
 template <int N> void Answer(RuntimeObject *control) {
     EventScope scope(control);
     intSetter(scope.self, AnswerOffset(), N);
+    TraceEvent(("answer " + std::to_string(N)).c_str(), scope.self);
 }
 
 constexpr ControlRow kControls[] = {

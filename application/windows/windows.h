@@ -14,8 +14,7 @@ extern const WindowSpec kResults;   // wResults
 
 // The product's own lines, shown in the welcome window.
 inline constexpr const char *kVersionLine = "Version 1.6";
-inline constexpr const char *kLegalLine =
-    "Copyright 2026 the Sumbrook authors.  Free for schools and homes.";
+inline constexpr const char *kLegalLine = "Copyright 2026 the Sumbrook authors.";
 
 // End This Round: back to the exercise selection without results.  The
 // menu handler of the practice window; false lets the item go on.

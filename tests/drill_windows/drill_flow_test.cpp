@@ -1,0 +1,399 @@
+// The real build/bin/sumbrook under this test's X server, played as a
+// child would play it, with real X input through xdotool.  The right
+// answers come from the seeded engine (--print-round with the same seed,
+// read by python3's json), never from the program's memory.  What the
+// windows show is read from the program's trace (SUMBROOK_TRACE: the texts
+// its labels hold, read back from the controls) and from screenshots of
+// the X server; what it played, from the sound sink.
+#include "support/image_builder.h"
+#include "support/xvfb.h"
+
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+extern char **environ;
+
+namespace kelp::test {
+namespace {
+
+const std::string kDrill = KELP_BIN_DIR "/sumbrook";
+const std::string kResources = KELP_BIN_DIR "/../sumbrook_resources";
+
+std::string Capture(const std::string &command) {
+    std::string out;
+    if (FILE *p = popen(command.c_str(), "r")) {
+        char buffer[4096];
+        size_t n;
+        while ((n = fread(buffer, 1, sizeof buffer, p)) > 0)
+            out.append(buffer, n);
+        pclose(p);
+    }
+    return out;
+}
+
+std::vector<std::string> Lines(const std::string &text) {
+    std::vector<std::string> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+// One run of the drill with its trace and sound sink in a fresh folder.
+class Drill {
+public:
+    explicit Drill(const std::vector<std::string> &args) {
+        std::vector<std::string> env = {"SUMBROOK_TRACE=" + mDir / "trace",
+                                        "KELP_SOUND_SINK=" + mDir / "sink",
+                                        "KELP_SOUND_SINK_PACE=1"};
+        for (char **e = environ; *e; ++e)
+            env.push_back(*e);
+        std::vector<char *> argv{const_cast<char *>(kDrill.c_str())}, envp;
+        for (const auto &a : args)
+            argv.push_back(const_cast<char *>(a.c_str()));
+        argv.push_back(nullptr);
+        for (auto &e : env)
+            envp.push_back(e.data());
+        envp.push_back(nullptr);
+        if (posix_spawn(&mPid, kDrill.c_str(), nullptr, nullptr, argv.data(), envp.data()) != 0)
+            mPid = -1;
+    }
+    ~Drill() {
+        if (mPid > 0 && waitpid(mPid, nullptr, WNOHANG) == 0) {
+            kill(mPid, SIGKILL);
+            waitpid(mPid, nullptr, 0);
+        }
+    }
+    // The exit status, or -1 when it is still running after 20 s.
+    int Wait() {
+        for (int i = 0; i < 200; ++i) {
+            int status = 0;
+            if (waitpid(mPid, &status, WNOHANG) == mPid) {
+                mPid = -1;
+                return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        }
+        return -1;
+    }
+    std::vector<std::string> Trace() const {
+        std::ifstream in(mDir / "trace");
+        return Lines(std::string(std::istreambuf_iterator<char>(in), {}));
+    }
+    // Waits until the trace holds `count` lines that begin with `prefix`.
+    bool AwaitTrace(const std::string &prefix, size_t count = 1) const {
+        for (int i = 0; i < 200 && Count(prefix) < count; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        return Count(prefix) >= count;
+    }
+    size_t Count(const std::string &prefix) const {
+        size_t n = 0;
+        for (const auto &line : Trace())
+            n += line.rfind(prefix, 0) == 0;
+        return n;
+    }
+    std::string Last(const std::string &prefix) const {
+        std::string found;
+        for (const auto &line : Trace())
+            if (line.rfind(prefix, 0) == 0)
+                found = line.substr(prefix.size());
+        return found;
+    }
+    // The bytes given to the device in each opening that has closed, in
+    // order: one sound each, when a sound ends before the next begins.
+    std::vector<size_t> Sounds() const {
+        std::vector<uint8_t> d = ReadFileBytes(mDir / "sink");
+        std::vector<size_t> sounds;
+        size_t open = 0;
+        for (size_t at = 0; at + 8 <= d.size();) {
+            const uint32_t n =
+                d[at + 4] | d[at + 5] << 8 | d[at + 6] << 16 | uint32_t(d[at + 7]) << 24;
+            const std::string tag(d.begin() + long(at), d.begin() + long(at) + 4);
+            if (tag == "OPEN")
+                open = 0;
+            else if (tag == "DATA")
+                open += n;
+            else if (tag == "CLOS")
+                sounds.push_back(open);
+            at += 8 + n;
+        }
+        return sounds;
+    }
+    // Waits until `count` sounds have played to their end.
+    bool AwaitSounds(size_t count) const {
+        for (int i = 0; i < 100 && Sounds().size() < count; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        return Sounds().size() >= count;
+    }
+
+private:
+    TempDir mDir;
+    pid_t mPid = -1;
+};
+
+std::string X(const std::string &arguments) {
+    return Capture("timeout 10 xdotool " + arguments + " 2>/dev/null");
+}
+
+// The window of this title once it is on the screen.
+std::string Window(const std::string &title) {
+    auto ids = Lines(X("search --sync --onlyvisible --name '^" + title + "$'"));
+    return ids.empty() ? "" : ids.front();
+}
+
+void Click(const std::string &window, int x, int y) {
+    X("mousemove --window " + window + " " + std::to_string(x) + " " + std::to_string(y) +
+      " click 1");
+}
+
+void Keys(const std::string &window, const std::string &keys) {
+    X("windowfocus --sync " + window + " sleep 0.1 key --delay 80 " + keys);
+}
+
+// Saves what the X server shows of the window, and returns its pixels.
+GdkPixbuf *Screenshot(const std::string &window, const std::string &name) {
+    GdkWindow *foreign = gdk_window_foreign_new(GdkNativeWindow(std::stoul(window)));
+    if (!foreign)
+        return nullptr;
+    int w = 0, h = 0;
+    gdk_drawable_get_size(foreign, &w, &h);
+    GdkPixbuf *shot =
+        gdk_pixbuf_get_from_drawable(nullptr, foreign, gdk_colormap_get_system(), 0, 0, 0, 0, w, h);
+    g_object_unref(foreign);
+    std::filesystem::create_directories("screenshots");
+    if (shot)
+        gdk_pixbuf_save(shot, ("screenshots/drill_" + name + ".png").c_str(), "png", nullptr,
+                        nullptr);
+    return shot;
+}
+
+// Pixels of about this colour inside the rectangle (text is smoothed, so
+// few pixels of a letter carry its colour exactly).
+int CountColour(GdkPixbuf *shot, uint32_t rgb, int left, int top, int width, int height) {
+    int n = 0;
+    for (int y = top; shot && y < top + height && y < gdk_pixbuf_get_height(shot); ++y)
+        for (int x = left; x < left + width && x < gdk_pixbuf_get_width(shot); ++x) {
+            const guchar *p = gdk_pixbuf_get_pixels(shot) + y * gdk_pixbuf_get_rowstride(shot) +
+                              x * gdk_pixbuf_get_n_channels(shot);
+            n += std::abs(p[0] - int(rgb >> 16)) < 48 &&
+                 std::abs(p[1] - int(rgb >> 8 & 0xff)) < 48 &&
+                 std::abs(p[2] - int(rgb & 0xff)) < 48;
+        }
+    return n;
+}
+
+// Bytes of samples in the drill's own sound file, as python3 reads it.
+size_t WaveBytes(int id) {
+    const std::string n = Capture("python3 -c 'import wave,sys; w=wave.open(sys.argv[1]); "
+                                  "print(w.getnframes()*w.getsampwidth()*w.getnchannels())' " +
+                                  kResources + "/wave_" + std::to_string(id) + ".wav");
+    return n.empty() ? 0 : std::stoul(n);
+}
+
+struct Expected {
+    int correct;
+    std::string text, tip;
+};
+
+// The round the engine deals for this seed, one problem per line.
+std::vector<Expected> SeededRound(int mode, int length, int seed) {
+    const std::string json =
+        Capture(kDrill + " --print-round --mode " + std::to_string(mode) + " --length " +
+                std::to_string(length) + " --seed " + std::to_string(seed) +
+                " | python3 -c 'import sys,json\nfor l in sys.stdin:\n q=json.loads(l)\n "
+                "print(q[\"correct\"]); print(q[\"tip\"]); print(q[\"text\"].replace(\"\\r\\n\", "
+                "\"\\\\n\"))'");
+    const auto lines = Lines(json);
+    std::vector<Expected> round;
+    for (size_t i = 0; i + 2 < lines.size(); i += 3)
+        round.push_back({std::stoi(lines[i]), lines[i + 2], lines[i + 1]});
+    return round;
+}
+
+class DrillWindows : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (!RequireToolkitDisplay())
+            GTEST_SKIP() << "no X server";
+    }
+};
+
+enum class Pick { None, Right, Wrong };
+enum class By { Mouse, Keys };
+
+// Answer positions of the practice window: 1 to 5 down the left column,
+// 6 to 10 down the right.
+void ClickAnswer(const std::string &window, int n) {
+    static const int kTops[] = {271, 294, 318, 342, 367};
+    Click(window, n <= 5 ? 35 : 213, kTops[(n - 1) % 5] + 11);
+}
+
+TEST_F(DrillWindows, ARoundPlayedWithMouseAndKeysEndsInItsResults) {
+    const int kSeed = 7;
+    const auto round = SeededRound(2, 5, kSeed);
+    ASSERT_EQ(round.size(), 5u);
+    Drill drill({"--seed", std::to_string(kSeed)});
+
+    const std::string welcome = Window("Welcome");
+    ASSERT_FALSE(welcome.empty());
+    std::this_thread::sleep_for(std::chrono::milliseconds(400)); // a tick of the colour walk
+    GdkPixbuf *shot = Screenshot(welcome, "welcome");
+    // The banner's words take the walk's colours: blue on one, yellow on another.
+    EXPECT_GT(CountColour(shot, 0x0000ff, 270, 10, 150, 36), 10);
+    EXPECT_GT(CountColour(shot, 0xffff00, 270, 10, 150, 36), 10);
+    g_object_unref(shot);
+    Keys(welcome, "Return"); // Begin is the default button
+
+    const std::string selection = Window("Exercise Selection");
+    ASSERT_FALSE(selection.empty());
+    for (auto [x, y] : {std::pair{56, 58}, {56, 127}, {207, 127}}) // mode 2, tips on, 5
+        Click(selection, x, y);
+    ASSERT_TRUE(drill.AwaitTrace("open wExerciseSelection"));
+    g_object_unref(Screenshot(selection, "selection"));
+    Click(selection, 100, 223);
+
+    const std::string practice = Window("Multiply Divide Practice: 5 Questions");
+    ASSERT_FALSE(practice.empty());
+    X("windowfocus --sync " + practice); // as a window manager gives a new window the focus
+    struct Step {
+        Pick pick;
+        By by;
+    };
+    const Step steps[] = {{Pick::None, By::Mouse},  {Pick::Right, By::Mouse},
+                          {Pick::Wrong, By::Keys},  {Pick::Right, By::Keys},
+                          {Pick::Wrong, By::Mouse}, {Pick::Right, By::Mouse}};
+    const std::string kProblem = "text wMainProg StaticText2 ";
+    size_t question = 0, heard = 0;
+    bool focusInAnswers = false; // after a key answer the focus stays in the answers
+    size_t answersChosen = 0;    // "answer" lines of the trace
+    std::vector<std::string> missed;
+    for (const Step &s : steps) {
+        ASSERT_TRUE(drill.AwaitTrace(kProblem, question + 1));
+        const Expected &q = round[question];
+        EXPECT_EQ(drill.Last(kProblem), q.text) << "question " << question + 1;
+        if (question == 0) {
+            shot = Screenshot(practice, "practice");
+            EXPECT_GT(CountColour(shot, 0xed181e, 50, 225, 325, 20), 10) << "the tip, in red";
+            g_object_unref(shot);
+        }
+        const int target = s.pick == Pick::Right ? q.correct : q.correct % 10 + 1;
+        if (s.pick != Pick::None && s.by == By::Mouse) {
+            ClickAnswer(practice, target);
+            ASSERT_TRUE(drill.AwaitTrace("answer ", ++answersChosen));
+            EXPECT_EQ(drill.Last("answer "), std::to_string(target) + " wMainProg");
+            Click(practice, 100, 410);
+            focusInAnswers = false;
+        } else if (s.pick != Pick::None) {
+            // Back from OK into the answers, Space on the one with the
+            // focus, then the arrows until the wanted one is chosen, as a
+            // reader of the screen would, and Return for OK.
+            Keys(practice, focusInAnswers ? "space" : "shift+Tab space");
+            const std::string want = std::to_string(target) + " wMainProg";
+            size_t chosen = 1;
+            ASSERT_TRUE(drill.AwaitTrace("answer ", ++answersChosen));
+            while (drill.Last("answer ") != want && chosen++ < 10) {
+                Keys(practice, "Down"); // each arrow chooses the next answer
+                ASSERT_TRUE(drill.AwaitTrace("answer ", ++answersChosen));
+            }
+            EXPECT_EQ(drill.Last("answer "), std::to_string(target) + " wMainProg");
+            Keys(practice, "Return");
+            focusInAnswers = true;
+        } else {
+            Click(practice, 100, 410);
+            focusInAnswers = false;
+        }
+        if (s.pick == Pick::Wrong)
+            missed.push_back(q.text + " " + q.tip);
+        if (s.pick != Pick::None)
+            ++question;
+        if (question < 5) {
+            ASSERT_TRUE(drill.AwaitTrace(kProblem, question + 1));
+        }
+        if (s.pick == Pick::None) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+            EXPECT_EQ(drill.Last("text wMainProg StaticText4 "), "Questions Remaining: 5");
+        }
+        // The child listens to each sound before going on.
+        if (++heard < 6) {
+            ASSERT_TRUE(drill.AwaitSounds(heard + 1));
+        }
+    }
+    // Keys and clicks while the last sound plays reach no question and
+    // no button of the results.
+    Keys(practice, "Return space Tab space");
+    ASSERT_TRUE(drill.AwaitTrace("open wResults"));
+    EXPECT_EQ(drill.Last("text wMainProg StaticText3 "), "Score: 3");
+    EXPECT_EQ(drill.Last("text wMainProg StaticText4 "), "Questions Remaining: 0");
+    const std::string results = Window("Sumbrook Results");
+    ASSERT_FALSE(results.empty());
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    g_object_unref(Screenshot(results, "results"));
+    EXPECT_EQ(drill.Last("text wResults StaticText1 "), "You scored 3 out of 5 questions.");
+    EXPECT_EQ(drill.Last("text wResults StaticText2 "), "Multiplication and Division");
+    EXPECT_EQ(drill.Last("text wResults StaticText3 "), "Tips ON");
+    EXPECT_EQ(drill.Last("text wResults EditField2 "),
+              "Problems missed this round:\\n\\n" + missed[0] + "\\n\\n" + missed[1] + "\\n\\n");
+    // Begin's click, OK with no answer, then right, wrong, right, wrong, right.
+    const size_t click = WaveBytes(2), right = WaveBytes(3), wrong = WaveBytes(0);
+    ASSERT_GT(click * right * wrong, 0u);
+    EXPECT_TRUE(drill.AwaitSounds(7));
+    EXPECT_EQ(drill.Sounds(),
+              (std::vector<size_t>{click, click, right, wrong, right, wrong, right}));
+
+    EXPECT_EQ(drill.Count("open wExerciseSelection"), 1u) << "no key reached Again";
+    // Again: a new selection with the last round's choices, and a round
+    // answered blindly to reach the results and Exit.
+    Click(results, 316, 366);
+    ASSERT_TRUE(drill.AwaitTrace("open wExerciseSelection", 2));
+    Keys(Window("Exercise Selection"), "Return");
+    const std::string second = Window("Multiply Divide Practice: 5 Questions");
+    for (size_t i = 0; i < 5; ++i) {
+        ASSERT_TRUE(drill.AwaitTrace(kProblem, 6 + i));
+        ClickAnswer(second, 1);
+        Click(second, 100, 410);
+    }
+    ASSERT_TRUE(drill.AwaitTrace("open wResults", 2));
+    Click(Window("Sumbrook Results"), 420, 366); // Exit
+    EXPECT_EQ(drill.Wait(), 0);
+}
+
+TEST(DrillWithoutDisplay, SaysSoInOneLineUnlessItPrints) {
+    struct Case {
+        std::vector<std::string> args;
+        bool ok;
+        const char *says;
+    };
+    const Case cases[] = {
+        {{}, false, "sumbrook: no X display"},
+        {{"--seed", "3"}, false, "sumbrook: no X display"},
+        {{"--mode", "2"}, false, "need --print-round"},
+        {{"--print-round", "--mode", "1", "--length", "5", "--seed", "3"}, true, ""},
+    };
+    for (const Case &c : cases) {
+        const RunResult r = kelp::test::Run(kDrill, c.args);
+        EXPECT_EQ(r.status == 0, c.ok) << c.says << ": " << r.err;
+        EXPECT_LT(r.status, 128) << c.says;
+        if (c.ok)
+            continue;
+        EXPECT_EQ(Lines(r.err).size(), 1u) << r.err;
+        EXPECT_NE(r.err.find(c.says), std::string::npos) << r.err;
+    }
+}
+
+} // namespace
+} // namespace kelp::test

@@ -16,6 +16,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -165,8 +166,8 @@ void Keys(const std::string &window, const std::string &keys) {
     X("windowfocus --sync " + window + " sleep 0.1 key --delay 80 " + keys);
 }
 
-// Saves what the X server shows of the window, and returns its pixels.
-GdkPixbuf *Screenshot(const std::string &window, const std::string &name) {
+// What the X server shows of the window.
+GdkPixbuf *Grab(const std::string &window) {
     GdkWindow *foreign = gdk_window_foreign_new(GdkNativeWindow(std::stoul(window)));
     if (!foreign)
         return nullptr;
@@ -175,6 +176,12 @@ GdkPixbuf *Screenshot(const std::string &window, const std::string &name) {
     GdkPixbuf *shot =
         gdk_pixbuf_get_from_drawable(nullptr, foreign, gdk_colormap_get_system(), 0, 0, 0, 0, w, h);
     g_object_unref(foreign);
+    return shot;
+}
+
+// The same, saved for a person to look at.
+GdkPixbuf *Screenshot(const std::string &window, const std::string &name) {
+    GdkPixbuf *shot = Grab(window);
     std::filesystem::create_directories("screenshots");
     if (shot)
         gdk_pixbuf_save(shot, ("screenshots/drill_" + name + ".png").c_str(), "png", nullptr,
@@ -372,6 +379,59 @@ TEST_F(DrillWindows, ARoundPlayedWithMouseAndKeysEndsInItsResults) {
     // The results open with Again focused; one Tab reaches Exit.
     Keys(Window("Sumbrook Results"), "Tab space");
     EXPECT_EQ(drill.Wait(), 0);
+}
+
+TEST_F(DrillWindows, TheBannerWordsWalkThroughTheColourTableFromItsFirstRow) {
+    // Where the four words stand, and the table's rows by word.
+    const int kWords[4][2] = {{277, 12}, {339, 12}, {277, 26}, {357, 26}};
+    const uint32_t kBlue = 0x0000ff, kWhite = 0xffffff, kYellow = 0xffff00, kBlack = 0x000000;
+    const uint32_t kRows[4][4] = {{kBlue, kWhite, kYellow, kBlack},
+                                  {kBlack, kBlue, kWhite, kYellow},
+                                  {kYellow, kBlack, kBlue, kWhite},
+                                  {kWhite, kYellow, kBlack, kBlue}};
+    Drill drill({});
+    const std::string welcome = Window("Welcome");
+    ASSERT_FALSE(welcome.empty());
+    // Each sample: the row the words show (1 to 4), 0 before the first tick
+    // (all black, as laid out), -1 for anything else.
+    std::vector<int> seen;
+    for (int i = 0; i < 40; ++i) {
+        GdkPixbuf *shot = Grab(welcome);
+        ASSERT_NE(shot, nullptr);
+        uint32_t colour[4];
+        for (int w = 0; w < 4; ++w) {
+            int best = -1;
+            for (uint32_t c : {kBlue, kWhite, kYellow, kBlack}) {
+                const int n = CountColour(shot, c, kWords[w][0], kWords[w][1] + 2, 40, 12);
+                if (n > best)
+                    best = n, colour[w] = c;
+            }
+        }
+        g_object_unref(shot);
+        int row = -1;
+        if (colour[0] == kBlack && colour[1] == kBlack && colour[2] == kBlack)
+            row = 0;
+        for (int r = 0; r < 4; ++r)
+            if (std::equal(colour, colour + 4, kRows[r]))
+                row = r + 1;
+        if (seen.empty() || seen.back() != row)
+            seen.push_back(row);
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    std::string shown;
+    for (int r : seen)
+        shown += std::to_string(r) + " ";
+    for (int r : seen)
+        EXPECT_GE(r, 0) << "a mix of colours that no row of the table has: " << shown;
+    if (seen.size() > 1 && seen.front() == 0) {
+        EXPECT_EQ(seen[1], 1) << "the first tick shows row 1: " << shown;
+    }
+    for (size_t i = 1; i < seen.size(); ++i) {
+        if (seen[i - 1] > 0) {
+            EXPECT_EQ(seen[i], seen[i - 1] % 4 + 1) << "rows follow each other: " << shown;
+        }
+    }
+    EXPECT_GE(seen.size(), 5u) << "the walk went round: " << shown;
 }
 
 TEST(DrillWithoutDisplay, SaysSoInOneLineUnlessItPrints) {

@@ -381,6 +381,52 @@ TEST_F(DrillWindows, ARoundPlayedWithMouseAndKeysEndsInItsResults) {
     EXPECT_EQ(drill.Wait(), 0);
 }
 
+TEST_F(DrillWindows, TitlesAndResultsFollowTheModeTheTipsAndTheScore) {
+    struct Case {
+        int mode;
+        bool allRight;
+        const char *title, *modeLine;
+    };
+    const Case cases[] = {
+        {1, true, "Add Subtract Practice: 5 Questions", "Addition and Subtraction"},
+        {3, false, "ALL Practice: 5 Questions", "ALL"},
+    };
+    const int kModeTops[] = {0, 37, 58, 79};
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.title);
+        const auto round = SeededRound(c.mode, 5, 11);
+        ASSERT_EQ(round.size(), 5u);
+        Drill drill({"--seed", "11"});
+        Keys(Window("Welcome"), "Return");
+        const std::string selection = Window("Exercise Selection");
+        Click(selection, 56, kModeTops[c.mode]);
+        Click(selection, 207, 127); // 5 questions; tips stay off
+        Click(selection, 100, 223);
+        const std::string practice = Window(c.title);
+        ASSERT_FALSE(practice.empty());
+        std::string missed;
+        for (size_t q = 0; q < 5; ++q) {
+            ASSERT_TRUE(drill.AwaitTrace("text wMainProg StaticText2 ", q + 1));
+            const int target = c.allRight ? round[q].correct : round[q].correct % 10 + 1;
+            ClickAnswer(practice, target);
+            Click(practice, 100, 410);
+            if (!c.allRight)
+                missed += round[q].text + " " + round[q].tip + "\\n\\n";
+        }
+        ASSERT_TRUE(drill.AwaitTrace("open wResults"));
+        EXPECT_EQ(drill.Last("text wResults StaticText1 "),
+                  c.allRight ? "You scored 5 out of 5 questions."
+                             : "You scored 0 out of 5 questions.");
+        EXPECT_EQ(drill.Last("text wResults StaticText2 "), c.modeLine);
+        EXPECT_EQ(drill.Last("text wResults StaticText3 "), "Tips OFF");
+        EXPECT_EQ(drill.Last("text wResults EditField2 "),
+                  c.allRight ? "Congratulations.  You answered all questions correctly."
+                             : "Problems missed this round:\\n\\n" + missed);
+        Keys(Window("Sumbrook Results"), "Tab space");
+        EXPECT_EQ(drill.Wait(), 0);
+    }
+}
+
 TEST_F(DrillWindows, TheBannerWordsWalkThroughTheColourTableFromItsFirstRow) {
     // Where the four words stand, and the table's rows by word.
     const int kWords[4][2] = {{277, 12}, {339, 12}, {277, 26}, {357, 26}};

@@ -42,8 +42,8 @@ void RunWindows() {
     RuntimeInitExternalClasses();
     // The class set-up: every class of the drill before anything runs.
     AppClass();
-    for (const WindowSpec *spec : {&kWelcome, &kSelection, &kPractice, &kResults})
-        SetUpWindowClass(*spec);
+    for (const WindowDesign *design : {&kWelcome, &kSelection, &kPractice, &kResults})
+        SetUpWindowClass(*design);
     Drill(); // the module arrays
     RuntimeObject *app = RuntimeNewObject(AppClass());
     RuntimeRegisterAppObject(app);

@@ -16,7 +16,7 @@ struct MadeControl {
 };
 
 struct MadeWindow {
-    const WindowSpec *spec;
+    const WindowDesign *design;
     RuntimeClass *klass;
     stringStorage *data;
     std::vector<MadeControl> controls;
@@ -49,16 +49,16 @@ void OnCreateControls(RuntimeObject *self) {
     }
 }
 
-stringStorage *WindowData(RuntimeClass *klass, const WindowSpec &spec) {
+stringStorage *WindowData(RuntimeClass *klass, const WindowDesign &design) {
     MassData m(klass);
     // Every window of the drill: a document frame centred on the main
     // screen, white, of a fixed size.
-    m.Text("Title", spec.title).Int("Placement", 2).Int("Frame", 0);
-    m.Int("Width", spec.width).Int("Height", spec.height);
-    m.Int("MinWidth", spec.minWidth).Int("MinHeight", spec.minHeight);
-    m.Int("MaxWidth", spec.maxWidth).Int("MaxHeight", spec.maxHeight);
+    m.Text("Title", design.title).Int("Placement", 2).Int("Frame", 0);
+    m.Int("Width", design.width).Int("Height", design.height);
+    m.Int("MinWidth", design.minWidth).Int("MinHeight", design.minHeight);
+    m.Int("MaxWidth", design.maxWidth).Int("MaxHeight", design.maxHeight);
     m.Bool("HasBackColor", true).Color("BackColor", 0xffffff);
-    m.Bool("CloseButton", spec.closeButton).Bool("Resizeable", false);
+    m.Bool("CloseButton", design.closeButton).Bool("Resizeable", false);
     m.Bool("MaximizeButton", false);
     return m.Constant();
 }
@@ -86,8 +86,8 @@ stringStorage *ControlData(RuntimeClass *klass, const ControlRow &row) {
     return m.Constant();
 }
 
-void *HandlerFor(const WindowSpec &spec, const char *control, const char *event) {
-    for (const HandlerRow &h : spec.handlers)
+void *HandlerFor(const WindowDesign &design, const char *control, const char *event) {
+    for (const HandlerRow &h : design.handlers)
         if (h.control && std::string(h.control) == control && std::string(h.event) == event)
             return h.code;
     return nullptr;
@@ -95,56 +95,56 @@ void *HandlerFor(const WindowSpec &spec, const char *control, const char *event)
 
 } // namespace
 
-RuntimeClass *SetUpWindowClass(const WindowSpec &spec) {
+RuntimeClass *SetUpWindowClass(const WindowDesign &design) {
     for (auto &[klass, made] : Made())
-        if (made.spec == &spec)
+        if (made.design == &design)
             return made.klass;
-    RuntimeClass *klass = Subclass("Window", spec.className, spec.fieldBytes);
+    RuntimeClass *klass = Subclass("Window", design.className, design.fieldBytes);
     if (!klass)
         return nullptr;
     SetHandler(klass, "Layout", Code(&OnLayout));
     SetHandler(klass, "CreateControls", Code(&OnCreateControls));
-    for (const HandlerRow &h : spec.handlers)
+    for (const HandlerRow &h : design.handlers)
         if (!h.control)
             SetHandler(klass, h.event, h.code);
-    MadeWindow made{&spec, klass, WindowData(klass, spec), {}};
-    for (const ControlRow &row : spec.controls) {
+    MadeWindow made{&design, klass, WindowData(klass, design), {}};
+    for (const ControlRow &row : design.controls) {
         RuntimeClass *control = Subclass(row.base, row.name);
         if (!control)
             return nullptr;
-        for (const HandlerRow &h : spec.handlers)
+        for (const HandlerRow &h : design.handlers)
             if (h.control && std::string(h.control) == row.name)
                 SetHandler(control, h.event, h.code);
         made.controls.push_back({control, Constant(row.name), ControlData(control, row)});
     }
-    if (spec.timerPeriod > 0) {
+    if (design.timerPeriod > 0) {
         RuntimeClass *timer = Subclass("Timer", "Timer1");
         if (!timer)
             return nullptr;
-        if (void *code = HandlerFor(spec, "Timer1", "Action"))
+        if (void *code = HandlerFor(design, "Timer1", "Action"))
             SetHandler(timer, "Action", code);
         MassData m(timer);
-        m.Int("Mode", 2).Int("Period", spec.timerPeriod);
+        m.Int("Mode", 2).Int("Period", design.timerPeriod);
         made.controls.push_back({timer, Constant("Timer1"), m.Constant()});
     }
     Made().emplace(klass, std::move(made));
     return klass;
 }
 
-RuntimeObject *Implicit(const WindowSpec &spec) {
-    RuntimeObject *window = RuntimeGetImplicitWindow(Constant(spec.className));
+RuntimeObject *Implicit(const WindowDesign &design) {
+    RuntimeObject *window = RuntimeGetImplicitWindow(Constant(design.className));
     if (window)
         return window;
-    RuntimeClass *klass = SetUpWindowClass(spec);
+    RuntimeClass *klass = SetUpWindowClass(design);
     return klass ? RuntimeNewObject(klass) : nullptr;
 }
 
-void Show(const WindowSpec &spec) {
-    RuntimeObject *window = Implicit(spec);
+void Show(const WindowDesign &design) {
+    RuntimeObject *window = Implicit(design);
     RuntimeShowWindow(window);
     RuntimeUnlockObject(window);
 }
 
-uint32_t FieldsOf(const WindowSpec &spec) { return OwnFieldsOffset(SetUpWindowClass(spec)); }
+uint32_t FieldsOf(const WindowDesign &design) { return OwnFieldsOffset(SetUpWindowClass(design)); }
 
 } // namespace sumbrook::ui

@@ -39,7 +39,7 @@ struct HandlerRow {
     void *code;
 };
 
-struct WindowSpec {
+struct WindowDesign {
     const char *className;
     const char *title;
     int16_t width, height;
@@ -51,17 +51,17 @@ struct WindowSpec {
     int32_t timerPeriod = 0; // a multiple-mode "Timer1" in the window when not 0
 };
 
-// Makes the window class and its controls' classes; runs once per spec at
+// Makes the window class and its controls' classes; runs once per design at
 // the image's class set-up.  Null when the library lacks a class.
-RuntimeClass *SetUpWindowClass(const WindowSpec &spec);
+RuntimeClass *SetUpWindowClass(const WindowDesign &design);
 
 // The one instance of the window class, made (and so opened) when none is
 // open.  The caller owns the reference returned.
-RuntimeObject *Implicit(const WindowSpec &spec);
+RuntimeObject *Implicit(const WindowDesign &design);
 // Shows the implicit instance, making it first when needed.
-void Show(const WindowSpec &spec);
+void Show(const WindowDesign &design);
 
 // Offset of the first field the window class adds to Window.
-uint32_t FieldsOf(const WindowSpec &spec);
+uint32_t FieldsOf(const WindowDesign &design);
 
 } // namespace sumbrook::ui

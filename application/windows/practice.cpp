@@ -139,7 +139,8 @@ bool EndThisRound(RuntimeObject *practiceWindow) {
     return false;
 }
 
-const WindowSpec kPractice = {"wMainProg", "Practice",      386,       443,      390, 440, 390, 440,
-                              false,       sizeof(int32_t), kControls, kHandlers};
+const WindowDesign kPractice = {"wMainProg", "Practice", 386, 443,   390,
+                                440,         390,        440, false, sizeof(int32_t),
+                                kControls,   kHandlers};
 
 } // namespace sumbrook::ui

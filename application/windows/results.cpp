@@ -81,7 +81,7 @@ const HandlerRow kHandlers[] = {
 
 } // namespace
 
-const WindowSpec kResults = {"wResults", "Sumbrook Results", 492, 390, 492, 390, 492, 390, false, 0,
-                             kControls,  kHandlers};
+const WindowDesign kResults = {
+    "wResults", "Sumbrook Results", 492, 390, 492, 390, 492, 390, false, 0, kControls, kHandlers};
 
 } // namespace sumbrook::ui

@@ -103,17 +103,17 @@ const HandlerRow kHandlers[] = {
 
 } // namespace
 
-const WindowSpec kSelection = {"wExerciseSelection",
-                               "Exercise Selection",
-                               349,
-                               245,
-                               0,
-                               0,
-                               0,
-                               0,
-                               false,
-                               0,
-                               kControls,
-                               kHandlers};
+const WindowDesign kSelection = {"wExerciseSelection",
+                                 "Exercise Selection",
+                                 349,
+                                 245,
+                                 0,
+                                 0,
+                                 0,
+                                 0,
+                                 false,
+                                 0,
+                                 kControls,
+                                 kHandlers};
 
 } // namespace sumbrook::ui

@@ -82,7 +82,8 @@ const HandlerRow kHandlers[] = {
 
 } // namespace
 
-const WindowSpec kWelcome = {"wWelcome", "Welcome",       464,       192,       464, 192, 464, 192,
-                             false,      sizeof(int32_t), kControls, kHandlers, 250};
+const WindowDesign kWelcome = {"wWelcome", "Welcome", 464, 192,   464,
+                               192,        464,       192, false, sizeof(int32_t),
+                               kControls,  kHandlers, 250};
 
 } // namespace sumbrook::ui

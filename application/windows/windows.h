@@ -7,10 +7,10 @@
 
 namespace sumbrook::ui {
 
-extern const WindowSpec kWelcome;   // wWelcome
-extern const WindowSpec kSelection; // wExerciseSelection
-extern const WindowSpec kPractice;  // wMainProg
-extern const WindowSpec kResults;   // wResults
+extern const WindowDesign kWelcome;   // wWelcome
+extern const WindowDesign kSelection; // wExerciseSelection
+extern const WindowDesign kPractice;  // wMainProg
+extern const WindowDesign kResults;   // wResults
 
 // The product's own lines, shown in the welcome window.
 inline constexpr const char *kVersionLine = "Version 1.6";

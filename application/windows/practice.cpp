@@ -60,8 +60,12 @@ void EndOfRound(RuntimeObject *self, RuntimeObject *lastSound) {
     RuntimeControlRefresh(ControlOf(self, "StaticText3"));
     RuntimeControlRefresh(ControlOf(self, "StaticText4"));
     TraceLabels(self, {"StaticText3", "StaticText4"});
-    while (soundIsPlaying(lastSound))
+    // A turn every few milliseconds keeps the device fed and leaves the
+    // processor to other programs while the sound runs out.
+    while (soundIsPlaying(lastSound)) {
         RuntimeBackgroundTask();
+        AppSleepCurrentThread(nullptr, 4);
+    }
     Show(kResults);
     RuntimeCloseWindow(self);
 }

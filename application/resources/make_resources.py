@@ -3,7 +3,7 @@
 
 Writes into OUTDIR: bitmap_6.bmp to bitmap_10.bmp (24-bit BMP), wave_0.wav,
 wave_2.wav and wave_3.wav (16-bit mono), the options segment with the
-version block, and the empty code, data and link segments that let
+window icons and the version block, and the empty code, data and link segments that let
 kelp-image append the resources to a program whose code is linked in.
 Nothing but the standard library is used, so the build needs no extra
 package; the output is the same on every run.
@@ -180,6 +180,24 @@ def wrong():
     return tone(lambda t: 220.0 - 60.0 * t, 0.6, volume=0.5, decay=3.0)
 
 
+def icon_record(size):
+    """A window icon: the four signs on a rounded white tile, RGBA."""
+    c = Canvas(size, size, (255, 255, 255))
+    half = size // 2
+    for k, sign in enumerate(SIGNS):
+        sign(c, (k % 2) * half + size // 10, (k // 2) * half + size // 10, half - size // 5,
+             SIGN_COLOURS[k])
+    pixels = bytearray()
+    corner = max(1, size // 8)
+    for y, row in enumerate(c.rows):
+        for x, (r, g, b) in enumerate(row):
+            dx = max(0, corner - x, x - (size - 1 - corner))
+            dy = max(0, corner - y, y - (size - 1 - corner))
+            alpha = 0 if dx * dx + dy * dy > corner * corner else 255
+            pixels += bytes((r, g, b, alpha))
+    return b"\x01" + bytes((size % 256, size % 256)) + pixels
+
+
 def version_block(major, minor, bug, short, long_text, package):
     def pascal(text):
         b = text.encode("utf-8")
@@ -197,6 +215,8 @@ def main(outdir):
     for number, samples in {0: wrong(), 2: click(), 3: right()}.items():
         save_wave(os.path.join(outdir, "wave_%d.wav" % number), samples)
     with open(os.path.join(outdir, "options.dat"), "wb") as f:
+        for size in (16, 32, 48, 128):
+            f.write(icon_record(size))
         f.write(version_block(1, 6, 0, "1.6", "Sumbrook 1.6", "Sumbrook"))
     for name in ("code.dat", "data.dat", "import.dat", "symbols.dat", "rsrc.dat"):
         open(os.path.join(outdir, name), "wb").close()

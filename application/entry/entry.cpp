@@ -1,9 +1,26 @@
 // The drill's entry, where an image's entry would stand.
 #include "entry/print_modes.h"
 #include "kelp/kelp.h"
+#include "windows/kit.h"
+#include "windows/windows.h"
 
 #include <cstdio>
 #include <cstdlib>
+
+namespace {
+
+// Whether the toolkit came up on a display: asked of the toolkit itself,
+// through the runtime's look-up of a library function, as declared
+// external code would ask it.
+bool DisplayIsOpen() {
+    using DefaultDisplay = void *(*)();
+    auto get = reinterpret_cast<DefaultDisplay>(
+        LoadFunctionPointerFromLibrary(sumbrook::ui::Constant("gdk_display_get_default"),
+                                       sumbrook::ui::Constant("libgdk-x11-2.0.so.0")));
+    return get && get() != nullptr;
+}
+
+} // namespace
 
 extern "C" void SumbrookEntry(void) {
     char **argv = KELPGetCommandLineForUnix();
@@ -25,6 +42,12 @@ extern "C" void SumbrookEntry(void) {
         std::fflush(stdout);
         return;
     }
-    std::puts("Sumbrook: the practice windows are not part of this build yet; "
-              "use --print-round or --print-problem.");
+    if (!DisplayIsOpen()) {
+        std::fprintf(stderr, "sumbrook: no X display to show the drill on; set DISPLAY, or use "
+                             "--print-round or --print-problem\n");
+        std::exit(1);
+    }
+    if (request.seeded)
+        RuntimeRandomSeed(request.seed);
+    sumbrook::ui::RunWindows();
 }

@@ -132,9 +132,9 @@ bool ParsePrintRequest(int argc, char *const *argv, PrintRequest &r, char *error
         }
     }
     if (r.mode == PrintMode::None) {
-        if (modeGiven || lengthGiven || r.randomizer || r.seeded)
-            return fail(
-                "--mode, --length, --randomizer and --seed need --print-round or --print-problem");
+        // --seed alone seeds the windowed drill, so a round can be replayed.
+        if (modeGiven || lengthGiven || r.randomizer)
+            return fail("--mode, --length and --randomizer need --print-round or --print-problem");
         return true;
     }
     if (r.mode == PrintMode::Round) {

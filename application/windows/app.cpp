@@ -1,0 +1,56 @@
+// App, the drill's application object, and the run of the windowed drill
+// in the order an image's entry runs it.
+#include "drill/state.h"
+#include "windows/kit.h"
+#include "windows/windows.h"
+
+#include <string_view>
+
+namespace sumbrook::ui {
+namespace {
+
+// App.Open: the application's MDI window gets the product's name and is
+// maximized; where the system has no such frame, nothing shows of it.
+void Open(RuntimeObject *self) {
+    const RuntimeClass *klass = self->klass;
+    for (int32_t i = 0; i < klass->propertyCount; ++i) {
+        const RuntimePropertyRow &row = klass->propertyTable[i];
+        const stringStorage *s = row.signature;
+        if (!s || s->length < 10 ||
+            std::string_view(reinterpret_cast<const char *>(s->buffer + 1), 10) != "MDIWindow%")
+            continue;
+        RuntimeObject *mdi = objGetter(self, row.fieldOffset);
+        MDIWindowTitleSetter(mdi, 0, Constant("Sumbrook"));
+        MDIWindowMaximize(mdi);
+        RuntimeUnlockObject(mdi);
+    }
+}
+
+RuntimeClass *AppClass() {
+    static RuntimeClass *klass = [] {
+        RuntimeClass *c = Subclass("Application", "App");
+        SetHandler(c, "Open", Code(&Open));
+        return c;
+    }();
+    return klass;
+}
+
+} // namespace
+
+void RunWindows() {
+    RuntimeInit();
+    RuntimeInitExternalClasses();
+    // The class set-up: every class of the drill before anything runs.
+    AppClass();
+    for (const WindowDesign *design : {&kWelcome, &kSelection, &kPractice, &kResults})
+        SetUpWindowClass(*design);
+    Drill(); // the module arrays
+    RuntimeObject *app = RuntimeNewObject(AppClass());
+    RuntimeRegisterAppObject(app);
+    RuntimeUnlockObject(app); // the runtime holds it now
+    RuntimeUnlockObject(Implicit(kWelcome));
+    RuntimeRun();
+    RuntimeExit();
+}
+
+} // namespace sumbrook::ui

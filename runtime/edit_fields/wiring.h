@@ -1,0 +1,5 @@
+#pragma once
+namespace kelp {
+// Registers the EditField class.
+void WireEditFields();
+} // namespace kelp

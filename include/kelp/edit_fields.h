@@ -1,5 +1,6 @@
-/* The edit field exports, as compiled code calls them.  All take the field
- * first and tolerate nil; positions count characters from 0. */
+/* The edit field and styled text exports, as compiled code calls them.
+ * All take the object first and tolerate nil; positions count characters
+ * from 0. */
 #ifndef KELP_EDIT_FIELDS_H
 #define KELP_EDIT_FIELDS_H
 
@@ -9,6 +10,7 @@
 extern "C" {
 #endif
 
+/* ---- the edit field */
 void EditCreatePane(RuntimeObject *self);
 void EditFieldInitializer(RuntimeObject *self);
 void RuntimeEditDestructor(RuntimeObject *self);
@@ -99,6 +101,47 @@ uint8_t editItalicGetter(RuntimeObject *self, int32_t);
 void editItalicSetter(RuntimeObject *self, int32_t, uint8_t value);
 uint8_t editUnderlineGetter(RuntimeObject *self, int32_t);
 void editUnderlineSetter(RuntimeObject *self, int32_t, uint8_t value);
+
+/* ---- StyleRun, Range and StyledText; the field's StyledText */
+void StyleRunKPConstructor(RuntimeObject *self, KelpString text);
+void StyleRunFinalizer(RuntimeObject *self);
+void styleRunStringSetter(RuntimeObject *self, int32_t offset, KelpString value);
+int32_t RangeEndPosGetter(RuntimeObject *self, int32_t);
+void StyledTextClassInitializer(RuntimeObject *self);
+void StyledTextClassFinalizer(RuntimeObject *self);
+void StyledTextDestructor(RuntimeObject *self);
+KelpString StyledTextGetter(RuntimeObject *self, int32_t);
+void StyledTextSetter(RuntimeObject *self, int32_t, KelpString value);
+KelpString StyledTextGetFont(RuntimeObject *self, int32_t start, int32_t length);
+void StyledTextSetFont(RuntimeObject *self, int32_t start, int32_t length, KelpString value);
+int32_t StyledTextRunCountGetter(RuntimeObject *self, int32_t);
+RuntimeObject *StyledTextRunGetter(RuntimeObject *self, int32_t index);
+RuntimeObject *StyledTextRunRangeGetter(RuntimeObject *self, int32_t index);
+void InsertStyledTextRun(RuntimeObject *self, RuntimeObject *run, int32_t index);
+void AppendStyledTextRun(RuntimeObject *self, RuntimeObject *run);
+void RemoveStyledTextRun(RuntimeObject *self, int32_t index);
+int32_t StyledTextParagraphCountGetter(RuntimeObject *self, int32_t);
+RuntimeObject *StyledTextParagraphGetter(RuntimeObject *self, int32_t index);
+void StyledTextSetAlignment(RuntimeObject *self, int32_t index, int32_t align);
+RuntimeObject *StyledTextObjectGetter(RuntimeObject *field, int32_t);
+void StyledTextObjectSetter(RuntimeObject *field, int32_t, RuntimeObject *value);
+uint8_t StyledTextGetBold(RuntimeObject *self, int32_t start, int32_t length);
+void StyledTextSetBold(RuntimeObject *self, int32_t start, int32_t length, uint8_t value);
+uint8_t StyledTextGetItalic(RuntimeObject *self, int32_t start, int32_t length);
+void StyledTextSetItalic(RuntimeObject *self, int32_t start, int32_t length, uint8_t value);
+uint8_t StyledTextGetUnderline(RuntimeObject *self, int32_t start, int32_t length);
+void StyledTextSetUnderline(RuntimeObject *self, int32_t start, int32_t length, uint8_t value);
+int32_t StyledTextGetSize(RuntimeObject *self, int32_t start, int32_t length);
+void StyledTextSetSize(RuntimeObject *self, int32_t start, int32_t length, int32_t value);
+int32_t StyledTextGetColor(RuntimeObject *self, int32_t start, int32_t length);
+void StyledTextSetColor(RuntimeObject *self, int32_t start, int32_t length, int32_t value);
+
+/* ---- StyledTextPrinter: a field's text drawn in blocks on a Graphics */
+void StyledTextPrinterFinalizer(RuntimeObject *self);
+RuntimeObject *editStyleTextPrinter(RuntimeObject *field, RuntimeObject *g, int32_t width);
+void styledPrinterDrawBlock(RuntimeObject *self, int32_t x, int32_t y, int32_t height);
+uint8_t styledPrinterEOF(RuntimeObject *self);
+void styledPrinterWidthSetter(RuntimeObject *self, int32_t, int32_t value);
 
 #ifdef __cplusplus
 } /* extern "C" */

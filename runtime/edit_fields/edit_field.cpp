@@ -7,9 +7,11 @@
 #include "edit_fields/edit_events.h"
 #include "edit_fields/edit_pane.h"
 #include "edit_fields/mask.h"
+#include "edit_fields/styled_text.h"
 #include "edit_fields/utf8_text.h"
 
 #include "exceptions/raise.h"
+#include "graphics/graphics_object.h"
 #include "objects/definitions.h"
 #include "objects/text.h"
 #include "strings/kstring.h"
@@ -508,6 +510,7 @@ namespace kelp {
 
 ObjectDefinition *EditFieldDefinition() {
     using R = EditFieldRecord;
+    static const TypeRecord styledType{kTypeObjectOf, nullptr, nullptr, 0, &StyledTextDefinition};
     static const PropertyRow properties[] = {
         {0, "Text", &kTypeString, KELP_ENTRY(editTextGetter), KELP_ENTRY(editTextSetter), -9},
         {0, "TextStyleData", &kTypeString, KELP_ENTRY(editTextStyleDataGetter), {}, -9},
@@ -587,7 +590,13 @@ ObjectDefinition *EditFieldDefinition() {
          offsetof(R, formattedText)},
         {0, "Mask", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(EditMaskSetter),
          offsetof(R, mask)},
+        {0, "StyledText", &styledType, KELP_ENTRY(StyledTextObjectGetter),
+         KELP_ENTRY(StyledTextObjectSetter)},
     };
+    static const TypeRecord graphicsType{kTypeObjectOf, nullptr, nullptr, 0, &GraphicsDefinition};
+    static const TypeRecord printerType{kTypeObjectOf, nullptr, nullptr, 0,
+                                        &StyledTextPrinterDefinition};
+    static const ParameterRow printerParams[] = {{"g", &graphicsType}, {"width", &kTypeInteger}};
     static const ParameterRow textAndStyle[] = {{"text", &kTypeString}, {"style", &kTypeString}};
     static const ParameterRow oneString[] = {{"value", &kTypeString}};
     static const ParameterRow onePos[] = {{"pos", &kTypeInteger}};
@@ -610,6 +619,7 @@ ObjectDefinition *EditFieldDefinition() {
         {"Copy", nullptr, nullptr, 0, KELP_ENTRY(editCopyToClipboard)},
         {"Paste", nullptr, nullptr, 0, KELP_ENTRY(editPasteFromClipboard)},
         {"SelectAll", nullptr, nullptr, 0, KELP_ENTRY(editSelectAll)},
+        {"StyledTextPrinter", &printerType, printerParams, 2, KELP_ENTRY(editStyleTextPrinter)},
     };
     EditHooks &h = EditEvents();
     static const EventRow events[] = {

@@ -290,8 +290,13 @@ TEST_F(EditFieldTest, StyleDataRoundTripsThroughTheBuffer) {
         EXPECT_EQ(editSelTextColorGetter(f, 0), s.color) << s.start;
     }
     // A style string cut short styles what it covers and stops.
-    KelpString cut = string::FromBytes(style.data(), 4, kEncodingUnknown).ExtractStringStorage();
+    KelpString cut = string::FromBytes(style.data(), 9, kEncodingUnknown).ExtractStringStorage();
     editSetTextAndStyle(f, text, cut);
+    editSelStartSetter(f, 0, 0);
+    editSelLengthSetter(f, 0, 1);
+    EXPECT_EQ(editSelBoldGetter(f, 0), 1);
+    EXPECT_EQ(Text(f), "abc");
+    Settle(100);
     std::filesystem::create_directories("screenshots");
     EXPECT_TRUE(SaveScreenshot(Fixed(mView), "screenshots/edit_field_styles.png"));
     for (KelpString s : {data, text, bytes, back, cut})

@@ -146,7 +146,7 @@ extern "C" KelpString editTextGetter(RuntimeObject *self, int32_t) {
     EditPane *pane = EditPaneOf(self);
     EditFieldRecord *r = EditRecord(self);
     // While Format shows its text the raw text is the record's.
-    if (!pane || (r->format && r->format->length > 0 && FocusPane() != pane)) {
+    if (!pane || pane->ShowingFormat()) {
         objtext::Retain(r->text);
         return r->text;
     }

@@ -135,7 +135,8 @@ std::string EditPane::GetText() const {
 
 void EditPane::SetText(const std::string &utf8) {
     // One TextChange for the whole replacement, not one for the delete and
-    // one for the insert.
+    // one for the insert.  New text is raw text, to be formatted afresh.
+    mShowingFormat = false;
     mSettingText++;
     if (mTextView)
         gtk_text_buffer_set_text(mBuffer, utf8.data(), static_cast<gint>(utf8.size()));

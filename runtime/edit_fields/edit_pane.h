@@ -80,6 +80,7 @@ public:
     void FireTextChanged();
     // Shows FormattedText while the field has no focus.
     void ApplyFormat();
+    bool ShowingFormat() const { return mShowingFormat; }
 
     // --- SubPane
     bool KeyDown(int32_t character, int32_t code, int32_t modifiers) override;

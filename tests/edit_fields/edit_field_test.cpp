@@ -252,6 +252,47 @@ TEST_F(EditFieldTest, BadTextAndPasswordsStayInTheField) {
     EXPECT_EQ(RunAside("xclip -selection clipboard -o"), "before");
 }
 
+// Lines and scrolling of a long text, and where a click position lands.
+TEST_F(EditFieldTest, LinesPositionsAndScrolling) {
+    RuntimeObject *f = Field([](MassData &m) { m.Bool("MultiLine", true).Int("TextSize", 12); });
+    std::string text;
+    for (int i = 0; i < 100; ++i)
+        text += "row " + std::to_string(i) + (i < 99 ? "\r" : "");
+    SetText(f, text);
+    Settle(100);
+    struct Case {
+        int32_t line, pos; // CharPosAtLineNum(line) == pos, LineNumAtCharPos(pos) == line
+    } cases[] = {{0, 0}, {1, 6}, {10, 60}, {99, 683}};
+    for (const Case &c : cases) {
+        EXPECT_EQ(editCharPosAtLineNum(f, c.line), c.pos) << c.line;
+        EXPECT_EQ(editLineNumAtCharPos(f, c.pos), c.line) << c.pos;
+    }
+    EXPECT_EQ(editCharPosAtLineNum(f, 500), static_cast<int32_t>(text.size()));
+    EXPECT_EQ(editCharPosAtXY(f, 2, 2), 0);
+    editScrollPositionSetter(f, 0, 50);
+    Settle(100);
+    EXPECT_EQ(editScrollPositionGetter(f, 0), 50);
+    EXPECT_EQ(editLineNumAtCharPos(f, editCharPosAtXY(f, 5, 5)), 50);
+}
+
+// Format shows in the field only while it has no focus; Text stays raw.
+TEST_F(EditFieldTest, FormatShowsOnlyWithoutTheFocus) {
+    RuntimeObject *f =
+        Field([](MassData &m) { m.Bool("MultiLine", false).Text("Format", "#,##0.00"); });
+    auto shown = [&] { return std::string(gtk_entry_get_text(GTK_ENTRY(Widget(f)))); };
+    Click(mView, Find(mView, "G"), 20); // the window gave F the focus first
+    SetText(f, "1234.5");
+    EXPECT_EQ(shown(), "1,234.50");
+    EXPECT_EQ(Text(f), "1234.5");
+    ClickField(f);
+    EXPECT_EQ(shown(), "1234.5");
+    Key("End");
+    Type("9");
+    Key("Tab");
+    EXPECT_EQ(shown(), "1,234.59");
+    EXPECT_EQ(Text(f), "1234.59");
+}
+
 TEST_F(EditFieldTest, StyleDataRoundTripsThroughTheBuffer) {
     RuntimeObject *f = Field([](MassData &m) {
         m.Bool("MultiLine", true)

@@ -439,7 +439,8 @@ void EditPane::ApplyFormat() {
     KelpString rawText = MakeUtf8(raw);
     objtext::Release(record->text);
     record->text = rawText;
-    KelpString formatted = StringFormat(StringVal(rawText), record->format);
+    // An empty field stays empty rather than showing a formatted zero.
+    KelpString formatted = raw.empty() ? nullptr : StringFormat(StringVal(rawText), record->format);
     objtext::Release(record->formattedText);
     record->formattedText = formatted;
     mShowingFormat = true;

@@ -244,8 +244,7 @@ extern "C" void editCopyToClipboard(RuntimeObject *self) {
 
 extern "C" void editPasteFromClipboard(RuntimeObject *self) {
     if (EditPane *pane = EditPaneOf(self)) {
-        pane->Paste();
-        if (EditPaneOf(self) == pane)
+        if (pane->Paste())
             pane->CheckSelectionChanged();
     }
 }

@@ -224,16 +224,18 @@ void EditPane::Copy() {
         gtk_editable_copy_clipboard(GTK_EDITABLE(mWidget));
 }
 
-void EditPane::Paste() {
+bool EditPane::Paste() {
     if (Record() && Record()->readOnly)
-        return;
+        return true;
+    // Waiting for another program's text runs the loop, and the insert
+    // runs handlers: either may close this very field, so it stays locked.
+    if (!LockForEvent())
+        return false;
     gchar *text = gtk_clipboard_wait_for_text(gtk_clipboard_get(GDK_SELECTION_CLIPBOARD));
-    if (!text)
-        return;
-    std::string pasted(text);
+    if (text && !closing)
+        ReplaceSelection(text);
     g_free(text);
-    if (!closing)
-        ReplaceSelection(pasted);
+    return !UnlockAfterEvent();
 }
 
 void EditPane::Clear() {
@@ -528,7 +530,10 @@ bool EditPane::KeyDown(int32_t character, int32_t, int32_t modifiers) {
                     Copy();
             }
             break;
-        case 'v': Paste(); break;
+        case 'v':
+            if (!Paste())
+                return true;
+            break;
         case 'a': SelectAll(); break;
         default: return false;
         }

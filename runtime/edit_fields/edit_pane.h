@@ -30,7 +30,8 @@ public:
     void ReplaceSelection(const std::string &utf8);
     void Cut();
     void Copy();
-    void Paste();
+    // False when the field closed meanwhile: touch nothing more.
+    bool Paste();
     void Clear();
     void SelectAll();
 

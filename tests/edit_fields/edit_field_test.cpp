@@ -252,6 +252,24 @@ TEST_F(EditFieldTest, BadTextAndPasswordsStayInTheField) {
     EXPECT_EQ(RunAside("xclip -selection clipboard -o"), "before");
 }
 
+void CloseOwnWindow(RuntimeObject *me) {
+    Events().push_back("TextChange, closing");
+    RuntimeCloseWindow(Ctl(me)->view);
+}
+
+// A handler that closes the field's window while a paste inserts: the
+// field finishes its key without touching what is gone.
+TEST_F(EditFieldTest, PasteIntoAFieldWhoseHandlerClosesItsWindow) {
+    RuntimeObject *f =
+        Field([](MassData &m) { m.Bool("MultiLine", true); }, {{"TextChange", H(&CloseOwnWindow)}});
+    RunAside("printf pasted | xclip -selection clipboard -i");
+    ClickField(f);
+    Key("ctrl+v");
+    Settle(50);
+    EXPECT_EQ(Events(), std::vector<std::string>{"TextChange, closing"});
+    EXPECT_EQ(View(mView)->pane, nullptr);
+}
+
 // What each property does to the widget, read back from the toolkit.
 TEST_F(EditFieldTest, PropertiesReachTheWidgets) {
     struct Case {

@@ -36,4 +36,7 @@
 #include "kelp/pictures.h"
 #include "kelp/streams.h"
 
+/* Edit fields and styled text */
+#include "kelp/edit_fields.h"
+
 #endif

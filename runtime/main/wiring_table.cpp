@@ -38,6 +38,9 @@
 
 #include "controls/wiring.h"
 
+// Edit fields and styled text
+#include "edit_fields/wiring.h"
+
 namespace kelp {
 namespace {
 
@@ -77,6 +80,8 @@ const WiringStep kWiringTable[] = {
     {"app: the Application classes; the run loop's application client; the "
      "standard handler of unhandled exceptions",
      &WireApp},
+    // Edit fields and styled text
+    {"edit_fields: the EditField class", &WireEditFields},
 };
 
 } // namespace

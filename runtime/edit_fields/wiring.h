@@ -1,0 +1,5 @@
+#pragma once
+namespace kelp {
+// Registers the EditField class and the styled text classes.
+void WireEditFields();
+} // namespace kelp

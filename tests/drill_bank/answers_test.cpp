@@ -279,42 +279,48 @@ protected:
         Drill().sTip = Text();
         Build(number, arrangement);
     }
+    static void CheckAnswerTable();
 };
 
+// Every edition's correct entry is the answer worked out from its own text.
 TEST_F(BankAnswers, CorrectEntryIsTheAnswerToTheText) {
     for (bool classic : {true, false}) {
         drilltest::PrepareDrill(classic);
-        for (const AnswerRow &row : kAnswers) {
-            std::string tip;
-            for (int32_t arrangement = 1; arrangement <= 3; ++arrangement) {
-                int32_t position = 0;
-                for (uint32_t seed = 1; seed <= 40; ++seed) {
-                    BuildFresh(row.number, arrangement,
-                               seed * 104729u + static_cast<uint32_t>(row.number));
-                    const std::string text = ProblemText();
-                    SCOPED_TRACE("problem " + S(row.number) + " arrangement " + S(arrangement) +
-                                 " seed " + S(seed) + ": " + text);
-                    CheckShape(row.number);
-                    if (HasFatalFailure())
-                        return;
-                    ASSERT_EQ(CorrectText(), InEdition(row.correct(text, NumbersIn(text),
-                                                                   MoneyIn(text), arrangement),
-                                                       row.unit));
-                    // The right answer is offered once; a wrong one may repeat.
-                    int32_t copies = 0;
-                    for (int32_t i = 1; i <= 10; ++i) {
-                        copies += Answer(i) == CorrectText();
-                        ASSERT_TRUE(HasUnit(Answer(i), row.unit)) << Answer(i);
-                    }
-                    ASSERT_EQ(copies, 1);
-                    // The position and the tip belong to the arrangement, not the draw.
-                    if (position == 0)
-                        position = P().iCorrectAnswerIs;
-                    ASSERT_EQ(P().iCorrectAnswerIs, position);
-                    if (tip.empty())
-                        tip = drilltest::TipText();
-                    ASSERT_EQ(drilltest::TipText(), tip);
+        CheckAnswerTable();
+    }
+}
+
+void BankAnswers::CheckAnswerTable() {
+    for (const AnswerRow &row : kAnswers) {
+        std::string tip;
+        for (int32_t arrangement = 1; arrangement <= 3; ++arrangement) {
+            int32_t position = 0;
+            for (uint32_t seed = 1; seed <= 40; ++seed) {
+                BuildFresh(row.number, arrangement,
+                           seed * 104729u + static_cast<uint32_t>(row.number));
+                const std::string text = ProblemText();
+                SCOPED_TRACE("problem " + S(row.number) + " arrangement " + S(arrangement) +
+                             " seed " + S(seed) + ": " + text);
+                CheckShape(row.number);
+                if (HasFatalFailure())
+                    return;
+                ASSERT_EQ(CorrectText(),
+                          InEdition(row.correct(text, NumbersIn(text), MoneyIn(text), arrangement),
+                                    row.unit));
+                // The right answer is offered once; a wrong one may repeat.
+                int32_t copies = 0;
+                for (int32_t i = 1; i <= 10; ++i) {
+                    copies += Answer(i) == CorrectText();
+                    ASSERT_TRUE(HasUnit(Answer(i), row.unit)) << Answer(i);
                 }
+                ASSERT_EQ(copies, 1);
+                // The position and the tip belong to the arrangement, not the draw.
+                if (position == 0)
+                    position = P().iCorrectAnswerIs;
+                ASSERT_EQ(P().iCorrectAnswerIs, position);
+                if (tip.empty())
+                    tip = drilltest::TipText();
+                ASSERT_EQ(drilltest::TipText(), tip);
             }
         }
     }

@@ -1,5 +1,7 @@
 // The helpers of the problem kit: slots, pronouns, text and the ten answers.
 #include "bank/problem_kit.h"
+#include "bank/corrections.h"
+#include "drill/vocabulary.h"
 
 namespace sumbrook {
 
@@ -56,9 +58,14 @@ int32_t DrawNameDiffering(int k, std::initializer_list<int> otherSlots) {
 int32_t DrawItem(int k) { return KeepItem(k, fPickItem()); }
 
 int32_t DrawItemDiffering(int k, std::initializer_list<int> otherSlots) {
+    // "a pencil, pencils, and a ruler" are not three different items to a
+    // child, so the corrected edition tells items apart by kind.
+    const bool byKind = !Classic();
     auto clashes = [&](int32_t idx) {
-        for (int other : otherSlots)
-            if (P().iItem[other] == idx) return true;
+        for (int other : otherSlots) {
+            const int32_t taken = P().iItem[other];
+            if (byKind ? ItemKind(taken) == ItemKind(idx) : taken == idx) return true;
+        }
         return false;
     };
     int32_t idx = fPickItem();
@@ -121,10 +128,16 @@ Text HimHer() { return IsMale() ? "Him"_k : "Her"_k; }
 Text himher() { return IsMale() ? "him"_k : "her"_k; }
 Text CRLF() { return "\r\n"_k; }
 
-void SetText(const Text &problemText) { P().sProblemString = problemText; }
-void SetTip(const Text &tip) { Drill().sTip = tip; }
+// Every text a problem makes passes through the corrected edition's fixes,
+// so that the bank itself keeps one wording.
+void SetText(const Text &problemText) {
+    P().sProblemString = Corrected(ProblemNumber(), problemText);
+}
+void SetTip(const Text &tip) { Drill().sTip = Corrected(ProblemNumber(), tip); }
 
-void SetAnswer(int32_t entry, const Text &text) { P().sAnswerStrings.Set(entry, text); }
+void SetAnswer(int32_t entry, const Text &text) {
+    P().sAnswerStrings.Set(entry, Corrected(ProblemNumber(), text));
+}
 void SetCorrect(int32_t position) { P().iCorrectAnswerIs = position; }
 
 void AnswersOffset(int32_t T, const Ten &k, int32_t correct, const Text &after) {

@@ -1,5 +1,6 @@
 // Problems 1 to 10: addition and subtraction with money, marbles, minutes,
 // bugs, beans and birds.
+#include "bank/corrections.h"
 #include "bank/problem_kit.h"
 
 namespace sumbrook {
@@ -90,9 +91,19 @@ void Problem4() {
 void Problem5() {
     DrawName(1);
     DrawItem(1);
-    DrawItem(2);
+    // The corrected edition compares two different items at two different
+    // prices: "a ruler for $0.80, and a ruler for $1.10" is no comparison,
+    // and a difference of nothing has no entry that could show it.
+    if (Classic())
+        DrawItem(2);
+    else
+        DrawItemDiffering(2, {1});
     const int32_t t1 = SetT(1, fPriceOf(Item(1)));
-    const int32_t t2 = SetT(2, fPriceOf(Item(2)));
+    int32_t t2 = SetT(2, fPriceOf(Item(2)));
+    while (!Classic() && t2 == t1) {
+        LoopTurn();
+        t2 = SetT(2, fPriceOf(Item(2)));
+    }
     SetText(Name(1) + " bought "_k + Item(1) + " for "_k + fMoneyText(t1) + ", and "_k + Item(2) +
             " for "_k + fMoneyText(t2) +
             ".  What is the difference in price between the two items?"_k);

@@ -1,5 +1,6 @@
 // Problems 21 to 30: perimeters, leaves, seats, rocks, a race, a bag of
 // items, cars, a box of things, and two jogging problems.
+#include "bank/corrections.h"
 #include "bank/problem_kit.h"
 
 namespace sumbrook {
@@ -81,9 +82,18 @@ void Problem26() {
     DrawName(1);
     const Text He = HeShe();
     DrawItem(1);
-    DrawItem(2);
-    DrawItem(3);
-    DrawItem(4);
+    // The answer is always 3: the corrected edition asks for different
+    // items, so the bag must hold three of a different kind, and the one
+    // left at home is a fourth.
+    if (Classic()) {
+        DrawItem(2);
+        DrawItem(3);
+        DrawItem(4);
+    } else {
+        DrawItemDiffering(2, {1});
+        DrawItemDiffering(3, {1, 2});
+        DrawItemDiffering(4, {1, 2, 3});
+    }
     SetText(Name(1) + " has "_k + Item(1) + ", "_k + Item(2) + ", and "_k + Item(3) +
             " in a bag.  "_k + He + " left "_k + Item(4) + " at home.  How many items does "_k +
             Name(1) + " have in the bag?"_k);

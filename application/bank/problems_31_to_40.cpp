@@ -1,5 +1,6 @@
 // Problems 31 to 40: men in a room, people in houses, a growing plant,
 // crayons, walks, temperatures, copies, a shopping bill and music practice.
+#include "bank/corrections.h"
 #include "bank/problem_kit.h"
 
 namespace sumbrook {
@@ -73,7 +74,13 @@ void Problem35() {
     DrawName(2);
     const int32_t r1 = SetR(1, DrawOr(6, 2, 2));
     const int32_t r2 = SetR(2, DrawOr(8, 2, 2));
-    const int32_t r3 = SetR(3, DrawOr(8, 3, 3));
+    int32_t r3 = SetR(3, DrawOr(8, 3, 3));
+    // "How much farther" has no answer when the second walk is not longer:
+    // the corrected edition draws the mall walk again until it is.
+    while (!Classic() && r2 + r3 <= r1) {
+        LoopTurn();
+        r3 = SetR(3, DrawOr(8, 3, 3));
+    }
     SetText(Name(1) + " walked "_k + Str(r1) + " blocks to the deli.  "_k + Name(2) + " walked "_k +
             Str(r2) + " blocks to the deli, and then "_k + Str(r3) +
             " blocks to the mall.  How much further did "_k + Name(2) + " walk?"_k);
@@ -147,15 +154,29 @@ void Problem38() {
 void Problem39() {
     DrawName(1);
     DrawItem(1);
-    DrawItem(2);
-    DrawItem(3);
+    // Three purchases are three different things in the corrected edition,
+    // and each price stands beside its item: "The price of a ruler was"
+    // repeats the article that only a first mention takes.
+    if (Classic()) {
+        DrawItem(2);
+        DrawItem(3);
+    } else {
+        DrawItemDiffering(2, {1});
+        DrawItemDiffering(3, {1, 2});
+    }
     const int32_t t1 = SetT(1, fPriceOf(Item(1)));
     const int32_t t2 = SetT(2, fPriceOf(Item(2)));
     const int32_t t3 = SetT(3, fPriceOf(Item(3)));
-    SetText(Name(1) + " bought "_k + Item(1) + ", "_k + Item(2) + ", and "_k + Item(3) +
-            ".  The price of "_k + Item(1) + " was "_k + fMoneyText(t1) + ".  The price of "_k +
-            Item(2) + " was "_k + fMoneyText(t2) + ".  The price of "_k + Item(3) + " was "_k +
-            fMoneyText(t3) + ".  How much did "_k + Name(1) + " spend?"_k);
+    if (Classic()) {
+        SetText(Name(1) + " bought "_k + Item(1) + ", "_k + Item(2) + ", and "_k + Item(3) +
+                ".  The price of "_k + Item(1) + " was "_k + fMoneyText(t1) + ".  The price of "_k +
+                Item(2) + " was "_k + fMoneyText(t2) + ".  The price of "_k + Item(3) + " was "_k +
+                fMoneyText(t3) + ".  How much did "_k + Name(1) + " spend?"_k);
+    } else {
+        SetText(Name(1) + " bought "_k + Item(1) + " for "_k + fMoneyText(t1) + ", "_k + Item(2) +
+                " for "_k + fMoneyText(t2) + ", and "_k + Item(3) + " for "_k + fMoneyText(t3) +
+                ".  How much did "_k + Name(1) + " spend?"_k);
+    }
     SetTip("addition"_k);
     AnswersMoneyOffset3(t1 + t2 + t3, {{
         {1, {0, -5, -50, -25, 1, 5, 7, 8, 11, 16}},

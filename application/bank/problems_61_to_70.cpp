@@ -1,6 +1,7 @@
 // Problems 61 to 70: text books on loan, markers for ten dollars, gym mats, a
 // square, a rectangle, gum, test scores, lap times, an average with a number
 // left out, and cartons of eggs.
+#include "bank/corrections.h"
 #include "bank/problem_kit.h"
 
 namespace sumbrook {
@@ -97,7 +98,12 @@ void Problem65() {
 void Problem66() {
     DrawName(1);
     DrawName(2);
-    DrawName(3);
+    // Three people each with their own score or share: the corrected
+    // edition never names the first one again as the third.
+    if (Classic())
+        DrawName(3);
+    else
+        DrawNameDiffering(3, {1, 2});
     const int32_t r1 = SetR(1, DrawRetry(5, 2, 3, 6));
     SetText(Name(1) + ", "_k + Name(2) + ", and "_k + Name(3) + " each have "_k + Str(r1) +
             " sticks of gum.  How many sticks of gum do they have total?"_k);
@@ -116,7 +122,12 @@ void Problem66() {
 void Problem67() {
     DrawName(1);
     DrawName(2);
-    DrawName(3);
+    // Three people each with their own score or share: the corrected
+    // edition never names the first one again as the third.
+    if (Classic())
+        DrawName(3);
+    else
+        DrawNameDiffering(3, {1, 2});
     const int32_t r1 = SetR(1, DrawRetry(100, 70, 3, 75));
     const int32_t r2 = SetR(2, DrawRetry(100, 70, 3, 85));
     const int32_t r3 = SetR(3, DrawRetry(100, 70, 3, 90));

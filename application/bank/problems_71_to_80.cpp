@@ -1,5 +1,6 @@
 // Problems 71 to 80: ink pens, a discount, rounding, snails, tickets, a
 // list to multiply, quarts, sharing collections, phone calls and a pizza bill.
+#include "bank/corrections.h"
 #include "bank/problem_kit.h"
 
 namespace sumbrook {
@@ -124,7 +125,12 @@ Text CollectionWord(int32_t r) {
 void Problem78() {
     DrawName(1);
     DrawName(2);
-    DrawName(3);
+    // Three people each with their own score or share: the corrected
+    // edition never names the first one again as the third.
+    if (Classic())
+        DrawName(3);
+    else
+        DrawNameDiffering(3, {1, 2});
     const int32_t r1 = SetR(1, fRandomTo(10));
     const int32_t r2 = SetR(2, fRandomTo(10));
     const int32_t r3 = SetR(3, fRandomTo(10));

@@ -1,5 +1,6 @@
 #include "drill/round.h"
 
+#include "bank/corrections.h"
 #include "bank/problem_kit.h"
 #include "drill/state.h"
 
@@ -138,7 +139,10 @@ void mRecordMissed() {
     if (d.iMissedCount < 0 || d.iMissedCount > d.asMissed.UBound())
         return;
     const Text before = d.asMissed.Get(d.iMissedCount);
-    d.asMissed.Set(d.iMissedCount, before + d.problem.sProblemString + " "_k + d.sTip);
+    // The classic record runs the tip on after one blank ("...left? subtract");
+    // the corrected one labels it, as the practice window does.
+    const Text joint = Classic() ? " "_k : "  Tip: "_k;
+    d.asMissed.Set(d.iMissedCount, before + d.problem.sProblemString + joint + d.sTip);
 }
 
 AnswerResult AnswerQuestion(int32_t yourAnswerIs) {

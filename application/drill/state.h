@@ -47,9 +47,10 @@ struct ModuleState {
     int32_t iScore = 0;
     int32_t iMissedCount = 0;
     int32_t iLastProbNumber = 9999;
-    BoolArray abProbUsed; // 0 to 100
-    StringArray asMissed; // 0 to 100, from 1 up
-    Text sTip;            // the key word of the current problem
+    BoolArray abProbUsed;       // 0 to 100
+    StringArray asMissed;       // 0 to 100, from 1 up
+    Text sTip;                  // the key word of the current problem
+    bool bClassicTexts = false; // the bank's wording and draws as first written
 
     ProblemFields problem;
 };

@@ -2,6 +2,7 @@
 // problem draws from.  All randomness comes from the runtime's rnd, and every
 // float-to-integer step is the runtime's own truncation.
 #include "drill/vocabulary.h"
+#include "bank/corrections.h"
 #include "bank/problem_kit.h"
 #include "drill/state.h"
 
@@ -20,6 +21,7 @@ struct ItemRow {
     Text phrase;
     int32_t min;
     int32_t max;
+    Text corrected = Text(); // the corrected edition's phrase, empty when it is the same
 };
 
 const std::array<ItemRow, kItemCount> &ItemTable() {
@@ -30,7 +32,7 @@ const std::array<ItemRow, kItemCount> &ItemTable() {
         {"an ink pen"_k, 40, 90},
         {"a pencil"_k, 30, 45},
         {"an eraser"_k, 25, 75},
-        {"a book mark"_k, 10, 90},
+        {"a book mark"_k, 10, 90, "a bookmark"_k},
         {"bubble gum"_k, 25, 75},
         {"a ruler"_k, 50, 125},
         {"licorice"_k, 90, 133},
@@ -44,25 +46,25 @@ const std::array<ItemRow, kItemCount> &ItemTable() {
         {"batteries"_k, 99, 199},
         {"snack chips"_k, 49, 89},
         {"cookies"_k, 59, 89},
-        {"a desert"_k, 50, 75},
+        {"a desert"_k, 50, 75, "a dessert"_k},
         {"an apple"_k, 35, 55},
-        {"an extra milk"_k, 35, 45},
+        {"an extra milk"_k, 35, 45, "an extra carton of milk"_k},
         {"a banana"_k, 35, 65},
         {"a pencil sharpener"_k, 50, 175},
         {"a marker"_k, 50, 99},
         {"a stapler"_k, 75, 125},
-        {"glue"_k, 75, 99},
+        {"glue"_k, 75, 99, "a bottle of glue"_k},
         {"a desk organizer"_k, 200, 299},
         {"paper clips"_k, 50, 99},
         {"folders"_k, 99, 199},
         {"a protractor"_k, 50, 125},
         {"a compass"_k, 50, 125},
         {"colored pencils"_k, 75, 150},
-        {"water colors set"_k, 75, 150},
-        {"a paper back book"_k, 125, 299},
+        {"water colors set"_k, 75, 150, "a watercolor set"_k},
+        {"a paper back book"_k, 125, 299, "a paperback book"_k},
         {"a magazine"_k, 299, 399},
         {"a can of soda"_k, 50, 80},
-        {"shoe laces"_k, 55, 99},
+        {"shoe laces"_k, 55, 99, "shoelaces"_k},
         {"a watch"_k, 300, 900},
         {"a poster"_k, 300, 400},
         {"a basketball"_k, 300, 500},
@@ -70,10 +72,10 @@ const std::array<ItemRow, kItemCount> &ItemTable() {
         {"a football"_k, 300, 500},
         {"a baseball"_k, 200, 500},
         {"a soccer ball"_k, 300, 500},
-        {"a t-shirt"_k, 500, 999},
-        {"a sweat shirt"_k, 750, 1250},
+        {"a t-shirt"_k, 500, 999, "a T-shirt"_k},
+        {"a sweat shirt"_k, 750, 1250, "a sweatshirt"_k},
         {"a lunch box"_k, 750, 1000},
-        {"a back pack"_k, 800, 1500},
+        {"a back pack"_k, 800, 1500, "a backpack"_k},
         {"a ball cap"_k, 750, 1200},
     }};
     return rows;
@@ -127,14 +129,15 @@ int32_t fPriceOf(const Text &item) {
     // the phrase was built elsewhere.
     const ItemRow *row = nullptr;
     for (const ItemRow &r : rows) {
-        if (r.phrase.get() == item.get()) {
+        if (r.phrase.get() == item.get() ||
+            (r.corrected.get() && r.corrected.get() == item.get())) {
             row = &r;
             break;
         }
     }
     if (row == nullptr) {
         for (const ItemRow &r : rows) {
-            if (SameText(r.phrase, item)) {
+            if (SameText(r.phrase, item) || (!r.corrected.Empty() && SameText(r.corrected, item))) {
                 row = &r;
                 break;
             }
@@ -173,7 +176,30 @@ Text fMoneyText(int32_t cents) {
 }
 
 Text NameAt(int32_t index) { return Drill().asNames.Get(index); }
-Text ItemAt(int32_t index) { return Drill().asItems.Get(index); }
+// The pool keeps the classic phrases; the corrected edition shows its own
+// where it has one, and fPriceOf knows a row by either.
+Text ItemAt(int32_t index) {
+    if (!Classic() && index >= 0 && index < kItemCount) {
+        const Text &corrected = ItemTable()[static_cast<std::size_t>(index)].corrected;
+        if (!corrected.Empty())
+            return corrected;
+    }
+    return Drill().asItems.Get(index);
+}
+
+int32_t ItemKind(int32_t index) {
+    // Items that are the same thing to a child, one or many: a pencil,
+    // pencils and colored pencils; an ink pen and ink pens; an eraser and
+    // erasers; a pack of gum and bubble gum.
+    switch (index) {
+    case 11:
+    case 33: return 4;
+    case 12: return 3;
+    case 13: return 5;
+    case 7: return 0;
+    default: return index;
+    }
+}
 
 int32_t ItemMin(int32_t index) { return ItemTable().at(static_cast<std::size_t>(index)).min; }
 int32_t ItemMax(int32_t index) { return ItemTable().at(static_cast<std::size_t>(index)).max; }

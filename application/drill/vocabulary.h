@@ -15,6 +15,9 @@ void mFillPools();
 // The price range of item `index` (min to max - 1 can come).
 int32_t ItemMin(int32_t index);
 int32_t ItemMax(int32_t index);
+// Items that read as the same thing share a kind ("a pencil", "pencils");
+// any other item is a kind of its own, its index.
+int32_t ItemKind(int32_t index);
 // The gender tag of name `index`: true for "male".
 bool NameIsMale(int32_t index);
 

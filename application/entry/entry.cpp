@@ -1,4 +1,5 @@
 // The drill's entry, where an image's entry would stand.
+#include "bank/corrections.h"
 #include "entry/print_modes.h"
 #include "kelp/kelp.h"
 #include "windows/kit.h"
@@ -37,6 +38,7 @@ extern "C" void SumbrookEntry(void) {
         std::fflush(stdout);
         std::exit(2);
     }
+    sumbrook::SetClassic(request.classic);
     if (request.mode != sumbrook::PrintMode::None) {
         sumbrook::RunPrintRequest(request, stdout);
         std::fflush(stdout);

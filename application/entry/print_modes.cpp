@@ -127,6 +127,8 @@ bool ParsePrintRequest(int argc, char *const *argv, PrintRequest &r, char *error
                 return fail("--seed must be a whole number from 0 to 4294967295");
             r.seeded = true;
             r.seed = static_cast<unsigned>(n);
+        } else if (arg == "--classic") {
+            r.classic = true;
         } else {
             return fail("unknown argument \"" + std::string(arg) + "\"");
         }

@@ -3,6 +3,9 @@
 //
 //   sumbrook --print-round --mode 1|2|3 --length N [--seed S]
 //   sumbrook --print-problem P [--randomizer 1|2|3] [--seed S]
+//
+// --classic, with a print mode or without, uses the classic edition of the
+// texts instead of the corrected one.
 #pragma once
 
 #include <cstdio>
@@ -19,6 +22,7 @@ struct PrintRequest {
     int randomizer = 0;   // --randomizer, 0 when drawn
     bool seeded = false;  // --seed given
     unsigned seed = 0;
+    bool classic = false; // --classic: the bank's texts and draws as first written
 };
 
 // Reads the arguments (argv[0] is the program).  Returns false with a

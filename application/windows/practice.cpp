@@ -1,6 +1,7 @@
 // wMainProg: one round, a question at a time.  The engine (drill/round.h)
 // chooses and builds each problem; this window shows it, takes the answer
 // and keeps the score on the screen.
+#include "bank/corrections.h"
 #include "drill/round.h"
 #include "drill/state.h"
 #include "windows/kit.h"
@@ -38,9 +39,14 @@ void Open(RuntimeObject *self) {
     ModuleState &d = Drill();
     intSetter(self, AnswerOffset(), 0);
     d.iLastProbNumber = kNoProblem;
-    const Text mode = d.iPracticeMode == 1   ? "Add Subtract Practice: "_k
-                      : d.iPracticeMode == 2 ? "Multiply Divide Practice: "_k
-                                             : "ALL Practice: "_k;
+    // The corrected edition names the modes as the selection window does.
+    const Text mode = Classic()
+                          ? (d.iPracticeMode == 1   ? "Add Subtract Practice: "_k
+                             : d.iPracticeMode == 2 ? "Multiply Divide Practice: "_k
+                                                    : "ALL Practice: "_k)
+                          : (d.iPracticeMode == 1   ? "Addition and Subtraction Practice: "_k
+                             : d.iPracticeMode == 2 ? "Multiplication and Division Practice: "_k
+                                                    : "Mix Practice: "_k);
     windowTitleSetter(self, 0, (mode + Str(d.iRoundLength) + " Questions"_k).get());
     d.iQuestionsLeft = d.iRoundLength;
     ShowRemaining(self);

@@ -1,6 +1,7 @@
 // wResults: the score, the mode, the tip setting and the problems missed,
 // with Again and Exit.  The print group (the name, the date and Print)
 // stands in the layout hidden; the print-out arrives with the edit field.
+#include "bank/corrections.h"
 #include "drill/state.h"
 #include "windows/kit.h"
 #include "windows/media.h"
@@ -41,7 +42,8 @@ void Open(RuntimeObject *self) {
     SetLabelText(self, "StaticText2",
                  d.iPracticeMode == 1   ? "Addition and Subtraction"_k
                  : d.iPracticeMode == 2 ? "Multiplication and Division"_k
-                                        : "ALL"_k);
+                 : Classic()            ? "ALL"_k
+                                        : "Mix"_k);
     SetLabelText(self, "StaticText3", d.iTipsOn == 1 ? "Tips ON"_k : "Tips OFF"_k);
     TraceEvent("open", self);
     TraceLabels(self, {"StaticText1", "StaticText2", "StaticText3", "EditField2"});

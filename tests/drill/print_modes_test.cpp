@@ -145,21 +145,31 @@ TEST(PrintModes, SameSeedSameRoundOtherSeedOtherRound) {
 }
 
 TEST(PrintModes, ProblemWithGivenArrangementEscapesLineBreaks) {
-    const ProgramRun r = Sumbrook({"--print-problem", "15", "--randomizer", "2", "--seed", "9"});
-    ASSERT_EQ(r.status, 0) << r.err;
-    const auto lines = Lines(r.out);
-    ASSERT_EQ(lines.size(), 1u);
-    const std::string &line = lines[0];
-    EXPECT_EQ(Field(line, "number"), 15);
-    EXPECT_EQ(Field(line, "randomizer"), 2);
-    EXPECT_EQ(Field(line, "correct"), 8);
-    EXPECT_NE(
-        line.find(
-            "\"text\": \"What is the total of the first two numbers in the following list:\\r\\n"),
-        std::string::npos)
-        << line;
-    EXPECT_EQ(line.find('\r'), std::string::npos);
-    EXPECT_NE(line.find("\"tip\": \"addition\""), std::string::npos);
+    // The corrected edition by default, the classic one with --classic.
+    const std::pair<const char *, const char *> editions[] = {
+        {nullptr, "in the following list?\\r\\n"},
+        {"--classic", "in the following list:\\r\\n"},
+    };
+    for (const auto &[option, question] : editions) {
+        std::vector<std::string> args = {"--print-problem", "15", "--randomizer", "2",
+                                         "--seed",          "9"};
+        if (option)
+            args.insert(args.begin(), option);
+        const ProgramRun r = Sumbrook(args);
+        ASSERT_EQ(r.status, 0) << r.err;
+        const auto lines = Lines(r.out);
+        ASSERT_EQ(lines.size(), 1u);
+        const std::string &line = lines[0];
+        EXPECT_EQ(Field(line, "number"), 15);
+        EXPECT_EQ(Field(line, "randomizer"), 2);
+        EXPECT_EQ(Field(line, "correct"), 8);
+        EXPECT_NE(line.find("\"text\": \"What is the total of the first two numbers " +
+                            std::string(question)),
+                  std::string::npos)
+            << line;
+        EXPECT_EQ(line.find('\r'), std::string::npos);
+        EXPECT_NE(line.find("\"tip\": \"addition\""), std::string::npos);
+    }
 }
 
 TEST(PrintModes, ProblemWithoutArrangementDrawsOne) {

@@ -86,18 +86,24 @@ TEST_F(Round, ScoreAndMissesAddUpToTheRoundLength) {
 }
 
 TEST_F(Round, MissedRecordHoldsTheTextAndTheTip) {
-    ResetForSelection();
-    RuntimeRandomSeed(1234);
-    Drill().iPracticeMode = 1;
-    Drill().iRoundLength = 5;
-    StartRound();
-    const std::string text = P().sProblemString.ToStd();
-    const std::string tip = Drill().sTip.ToStd();
-    const int32_t wrong = P().iCorrectAnswerIs == 1 ? 2 : 1;
-    EXPECT_EQ(AnswerQuestion(wrong), AnswerResult::Wrong);
-    EXPECT_EQ(Drill().iMissedCount, 1);
-    EXPECT_EQ(Drill().asMissed.Get(1).ToStd(), text + " " + tip);
-    EXPECT_EQ(Drill().iQuestionsLeft, 4);
+    // The classic record runs the tip on after a blank; the corrected one labels it.
+    const std::pair<bool, const char *> editions[] = {{true, " "}, {false, "  Tip: "}};
+    for (const auto &[classic, joint] : editions) {
+        SetClassic(classic);
+        ResetForSelection();
+        RuntimeRandomSeed(1234);
+        Drill().iPracticeMode = 1;
+        Drill().iRoundLength = 5;
+        StartRound();
+        const std::string text = P().sProblemString.ToStd();
+        const std::string tip = Drill().sTip.ToStd();
+        const int32_t wrong = P().iCorrectAnswerIs == 1 ? 2 : 1;
+        EXPECT_EQ(AnswerQuestion(wrong), AnswerResult::Wrong);
+        EXPECT_EQ(Drill().iMissedCount, 1);
+        EXPECT_EQ(Drill().asMissed.Get(1).ToStd(), text + joint + tip);
+        EXPECT_EQ(Drill().iQuestionsLeft, 4);
+    }
+    SetClassic(false);
 }
 
 TEST_F(Round, FullScoreLeavesNoMissedRecord) {

@@ -157,7 +157,8 @@ const AnswerRow kAnswers[] = {
     {77, [](auto &, V n, V, int32_t) { return S(4 * n.at(0)) + " quarts"; }, " quarts"},
     {78, [](auto &, V n, V, int32_t) { return S((n.at(0) + n.at(1) + n.at(2)) / 3); }, ""},
     {79, [](auto &, V n, V, int32_t) { return S(n.at(0) * n.at(1)) + " calls"; }, " calls"},
-    {80, [](auto &, V n, V m, int32_t) { return Money(m.at(0) / n.at(0)); }, ""},
+    // Five students, written "5" or "Five" by the edition.
+    {80, [](auto &, V, V m, int32_t) { return Money(m.at(0) / 5); }, ""},
     // Three passengers and the driver.
     {81, [](auto &, V n, V, int32_t) { return S(4 * n.at(0)) + " people"; }, " people"},
     {82, [](auto &, V, V m, int32_t) { return Money(12 * m.at(0)); }, ""},
@@ -178,17 +179,41 @@ struct PickRule {
     bool namesDiffer, itemsDiffer; // slots 1 to 3
 };
 const PickRule kPickRules[] = {
-    {2, 0, 0, false, true},   {10, 1, 0, false, false}, {11, 0, 1, false, false},
-    {44, 0, 1, false, false}, {45, 1, 0, false, false}, {52, 0, 0, true, false},
+    {2, 0, 0, false, true},
+    {10, 1, 0, false, false},
+    {11, 0, 1, false, false},
+    {44, 0, 1, false, false},
+    {45, 1, 0, false, false},
+    {52, 0, 0, true, false},
+    // The corrected edition's own rules.
+    {26, 0, 0, false, true},
+    {39, 0, 0, false, true},
+    {66, 0, 0, true, false},
+    {67, 0, 0, true, false},
+    {78, 0, 0, true, false},
 };
 
 bool EndsWith(const std::string &s, const std::string &tail) {
     return s.size() >= tail.size() && s.compare(s.size() - tail.size(), tail.size(), tail) == 0;
 }
+// " inches" for one inch is " inch": the units whose singular is not the
+// plural less its s.
+std::string SingularOf(const std::string &unit) {
+    static const std::map<std::string, std::string> irregular = {
+        {" inches", " inch"}, {" leaves", " leaf"},   {" feet", " foot"},
+        {" copies", " copy"}, {" people", " person"}, {" fish", " fish"}};
+    const auto it = irregular.find(unit);
+    return it != irregular.end() ? it->second : unit.substr(0, unit.size() - 1);
+}
 // An entry carries the problem's unit; one of a thing carries it singular.
 bool HasUnit(const std::string &entry, const std::string &unit) {
-    return EndsWith(entry, unit) ||
-           (!unit.empty() && entry == "1" + unit.substr(0, unit.size() - 1));
+    return EndsWith(entry, unit) || (!unit.empty() && entry == "1" + SingularOf(unit));
+}
+// The corrected edition says "1 inch" where the classic one says "1 inches".
+std::string InEdition(const std::string &entry, const std::string &unit) {
+    if (Classic() || unit.empty() || entry != "1" + unit)
+        return entry;
+    return "1" + SingularOf(unit);
 }
 
 // What every built problem keeps, whatever its numbers.
@@ -254,9 +279,18 @@ protected:
         Drill().sTip = Text();
         Build(number, arrangement);
     }
+    static void CheckAnswerTable();
 };
 
+// Every edition's correct entry is the answer worked out from its own text.
 TEST_F(BankAnswers, CorrectEntryIsTheAnswerToTheText) {
+    for (bool classic : {true, false}) {
+        drilltest::PrepareDrill(classic);
+        CheckAnswerTable();
+    }
+}
+
+void BankAnswers::CheckAnswerTable() {
     for (const AnswerRow &row : kAnswers) {
         std::string tip;
         for (int32_t arrangement = 1; arrangement <= 3; ++arrangement) {
@@ -271,7 +305,8 @@ TEST_F(BankAnswers, CorrectEntryIsTheAnswerToTheText) {
                 if (HasFatalFailure())
                     return;
                 ASSERT_EQ(CorrectText(),
-                          row.correct(text, NumbersIn(text), MoneyIn(text), arrangement));
+                          InEdition(row.correct(text, NumbersIn(text), MoneyIn(text), arrangement),
+                                    row.unit));
                 // The right answer is offered once; a wrong one may repeat.
                 int32_t copies = 0;
                 for (int32_t i = 1; i <= 10; ++i) {
@@ -318,9 +353,11 @@ TEST_F(BankAnswers, PickersKeepTheProblemsRules) {
     }
 }
 
-// Problem 5 never shows a price difference below a cent: such a value,
-// the correct one included, becomes a made-up sum from $30.00 up.
+// Problem 5 never shows a price difference below a cent: in the classic
+// edition such a value, the correct one included, becomes a made-up sum from
+// $30.00 up; the corrected one never draws two equal prices.
 TEST_F(BankAnswers, PriceDifferenceNeverShowsBelowACent) {
+    drilltest::PrepareDrill(/*classic=*/true);
     bool sawEqualPrices = false;
     for (uint32_t seed = 1; seed <= 300; ++seed) {
         for (int32_t r = 1; r <= 3; ++r) {
@@ -339,6 +376,14 @@ TEST_F(BankAnswers, PriceDifferenceNeverShowsBelowACent) {
         }
     }
     EXPECT_TRUE(sawEqualPrices);
+    drilltest::PrepareDrill();
+    for (uint32_t seed = 1; seed <= 900; ++seed) {
+        BuildFresh(5, 1 + seed % 3, seed);
+        const auto m = MoneyIn(ProblemText());
+        ASSERT_NE(m.at(0), m.at(1)) << ProblemText();
+        ASSERT_EQ(CorrectText(), Money(std::abs(m.at(0) - m.at(1))));
+        ASSERT_NE(P().iItem[1], P().iItem[2]);
+    }
 }
 
 // Built one after another as a round builds them, no problem picks the name

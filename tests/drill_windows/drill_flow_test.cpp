@@ -205,13 +205,13 @@ struct Expected {
 };
 
 // The round the engine deals for this seed, one problem per line.
-std::vector<Expected> SeededRound(int mode, int length, int seed) {
-    const std::string json =
-        Capture(kDrill + " --print-round --mode " + std::to_string(mode) + " --length " +
-                std::to_string(length) + " --seed " + std::to_string(seed) +
-                " | python3 -c 'import sys,json\nfor l in sys.stdin:\n q=json.loads(l)\n "
-                "print(q[\"correct\"]); print(q[\"tip\"]); print(q[\"text\"].replace(\"\\r\\n\", "
-                "\"\\\\n\"))'");
+std::vector<Expected> SeededRound(int mode, int length, int seed, bool classic) {
+    const std::string json = Capture(
+        kDrill + (classic ? " --classic" : "") + " --print-round --mode " + std::to_string(mode) +
+        " --length " + std::to_string(length) + " --seed " + std::to_string(seed) +
+        " | python3 -c 'import sys,json\nfor l in sys.stdin:\n q=json.loads(l)\n "
+        "print(q[\"correct\"]); print(q[\"tip\"]); print(q[\"text\"].replace(\"\\r\\n\", "
+        "\"\\\\n\"))'");
     const auto lines = Lines(json);
     std::vector<Expected> round;
     for (size_t i = 0; i + 2 < lines.size(); i += 3)
@@ -248,6 +248,7 @@ struct Round {
     bool tips;
     std::vector<Step> steps; // five answers, and OK pressed with none
     const char *title, *modeLine;
+    bool classic = false; // --classic: the texts as first written
 };
 
 // Plays one round; returns the problems it answered wrongly, as the
@@ -290,7 +291,7 @@ void Play(const Drill &drill, const std::string &practice, const Round &r,
             EXPECT_EQ(drill.Last("text wMainProg StaticText4 "), "Questions Remaining: 5");
         }
         if (s.pick == Pick::Wrong)
-            missed += q.text + " " + q.tip + "\\n\\n";
+            missed += q.text + (r.classic ? " " : "  Tip: ") + q.tip + "\\n\\n";
         question += s.pick != Pick::None;
         // The child listens to each sound before going on, but the last.
         if (question < 5) {
@@ -309,23 +310,31 @@ TEST_F(DrillWindows, RoundsPlayedWithMouseAndKeysEndInTheirResults) {
           {Pick::Right, By::Keys},
           kWrong,
           kRight},
-         "Multiply Divide Practice: 5 Questions",
+         "Multiplication and Division Practice: 5 Questions",
          "Multiplication and Division"},
         {1,
          false,
          {kRight, kRight, kRight, kRight, kRight},
-         "Add Subtract Practice: 5 Questions",
+         "Addition and Subtraction Practice: 5 Questions",
          "Addition and Subtraction"},
-        {3, false, {kWrong, kWrong, kWrong, kWrong, kWrong}, "ALL Practice: 5 Questions", "ALL"},
+        {3,
+         false,
+         {kWrong, kWrong, kWrong, kWrong, kWrong},
+         "ALL Practice: 5 Questions",
+         "ALL",
+         true},
     };
     const int kModeTops[] = {0, 37, 58, 79};
     for (const Round &r : rounds) {
         SCOPED_TRACE(r.title);
         const bool first = &r == &rounds[0];
         const int seed = 7 + r.mode;
-        const auto round = SeededRound(r.mode, 5, seed);
+        const auto round = SeededRound(r.mode, 5, seed, r.classic);
         ASSERT_EQ(round.size(), 5u);
-        Drill drill({"--seed", std::to_string(seed)});
+        std::vector<std::string> args = {"--seed", std::to_string(seed)};
+        if (r.classic)
+            args.push_back("--classic");
+        Drill drill(args);
         const std::string welcome = Window("Welcome");
         ASSERT_FALSE(welcome.empty());
         if (first)

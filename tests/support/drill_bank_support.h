@@ -2,6 +2,7 @@
 // arrangement, and reading the numbers back out of its text.
 #pragma once
 
+#include "bank/corrections.h"
 #include "bank/problem_kit.h"
 #include "drill/round.h"
 #include "drill/state.h"
@@ -13,12 +14,15 @@
 
 namespace drilltest {
 
-inline void PrepareDrill() {
+// Pools filled and a fresh selection, in the classic edition or the
+// corrected one.
+inline void PrepareDrill(bool classic = false) {
     static bool filled = false;
     if (!filled) {
         sumbrook::mFillPools();
         filled = true;
     }
+    sumbrook::SetClassic(classic);
     sumbrook::ResetForSelection();
 }
 

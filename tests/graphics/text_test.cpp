@@ -27,21 +27,6 @@ std::string LoadedFamily(const PangoFontDescription *d) {
     return family;
 }
 
-TEST_F(Text, SizesRunTwoPointsAboveTheToolkit) {
-    g->SetTextFont("Arial");
-    g->SetTextSize(12);
-    g->UpdateFont();
-    ASSERT_NE(g->FontDescription(), nullptr);
-    EXPECT_EQ(pango_font_description_get_size(g->FontDescription()), 10 * PANGO_SCALE);
-    // Size 0, or anything below 1, is the theme's size, unchanged.
-    for (int size : {0, -7}) {
-        g->SetTextSize(size);
-        g->UpdateFont();
-        EXPECT_EQ(pango_font_description_get_size(g->FontDescription()),
-                  DefaultFontSize() * PANGO_SCALE);
-    }
-}
-
 // How a font of the language becomes a description the toolkit loads.
 TEST_F(Text, FontSpecsBecomeLoadableDescriptions) {
     const int boldItalic = kStyleBold | kStyleItalic;
@@ -55,6 +40,8 @@ TEST_F(Text, FontSpecsBecomeLoadableDescriptions) {
         {{"Arial", 1, 0}, 1, "Liberation Sans"},
         {{"Arial", 2, 0}, 1, "Liberation Sans"},
         {{"Arial", 50000000, 0}, kMaxFontPoints, "Liberation Sans"},
+        {{"Arial", 0, 0}, 0, "Liberation Sans"},
+        {{"Arial", -7, 0}, 0, "Liberation Sans"},
         {{"Arial", 14, boldItalic}, 12, "Liberation Sans"},
         {{"System", 0, 0}, 0, ""},
         {{"SmallSystem", 0, 0}, 0, ""},
@@ -125,25 +112,19 @@ TEST_F(Text, WidthsMeasureThePixels) {
     EXPECT_GE(box.right - box.left + 1, one - 4);
 }
 
-TEST_F(Text, BaselineIsY) {
+// Capitals sit on the baseline y and reach up no further than the ascent;
+// an underline goes below it.
+TEST_F(Text, BaselineIsYAndUnderlineGoesBelow) {
     g->SetTextFont("Arial");
     g->SetTextSize(20);
     Colour(0x000000);
     g->DrawText("HHH", 10, 50, 0);
-    InkBox box = Ink();
-    ASSERT_GT(box.count, 0);
-    // Capitals sit on the baseline and reach up no further than the ascent.
-    EXPECT_GE(box.bottom, 48);
-    EXPECT_LE(box.bottom, 50);
-    EXPECT_GE(box.top, 50 - g->Ascent() - 1);
-}
-
-TEST_F(Text, UnderlineDrawsBelowTheBaseline) {
-    g->SetTextFont("Arial");
-    g->SetTextSize(20);
-    Colour(0x000000);
-    g->DrawText("HHH", 10, 50, 0);
-    const int plainBottom = Ink().bottom;
+    const InkBox plain = Ink();
+    ASSERT_GT(plain.count, 0);
+    EXPECT_GE(plain.bottom, 48);
+    EXPECT_LE(plain.bottom, 50);
+    EXPECT_GE(plain.top, 50 - g->Ascent() - 1);
+    const int plainBottom = plain.bottom;
     g->EraseRect(RectFromXYWH(0, 0, kWidth, kHeight));
     g->SetTextStyle(kStyleUnderline);
     g->DrawText("HHH", 10, 50, 0);

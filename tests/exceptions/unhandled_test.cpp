@@ -18,25 +18,18 @@ RuntimeObject *MakeException(const char *cls, const char *message, int32_t numbe
 }
 
 TEST(UnhandledTexts, MessageAndExplanation) {
-    const struct Row {
-        const char *className, *message;
-        int32_t number;
-        const char *explanation; // empty when there is nothing to explain
-    } rows[] = {
-        {"TypeMismatchException", "Expected a number", 42,
-         "Exception Message: Expected a number\rException Error Number: 42"},
-        {"NilObjectException", nullptr, 0, ""},
-        {"RuntimeException", nullptr, -3, "Exception Error Number: -3"},
-    };
-    for (const Row &row : rows) {
-        RuntimeObject *e = MakeException(row.className, row.message, row.number);
-        EXPECT_EQ(kelp::UnhandledMessageText(e), std::string("An exception of class ") +
-                                                     row.className +
-                                                     " was not handled.  The application "
-                                                     "must shut down.");
-        EXPECT_EQ(kelp::UnhandledExplanationText(e), row.explanation);
-        RuntimeUnlockObject(e);
-    }
+    RuntimeObject *e = MakeException("TypeMismatchException", "Expected a number", 42);
+    EXPECT_EQ(kelp::UnhandledMessageText(e), "An exception of class TypeMismatchException was "
+                                             "not handled.  The application must shut down.");
+    EXPECT_EQ(kelp::UnhandledExplanationText(e),
+              "Exception Message: Expected a number\rException Error Number: 42");
+    RuntimeUnlockObject(e);
+    e = MakeException("NilObjectException", nullptr, 0);
+    EXPECT_EQ(kelp::UnhandledExplanationText(e), "");
+    RuntimeUnlockObject(e);
+    e = MakeException("RuntimeException", nullptr, -3);
+    EXPECT_EQ(kelp::UnhandledExplanationText(e), "Exception Error Number: -3");
+    RuntimeUnlockObject(e);
 }
 
 } // namespace

@@ -100,16 +100,36 @@ TEST_F(Raising, ReachesTheNearestHandlerAfterTheRuntimeFunctionReturned) {
     EXPECT_EQ(RuntimeDebugObjectCount(), live) << "the exception was freed after the catch";
 }
 
-TEST_F(Raising, ExceptionCaughtInTheSameFrameHasOnlyTheSlotsReference) {
-    RuntimeEnterHandlerRegion();
-    RuntimeNilObject();
-    RuntimeObject *slot = RuntimeTakeException();
-    RuntimeLeaveHandlerRegion();
-    ASSERT_NE(slot, nullptr);
-    EXPECT_EQ(ClassOf(slot), "NilObjectException");
-    EXPECT_EQ(slot->referenceCount, 1);
-    EXPECT_FALSE(kelp::ExceptionPending());
-    RuntimeUnlockObject(slot);
+// Each raise is taken in the same frame: the slot holds the only reference,
+// and the object is of the class raised, with its message.
+TEST_F(Raising, CaughtInTheSameFrameWithItsClassAndMessage) {
+    const struct Row {
+        void (*raise)();
+        const char *className, *message; // nullptr: not checked
+    } rows[] = {
+        {[] { RuntimeNilObject(); }, "NilObjectException", nullptr},
+        {[] { kelp::RaiseOfDefinition(kelp::ExceptionDefinitionNamed("StackOverflowException")); },
+         "StackOverflowException", nullptr},
+        {[] { RuntimeRaiseFunctionNotFoundException(Lit("open_job"), Lit("libjobs.so")); },
+         "FunctionNotFoundException", "Could not load open_job from libjobs.so"},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.className);
+        RuntimeEnterHandlerRegion();
+        row.raise();
+        RuntimeObject *slot = RuntimeTakeException();
+        RuntimeLeaveHandlerRegion();
+        ASSERT_NE(slot, nullptr);
+        EXPECT_EQ(ClassOf(slot), row.className);
+        EXPECT_EQ(slot->referenceCount, 1);
+        EXPECT_FALSE(kelp::ExceptionPending());
+        EXPECT_TRUE(RuntimeObjectIsa(slot, RuntimeLookupClass(Lit("RuntimeException"))));
+        if (row.message) {
+            EXPECT_EQ(Str(reinterpret_cast<RuntimeExceptionObject *>(slot)->message), row.message);
+        }
+        RuntimeUnlockObject(slot);
+    }
+    EXPECT_EQ(kelp::ExceptionDefinitionNamed("Window"), nullptr);
 }
 
 TEST_F(Raising, WithoutARegionTheUnhandledHandlerRunsAtOnceAndOnce) {
@@ -171,29 +191,6 @@ TEST_F(Raising, TheRaiseHookSeesRaisesButNotReraises) {
     RuntimeUnlockObject(slot);
     kelp::SetRaiseHook(old);
     EXPECT_EQ(gHooked, std::vector<std::string>{"OutOfBoundsException"});
-}
-
-TEST_F(Raising, RaiseOfDefinitionMakesAnObjectOfThatClass) {
-    RuntimeEnterHandlerRegion();
-    kelp::RaiseOfDefinition(kelp::ExceptionDefinitionNamed("StackOverflowException"));
-    RuntimeObject *slot = RuntimeTakeException();
-    RuntimeLeaveHandlerRegion();
-    EXPECT_EQ(ClassOf(slot), "StackOverflowException");
-    EXPECT_TRUE(RuntimeObjectIsa(slot, RuntimeLookupClass(Lit("RuntimeException"))));
-    RuntimeUnlockObject(slot);
-    EXPECT_EQ(kelp::ExceptionDefinitionNamed("Window"), nullptr);
-}
-
-TEST_F(Raising, FunctionNotFoundCarriesItsMessage) {
-    RuntimeEnterHandlerRegion();
-    RuntimeRaiseFunctionNotFoundException(Lit("gnome_print_job_new"), Lit("libgnomeprint.so"));
-    RuntimeObject *slot = RuntimeTakeException();
-    RuntimeLeaveHandlerRegion();
-    ASSERT_NE(slot, nullptr);
-    EXPECT_EQ(ClassOf(slot), "FunctionNotFoundException");
-    EXPECT_EQ(Str(reinterpret_cast<RuntimeExceptionObject *>(slot)->message),
-              "Could not load gnome_print_job_new from libgnomeprint.so");
-    RuntimeUnlockObject(slot);
 }
 
 TEST_F(Raising, BadUseIsReportedNotFatal) {

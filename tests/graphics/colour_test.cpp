@@ -10,10 +10,31 @@
 
 namespace {
 
-TEST(ColourWords, RGBClampsEachChannel) {
-    EXPECT_EQ(RuntimeRGB(0x12, 0x34, 0x56), 0x123456u);
-    EXPECT_EQ(RuntimeRGB(300, -5, 255), 0xFF00FFu);
-    EXPECT_EQ(RuntimeRGB(-1, 256, 1000000), 0x00FFFFu);
+// Words built from each model; out-of-range arguments clamp instead of
+// producing garbage.
+TEST(ColourWords, BuiltFromEachModel) {
+    const struct Row {
+        const char *name;
+        uint32_t got, expected;
+    } rows[] = {
+        {"rgb", RuntimeRGB(0x12, 0x34, 0x56), 0x123456u},
+        {"rgb clamped", RuntimeRGB(300, -5, 255), 0xFF00FFu},
+        {"rgb clamped far", RuntimeRGB(-1, 256, 1000000), 0x00FFFFu},
+        {"hsv red", RuntimeHSV(0.0, 1.0, 1.0), 0xFF0000u},
+        {"hsv green", RuntimeHSV(1.0 / 3.0, 1.0, 1.0), 0x00FF00u},
+        {"hsv blue", RuntimeHSV(2.0 / 3.0, 1.0, 1.0), 0x0000FFu},
+        {"hsv yellow", RuntimeHSV(1.0 / 6.0, 1.0, 1.0), 0xFFFF00u},
+        {"hsv grey: 127.5 rounds up", RuntimeHSV(0.5, 0.0, 0.5), 0x808080u},
+        {"hsv black", RuntimeHSV(0.3, 0.7, 0.0), 0x000000u},
+        // Hue 1 is held below 1: still red, not a wrap into the next sector.
+        {"hsv hue 1", RuntimeHSV(1.0, 1.0, 1.0), 0xFF0000u},
+        {"hsv clamped", RuntimeHSV(-3.0, 5.0, 2.0), 0xFF0000u},
+        {"cmy white", RuntimeCMY(0.0, 0.0, 0.0), 0xFFFFFFu},
+        {"cmy black", RuntimeCMY(1.0, 1.0, 1.0), 0x000000u},
+        {"cmy green", RuntimeCMY(1.0, 0.0, 1.0), 0x00FF00u},
+    };
+    for (const Row &row : rows)
+        EXPECT_EQ(row.got, row.expected) << row.name;
 }
 
 TEST(ColourWords, ChannelsReadBack) {
@@ -24,19 +45,9 @@ TEST(ColourWords, ChannelsReadBack) {
     EXPECT_DOUBLE_EQ(readColorCyan(c), 245.0 / 255.0);
     EXPECT_DOUBLE_EQ(readColorMagenta(c), 55.0 / 255.0);
     EXPECT_DOUBLE_EQ(readColorYellow(c), 0.0);
-}
-
-TEST(ColourWords, HSVHexconeCorners) {
-    EXPECT_EQ(RuntimeHSV(0.0, 1.0, 1.0), 0xFF0000u);
-    EXPECT_EQ(RuntimeHSV(1.0 / 3.0, 1.0, 1.0), 0x00FF00u);
-    EXPECT_EQ(RuntimeHSV(2.0 / 3.0, 1.0, 1.0), 0x0000FFu);
-    EXPECT_EQ(RuntimeHSV(1.0 / 6.0, 1.0, 1.0), 0xFFFF00u);
-    EXPECT_EQ(RuntimeHSV(0.5, 0.0, 0.5), 0x808080u); // grey: 127.5 rounds up
-    EXPECT_EQ(RuntimeHSV(0.3, 0.7, 0.0), 0x000000u);
-    // Hue 1 is held below 1: still red, not a wrap into the next sector.
-    EXPECT_EQ(RuntimeHSV(1.0, 1.0, 1.0), 0xFF0000u);
-    // Out-of-range arguments clamp instead of producing garbage.
-    EXPECT_EQ(RuntimeHSV(-3.0, 5.0, 2.0), 0xFF0000u);
+    // CMY read back builds the same word again.
+    const uint32_t back = 0x3366CC;
+    EXPECT_EQ(RuntimeCMY(readColorCyan(back), readColorMagenta(back), readColorYellow(back)), back);
 }
 
 TEST(ColourWords, HSVReadBackMatchesConstruction) {
@@ -53,14 +64,6 @@ TEST(ColourWords, HSVReadBackMatchesConstruction) {
     // Magenta's hue comes out negative before the wrap: it must read 5/6.
     EXPECT_NEAR(readColorHue(0xFF00FF), 5.0 / 6.0, 1e-9);
     EXPECT_DOUBLE_EQ(readColorSaturation(0x000000), 0.0);
-}
-
-TEST(ColourWords, CMYIsTheComplement) {
-    EXPECT_EQ(RuntimeCMY(0.0, 0.0, 0.0), 0xFFFFFFu);
-    EXPECT_EQ(RuntimeCMY(1.0, 1.0, 1.0), 0x000000u);
-    EXPECT_EQ(RuntimeCMY(1.0, 0.0, 1.0), 0x00FF00u);
-    const uint32_t c = 0x3366CC;
-    EXPECT_EQ(RuntimeCMY(readColorCyan(c), readColorMagenta(c), readColorYellow(c)), c);
 }
 
 TEST(ColourWords, ChannelWideningRoundTrips) {

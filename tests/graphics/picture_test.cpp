@@ -7,67 +7,58 @@
 namespace kelp::test {
 namespace {
 
-TEST(PictureCut, DefaultsComeFromThePictureAndTheDestination) {
-    PictureCut c;
-    c.x = 5;
-    c.y = 6;
-    ASSERT_TRUE(CutPictureToStore(c, 40, 30));
-    EXPECT_EQ(c.destWidth, 40);
-    EXPECT_EQ(c.destHeight, 30);
-    EXPECT_EQ(c.sourceWidth, 40);
-    EXPECT_EQ(c.sourceHeight, 30);
-
-    PictureCut scaled;
-    scaled.destWidth = 80;
-    scaled.destHeight = 60;
-    ASSERT_TRUE(CutPictureToStore(scaled, 40, 30));
-    // The source defaults to the destination's size, then is cut to the picture,
-    // and the destination shrinks in proportion: half of it remains.
-    EXPECT_EQ(scaled.sourceWidth, 40);
-    EXPECT_EQ(scaled.destWidth, 40);
-    EXPECT_EQ(scaled.sourceHeight, 30);
-    EXPECT_EQ(scaled.destHeight, 30);
-}
-
-TEST(PictureCut, NegativeSourceShiftsTheDestinationAndKeepsTheScale) {
-    PictureCut c;
-    c.x = 100;
-    c.destWidth = 200; // twice the source: scale 2
-    c.sourceX = -10;
-    c.sourceWidth = 100;
-    c.destHeight = 50;
-    c.sourceHeight = 50;
-    ASSERT_TRUE(CutPictureToStore(c, 100, 50));
-    EXPECT_EQ(c.sourceX, 0);
-    EXPECT_EQ(c.sourceWidth, 90);
-    EXPECT_EQ(c.x, 120); // 10 source pixels are 20 destination pixels
-    EXPECT_EQ(c.destWidth, 180);
-}
-
-TEST(PictureCut, SourcePastTheEdgeIsShortened) {
-    PictureCut c;
-    c.destWidth = 60;
-    c.sourceX = 10;
-    c.sourceWidth = 30; // scale 2, and 10 pixels past a 30-wide picture
-    ASSERT_TRUE(CutPictureToStore(c, 30, 30));
-    EXPECT_EQ(c.sourceWidth, 20);
-    EXPECT_EQ(c.destWidth, 40);
-}
-
-TEST(PictureCut, NothingLeftDrawsNothing) {
-    PictureCut zero;
-    zero.destWidth = 0;
-    EXPECT_FALSE(CutPictureToStore(zero, 30, 30));
-    PictureCut outside;
-    outside.sourceX = 50;
-    EXPECT_FALSE(CutPictureToStore(outside, 30, 30));
-    PictureCut before;
-    before.sourceX = -40;
-    before.sourceWidth = 30;
-    before.destWidth = 30;
-    EXPECT_FALSE(CutPictureToStore(before, 30, 30));
-    PictureCut empty;
-    EXPECT_FALSE(CutPictureToStore(empty, 0, 10));
+// Defaults come from the picture and the destination; a source reaching past
+// either edge is shortened and the destination follows at the same scale.
+TEST(PictureCut, DefaultsAndCutsKeepTheScale) {
+    constexpr int32_t D = kPictureSizeDefault;
+    const struct Row {
+        const char *name;
+        PictureCut in;
+        int32_t pictureWidth, pictureHeight;
+        bool drawn;
+        PictureCut out; // checked only when drawn
+    } rows[] = {
+        {"all defaults", {5, 6, D, D, 0, 0, D, D}, 40, 30, true, {5, 6, 40, 30, 0, 0, 40, 30}},
+        // The source takes the destination's size, is cut to the picture, and
+        // the destination shrinks in proportion.
+        {"bigger destination",
+         {0, 0, 80, 60, 0, 0, D, D},
+         40,
+         30,
+         true,
+         {0, 0, 40, 30, 0, 0, 40, 30}},
+        // Scale 2: 10 source pixels before the edge are 20 destination pixels.
+        {"negative source",
+         {100, 0, 200, 50, -10, 0, 100, 50},
+         100,
+         50,
+         true,
+         {120, 0, 180, 50, 0, 0, 90, 50}},
+        {"past the right edge",
+         {0, 0, 60, D, 10, 0, 30, D},
+         30,
+         30,
+         true,
+         {0, 0, 40, 30, 10, 0, 20, 30}},
+        {"zero destination", {0, 0, 0, D, 0, 0, D, D}, 30, 30, false, {}},
+        {"source outside", {0, 0, D, D, 50, 0, D, D}, 30, 30, false, {}},
+        {"source wholly before", {0, 0, 30, D, -40, 0, 30, D}, 30, 30, false, {}},
+        {"empty picture", {0, 0, D, D, 0, 0, D, D}, 0, 10, false, {}},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        PictureCut c = row.in;
+        ASSERT_EQ(CutPictureToStore(c, row.pictureWidth, row.pictureHeight), row.drawn);
+        if (!row.drawn)
+            continue;
+        EXPECT_EQ(c.x, row.out.x);
+        EXPECT_EQ(c.y, row.out.y);
+        EXPECT_EQ(c.destWidth, row.out.destWidth);
+        EXPECT_EQ(c.destHeight, row.out.destHeight);
+        EXPECT_EQ(c.sourceX, row.out.sourceX);
+        EXPECT_EQ(c.sourceWidth, row.out.sourceWidth);
+        EXPECT_EQ(c.sourceHeight, row.out.sourceHeight);
+    }
 }
 
 using PictureDrawing = PixmapDrawing;

@@ -1,6 +1,8 @@
 // Shapes on an offscreen picture, checked pixel by pixel.
 #include "fixture.h"
 
+#include <string>
+
 namespace kelp::test {
 namespace {
 
@@ -50,18 +52,6 @@ TEST_F(Shapes, EmptyAndNegativeSizesDrawNothing) {
     EXPECT_EQ(Ink().count, 0);
 }
 
-TEST_F(Shapes, RectGivenRightToLeftIsNormalised) {
-    Colour(0x00FF00);
-    Rect r{30, 50, 10, 20}; // top 30, left 50, bottom 10, right 20
-    g->FillRect(r);
-    InkBox box = Ink();
-    EXPECT_EQ(box.left, 20);
-    EXPECT_EQ(box.right, 49);
-    EXPECT_EQ(box.top, 10);
-    EXPECT_EQ(box.bottom, 29);
-    EXPECT_EQ(box.count, 30 * 20);
-}
-
 TEST_F(Shapes, LinesStayOnePixelWideWhateverThePen) {
     Colour(0x000000);
     g->SetPenSize(5, 5);
@@ -77,45 +67,55 @@ TEST_F(Shapes, LinesStayOnePixelWideWhateverThePen) {
     EXPECT_EQ(g->PenWidth(), 5); // remembered, just not drawn
 }
 
-TEST_F(Shapes, OvalsFillInsideAndLeaveCorners) {
-    Colour(0xFF00FF);
-    g->FillOval(RectFromXYWH(20, 20, 40, 30));
-    InkBox box = Ink();
-    EXPECT_EQ(box.left, 20);
-    EXPECT_EQ(box.top, 20);
-    EXPECT_EQ(box.right, 59);
-    EXPECT_EQ(box.bottom, 49);
-    EXPECT_EQ(At(40, 35), 0xFF00FFu);
-    EXPECT_EQ(At(20, 20), 0xFFFFFFu);
-    EXPECT_EQ(At(59, 49), 0xFFFFFFu);
-
-    g->EraseRect(RectFromXYWH(0, 0, kWidth, kHeight));
-    g->FrameOval(RectFromXYWH(20, 20, 40, 30));
-    EXPECT_EQ(At(40, 35), 0xFFFFFFu); // hollow
-    EXPECT_GT(Ink().count, 80);
-}
-
-TEST_F(Shapes, RoundRectsCutTheirCorners) {
+// Ovals and round rectangles fill their box but leave its corners; their
+// frames leave the middle hollow.
+TEST_F(Shapes, RoundedShapesLeaveTheCornersAndFramesAreHollow) {
+    struct Spot {
+        int x, y;
+    };
+    const struct Row {
+        const char *name;
+        void (*draw)(GraphicsGTK &, const Rect &, bool frame);
+        Rect box;
+        Spot inked[2], corners[2], middle;
+    } rows[] = {
+        {"oval",
+         [](GraphicsGTK &gr, const Rect &r, bool frame) {
+             frame ? gr.FrameOval(r) : gr.FillOval(r);
+         },
+         RectFromXYWH(20, 20, 40, 30),
+         {{40, 35}, {40, 35}},
+         {{20, 20}, {59, 49}},
+         {40, 35}},
+        {"round rect",
+         [](GraphicsGTK &gr, const Rect &r, bool frame) {
+             frame ? gr.FrameRoundRect(r, 20, 20) : gr.FillRoundRect(r, 20, 20);
+         },
+         RectFromXYWH(10, 10, 60, 40),
+         {{40, 10}, {10, 30}}, // middles of the top and left edges
+         {{10, 10}, {69, 49}},
+         {40, 30}},
+    };
     Colour(0x008000);
-    g->FillRoundRect(RectFromXYWH(10, 10, 60, 40), 20, 20);
-    InkBox box = Ink();
-    EXPECT_EQ(box.left, 10);
-    EXPECT_EQ(box.top, 10);
-    EXPECT_EQ(box.right, 69);
-    EXPECT_EQ(box.bottom, 49);
-    EXPECT_EQ(At(10, 10), 0xFFFFFFu);
-    EXPECT_EQ(At(69, 49), 0xFFFFFFu);
-    EXPECT_EQ(At(40, 10), 0x008000u); // middle of the top edge
-    EXPECT_EQ(At(10, 30), 0x008000u); // middle of the left edge
-
-    g->EraseRect(RectFromXYWH(0, 0, kWidth, kHeight));
-    g->FrameRoundRect(RectFromXYWH(10, 10, 60, 40), 20, 20);
-    box = Ink();
-    EXPECT_EQ(box.left, 10);
-    EXPECT_EQ(box.right, 69);
-    EXPECT_EQ(box.bottom, 49);
-    EXPECT_EQ(At(40, 30), 0xFFFFFFu);
-    EXPECT_EQ(At(10, 10), 0xFFFFFFu);
+    for (const Row &row : rows) {
+        for (bool frame : {false, true}) {
+            SCOPED_TRACE(std::string(row.name) + (frame ? " frame" : " fill"));
+            g->EraseRect(RectFromXYWH(0, 0, kWidth, kHeight));
+            row.draw(*g, row.box, frame);
+            const InkBox box = Ink();
+            EXPECT_EQ(box.left, row.box.left);
+            EXPECT_EQ(box.top, row.box.top);
+            EXPECT_EQ(box.right, row.box.right - 1);
+            EXPECT_EQ(box.bottom, row.box.bottom - 1);
+            for (const Spot &p : row.corners)
+                EXPECT_EQ(At(p.x, p.y), 0xFFFFFFu) << p.x << "," << p.y;
+            EXPECT_EQ(At(row.middle.x, row.middle.y), frame ? 0xFFFFFFu : 0x008000u);
+            if (!frame) {
+                for (const Spot &p : row.inked)
+                    EXPECT_EQ(At(p.x, p.y), 0x008000u) << p.x << "," << p.y;
+            }
+        }
+    }
 }
 
 TEST_F(Shapes, EraseOffscreenPaintsWhiteAndKeepsTheColour) {

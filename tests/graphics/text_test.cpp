@@ -10,7 +10,17 @@
 namespace kelp::test {
 namespace {
 
-using Text = PixmapDrawing;
+// Text drawn in Arial at size 12 unless a case says otherwise.
+class Text : public PixmapDrawing {
+protected:
+    void SetUp() override {
+        PixmapDrawing::SetUp();
+        if (IsSkipped())
+            return;
+        g->SetTextFont("Arial");
+        g->SetTextSize(12);
+    }
+};
 
 // The family Pango really loads for a description.
 std::string LoadedFamily(const PangoFontDescription *d) {
@@ -27,21 +37,6 @@ std::string LoadedFamily(const PangoFontDescription *d) {
     return family;
 }
 
-TEST_F(Text, SizesRunTwoPointsAboveTheToolkit) {
-    g->SetTextFont("Arial");
-    g->SetTextSize(12);
-    g->UpdateFont();
-    ASSERT_NE(g->FontDescription(), nullptr);
-    EXPECT_EQ(pango_font_description_get_size(g->FontDescription()), 10 * PANGO_SCALE);
-    // Size 0, or anything below 1, is the theme's size, unchanged.
-    for (int size : {0, -7}) {
-        g->SetTextSize(size);
-        g->UpdateFont();
-        EXPECT_EQ(pango_font_description_get_size(g->FontDescription()),
-                  DefaultFontSize() * PANGO_SCALE);
-    }
-}
-
 // How a font of the language becomes a description the toolkit loads.
 TEST_F(Text, FontSpecsBecomeLoadableDescriptions) {
     const int boldItalic = kStyleBold | kStyleItalic;
@@ -55,6 +50,8 @@ TEST_F(Text, FontSpecsBecomeLoadableDescriptions) {
         {{"Arial", 1, 0}, 1, "Liberation Sans"},
         {{"Arial", 2, 0}, 1, "Liberation Sans"},
         {{"Arial", 50000000, 0}, kMaxFontPoints, "Liberation Sans"},
+        {{"Arial", 0, 0}, 0, "Liberation Sans"},
+        {{"Arial", -7, 0}, 0, "Liberation Sans"},
         {{"Arial", 14, boldItalic}, 12, "Liberation Sans"},
         {{"System", 0, 0}, 0, ""},
         {{"SmallSystem", 0, 0}, 0, ""},
@@ -85,8 +82,6 @@ TEST_F(Text, FontSpecsBecomeLoadableDescriptions) {
 }
 
 TEST_F(Text, FontIsRebuiltOnlyWhenAFieldChanges) {
-    g->SetTextFont("Arial");
-    g->SetTextSize(12);
     g->UpdateFont();
     const PangoFontDescription *first = g->FontDescription();
     g->SetTextFont("Arial");
@@ -100,8 +95,6 @@ TEST_F(Text, FontIsRebuiltOnlyWhenAFieldChanges) {
 }
 
 TEST_F(Text, MetricsGrowWithTheSize) {
-    g->SetTextFont("Arial");
-    g->SetTextSize(12);
     const int a12 = g->Ascent(), d12 = g->Descent(), h12 = g->TextHeight();
     EXPECT_GT(a12, 0);
     EXPECT_GT(d12, 0);
@@ -111,7 +104,6 @@ TEST_F(Text, MetricsGrowWithTheSize) {
 }
 
 TEST_F(Text, WidthsMeasureThePixels) {
-    g->SetTextFont("Arial");
     g->SetTextSize(14);
     EXPECT_EQ(g->TextWidth(""), 0);
     const int one = g->TextWidth("MMMM");
@@ -125,25 +117,18 @@ TEST_F(Text, WidthsMeasureThePixels) {
     EXPECT_GE(box.right - box.left + 1, one - 4);
 }
 
-TEST_F(Text, BaselineIsY) {
-    g->SetTextFont("Arial");
+// Capitals sit on the baseline y and reach up no further than the ascent;
+// an underline goes below it.
+TEST_F(Text, BaselineIsYAndUnderlineGoesBelow) {
     g->SetTextSize(20);
     Colour(0x000000);
     g->DrawText("HHH", 10, 50, 0);
-    InkBox box = Ink();
-    ASSERT_GT(box.count, 0);
-    // Capitals sit on the baseline and reach up no further than the ascent.
-    EXPECT_GE(box.bottom, 48);
-    EXPECT_LE(box.bottom, 50);
-    EXPECT_GE(box.top, 50 - g->Ascent() - 1);
-}
-
-TEST_F(Text, UnderlineDrawsBelowTheBaseline) {
-    g->SetTextFont("Arial");
-    g->SetTextSize(20);
-    Colour(0x000000);
-    g->DrawText("HHH", 10, 50, 0);
-    const int plainBottom = Ink().bottom;
+    const InkBox plain = Ink();
+    ASSERT_GT(plain.count, 0);
+    EXPECT_GE(plain.bottom, 48);
+    EXPECT_LE(plain.bottom, 50);
+    EXPECT_GE(plain.top, 50 - g->Ascent() - 1);
+    const int plainBottom = plain.bottom;
     g->EraseRect(RectFromXYWH(0, 0, kWidth, kHeight));
     g->SetTextStyle(kStyleUnderline);
     g->DrawText("HHH", 10, 50, 0);
@@ -157,8 +142,6 @@ TEST_F(Text, UnderlineDrawsBelowTheBaseline) {
 }
 
 TEST_F(Text, WrappedTextStaysInItsWidthAndGrowsDown) {
-    g->SetTextFont("Arial");
-    g->SetTextSize(12);
     const std::string text = "one two three four five six seven eight nine ten";
     const int oneLine = g->WrappedHeight(text, 0);
     const int wrapped = g->WrappedHeight(text, 60);
@@ -174,8 +157,6 @@ TEST_F(Text, WrappedTextStaysInItsWidthAndGrowsDown) {
 }
 
 TEST_F(Text, CentredAndRightAlignment) {
-    g->SetTextFont("Arial");
-    g->SetTextSize(12);
     Colour(0x000000);
     g->DrawTextWrapped("ab", RectFromXYWH(0, 0, 200, 40), 2);
     EXPECT_GT(Ink().left, 150);
@@ -197,8 +178,6 @@ TEST_F(Text, CondensedTextIsCutWithAnEllipsis) {
     } rows[] = {{"Hi", 150, Whole},
                 {"A rather long line that cannot fit", 80, Cut},
                 {"Something long enough to cut", 5, Nothing}};
-    g->SetTextFont("Arial");
-    g->SetTextSize(12);
     Colour(0x000000);
     for (const Row &row : rows) {
         SCOPED_TRACE(row.text);
@@ -222,8 +201,6 @@ TEST_F(Text, CondensedTextIsCutWithAnEllipsis) {
 }
 
 TEST_F(Text, FitTextFindsTheLongestFittingPrefix) {
-    g->SetTextFont("Arial");
-    g->SetTextSize(12);
     const std::string text = "The quick brown fox jumps over the lazy dog";
     for (int width : {1, 15, 40, 100, 170}) {
         const int n = g->FitText(text, width, false);
@@ -240,8 +217,6 @@ TEST_F(Text, FitTextFindsTheLongestFittingPrefix) {
 }
 
 TEST_F(Text, FitTextNeverSplitsACharacter) {
-    g->SetTextFont("Arial");
-    g->SetTextSize(12);
     const std::string text =
         "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xE2\x82\xAC\xE2\x82\xAC";
     for (int width = 1; width < 120; width += 3) {
@@ -253,8 +228,6 @@ TEST_F(Text, FitTextNeverSplitsACharacter) {
 }
 
 TEST_F(Text, BadTextIsDrawnNotRefused) {
-    g->SetTextFont("Arial");
-    g->SetTextSize(12);
     Colour(0x000000);
     const std::string latin1 = "caf\xE9 \xFF\xFE";
     EXPECT_GT(g->TextWidth(latin1), 0);

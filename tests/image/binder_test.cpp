@@ -71,36 +71,34 @@ void RecordSevenAndTwentyOne(ImageBuilder &b, const std::string &recordName = "T
     b.Epilogue();
 }
 
+// Every hole of the relative import chains is bound, names match without
+// regard to case, and code far from the runtime calls through one stub per
+// distinct target, however many holes reach it.
 TEST_F(Binder, RelativeImportChainsBindEveryHoleAndRun) {
-    ImageBuilder b;
-    RecordSevenAndTwentyOne(b);
-    auto p = Prepare(b);
-    ASSERT_NE(p.entry, nullptr);
-    EXPECT_EQ(p.counts.holes, 3u);
-    EXPECT_EQ(p.counts.failures, 0u);
-    EXPECT_EQ(p.counts.stubs, 0u) << "near the runtime, calls reach without stubs";
-    p.entry();
-    EXPECT_EQ(gSeen, (std::vector<int64_t>{7, 21}));
-    EXPECT_EQ(CodeBase(), p.code);
-}
-
-TEST_F(Binder, CodeFarFromTheRuntimeCallsThroughStubs) {
-    ImageBuilder b;
-    RecordSevenAndTwentyOne(b);
-    auto p = Prepare(b, img::Placement::kFar);
-    // One stub per distinct target, however many holes reach it.
-    EXPECT_EQ(p.counts.stubs, 2u);
-    p.entry();
-    EXPECT_EQ(gSeen, (std::vector<int64_t>{7, 21}));
-}
-
-TEST_F(Binder, NamesMatchWithoutRegardToCase) {
-    ImageBuilder b;
-    RecordSevenAndTwentyOne(b, "testimageRECORD");
-    auto p = Prepare(b);
-    EXPECT_TRUE(gReports.empty());
-    p.entry();
-    EXPECT_EQ(gSeen, (std::vector<int64_t>{7, 21}));
+    const struct Row {
+        const char *recordName;
+        img::Placement where;
+        uint32_t stubs;
+    } rows[] = {
+        {"TestImageRecord", img::Placement::kNearRuntime, 0},
+        {"testimageRECORD", img::Placement::kNearRuntime, 0},
+        {"TestImageRecord", img::Placement::kFar, 2},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.recordName + std::string(row.stubs ? " far" : " near"));
+        gSeen.clear();
+        ImageBuilder b;
+        RecordSevenAndTwentyOne(b, row.recordName);
+        auto p = Prepare(b, row.where);
+        ASSERT_NE(p.entry, nullptr);
+        EXPECT_EQ(p.counts.holes, 3u);
+        EXPECT_EQ(p.counts.failures, 0u);
+        EXPECT_EQ(p.counts.stubs, row.stubs);
+        EXPECT_TRUE(gReports.empty());
+        p.entry();
+        EXPECT_EQ(gSeen, (std::vector<int64_t>{7, 21}));
+        EXPECT_EQ(CodeBase(), p.code);
+    }
 }
 
 TEST_F(Binder, AbsoluteImportHoleTakesTheWholeAddress) {

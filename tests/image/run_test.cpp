@@ -53,30 +53,30 @@ img::Segments Greeter() {
 
 const char *kGreeting = "hello from the image\nsecond\nfrom the data segment\n";
 
-TEST(RunImage, AppendedImageRunsWithEveryRecordBound) {
-    RunResult r = kelp::test::RunAppended(Greeter(), {"second"});
-    EXPECT_EQ(r.status, 0) << r.err;
-    EXPECT_EQ(r.out, kGreeting);
-    EXPECT_EQ(r.err, "");
-}
-
-TEST(RunImage, LooseFilesInTheCurrentFolderRunOnTheBareRuntime) {
-    TempDir dir;
-    ASSERT_TRUE(kelp::test::WriteLoose(Greeter(), dir.path()));
-    RunResult r = kelp::test::Run(KELP_BIN_DIR "/kelp", {"second"}, dir.path());
-    EXPECT_EQ(r.status, 0) << r.err;
-    EXPECT_EQ(r.out, kGreeting);
-}
-
-TEST(RunImage, RuntimeFoundThroughThePathStillFindsItsImage) {
-    // Started by name alone, argv[0] holds no path: the runtime reads its own
-    // file through the operating system.
-    TempDir dir;
-    ASSERT_TRUE(kelp::test::WriteAppended(Greeter(), dir / "greeter"));
-    RunResult r =
-        kelp::test::Run("/bin/sh", {"-c", "PATH=" + dir.path() + " exec greeter second"}, "/");
-    EXPECT_EQ(r.status, 0) << r.err;
-    EXPECT_EQ(r.out, kGreeting);
+// The same image appended to a copy of the runtime, as loose files in the
+// current folder on the bare runtime, and appended but started through the
+// PATH: argv[0] then holds no path, and the runtime reads its own file
+// through the operating system.
+TEST(RunImage, EveryWayOfStartingRunsTheImageWithEveryRecordBound) {
+    enum Way { Appended, Loose, ThroughPath };
+    for (Way way : {Appended, Loose, ThroughPath}) {
+        SCOPED_TRACE(way);
+        TempDir dir;
+        RunResult r;
+        if (way == Appended) {
+            r = kelp::test::RunAppended(Greeter(), {"second"});
+        } else if (way == Loose) {
+            ASSERT_TRUE(kelp::test::WriteLoose(Greeter(), dir.path()));
+            r = kelp::test::Run(KELP_BIN_DIR "/kelp", {"second"}, dir.path());
+        } else {
+            ASSERT_TRUE(kelp::test::WriteAppended(Greeter(), dir / "greeter"));
+            r = kelp::test::Run("/bin/sh", {"-c", "PATH=" + dir.path() + " exec greeter second"},
+                                "/");
+        }
+        EXPECT_EQ(r.status, 0) << r.err;
+        EXPECT_EQ(r.out, kGreeting);
+        EXPECT_EQ(r.err, "");
+    }
 }
 
 TEST(RunImage, WithoutAnyImageTheRuntimeSaysSoAndEnds) {
@@ -104,37 +104,28 @@ TEST(RunImage, UnboundNamesAreReportedAndTheProgramGoesOn) {
     EXPECT_EQ(r.out, "still running\n");
 }
 
-TEST(RunImage, SoftImportFollowsASymbolicLinkInTheCurrentFolderByHand) {
-    // The loader's own search never looks in the current folder for a bare
-    // name; the binder follows the link there to the library.
-    TempDir dir;
+// A bare library name that is a symbolic link in the current folder: the
+// loader's own search never looks there, so the binder follows the link by
+// hand.  A name the loader can't find is tried again with ".so" behind.
+TEST(RunImage, SoftImportsFollowLinksHereAndRetryWithSo) {
     const char *libc = "/lib/x86_64-linux-gnu/libc.so.6";
     ASSERT_EQ(access(libc, R_OK), 0);
-    ASSERT_EQ(symlink(libc, (dir / "kelpclink").c_str()), 0);
-    ImageBuilder b;
-    const uint32_t text = b.AddCString("through the link");
-    b.Prologue();
-    b.LoadDataAddress(Reg::RDI, text);
-    b.CallSoftImport("puts", "kelpclink");
-    b.Epilogue();
-    ASSERT_TRUE(kelp::test::WriteAppended(b.Build(), dir / "app"));
-    RunResult r = kelp::test::Run(dir / "app", {}, dir.path());
-    EXPECT_EQ(r.err, "");
-    EXPECT_EQ(r.out, "through the link\n");
-}
-
-TEST(RunImage, SoftImportRetriesTheLibraryNameWithSo) {
-    TempDir dir;
-    ASSERT_EQ(symlink("/lib/x86_64-linux-gnu/libc.so.6", (dir / "libkelpc.so").c_str()), 0);
-    ImageBuilder b;
-    const uint32_t text = b.AddCString("with .so behind");
-    b.Prologue();
-    b.LoadDataAddress(Reg::RDI, text);
-    b.CallSoftImport("puts", dir / "libkelpc");
-    b.Epilogue();
-    RunResult r = kelp::test::RunAppended(b.Build());
-    EXPECT_EQ(r.err, "");
-    EXPECT_EQ(r.out, "with .so behind\n");
+    for (bool bare : {true, false}) {
+        SCOPED_TRACE(bare ? "link in the current folder" : "name without .so");
+        TempDir dir;
+        const std::string link = bare ? "kelpclink" : "libkelpc.so";
+        ASSERT_EQ(symlink(libc, (dir / link).c_str()), 0);
+        ImageBuilder b;
+        const uint32_t text = b.AddCString("through the link");
+        b.Prologue();
+        b.LoadDataAddress(Reg::RDI, text);
+        b.CallSoftImport("puts", bare ? link : dir / "libkelpc");
+        b.Epilogue();
+        ASSERT_TRUE(kelp::test::WriteAppended(b.Build(), dir / "app"));
+        RunResult r = kelp::test::Run(dir / "app", {}, dir.path());
+        EXPECT_EQ(r.err, "");
+        EXPECT_EQ(r.out, "through the link\n");
+    }
 }
 
 TEST(RunImage, DamagedImagesEndWithOneClearLineAndNoCrash) {

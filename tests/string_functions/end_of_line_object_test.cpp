@@ -18,13 +18,20 @@ std::string ClassNameOf(RuntimeObject *object) {
                : "";
 }
 
-TEST(EndOfLineObject, OneObjectOfClassEndOfLineSharedByEveryCaller) {
+// One object for the process, of the class registered for console and GUI
+// programs alike, shared by every caller.
+TEST(EndOfLineObject, OneObjectOfTheRegisteredClassSharedByEveryCaller) {
+    RuntimeInitExternalClasses();
+    kelp::ObjectDefinition *definition = kelp::LookupIntrinsicClass("EndOfLine");
+    ASSERT_NE(definition, nullptr);
+    EXPECT_STREQ(kelp::TargetConditionText(definition), "true");
     RuntimeObject *first = RuntimeGetEndOfLineObject();
     ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->klass, kelp::ClassForDefinition(definition));
+    EXPECT_EQ(ClassNameOf(first), "EndOfLine");
     const int32_t refsAfterFirst = first->referenceCount;
     RuntimeObject *second = RuntimeGetEndOfLineObject();
     EXPECT_EQ(first, second);
-    EXPECT_EQ(ClassNameOf(first), "EndOfLine");
     // Each call hands out its own reference, and giving them back leaves the
     // process's own reference in place.
     EXPECT_EQ(second->referenceCount, refsAfterFirst + 1);
@@ -33,19 +40,7 @@ TEST(EndOfLineObject, OneObjectOfClassEndOfLineSharedByEveryCaller) {
     EXPECT_GE(first->referenceCount, 1);
     RuntimeObject *third = RuntimeGetEndOfLineObject();
     EXPECT_EQ(third, first);
-    EXPECT_EQ(ClassNameOf(third), "EndOfLine");
     RuntimeUnlockObject(third);
-}
-
-TEST(EndOfLineObject, ClassIsRegisteredForConsoleAndGuiPrograms) {
-    RuntimeInitExternalClasses();
-    kelp::ObjectDefinition *definition = kelp::LookupIntrinsicClass("EndOfLine");
-    ASSERT_NE(definition, nullptr);
-    EXPECT_STREQ(kelp::TargetConditionText(definition), "true");
-    RuntimeObject *eol = RuntimeGetEndOfLineObject();
-    ASSERT_NE(eol, nullptr);
-    EXPECT_EQ(eol->klass, kelp::ClassForDefinition(definition));
-    RuntimeUnlockObject(eol);
 }
 
 TEST(EndOfLineObject, OperatorsJoinAndCompareThroughTheObject) {

@@ -14,17 +14,14 @@ using kelp::OSfreelen;
 
 namespace {
 
-TEST(SmallAllocator, NothingForZeroOrNegativeSizes) {
+// Bytes handed out and given back are counted; zero and negative sizes get
+// nothing and count nothing.
+TEST(SmallAllocator, CountsBytesHandedOutAndGivenBack) {
     int64_t before = kelp::TotalAllocLen();
     EXPECT_EQ(OSalloclen(0), nullptr);
     EXPECT_EQ(OSalloclen(-5), nullptr);
-    EXPECT_EQ(kelp::TotalAllocLen(), before);
     OSfreelen(nullptr, 12); // accepted
     EXPECT_EQ(kelp::TotalAllocLen(), before);
-}
-
-TEST(SmallAllocator, CountsBytesHandedOutAndGivenBack) {
-    int64_t before = kelp::TotalAllocLen();
     void *small = OSalloclen(10);
     void *large = OSalloclen(1000);
     ASSERT_NE(small, nullptr);
@@ -100,24 +97,21 @@ constexpr long kImpossible = 1L << 60;
 int gOutOfMemoryCalls = 0;
 void CountOutOfMemory() { ++gOutOfMemoryCalls; }
 
-TEST(SmallAllocator, SoftFailureAnswersNull) {
+// A soft failure answers null and counts nothing; a hard one takes the
+// out-of-memory end.
+TEST(SmallAllocator, FailuresAnswerNullOrTakeTheOutOfMemoryEnd) {
 #ifdef KELP_HUGE_MALLOC_ABORTS
     GTEST_SKIP() << "the address sanitizer stops oversized requests itself";
 #endif
     int64_t before = kelp::TotalAllocLen();
-    EXPECT_EQ(OSalloclen(kImpossible, kelp::kMemFullSoft), nullptr);
-    EXPECT_EQ(kelp::TotalAllocLen(), before);
-}
-
-TEST(SmallAllocator, HardFailureTakesTheOutOfMemoryEnd) {
-#ifdef KELP_HUGE_MALLOC_ABORTS
-    GTEST_SKIP() << "the address sanitizer stops oversized requests itself";
-#endif
     gOutOfMemoryCalls = 0;
     auto previous = kelp::SetOutOfMemoryHandler(&CountOutOfMemory);
+    EXPECT_EQ(OSalloclen(kImpossible, kelp::kMemFullSoft), nullptr);
+    EXPECT_EQ(gOutOfMemoryCalls, 0);
     EXPECT_EQ(OSalloclen(kImpossible, kelp::kMemFullHard), nullptr);
     kelp::SetOutOfMemoryHandler(previous);
     EXPECT_EQ(gOutOfMemoryCalls, 1);
+    EXPECT_EQ(kelp::TotalAllocLen(), before);
 }
 
 TEST(SmallAllocatorDeathTest, OutOfMemoryEndsTheProcessWithStatusZero) {

@@ -21,6 +21,11 @@ namespace {
 
 string Key(int i) { return string(("key" + std::to_string(i)).c_str()); }
 std::string Text(const string &s) { return std::string(s.View()); }
+// Steps the iterator on and reads its value; -1 when it ends or stands on nothing.
+int NextValue(StringMapIterator<int> &it) {
+    int v = -1;
+    return it.Next() && it.Value(v) ? v : -1;
+}
 
 // Counts the calls of the key hash, to tell that a lookup did no hashing.
 template <typename V> class CountingMap : public StringMap<V> {
@@ -199,19 +204,15 @@ TEST(StringMapIteration, RemovingAnotherEntryLeavesTheIteratorAlone) {
     for (int i = 0; i < 5; ++i)
         map.AddEntry(Key(i), i);
     StringMapIterator<int> it(map);
-    ASSERT_TRUE(it.Next());
-    ASSERT_TRUE(it.Next()); // on key1
+    EXPECT_EQ(NextValue(it), 0);
+    EXPECT_EQ(NextValue(it), 1);
     map.Remove(Key(0));
     map.Remove(Key(3));
     int v;
     ASSERT_TRUE(it.Value(v));
     EXPECT_EQ(v, 1);
-    ASSERT_TRUE(it.Next());
-    it.Value(v);
-    EXPECT_EQ(v, 2);
-    ASSERT_TRUE(it.Next());
-    it.Value(v);
-    EXPECT_EQ(v, 4);
+    EXPECT_EQ(NextValue(it), 2);
+    EXPECT_EQ(NextValue(it), 4);
     EXPECT_FALSE(it.Next());
 }
 
@@ -225,22 +226,13 @@ TEST(StringMapIteration, RemovingTheEntryUnderAnIteratorMovesItOn) {
     second.RemoveCurrent(); // key0 goes; `first` stood on it
     int v = -1;
     EXPECT_FALSE(first.Value(v));
-    ASSERT_TRUE(first.Next());
-    first.Value(v);
-    EXPECT_EQ(v, 1);
+    EXPECT_EQ(NextValue(first), 1);
     // `second` waits to take key1; removing key1 too must not strand it.
     map.Remove(Key(1));
-    ASSERT_TRUE(second.Next());
-    second.Value(v);
-    EXPECT_EQ(v, 2);
+    EXPECT_EQ(NextValue(second), 2);
     // The last entry removed under an iterator ends the walk.
     StringMapIterator<int> last(map);
-    while (last.Next()) {
-        int w;
-        last.Value(w);
-        if (w == 3)
-            break;
-    }
+    for (int step = 0; step < 4 && NextValue(last) != 3; ++step) {}
     map.Remove(Key(3));
     EXPECT_FALSE(last.Next());
 }

@@ -35,5 +35,7 @@
 #include "kelp/files.h"
 #include "kelp/pictures.h"
 #include "kelp/streams.h"
+/* Canvas, drag and clipboard */
+#include "kelp/canvas.h"
 
 #endif

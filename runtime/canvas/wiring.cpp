@@ -1,0 +1,15 @@
+#include "canvas/wiring.h"
+
+#include "canvas/canvas.h"
+#include "canvas/drag_item.h"
+
+#include "objects/definitions.h"
+
+namespace kelp {
+
+void WireCanvas() {
+    AddIntrinsicClassAccessor(&CanvasDefinition);
+    AddIntrinsicClassAccessor(&DragItemDefinition);
+}
+
+} // namespace kelp

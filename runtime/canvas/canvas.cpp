@@ -57,6 +57,20 @@ private:
     Rect mBounds;
 };
 
+// The window makes the pane that took a press the capture pane when
+// MouseDown returns; after a drag the button is already up, so nothing would
+// end that capture.  The pane is only compared, never touched: it may be
+// gone by then.
+void ReleaseCaptureAfterDrag(SubPane *pane) {
+    g_idle_add(
+        [](gpointer data) -> gboolean {
+            if (MouseCapturePane() == static_cast<SubPane *>(data))
+                SetMouseCapturePane(nullptr);
+            return FALSE;
+        },
+        pane);
+}
+
 gboolean OnExpose(GtkWidget *, GdkEventExpose *, gpointer data) {
     static_cast<CanvasPane *>(data)->Expose();
     return FALSE;
@@ -163,6 +177,8 @@ bool CanvasPane::MouseDown(int32_t x, int32_t y, int32_t modifiers) {
     // A drag started by the handler ended with the button up: no MouseDrag
     // or MouseUp belongs to this press any more.
     mPressTaken = taken && drags == gDragsEnded;
+    if (taken && !mPressTaken)
+        ReleaseCaptureAfterDrag(this);
     return taken;
 }
 

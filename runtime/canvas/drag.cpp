@@ -472,6 +472,10 @@ extern "C" void DragItemDrag(RuntimeObject *self) {
     NoteDragEnded();
     if (Window *window = WindowUnderPointer(x, y))
         if (SubPane *target = FindDropTarget(window, x, y, self)) {
+            // The rectangles land where the pointer took them.
+            for (Rect &r : DragRecord(self)->contents->itemRects)
+                r = RectFromXYWH(r.left + x - gDrag.pressX, r.top + y - gDrag.pressY,
+                                 r.right - r.left, r.bottom - r.top);
             DropOn(target, self);
             if (target->GetWidget())
                 gtk_drag_unhighlight(target->GetWidget());

@@ -1,6 +1,7 @@
 #include "canvas/wiring.h"
 
 #include "canvas/canvas.h"
+#include "canvas/clipboard.h"
 #include "canvas/drag_item.h"
 
 #include "objects/definitions.h"
@@ -10,6 +11,7 @@ namespace kelp {
 void WireCanvas() {
     AddIntrinsicClassAccessor(&CanvasDefinition);
     AddIntrinsicClassAccessor(&DragItemDefinition);
+    AddIntrinsicClassAccessor(&ClipboardDefinition);
 }
 
 } // namespace kelp

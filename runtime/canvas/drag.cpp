@@ -252,6 +252,8 @@ public:
     }
 };
 
+DragTargetWatch *gDragWatch = nullptr;
+
 // --- drops from other programs
 
 // "%41" becomes "A"; a percent sign without two hexadecimal digits stays.
@@ -426,8 +428,8 @@ extern "C" void DragItemDrag(RuntimeObject *self) {
     gdk_event_free(event);
     if (!press)
         return; // a drag starts only from the press of a MouseDown
-    static DragTargetWatch *watch = new DragTargetWatch(); // lives to the end of the process
-    (void)watch;
+    if (!gDragWatch)
+        gDragWatch = new DragTargetWatch(); // lives to the end of the process
     RuntimeLockObject(self);
     gDrag.item = self;
     gDrag.target = nullptr;

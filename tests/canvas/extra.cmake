@@ -5,3 +5,7 @@ target_compile_options(canvas_drop_source PRIVATE -Wno-deprecated-declarations)
 add_dependencies(${target} canvas_drop_source)
 target_compile_definitions(${target} PRIVATE
   KELP_DROP_SOURCE="$<TARGET_FILE:canvas_drop_source>")
+# One test runs an image on the runtime program and reads its window's
+# pixels through a connection of its own.
+add_dependencies(${target} kelp)
+target_link_libraries(${target} PRIVATE X11)

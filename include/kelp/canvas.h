@@ -27,6 +27,8 @@ void canvasScroll(RuntimeObject *self, int32_t dx, int32_t dy, int32_t left, int
 /* Draws the control (and what lies on it) into `graphics` at (left, top). */
 void RuntimeControlDrawInto(RuntimeObject *control, RuntimeObject *graphics, int32_t left,
                             int32_t top);
+/* The window's background, its Paint and its canvases into `graphics`. */
+void formDrawInto(RuntimeObject *view, RuntimeObject *graphics, int32_t left, int32_t top);
 
 /* Drops onto controls and windows */
 RuntimeObject *controlNewDragItem(RuntimeObject *control, int32_t left, int32_t top, int32_t width,

@@ -9,9 +9,10 @@
 #include "objects/definitions.h"
 #include "pictures/picture_object.h"
 #include "strings/kstring.h"
-#include "windows/window.h"
+#include "windows/runtime_view.h"
 
 #include "kelp/canvas.h"
+#include "kelp/graphics.h"
 #include "kelp/objects.h"
 
 #include <algorithm>
@@ -364,6 +365,36 @@ extern "C" void RuntimeControlDrawInto(RuntimeObject *control, RuntimeObject *gr
     Graphics *g = GraphicsOfObject(graphics);
     if (CanvasPane *pane = CanvasPaneOf(control); pane && g)
         pane->DrawInto(*g, left, top);
+}
+
+// The window's background (its back colour, else the theme's fill), its
+// Paint, and the canvases on it, into `graphics` with the content's corner
+// at (left, top).
+extern "C" void formDrawInto(RuntimeObject *view, RuntimeObject *graphics, int32_t left,
+                             int32_t top) {
+    Graphics *g = GraphicsOfObject(graphics);
+    RuntimeViewWindow *window = view ? reinterpret_cast<ViewRecord *>(view)->pane : nullptr;
+    if (!g || !window || !g->Target())
+        return;
+    const Rect origin = g->Target()->Bounds();
+    const Rect at =
+        RectFromXYWH(origin.left + left, origin.top + top, window->width, window->height);
+    {
+        GraphicsStateSaver state(*g);
+        g->SetClipRect(&at);
+        g->SetForeColor(
+            ColorWordToRGB(window->hasBackdropColor ? window->backdropColor : getFillColor()));
+        g->FillRect(at);
+    }
+    {
+        ShiftedTarget shifted(g->Target(), at);
+        GraphicsGTK contents(&shifted);
+        contents.SetClipRect(&at);
+        window->DrawContents(&contents);
+    }
+    for (SubPane *child : std::vector<SubPane *>(window->Children()))
+        if (auto *canvas = dynamic_cast<CanvasPane *>(child))
+            canvas->DrawInto(*g, left + child->bounds.left, top + child->bounds.top);
 }
 
 namespace kelp {

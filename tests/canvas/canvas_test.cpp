@@ -18,6 +18,10 @@ void PaintBlueSquare(RuntimeObject *, RuntimeObject *g) {
     graphicsForeColorSetter(g, 0, 0x0000ff);
     RuntimeGraphicsFillRect(g, 10, 10, 20, 20);
 }
+void PaintGreenCorner(RuntimeObject *, RuntimeObject *g) {
+    graphicsForeColorSetter(g, 0, 0x00ff00);
+    RuntimeGraphicsFillRect(g, 0, 0, 10, 10);
+}
 void PaintAndRefresh(RuntimeObject *me, RuntimeObject *g) {
     PaintBlueSquare(me, g);
     RuntimeControlRefresh(me);
@@ -181,11 +185,14 @@ TEST_F(CanvasTest, ScrollMovesPixelsAndControlsAndZeroDoesNothing) {
     EXPECT_EQ(CanvasPaneOf(chip)->bounds.top, 25);
 }
 
-TEST_F(CanvasTest, DrawIntoPaintsBackdropAndPaintIntoAPicture) {
-    RuntimeObject *w = MakeWindow(200, 150, [](RuntimeObject *view) {
-        Add(view, "Canvas", "Art", [](MassData &m) { Box(m, 30, 40, 60, 50); },
-            {{"Paint", H(&PaintBlueSquare)}});
-    });
+TEST_F(CanvasTest, DrawIntoPaintsCanvasesAndWindowsIntoAPicture) {
+    RuntimeObject *w =
+        MakeWindow(200, 150,
+                   [](RuntimeObject *view) {
+                       Add(view, "Canvas", "Art", [](MassData &m) { Box(m, 30, 40, 60, 50); },
+                           {{"Paint", H(&PaintBlueSquare)}});
+                   },
+                   {{"Paint", H(&PaintGreenCorner)}});
     RuntimeObject *art = Find(w, "Art");
     RuntimeObject *red = Filled(20, 20, 0xff0000);
     canvasBackdropSetter(art, 0, red);
@@ -207,6 +214,20 @@ TEST_F(CanvasTest, DrawIntoPaintsBackdropAndPaintIntoAPicture) {
         {70, 70, 0xffffff, "past the canvas"},
     };
     for (const Px &p : rows)
+        EXPECT_EQ(store->GetPixel(p.x, p.y), p.rgb) << p.what;
+    // The whole window: its back colour, its Paint, then the canvas.
+    store->Fill(0x000000);
+    formDrawInto(w, g, 2, 3);
+    Px window[] = {
+        {1, 3, 0x000000, "left of the window's corner"},
+        {2, 3, 0x00ff00, "the window's Paint"},
+        {11, 12, 0x00ff00, "the window's Paint, last pixel"},
+        {12, 13, 0xffffff, "the window's back colour"},
+        {32, 43, 0xff0000, "the canvas's backdrop"},
+        {52, 63, 0x0000ff, "the canvas's Paint"},
+        {118, 98, 0xffffff, "inside the window still"},
+    };
+    for (const Px &p : window)
         EXPECT_EQ(store->GetPixel(p.x, p.y), p.rgb) << p.what;
     RuntimeUnlockObject(g);
     RuntimeUnlockObject(target);

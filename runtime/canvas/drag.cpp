@@ -9,6 +9,7 @@
 // items, anything else text.
 #include "canvas/canvas.h"
 #include "canvas/drag_item.h"
+#include "cursors/mouse_cursor.h"
 
 #include "objects/definitions.h"
 #include "objects/text.h"
@@ -439,9 +440,12 @@ extern "C" void DragItemDrag(RuntimeObject *self) {
     MakeOutlines(start);
     std::vector<gulong> handlers;
     std::vector<Window *> windows(WindowList());
+    const CursorHolder *cursor = HolderOf(DragRecord(self)->mouseCursor);
     for (Window *window : windows) {
         if (!window->GtkWin())
             continue;
+        if (cursor && cursor->cursor && window->GetDrawable())
+            gdk_window_set_cursor(window->GetDrawable(), cursor->cursor);
         handlers.push_back(g_signal_connect(window->GtkWin(), "motion-notify-event",
                                             G_CALLBACK(OnDragMotion), nullptr));
         handlers.push_back(g_signal_connect(window->GtkWin(), "button-release-event",
@@ -482,6 +486,11 @@ extern "C" void DragItemDrag(RuntimeObject *self) {
             if (target->GetWidget())
                 gtk_drag_unhighlight(target->GetWidget());
         }
+    // Each window shows the cursor its panes choose again.
+    if (cursor && cursor->cursor)
+        for (Window *window : WindowList())
+            if (window->GetDrawable() && window->PointerInContent(x, y))
+                gdk_window_set_cursor(window->GetDrawable(), ChooseCursor(window, x, y));
     gDrag.item = nullptr;
     RuntimeUnlockObject(self);
 }

@@ -3,6 +3,7 @@
 #include "canvas/canvas_fixture.h"
 
 #include "canvas/drag_item.h"
+#include "cursors/mouse_cursor.h"
 #include "strings/kstring.h"
 #include "support/image_builder.h"
 
@@ -22,8 +23,15 @@ std::string Owned(KelpString s) {
     return text;
 }
 
+GdkCursor *gDragCursor = nullptr; // the X server's to free at the end
+
 uint8_t StartDrag(RuntimeObject *me, int32_t, int32_t) {
     RuntimeObject *item = controlNewDragItem(me, 0, 0, 80, 80);
+    if (!gDragCursor)
+        gDragCursor = gdk_cursor_new(GDK_HAND2);
+    RuntimeObject *cursor = NewMouseCursor(new CursorHolder{gdk_cursor_ref(gDragCursor)});
+    objSetter(item, offsetof(DragItemRecord, mouseCursor), cursor);
+    RuntimeUnlockObject(cursor);
     KelpString text = Text("carried");
     dragItemTextSetter(item, 0, text);
     RuntimeUnlockString(text);
@@ -48,6 +56,11 @@ void LogDrop(RuntimeObject *me, RuntimeObject *item) {
         }
         sep = " | ";
     } while (DragItemNextItem(item));
+    // While a drag drops, the window shows the item's cursor.
+    GtkWidget *widget = static_cast<ControlPane *>(Ctl(me)->pane)->GetWidget();
+    GdkWindow *shown = gtk_widget_get_toplevel(widget)->window;
+    if (gDragCursor && shown && gdk_window_get_cursor(shown) == gDragCursor)
+        line += " with its cursor";
     Events().push_back(line + " at " + std::to_string(left) + "," + std::to_string(top));
 }
 
@@ -64,7 +77,12 @@ protected:
         GPid pid = 0;
         EXPECT_TRUE(g_spawn_async(nullptr, argv.data(), nullptr, G_SPAWN_DO_NOT_REAP_CHILD, nullptr,
                                   nullptr, &pid, nullptr));
-        Settle(600); // its window maps
+        // Its window is up before the pointer goes there.
+        if (FILE *search = popen("timeout 10 xdotool search --sync --onlyvisible --name "
+                                 "kelpdropsource",
+                                 "r"))
+            pclose(search);
+        Settle(100);
         return pid;
     }
     void Finish(GPid pid) {
@@ -106,8 +124,8 @@ TEST_F(DragTest, AnItemDraggedWithinAndAcrossWindowsReachesTheCanvasThatTakesTex
     };
     // Pressed at (50, 50): the item's rectangle moves with the pointer.
     const Case cases[] = {
-        {w, 200, 60, {"Drop Right carried at 10,10"}},
-        {far, 60, 60, {"Drop Far carried at 10,10"}},
+        {w, 200, 60, {"Drop Right carried with its cursor at 10,10"}},
+        {far, 60, 60, {"Drop Far carried with its cursor at 10,10"}},
         {w, 200, 150, {}}, // a canvas that takes nothing
         {w, 120, 100, {}}, // the window, which takes nothing
     };

@@ -39,7 +39,7 @@ int main(int argc, char **argv) {
     uriList = argv[3];
     plainText = argv[4];
     GtkWidget *window = gtk_window_new(GTK_WINDOW_POPUP);
-    gtk_window_set_title(GTK_WINDOW(window), "drop source");
+    gtk_window_set_title(GTK_WINDOW(window), "kelpdropsource");
     gtk_window_move(GTK_WINDOW(window), atoi(argv[1]), atoi(argv[2]));
     gtk_window_set_default_size(GTK_WINDOW(window), 60, 60);
     GtkWidget *box = gtk_event_box_new();

@@ -26,125 +26,105 @@ namespace {
 
 constexpr const char *kTitle = "KelpCanvasProbe";
 
-// Calls `function(slot value, ...)`: the first argument from a data slot.
-void LoadSlot(ImageBuilder &b, Reg r, uint32_t slot) {
-    b.LoadDataAddress(Reg::RAX, slot);
-    b.LoadMem(r, Reg::RAX, 0);
+// One argument of a call: a number, a data slot's word, a string constant,
+// or the previous call's result.
+struct Arg {
+    enum Kind { kNumber, kSlot, kText, kResult } kind;
+    uint64_t value = 0;
+    std::string text = {};
+};
+Arg Num(uint64_t v) { return {Arg::kNumber, v}; }
+Arg Slot(uint32_t slot) { return {Arg::kSlot, slot}; }
+Arg Text(const std::string &t) { return {Arg::kText, 0, t}; }
+Arg Result() { return {Arg::kResult}; }
+
+// Calls an export with the arguments in the registers of the calling
+// convention; the previous result is moved first, as slots pass through RAX.
+void Call(ImageBuilder &b, const char *function, std::initializer_list<Arg> args) {
+    const Reg regs[] = {Reg::RDI, Reg::RSI, Reg::RDX, Reg::RCX, Reg::R8};
+    size_t i = 0;
+    for (const Arg &a : args)
+        if (a.kind == Arg::kResult)
+            b.MovReg(regs[i++], Reg::RAX);
+    i = 0;
+    for (const Arg &a : args) {
+        const Reg r = regs[i++];
+        if (a.kind == Arg::kNumber)
+            b.MovImm(r, a.value);
+        else if (a.kind == Arg::kText)
+            b.LoadString(r, a.text);
+        else if (a.kind == Arg::kSlot) {
+            b.LoadDataAddress(Reg::RAX, uint32_t(a.value));
+            b.LoadMem(r, Reg::RAX, 0);
+        }
+    }
+    b.CallImport(function);
 }
-void StoreSlot(ImageBuilder &b, uint32_t slot) {
+void StoreResult(ImageBuilder &b, uint32_t slot) {
     b.LoadDataAddress(Reg::RCX, slot);
     b.StoreMem(Reg::RCX, 0, Reg::RAX);
+}
+// Gives `event` of the canvas a handler whose address is filled in later.
+size_t InstallHandler(ImageBuilder &b, uint32_t canvas, const char *event) {
+    b.LoadDataAddress(Reg::RAX, canvas);
+    b.LoadMem(Reg::RDI, Reg::RAX, 0);
+    b.LoadString(Reg::RSI, event);
+    b.LoadCodeAddress(Reg::RDX, 0);
+    const size_t ref = b.Here() - 8;
+    b.CallImport("RuntimeInstallInstanceEventHandler");
+    return ref;
 }
 
 image::Segments CanvasImage(const std::string &massData, const std::string &bmpPath) {
     ImageBuilder b;
-    const uint32_t window = b.AddData(std::vector<uint8_t>(8, 0));
-    const uint32_t picture = b.AddData(std::vector<uint8_t>(8, 0));
-    const uint32_t file = b.AddData(std::vector<uint8_t>(8, 0));
-    const uint32_t canvas = b.AddData(std::vector<uint8_t>(8, 0));
+    uint32_t window, picture, graphics, file, canvas, paintGraphics;
+    for (uint32_t *slot : {&window, &picture, &graphics, &file, &canvas, &paintGraphics})
+        *slot = b.AddData(std::vector<uint8_t>(8, 0));
     b.Prologue();
-    b.CallImport("RuntimeInit");
-    b.MovImm(Reg::RDI, 0);
-    b.CallImport("RuntimeRegisterAppObject");
+    Call(b, "RuntimeInit", {});
+    Call(b, "RuntimeRegisterAppObject", {Num(0)});
     // A red picture of 40 x 30, saved as a BMP file and opened again.
-    b.MovImm(Reg::RDI, 40);
-    b.MovImm(Reg::RSI, 30);
-    b.MovImm(Reg::RDX, 32);
-    b.CallImport("newPicture");
-    StoreSlot(b, picture);
-    b.MovReg(Reg::RDI, Reg::RAX);
-    b.MovImm(Reg::RSI, 0);
-    b.CallImport("pictureGraphicsGetter");
-    b.Push(Reg::RAX);
-    b.Push(Reg::RAX);
-    b.MovReg(Reg::RDI, Reg::RAX);
-    b.MovImm(Reg::RSI, 0);
-    b.MovImm(Reg::RDX, 0xff0000);
-    b.CallImport("graphicsForeColorSetter");
-    b.Pop(Reg::RDI);
-    b.Push(Reg::RDI);
-    b.MovImm(Reg::RSI, 0);
-    b.MovImm(Reg::RDX, 0);
-    b.MovImm(Reg::RCX, 40);
-    b.MovImm(Reg::R8, 30);
-    b.CallImport("RuntimeGraphicsFillRect");
-    b.Pop(Reg::RDI);
-    b.Pop(Reg::RAX);
-    b.CallImport("RuntimeUnlockObject");
-    b.LoadString(Reg::RDI, bmpPath);
-    b.CallImport("FolderItemFromPath");
-    StoreSlot(b, file);
-    b.MovReg(Reg::RDI, Reg::RAX);
-    LoadSlot(b, Reg::RSI, picture);
-    b.MovImm(Reg::RDX, 4);
-    b.CallImport("FolderItemSaveAsPicture");
-    LoadSlot(b, Reg::RDI, picture);
-    b.CallImport("RuntimeUnlockObject");
-    LoadSlot(b, Reg::RDI, file);
-    b.MovImm(Reg::RSI, 0);
-    b.CallImport("FolderItemOpenImage");
-    StoreSlot(b, picture);
+    Call(b, "newPicture", {Num(40), Num(30), Num(32)});
+    StoreResult(b, picture);
+    Call(b, "pictureGraphicsGetter", {Result(), Num(0)});
+    StoreResult(b, graphics);
+    Call(b, "graphicsForeColorSetter", {Slot(graphics), Num(0), Num(0xff0000)});
+    Call(b, "RuntimeGraphicsFillRect", {Slot(graphics), Num(0), Num(0), Num(40), Num(30)});
+    Call(b, "RuntimeUnlockObject", {Slot(graphics)});
+    Call(b, "FolderItemFromPath", {Text(bmpPath)});
+    StoreResult(b, file);
+    Call(b, "FolderItemSaveAsPicture", {Slot(file), Slot(picture), Num(4)});
+    Call(b, "RuntimeUnlockObject", {Slot(picture)});
+    Call(b, "FolderItemOpenImage", {Slot(file), Num(0)});
+    StoreResult(b, picture);
     // The window and its canvas.
-    b.LoadString(Reg::RDI, "Window");
-    b.CallImport("RuntimeLookupClass");
-    b.MovReg(Reg::RDI, Reg::RAX);
-    b.CallImport("RuntimeNewObject");
-    StoreSlot(b, window);
-    b.MovReg(Reg::RDI, Reg::RAX);
-    b.MovImm(Reg::RSI, 0);
-    b.LoadString(Reg::RDX, kTitle);
-    b.CallImport("windowTitleSetter");
-    b.LoadString(Reg::RDI, "Canvas");
-    b.CallImport("RuntimeLookupClass");
-    b.MovReg(Reg::RDI, Reg::RAX);
-    b.CallImport("RuntimeNewObject");
-    StoreSlot(b, canvas);
-    b.MovReg(Reg::RDI, Reg::RAX);
-    b.LoadString(Reg::RSI, massData);
-    b.CallImport("RuntimeMassPropertySetter");
-    LoadSlot(b, Reg::RDI, canvas);
-    b.LoadString(Reg::RSI, "Paint");
-    b.LoadCodeAddress(Reg::RDX, 0);
-    const size_t paintRef = b.Here() - 8;
-    b.CallImport("RuntimeInstallInstanceEventHandler");
-    LoadSlot(b, Reg::RDI, canvas);
-    b.LoadString(Reg::RSI, "MouseDown");
-    b.LoadCodeAddress(Reg::RDX, 0);
-    const size_t mouseRef = b.Here() - 8;
-    b.CallImport("RuntimeInstallInstanceEventHandler");
-    LoadSlot(b, Reg::RDI, window);
-    b.LoadString(Reg::RSI, "Canvas1");
-    LoadSlot(b, Reg::RDX, canvas);
-    b.CallImport("WindowAddControl");
-    LoadSlot(b, Reg::RDI, canvas);
-    b.MovImm(Reg::RSI, 0);
-    LoadSlot(b, Reg::RDX, picture);
-    b.CallImport("canvasBackdropSetter");
-    b.CallImport("RuntimeRun");
+    Call(b, "RuntimeLookupClass", {Text("Window")});
+    Call(b, "RuntimeNewObject", {Result()});
+    StoreResult(b, window);
+    Call(b, "windowTitleSetter", {Slot(window), Num(0), Text(kTitle)});
+    Call(b, "RuntimeLookupClass", {Text("Canvas")});
+    Call(b, "RuntimeNewObject", {Result()});
+    StoreResult(b, canvas);
+    Call(b, "RuntimeMassPropertySetter", {Slot(canvas), Text(massData)});
+    const size_t paintRef = InstallHandler(b, canvas, "Paint");
+    const size_t mouseRef = InstallHandler(b, canvas, "MouseDown");
+    Call(b, "WindowAddControl", {Slot(window), Text("Canvas1"), Slot(canvas)});
+    Call(b, "canvasBackdropSetter", {Slot(canvas), Num(0), Slot(picture)});
+    Call(b, "RuntimeRun", {});
     b.Epilogue();
     // Paint: a blue square at (10, 10) of the canvas.
     const uint32_t paint = uint32_t(b.Here());
     b.Prologue();
-    b.Push(Reg::RSI);
-    b.Push(Reg::RSI);
-    b.MovReg(Reg::RDI, Reg::RSI);
-    b.MovImm(Reg::RSI, 0);
-    b.MovImm(Reg::RDX, 0x0000ff);
-    b.CallImport("graphicsForeColorSetter");
-    b.Pop(Reg::RDI);
-    b.Pop(Reg::RAX);
-    b.MovImm(Reg::RSI, 10);
-    b.MovImm(Reg::RDX, 10);
-    b.MovImm(Reg::RCX, 20);
-    b.MovImm(Reg::R8, 20);
-    b.CallImport("RuntimeGraphicsFillRect");
+    b.MovReg(Reg::RAX, Reg::RSI);
+    StoreResult(b, paintGraphics);
+    Call(b, "graphicsForeColorSetter", {Slot(paintGraphics), Num(0), Num(0x0000ff)});
+    Call(b, "RuntimeGraphicsFillRect", {Slot(paintGraphics), Num(10), Num(10), Num(20), Num(20)});
     b.Epilogue();
     // MouseDown: say so and close the window, which ends the run.
     const uint32_t mouse = uint32_t(b.Here());
     b.Prologue();
     b.PutsText("MouseDown Canvas1");
-    LoadSlot(b, Reg::RDI, window);
-    b.CallImport("RuntimeCloseWindow");
+    Call(b, "RuntimeCloseWindow", {Slot(window)});
     b.MovImm(Reg::RDI, 0);
     b.CallSoftImport("fflush", "libc.so.6");
     b.MovImm(Reg::RAX, 1);

@@ -85,6 +85,10 @@ CanvasPane::CanvasPane(CanvasRecord *record) : ControlPane(&record->control), mR
     gtk_widget_show(mWidget);
 }
 
+// The Graphics property's object draws on this pane's widget: it must not
+// outlive it with a handle.
+CanvasPane::~CanvasPane() { DetachGraphicsObject(mRecord->graphicsObject); }
+
 void CanvasPane::Draw(Graphics *g) {
     if (!g || !visible || !panelVisible)
         return;
@@ -319,6 +323,10 @@ extern "C" RuntimeObject *canvasGraphicsGetter(RuntimeObject *self, int32_t) {
     if (!pane)
         return nullptr;
     CanvasRecord *r = Record(self);
+    if (r->graphicsObject && !GraphicsOfObject(r->graphicsObject)) {
+        RuntimeUnlockObject(r->graphicsObject); // an earlier pane's, detached
+        r->graphicsObject = nullptr;
+    }
     if (!r->graphicsObject)
         r->graphicsObject = NewGraphicsObject(pane->NewGraphics(), true);
     if (Graphics *g = GraphicsOfObject(r->graphicsObject))

@@ -21,6 +21,7 @@ ObjectDefinition *CanvasDefinition();
 class CanvasPane : public ControlPane {
 public:
     explicit CanvasPane(CanvasRecord *record);
+    ~CanvasPane() override;
 
     void Draw(Graphics *g) override;
     // Draws the canvas into another Graphics with its corner at (x, y) of

@@ -3,6 +3,8 @@
 // drawing into a picture.
 #include "canvas/canvas_fixture.h"
 
+#include "graphics/graphics_object.h"
+
 #include "kelp/canvas.h"
 #include "kelp/graphics.h"
 #include "kelp/pictures.h"
@@ -84,13 +86,25 @@ TEST_F(CanvasTest, BackdropIsCutNotScaledAndPaintDrawsFromTheCorner) {
 
 TEST_F(CanvasTest, APaintThatRefreshesItsCanvasGetsLaterExposesNotRecursion) {
     gPaints = 0;
-    MakeWindow(200, 100, [](RuntimeObject *view) {
+    RuntimeObject *w = MakeWindow(200, 100, [](RuntimeObject *view) {
         Add(view, "Canvas", "Busy", [](MassData &m) { Box(m, 0, 0, 100, 100); },
             {{"Paint", H(&PaintAndRefresh)}});
     });
     int before = gPaints;
     Settle(200);
     EXPECT_GT(gPaints, before) << "each Refresh brings a further expose";
+    // The Graphics property's object outlives the window without a handle,
+    // also while the program still holds the canvas.
+    RuntimeObject *busy = Find(w, "Busy");
+    RuntimeLockObject(busy);
+    RuntimeObject *g = canvasGraphicsGetter(busy, 0);
+    ASSERT_NE(GraphicsOfObject(g), nullptr);
+    RuntimeCloseWindow(w);
+    Settle(50);
+    EXPECT_EQ(GraphicsOfObject(g), nullptr);
+    RuntimeGraphicsFillRect(g, 0, 0, 5, 5); // draws nothing, touches nothing
+    RuntimeUnlockObject(g);
+    RuntimeUnlockObject(busy);
 }
 
 TEST_F(CanvasTest, PressesDragsAndReleasesArriveRelativeToTheCanvas) {

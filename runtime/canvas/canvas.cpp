@@ -230,11 +230,6 @@ void CanvasPane::LoseFocus() {
     FireLocked(gLostFocus, &alive);
 }
 
-Rect CanvasPane::FocusRingBounds() const {
-    return Rect{int16_t(bounds.top - 3), int16_t(bounds.left - 3), int16_t(bounds.bottom + 3),
-                int16_t(bounds.right + 3)};
-}
-
 // A Tab goes to the window (which moves the focus) unless the canvas takes
 // tabs.  Characters beyond ASCII come as UTF-8 from the key event itself;
 // the others as one character of the system's encoding.

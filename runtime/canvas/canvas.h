@@ -38,8 +38,6 @@ public:
     void GainFocus() override;
     void LoseFocus() override;
     bool KeyDown(int32_t character, int32_t code, int32_t modifiers) override;
-    // The focus ring's rectangle: the bounds grown by 3 on every side.
-    Rect FocusRingBounds() const;
 
     // Copies the pixels of the rectangle (window coordinates) by (dx, dy);
     // the toolkit exposes the band left uncovered.

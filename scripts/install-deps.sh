@@ -12,6 +12,8 @@ packages=(
   python3 clang-format
   # zone rules for the date tests
   tzdata
+  # the clipboard tests' outside reader and writer
+  xclip
 )
 missing=()
 for p in "${packages[@]}"; do

@@ -35,6 +35,8 @@
 #include "kelp/files.h"
 #include "kelp/pictures.h"
 #include "kelp/streams.h"
+/* Canvas, drag and clipboard */
+#include "kelp/canvas.h"
 
 /* Edit fields and styled text */
 #include "kelp/edit_fields.h"

@@ -43,6 +43,8 @@ const RelocEntry kRows[] = {
 #include "controls/exports.inc"
 // Edit fields and styled text
 #include "edit_fields/exports.inc"
+// Canvas, drag and clipboard
+#include "canvas/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

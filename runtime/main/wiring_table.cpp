@@ -40,6 +40,7 @@
 
 // Edit fields and styled text
 #include "edit_fields/wiring.h"
+#include "canvas/wiring.h"
 
 namespace kelp {
 namespace {
@@ -76,6 +77,7 @@ const WiringStep kWiringTable[] = {
     {"windows: the Window classes; the run loop's window client", &WireWindows},
     {"cursors: the cursor, screen and tray item classes", &WireCursors},
     {"controls: the control classes; the window's hooks for its controls", &WireControls},
+    {"canvas: the Canvas, DragItem and Clipboard classes", &WireCanvas},
     {"dialogs: the dialog that presents assertion reports", &WireDialogs},
     {"app: the Application classes; the run loop's application client; the "
      "standard handler of unhandled exceptions",

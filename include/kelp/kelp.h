@@ -36,4 +36,6 @@
 #include "kelp/pictures.h"
 #include "kelp/streams.h"
 
+#include "kelp/plugin.h"
+
 #endif

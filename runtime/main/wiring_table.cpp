@@ -38,6 +38,8 @@
 
 #include "controls/wiring.h"
 
+#include "plugins/wiring.h"
+
 namespace kelp {
 namespace {
 
@@ -73,6 +75,7 @@ const WiringStep kWiringTable[] = {
     {"windows: the Window classes; the run loop's window client", &WireWindows},
     {"cursors: the cursor, screen and tray item classes", &WireCursors},
     {"controls: the control classes; the window's hooks for its controls", &WireControls},
+    {"plugins: loading at the end of the class set-up; plug-in classes by name", &WirePlugins},
     {"dialogs: the dialog that presents assertion reports", &WireDialogs},
     {"app: the Application classes; the run loop's application client; the "
      "standard handler of unhandled exceptions",

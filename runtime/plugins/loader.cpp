@@ -101,7 +101,7 @@ void LoadRow(const ResourceRow &row) {
         gExtracted = true;
     std::string error;
     if (!LoadPluginLibrary(path, inPlace ? std::string() : path, error))
-        throw Failure{error};
+        throw Failure{name + ": " + error}; // the loader names only the file it was given
 }
 
 } // namespace

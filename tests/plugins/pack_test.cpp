@@ -1,0 +1,175 @@
+// The appearance control pack in real windows under a private X server:
+// loaded as the plug-in it is, its controls laid out the way compiled code
+// lays them out, drawn by the toolkit, read back pixel by pixel, and
+// pressed with real X input.
+#include "controls/control_fixture.h"
+
+#include "plugins/host.h"
+
+#include "kelp/plugin.h"
+
+#include <filesystem>
+
+namespace kelp::test {
+namespace {
+
+MassData &Box(MassData &m, int left, int top, int width, int height) {
+    return m.Int("Left", left).Int("Top", top).Int("Width", width).Int("Height", height);
+}
+void *H(auto fn) { return reinterpret_cast<void *>(fn); }
+void LogUp(RuntimeObject *me) { Events().push_back("Up " + NameOf(me)); }
+void LogDown(RuntimeObject *me) { Events().push_back("Down " + NameOf(me)); }
+
+uint32_t Rgb(const GdkColor &c) {
+    return uint32_t((c.red >> 8) << 16 | (c.green >> 8) << 8 | (c.blue >> 8));
+}
+
+class PackTest : public ControlFixture {
+protected:
+    void SetUp() override {
+        ControlFixture::SetUp();
+        if (IsSkipped())
+            return;
+        static const bool loaded = [] {
+            RuntimeInitExternalClasses();
+            std::string error;
+            bool ok = plugins::LoadPluginLibrary(KELP_BIN_DIR "/libKPAppearancePak.so", "", error);
+            plugins::LinkPluginClasses(nullptr);
+            return ok;
+        }();
+        ASSERT_TRUE(loaded);
+    }
+    uint32_t Pixel(RuntimeObject *w, int x, int y) {
+        GdkPixbuf *p =
+            gdk_pixbuf_get_from_drawable(nullptr, Fixed(w)->window, nullptr, x, y, 0, 0, 1, 1);
+        if (!p)
+            return 0xdeadbeef;
+        const guchar *px = gdk_pixbuf_get_pixels(p);
+        uint32_t rgb = (px[0] << 16) | (px[1] << 8) | px[2];
+        g_object_unref(p);
+        return rgb;
+    }
+    GtkStyle *StyleOf(RuntimeObject *control) {
+        return gtk_widget_get_style(static_cast<GtkWidget *>(KELPGetControlHandle(control)));
+    }
+    void Shot(RuntimeObject *w, const char *name) {
+        std::filesystem::create_directories("screenshots");
+        EXPECT_TRUE(SaveScreenshot(Fixed(w), std::string("screenshots/") + name));
+    }
+};
+
+TEST_F(PackTest, PlacardInEachStateByPixels) {
+    RuntimeObject *w = MakeWindow(360, 120, [](RuntimeObject *view) {
+        Add(view, "Placard", "Plain", [](MassData &m) { Box(m, 10, 10, 100, 40); });
+        Add(view, "Placard", "Pressed",
+            [](MassData &m) { Box(m, 130, 10, 100, 40).Bool("Value", true); });
+        Add(view, "Placard", "Off",
+            [](MassData &m) { Box(m, 250, 10, 100, 40).Bool("Enabled", false); });
+        Add(view, "Placard", "Wide", [](MassData &m) { Box(m, 10, 60, 340, 50); });
+    });
+    Shot(w, "placards.png");
+    const uint32_t white = 0xFFFFFF, grey = 0xCECECE, black = 0;
+    GtkStyle *s = StyleOf(Find(w, "Plain"));
+    struct Case {
+        const char *name;
+        int x;
+        uint32_t fill, topLeft, bottomRight;
+    } cases[] = {
+        {"Plain", 10, Rgb(s->bg[GTK_STATE_NORMAL]), white, grey},
+        {"Pressed", 130, Rgb(s->bg[GTK_STATE_ACTIVE]), grey, white},
+        // Disabled: no bevel, the fill reaches the outline.
+        {"Off", 250, Rgb(s->fg[GTK_STATE_INSENSITIVE]), Rgb(s->fg[GTK_STATE_INSENSITIVE]),
+         Rgb(s->fg[GTK_STATE_INSENSITIVE])},
+    };
+    for (const Case &c : cases) {
+        EXPECT_EQ(Pixel(w, c.x + 50, 30), c.fill) << c.name;
+        EXPECT_EQ(Pixel(w, c.x, 10), black) << c.name; // outline, top left
+        EXPECT_EQ(Pixel(w, c.x + 98, 48),
+                  c.bottomRight == grey || c.bottomRight == white ? c.bottomRight : c.fill)
+            << c.name;                                          // bottom bevel
+        EXPECT_EQ(Pixel(w, c.x + 99, 49), black) << c.name;     // outline, bottom right
+        EXPECT_EQ(Pixel(w, c.x + 50, 11), c.topLeft) << c.name; // top bevel
+        EXPECT_EQ(Pixel(w, c.x + 1, 30), c.topLeft) << c.name;  // left bevel
+        EXPECT_EQ(Pixel(w, c.x + 98, 30), c.bottomRight) << c.name;
+        EXPECT_EQ(Pixel(w, c.x + 100, 30), 0xFFFFFFu) << c.name; // the window behind
+    }
+    // Value set while shown swaps the shades at the next paint.
+    ASSERT_TRUE(KELPSetPropValueBoolean(Find(w, "Plain"), "Value", 1));
+    Settle(100);
+    EXPECT_EQ(Pixel(w, 60, 11), grey);
+    EXPECT_EQ(Pixel(w, 60, 48), white);
+}
+
+TEST_F(PackTest, PlacardPassesClicksOnUnlessHandled) {
+    RuntimeObject *w = MakeWindow(240, 100, [](RuntimeObject *view) {
+        Add(view, "Placard", "Quiet", [](MassData &m) { Box(m, 10, 10, 100, 60); });
+        Add(view, "Placard", "Listening", [](MassData &m) { Box(m, 120, 10, 100, 60); },
+            {{"MouseDown", H(TakeMouseDown)}, {"MouseUp", H(LogMouseUp)}});
+    });
+    ASSERT_TRUE(ClickAt(Fixed(w), 30, 20));
+    Settle(80);
+    EXPECT_TRUE(Events().empty());
+    ASSERT_TRUE(ClickAt(Fixed(w), 135, 27));
+    Settle(80);
+    ASSERT_EQ(Events().size(), 2u);
+    EXPECT_EQ(Events()[0], "MouseDown Listening 15,17"); // relative to the placard
+    EXPECT_EQ(Events()[1], "MouseUp Listening");
+}
+
+TEST_F(PackTest, OtherControlsDrawAndAnswer) {
+    RuntimeObject *w = MakeWindow(300, 120, [](RuntimeObject *view) {
+        Add(view, "Separator", "Rule", [](MassData &m) { Box(m, 10, 10, 100, 4); });
+        Add(view, "PopupArrow", "Mark",
+            [](MassData &m) { Box(m, 120, 10, 10, 10).Int("Facing", 3); });
+        Add(view, "DisclosureTriangle", "Tri", [](MassData &m) { Box(m, 140, 10, 12, 12); },
+            {{"Action", H(LogAction)}});
+        Add(view, "ImageWell", "Well", [](MassData &m) { Box(m, 160, 10, 32, 32); });
+        Add(view, "ChasingArrows", "Ring", [](MassData &m) { Box(m, 200, 10, 16, 16); });
+        Add(view, "LittleArrows", "Spin", [](MassData &m) { Box(m, 230, 10, 13, 23); },
+            {{"Up", H(LogUp)}, {"Down", H(LogDown)}});
+        Add(view, "BevelButton", "Bevel",
+            [](MassData &m) { Box(m, 10, 60, 100, 30).Text("Caption", "Go").Int("ButtonType", 1); },
+            {{"Action", H(LogAction)}});
+    });
+    Shot(w, "appearance_pack.png");
+    struct Case {
+        const char *what;
+        int x, y;
+        uint32_t rgb;
+    } pixels[] = {
+        {"separator line", 50, 12, 0x8F8F8F}, {"separator light", 50, 13, 0xFFFFFF},
+        {"arrow, down", 124, 11, 0x000000},   {"well inside", 176, 26, 0xFFFFFF},
+        {"well box", 161, 26, 0x000000},      {"well edge", 176, 10, 0x8F8F8F},
+        {"bevel outline", 10, 60, 0x000000},  {"bevel light", 50, 61, 0xFFFFFF},
+        {"bevel shade", 50, 88, 0xCECECE},
+    };
+    for (const Case &c : pixels)
+        EXPECT_EQ(Pixel(w, c.x, c.y), c.rgb) << c.what;
+    // The ring's dots are of its eight greys.
+    const uint32_t dot = Pixel(w, 200 + 6 + 1, 10 + 1);
+    EXPECT_TRUE(dot >= 0x64686A && dot <= 0xBDC1C3 && (dot & 0xFF) == ((dot >> 16) & 0xFF) + 6)
+        << std::hex << dot;
+
+    ASSERT_TRUE(ClickAt(Fixed(w), 236, 14)); // the upper half of the arrows
+    Settle(60);
+    ASSERT_TRUE(ClickAt(Fixed(w), 236, 28));
+    Settle(60);
+    ASSERT_TRUE(ClickAt(Fixed(w), 60, 75)); // the bevel button: a toggle
+    Settle(80);
+    ASSERT_TRUE(ClickAt(Fixed(w), 144, 16)); // the triangle opens
+    Settle(80);
+    const std::vector<std::string> expected = {"Up Spin", "Down Spin", "Action Bevel",
+                                               "Action Tri"};
+    EXPECT_EQ(Events(), expected);
+    int32_t value = 0;
+    EXPECT_TRUE(KELPGetPropValueBool(Find(w, "Bevel"), "Value", &value));
+    EXPECT_EQ(value, 1);
+    EXPECT_TRUE(KELPGetPropValueBool(Find(w, "Tri"), "Value", &value));
+    EXPECT_EQ(value, 1);
+    GtkStyle *s = StyleOf(Find(w, "Bevel"));
+    EXPECT_EQ(Pixel(w, 20, 75), Rgb(s->bg[GTK_STATE_ACTIVE])); // pressed look held by Value
+    Shot(w, "appearance_pack_pressed.png");
+}
+
+} // namespace
+} // namespace kelp::test

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace kelp {
@@ -60,6 +61,9 @@ struct HostState {
     Registered *classes = nullptr, *controls = nullptr, *interfaces = nullptr, *modules = nullptr;
     GlobalMethod *methods = nullptr;
     std::vector<KELPclassDefinition *> extensions;
+    // Classes, controls and interfaces by lowered name: linking a thousand
+    // classes looks names up many times.
+    std::unordered_map<std::string, Registered *> byName;
 };
 HostState &Host();
 

@@ -36,13 +36,6 @@ bool TableIsSound(const void *table, int32_t count, const char *condition, int l
 
 namespace {
 
-Registered *FindIn(Registered *list, std::string_view name) {
-    for (Registered *r = list; r; r = r->next)
-        if (r->Name() && AsciiEqualNoCase(r->Name(), name))
-            return r;
-    return nullptr;
-}
-
 // Older names of classes, as plug-ins built against them still write them.
 std::string_view MappedClassName(std::string_view name) {
     static constexpr std::pair<std::string_view, std::string_view> kMap[] = {
@@ -68,6 +61,8 @@ Registered *Push(Registered *&list, Kind kind) {
     return r;
 }
 
+void Index(Registered *r) { Host().byName.emplace(AsciiLowered(r->Name()), r); }
+
 bool NameIsFree(const char *name) {
     return name && *name && !FindClassDefinition(name) && !FindRegistered(name);
 }
@@ -75,12 +70,8 @@ bool NameIsFree(const char *name) {
 } // namespace
 
 Registered *FindRegistered(std::string_view name) {
-    HostState &h = Host();
-    if (Registered *r = FindIn(h.classes, name))
-        return r;
-    if (Registered *r = FindIn(h.controls, name))
-        return r;
-    return FindIn(h.interfaces, name);
+    auto it = Host().byName.find(AsciiLowered(name));
+    return it == Host().byName.end() ? nullptr : it->second;
 }
 
 ObjectDefinition *FindClassDefinition(std::string_view name) {
@@ -115,7 +106,9 @@ extern "C" void PluginRegisterClass(KELPclassDefinition *record) {
     PluginRecord *p = Host().current;
     if (!p || p->version <= 2 || !record || !NameIsFree(record->name))
         return;
-    Push(Host().classes, Kind::Class)->classRecord = record;
+    Registered *r = Push(Host().classes, Kind::Class);
+    r->classRecord = record;
+    Index(r);
 }
 
 // Record version 1 predates the layout a control has now; 2 was never
@@ -123,7 +116,9 @@ extern "C" void PluginRegisterClass(KELPclassDefinition *record) {
 extern "C" void PluginRegisterControl(KELPcontrol *record) {
     if (!Host().current || !record || record->version < 3 || !NameIsFree(record->name))
         return;
-    Push(Host().controls, Kind::Control)->controlRecord = record;
+    Registered *r = Push(Host().controls, Kind::Control);
+    r->controlRecord = record;
+    Index(r);
 }
 
 extern "C" void PluginRegisterModule(KELPmoduleDefinition *record) {
@@ -137,7 +132,9 @@ extern "C" void PluginRegisterInterface(KELPinterfaceDefinition *record) {
     PluginRecord *p = Host().current;
     if (!p || p->version < 4 || !record || !NameIsFree(record->name))
         return;
-    Push(Host().interfaces, Kind::Interface)->interfaceRecord = record;
+    Registered *r = Push(Host().interfaces, Kind::Interface);
+    r->interfaceRecord = record;
+    Index(r);
 }
 
 extern "C" void PluginRegisterMethod(KELPmethodDefinition *record) {

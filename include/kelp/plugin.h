@@ -294,12 +294,25 @@ int32_t KELPSetPropValueObject(RuntimeObject *object, const char *name, RuntimeO
 void KELPLockObject(RuntimeObject *object);
 void KELPUnlockObject(RuntimeObject *object);
 
+/* A class's rows as the language declares them: methods ("Function
+ * Add(p1 As Integer) As Integer", the virtual table's rows first, then the
+ * direct ones) and properties ("Count As Integer").  False, and nothing
+ * written, for a null class or an index out of range. */
+int32_t KELPCountClassMethods(RuntimeClass *klass);
+int32_t KELPGetClassMethod(RuntimeClass *klass, int32_t index, KelpString *declaration,
+                           void **code);
+int32_t KELPCountClassProperties(RuntimeClass *klass);
+int32_t KELPGetClassProperty(RuntimeClass *klass, int32_t index, KelpString *declaration);
+
 /* Strings. */
 void KELPLockString(KelpString s);
 void KELPUnlockString(KelpString s);
 /* A new string (one reference, the caller's) of length bytes of UTF-8. */
 KelpString KELPBuildString(const char *text, int32_t length);
 uint32_t KELPGetStringEncoding(KelpString s);
+void KELPSetStringEncoding(KelpString s, uint32_t encoding);
+/* A new string of the caption without "&" marks ("&&" stays as "&"). */
+KelpString KELPStripAmpersands(KelpString caption);
 
 /* Controls. */
 void GetControlBounds(RuntimeObject *control, KelpRect *out);
@@ -308,6 +321,15 @@ void SetControlVisible(RuntimeObject *control, int32_t visible);
 int32_t KELPGetControlEnabled(RuntimeObject *control);
 void *KELPGetControlHandle(RuntimeObject *control); /* the pane's GtkWidget */
 void KELPInvalidateControl(RuntimeObject *control);
+KelpString KELPGetControlName(RuntimeObject *control); /* a reference the caller owns */
+RuntimeObject *KELPGetControlParent(RuntimeObject *control);
+RuntimeObject *getControlWindow(RuntimeObject *control);
+int32_t KELPGetControlFocus(RuntimeObject *control);
+void KELPSetControlFocus(RuntimeObject *control);
+/* False while the control's page of a panel isn't shown. */
+int32_t GetTabPanelVisible(RuntimeObject *control);
+/* Mnemonics: none on this port's self-drawn controls. */
+void KELPSetAccelerator(RuntimeObject *control, KelpString caption);
 void KELPInvalidateControlRect(RuntimeObject *control, int32_t left, int32_t top, int32_t right,
                                int32_t bottom);
 /* A Graphics object on the control's pane (one reference, the caller's), or
@@ -327,6 +349,11 @@ KelpString PluginDefaultControlFont(void);    /* "System" */
 KelpString PluginDefaultControlCaption(void); /* "Untitled" */
 int32_t PluginDefaultControlFontSize(void);
 int32_t KELPinRuntime(void);
+int32_t KELPInDebugMode(void);                     /* 0 */
+int32_t KELPIsHIViewWindow(RuntimeObject *window); /* 0 */
+void KELPYieldToKP(void);
+KelpString PluginInterpretConstantValue(KelpString value); /* the value, a new reference */
+void PluginMarkSocketUsage(void);
 
 /* ------------------------------------------------------- layout, pinned */
 

@@ -105,6 +105,10 @@ bool LoadPluginLibrary(const std::string &path, const std::string &temporaryPath
                        std::string &error);
 void *Resolve(const char *name);
 
+// A signature ("Add%i4%o<Counter>i4") as a declaration ("Function
+// Add(p1 As Integer) As Integer").
+std::string DeclarationOfSignature(std::string_view signature);
+
 // For tests: forgets the entry table so that the next look-up builds it
 // anew from everything registered so far.
 void ForgetEntryTableForTest();

@@ -209,7 +209,48 @@ TEST(PluginClasses, InstanceDataPropertiesAndInterfaces) {
     // The interface the class implements, found by its method's name.
     EXPECT_EQ(GetInterfaceRoutine(big, "Greeter", "Greet"), Entry("Counter.Greet() As String"));
     EXPECT_EQ(GetInterfaceRoutine(big, "Greeter", "Wave"), nullptr);
+    // The class's rows written back as declarations.
+    std::vector<std::string> methods, properties;
+    RuntimeClass *counter = k->base;
+    for (int32_t i = 0; i < KELPCountClassMethods(counter); ++i) {
+        KelpString text = nullptr;
+        void *code = nullptr;
+        ASSERT_TRUE(KELPGetClassMethod(counter, i, &text, &code));
+        methods.push_back(std::string(objtext::View(text)));
+        RuntimeUnlockString(text);
+    }
+    for (int32_t i = 0; i < KELPCountClassProperties(counter); ++i) {
+        KelpString text = nullptr;
+        ASSERT_TRUE(KELPGetClassProperty(counter, i, &text));
+        properties.push_back(std::string(objtext::View(text)));
+        RuntimeUnlockString(text);
+    }
+    const std::vector<std::string> wantMethods = {"Function Add(p1 As Integer) As Integer",
+                                                  "Function Greet() As String"};
+    const std::vector<std::string> wantProperties = {"Count As Integer", "Step As Integer"};
+    EXPECT_EQ(methods, wantMethods);
+    EXPECT_EQ(properties, wantProperties);
+    EXPECT_FALSE(KELPGetClassMethod(counter, int32_t(methods.size()), nullptr, nullptr));
     RuntimeUnlockObject(big);
+}
+
+TEST(PluginCalls, SignaturesAndCaptionsAsText) {
+    const std::pair<const char *, const char *> declarations[] = {
+        {"Item%o<MenuItem>%o<MenuItem>i4", "Function Item(p1 As Integer) As MenuItem"},
+        {"Append%%o<MenuItem>o<MenuItem>", "Sub Append(p1 As MenuItem)"},
+        {"Sum%f8%o<Calc>a1f8b", "Function Sum(p1 As Double(), p2 As Boolean) As Double"},
+        {"Tint%c%o<X>sf4", "Function Tint(p1 As String, p2 As Single) As Color"},
+    };
+    for (const auto &[signature, text] : declarations)
+        EXPECT_EQ(DeclarationOfSignature(signature), text) << signature;
+    const std::pair<const char *, const char *> captions[] = {
+        {"&Save", "Save"}, {"Fish && Chips", "Fish & Chips"}, {"x&", "x"}, {"", ""}};
+    for (const auto &[caption, text] : captions) {
+        KelpString in = objtext::Make(caption), out = KELPStripAmpersands(in);
+        EXPECT_EQ(objtext::View(out), text) << caption;
+        objtext::Release(in);
+        RuntimeUnlockString(out);
+    }
 }
 
 // Records made here, registered under a plug-in of a chosen version.

@@ -79,55 +79,67 @@ public:
         RuntimeUnlockObject(wrapper);
     }
 
+    // Entries that may fire an event run under the pane's event lock: a
+    // handler may close the control, and with it this pane.
     bool MouseDown(int32_t x, int32_t y, int32_t modifiers) override {
         if (!mBehaviour || !mBehaviour->mouseDown)
             return ControlPane::MouseDown(x, y, modifiers);
-        mTracking = mBehaviour->mouseDown(mObject, x, y) != 0;
-        return mTracking;
+        bool taken = false;
+        if (!Guarded([&] { taken = mBehaviour->mouseDown(mObject, x, y) != 0; }))
+            return true; // the pane is gone: nothing else may have the click
+        mTracking = taken;
+        return taken;
     }
     void MouseDrag(int32_t x, int32_t y) override {
         if (mTracking && mBehaviour->mouseDrag)
-            mBehaviour->mouseDrag(mObject, x, y);
+            Guarded([&] { mBehaviour->mouseDrag(mObject, x, y); });
     }
     void MouseUp(int32_t x, int32_t y) override {
-        if (mTracking && mBehaviour->mouseUp)
-            mBehaviour->mouseUp(mObject, x, y);
+        const bool tracking = mTracking;
         mTracking = false;
+        if (tracking && mBehaviour->mouseUp)
+            Guarded([&] { mBehaviour->mouseUp(mObject, x, y); });
     }
     void MouseEnter() override {
         if (mBehaviour && mBehaviour->mouseEnter)
-            mBehaviour->mouseEnter(mObject);
+            Guarded([&] { mBehaviour->mouseEnter(mObject); });
     }
     void MouseExit() override {
         if (mBehaviour && mBehaviour->mouseExit)
-            mBehaviour->mouseExit(mObject);
+            Guarded([&] { mBehaviour->mouseExit(mObject); });
     }
     void MouseMove(int32_t x, int32_t y) override {
         if (mBehaviour && mBehaviour->mouseMove)
-            mBehaviour->mouseMove(mObject, x, y);
+            Guarded([&] { mBehaviour->mouseMove(mObject, x, y); });
         else
             ControlPane::MouseMove(x, y);
     }
     bool MouseWheel(int32_t x, int32_t y, int32_t delta) override {
         if (!mBehaviour || !mBehaviour->mouseWheel)
             return ControlPane::MouseWheel(x, y, delta);
-        return mBehaviour->mouseWheel(mObject, x, y, delta) != 0;
+        bool taken = false;
+        return !Guarded([&] { taken = mBehaviour->mouseWheel(mObject, x, y, delta) != 0; }) ||
+               taken;
     }
     void GainFocus() override {
         if (mBehaviour && mBehaviour->gainedFocus)
-            mBehaviour->gainedFocus(mObject);
+            Guarded([&] { mBehaviour->gainedFocus(mObject); });
     }
     void LoseFocus() override {
         if (mBehaviour && mBehaviour->lostFocus)
-            mBehaviour->lostFocus(mObject);
+            Guarded([&] { mBehaviour->lostFocus(mObject); });
     }
     bool KeyDown(int32_t character, int32_t code, int32_t modifiers) override {
-        return mBehaviour && mBehaviour->keyDown &&
-               mBehaviour->keyDown(mObject, character, code, modifiers) != 0;
+        if (!mBehaviour || !mBehaviour->keyDown)
+            return false;
+        bool taken = false;
+        return !Guarded([&] {
+            taken = mBehaviour->keyDown(mObject, character, code, modifiers) != 0;
+        }) || taken;
     }
     void Press() override {
         if (mBehaviour && mBehaviour->actionEvent)
-            mBehaviour->actionEvent(mObject, 0);
+            Guarded([&] { mBehaviour->actionEvent(mObject, 0); });
     }
     void SetEnabled(bool flag, bool repaint) override {
         const bool changed = flag != enabled;
@@ -143,6 +155,14 @@ public:
     }
 
 private:
+    // Runs `call` under the event lock; false when the pane died in it.
+    template <typename F> bool Guarded(F call) {
+        if (!LockForEvent())
+            return false;
+        call();
+        return !UnlockAfterEvent();
+    }
+
     // Once: the close entry, and the idle task goes with it.
     void CloseBehaviour() {
         if (mClosed)

@@ -39,6 +39,12 @@ struct Rows {
     const char *Keep(std::string s) { return texts.emplace_back(std::move(s)).c_str(); }
 };
 
+// Rows for one more definition, kept with the others to the end.
+Rows *NewRows() {
+    static auto *all = new std::vector<Rows *>();
+    return all->emplace_back(new Rows());
+}
+
 std::unordered_map<RuntimeClass *, Registered *> &ClassMap() {
     static auto *map = new std::unordered_map<RuntimeClass *, Registered *>();
     return *map;
@@ -318,7 +324,7 @@ void LinkClass(Registered *r) {
     RuntimeClass *superClass = super ? ClassForDefinition(super) : nullptr;
     const int32_t offset = superClass ? int32_t(superClass->instanceSize) : KELP_CLASS_DATA_OFFSET;
     c->forSystemUse = offset;
-    auto *rows = new Rows();
+    Rows *rows = NewRows();
     AddProperties(*rows, c->properties, c->propertyCount, offset, false);
     AddMethods(*rows, c->methods, c->methodCount, c->version);
     AddEvents(*rows, c->name, c->events, c->eventCount);
@@ -337,7 +343,7 @@ void LinkControl(Registered *r) {
     ObjectDefinition *super =
         (c->flags & KELP_CONTROL_PLAIN_CONTROL) ? ControlDefinition() : RectControlDefinition();
     c->forSystemUse = KELP_CONTROL_DATA_OFFSET;
-    auto *rows = new Rows();
+    Rows *rows = NewRows();
     AddProperties(*rows, c->properties, c->propertyCount, KELP_CONTROL_DATA_OFFSET, true);
     AddMethods(*rows, c->methods, c->methodCount, c->version);
     AddEvents(*rows, c->name, c->events, c->eventCount);
@@ -354,7 +360,7 @@ void LinkControl(Registered *r) {
 
 void LinkInterface(Registered *r) {
     KELPinterfaceDefinition *i = r->interfaceRecord;
-    auto *rows = new Rows();
+    Rows *rows = NewRows();
     AddMethods(*rows, i->methods, i->methodCount, i->version);
     ClassDescription description{.name = i->name};
     description.isInterface = true;

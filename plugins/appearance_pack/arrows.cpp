@@ -204,7 +204,7 @@ void *WheelHandle(RuntimeObject *self) { return Data<WheelData>(self)->widget; }
 // Turns one step when more than a tick has passed; a hidden ring stays still.
 void WheelIdle(RuntimeObject *self) {
     WheelData *d = Data<WheelData>(self);
-    if (!host.visible(self)) {
+    if (!host.visible(self) || !host.panelVisible(self)) {
         d->hidden = 1;
         return;
     }

@@ -20,6 +20,7 @@ bool ResolveHost(KELPResolver resolve) {
            Find(resolve, "GetControlBounds", host.bounds) &&
            Find(resolve, "KELPGetControlEnabled", host.enabled) &&
            Find(resolve, "GetControlVisible", host.visible) &&
+           Find(resolve, "GetTabPanelVisible", host.panelVisible) &&
            Find(resolve, "KELPGetControlHandle", host.handle) &&
            Find(resolve, "KELPInvalidateControl", host.invalidate) &&
            Find(resolve, "KELPGetControlGraphics", host.controlGraphics) &&

@@ -19,6 +19,7 @@ struct Host {
     void (*bounds)(RuntimeObject *, KelpRect *);
     int32_t (*enabled)(RuntimeObject *);
     int32_t (*visible)(RuntimeObject *);
+    int32_t (*panelVisible)(RuntimeObject *);
     void *(*handle)(RuntimeObject *);
     void (*invalidate)(RuntimeObject *);
     RuntimeObject *(*controlGraphics)(RuntimeObject *);

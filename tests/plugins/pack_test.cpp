@@ -149,6 +149,8 @@ TEST_F(PackTest, OtherControlsDrawAndAnswer) {
     const uint32_t dot = Pixel(w, 200 + 6 + 1, 10 + 1);
     EXPECT_TRUE(dot >= 0x64686A && dot <= 0xBDC1C3 && (dot & 0xFF) == ((dot >> 16) & 0xFF) + 6)
         << std::hex << dot;
+    Settle(400); // the idle task turns the ring while the loop runs
+    EXPECT_NE(Pixel(w, 200 + 6 + 1, 10 + 1), dot);
 
     ASSERT_TRUE(ClickAt(Fixed(w), 236, 14)); // the upper half of the arrows
     Settle(60);

@@ -32,6 +32,8 @@ bool ResolveHost(KELPResolver resolve) {
            Find(resolve, "KELPLoadGlobalMethod", host.globalMethod) &&
            Find(resolve, "KELPLockString", host.lockString) &&
            Find(resolve, "KELPUnlockString", host.unlockString) &&
+           Find(resolve, "RuntimeGraphicsDrawPicture", host.drawPicture) &&
+           Find(resolve, "KELPGetPropValueInt", host.propertyInt) &&
            Find(resolve, "PluginDefaultControlCaption", host.defaultCaption) &&
            Find(resolve, "PluginDefaultControlFont", host.defaultFont) &&
            Find(resolve, "PluginDefaultControlFontSize", host.defaultFontSize);

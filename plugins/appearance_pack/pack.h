@@ -31,6 +31,9 @@ struct Host {
     void *(*globalMethod)(void *, const char *);
     void (*lockString)(KelpString);
     void (*unlockString)(KelpString);
+    void (*drawPicture)(RuntimeObject *, RuntimeObject *, int32_t, int32_t, int32_t, int32_t,
+                        int32_t, int32_t, int32_t, int32_t);
+    int32_t (*propertyInt)(RuntimeObject *, const char *, int32_t *);
     KelpString (*defaultCaption)();
     KelpString (*defaultFont)();
     int32_t (*defaultFontSize)();

@@ -283,6 +283,18 @@ void WellDraw(RuntimeObject *self, RuntimeObject *graphics, int x, int y) {
     const Box b = BoundsOf(self);
     c.Grey(kWhite);
     c.Fill(x + 2, y + 2, b.w - 4, b.h - 4);
+    if (RuntimeObject *picture = Data<ImageWellData>(self)->image) {
+        // At its own size: centred on an axis where it fits, else from the
+        // box's left or top edge.
+        int32_t pw = 0, ph = 0;
+        host.propertyInt(picture, "Width", &pw);
+        host.propertyInt(picture, "Height", &ph);
+        const int w = b.w - 4, h = b.h - 4;
+        const int px = x + 2 + (pw <= w ? (w - pw) / 2 : 0);
+        const int py = y + 2 + (ph <= h ? (h - ph) / 2 : 0);
+        host.drawPicture(c.Graphics(), picture, px, py, std::min(pw, w), std::min(ph, h), 0, 0,
+                         std::min(pw, w), std::min(ph, h));
+    }
     c.Grey(0);
     c.Frame(x + 1, y + 1, b.w - 3, b.h - 3);
     c.Grey(kWhite);

@@ -4,6 +4,8 @@
 // pressed with real X input.
 #include "controls/control_fixture.h"
 
+#include "pictures/drawable.h"
+#include "pictures/picture_object.h"
 #include "plugins/host.h"
 
 #include "kelp/plugin.h"
@@ -149,6 +151,15 @@ TEST_F(PackTest, OtherControlsDrawAndAnswer) {
     const uint32_t dot = Pixel(w, 200 + 6 + 1, 10 + 1);
     EXPECT_TRUE(dot >= 0x64686A && dot <= 0xBDC1C3 && (dot & 0xFF) == ((dot >> 16) & 0xFF) + 6)
         << std::hex << dot;
+    // A red picture of 10 x 6 in the well: centred in its box.
+    RuntimeObject *red = NewPictureOfSize(10, 6);
+    StoreOf(red)->Fill(0xFF0000);
+    ASSERT_TRUE(KELPSetPropValueObject(Find(w, "Well"), "Image", red));
+    RuntimeUnlockObject(red); // the well holds it
+    Settle(100);
+    EXPECT_EQ(Pixel(w, 176, 26), 0xFF0000u);
+    EXPECT_EQ(Pixel(w, 176 - 6, 26), 0xFFFFFFu);
+    EXPECT_EQ(Pixel(w, 176, 26 + 4), 0xFFFFFFu);
     Settle(400); // the idle task turns the ring while the loop runs
     EXPECT_NE(Pixel(w, 200 + 6 + 1, 10 + 1), dot);
 

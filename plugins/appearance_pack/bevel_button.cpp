@@ -201,6 +201,26 @@ void Draw(RuntimeObject *self, RuntimeObject *graphics, int x, int y) {
                               : s->bg[GTK_STATE_NORMAL]);
     c.Fill(x, y, b.w - 1, b.h - 1);
     const int L = x + 2, T = y + 2, R = x + b.w - 2, B = y + b.h - 2;
+    // The icon at its own size, placed by IconAlign.
+    int iconX = 0, iconY = 0, iconW = 0, iconH = 0;
+    if (d->icon) {
+        host.propertyInt(d->icon, "Width", &iconW);
+        host.propertyInt(d->icon, "Height", &iconH);
+        iconX = L + d->iconDX;
+        iconY = T + (B - T - iconH) / 2;
+        switch (d->iconAlign) {
+        case 1: iconX = L + (R - L - iconW) / 2; break;
+        case 3: iconX = R - iconW - d->iconDX; break;
+        case 4: iconY = T + d->iconDY; break;
+        case 5: iconY = B - d->iconDY; break;
+        case 6: iconX = L + d->iconDX, iconY = T + d->iconDY; break;
+        case 7: iconX = L + d->iconDX, iconY = B - iconH - d->iconDY; break;
+        case 8: iconX = R - iconW - d->iconDX, iconY = T + d->iconDY; break;
+        case 9: iconX = R - iconW - d->iconDX, iconY = B - iconH - d->iconDY; break;
+        default: break;
+        }
+        host.drawPicture(c.Graphics(), d->icon, iconX, iconY, iconW, iconH, 0, 0, iconW, iconH);
+    }
     c.Grey(0);
     c.Frame(x, y, b.w - 1, b.h - 1);
     c.Grey(down ? kBevelGrey : kWhite);
@@ -226,8 +246,18 @@ void Draw(RuntimeObject *self, RuntimeObject *graphics, int x, int y) {
     int tw = 0, th = 0;
     pango_layout_get_pixel_size(layout, &tw, &th);
     int tx = L + (R - L - tw) / 2;
-    const int ty = T + (B - T - th) / 2;
-    if (d->captionAlign == 1)
+    int ty = T + (B - T - th) / 2;
+    // Beside the icon, below or above it; else by CaptionAlign.
+    const int placement = d->icon ? d->captionPlacement : 0;
+    if (placement == 4)
+        ty = iconY + iconH + 2;
+    else if (placement == 5)
+        ty = iconY - 2 - th;
+    if (placement == 2)
+        tx = iconX + iconW + d->captionDelta;
+    else if (placement == 3)
+        tx = iconX - d->captionDelta - tw;
+    else if (d->captionAlign == 1)
         tx = R - d->captionDelta - tw;
     else if (d->captionAlign == 0 || d->captionAlign == 2)
         tx = L + d->captionDelta;

@@ -160,6 +160,15 @@ TEST_F(PackTest, OtherControlsDrawAndAnswer) {
     EXPECT_EQ(Pixel(w, 176, 26), 0xFF0000u);
     EXPECT_EQ(Pixel(w, 176 - 6, 26), 0xFFFFFFu);
     EXPECT_EQ(Pixel(w, 176, 26 + 4), 0xFFFFFFu);
+    // An icon on the bevel button, from the inner box's top left by 2, 3.
+    RuntimeObject *bevel = Find(w, "Bevel");
+    ASSERT_TRUE(KELPSetPropValueInt(bevel, "IconAlign", 6) &&
+                KELPSetPropValueInt(bevel, "IconDX", 2) && KELPSetPropValueInt(bevel, "IconDY", 3));
+    ASSERT_TRUE(KELPSetPropValueObject(bevel, "Icon", red));
+    Settle(100);
+    EXPECT_EQ(Pixel(w, 10 + 4, 60 + 5), 0xFF0000u);
+    EXPECT_EQ(Pixel(w, 10 + 4 + 9, 60 + 5 + 5), 0xFF0000u);
+    EXPECT_NE(Pixel(w, 10 + 3, 60 + 5), 0xFF0000u);
     Settle(400); // the idle task turns the ring while the loop runs
     EXPECT_NE(Pixel(w, 200 + 6 + 1, 10 + 1), dot);
 

@@ -11,6 +11,7 @@
 #include "kelp/plugin.h"
 
 #include <filesystem>
+#include <thread>
 
 namespace kelp::test {
 namespace {
@@ -37,6 +38,7 @@ protected:
             std::string error;
             bool ok = plugins::LoadPluginLibrary(KELP_BIN_DIR "/libKPAppearancePak.so", "", error);
             plugins::LinkPluginClasses(nullptr);
+            plugins::ForgetEntryTableForTest(); // the pack's entries join the table
             return ok;
         }();
         ASSERT_TRUE(loaded);
@@ -191,6 +193,63 @@ TEST_F(PackTest, OtherControlsDrawAndAnswer) {
     GtkStyle *s = StyleOf(Find(w, "Bevel"));
     EXPECT_EQ(Pixel(w, 20, 75), Rgb(s->bg[GTK_STATE_ACTIVE])); // pressed look held by Value
     Shot(w, "appearance_pack_pressed.png");
+}
+
+void *PackEntry(const char *name) {
+    KelpString text = objtext::Make(name);
+    void *code = RuntimeLookupPluginEntrypoint(text);
+    objtext::Release(text);
+    return code;
+}
+
+TEST_F(PackTest, BevelButtonMenuChosenOrDismissed) {
+    RuntimeObject *w = MakeWindow(200, 80, [](RuntimeObject *view) {
+        Add(view, "BevelButton", "Menu",
+            [](MassData &m) {
+                Box(m, 10, 10, 100, 24)
+                    .Text("Caption", "Pick")
+                    .Int("HasMenu", 1)
+                    .Int("MenuValue", 0);
+            },
+            {{"Action", H(LogAction)}});
+    });
+    RuntimeObject *menu = Find(w, "Menu");
+    auto addRow = reinterpret_cast<void (*)(RuntimeObject *, KelpString)>(
+        PackEntry("BevelButton.AddRow(text As String)"));
+    auto addSeparator =
+        reinterpret_cast<void (*)(RuntimeObject *)>(PackEntry("BevelButton.AddSeparator"));
+    auto list = reinterpret_cast<KelpString (*)(RuntimeObject *, int32_t)>(
+        PackEntry("BevelButton.List(row As Integer) As String"));
+    ASSERT_TRUE(addRow && addSeparator && list);
+    for (const char *text : {"One", "Two"}) {
+        KelpString s = objtext::Make(text);
+        addRow(menu, s);
+        objtext::Release(s);
+    }
+    addSeparator(menu);
+    KelpString second = list(menu, 1);
+    EXPECT_EQ(objtext::View(second), "Two");
+    RuntimeUnlockString(second);
+    EXPECT_EQ(list(menu, 7), nullptr); // past the end: nil
+    // The menu runs its own loop inside the press: the keys come from
+    // another thread, after the menu is up.
+    struct Case {
+        const char *keys;
+        int32_t menuValue;
+        size_t actions;
+    } cases[] = {{"Escape", 0, 0}, {"Down Down Return", 1, 1}};
+    for (const Case &c : cases) {
+        Events().clear();
+        std::thread keys([&c] { XDoToolQuiet(std::string("sleep 0.5 key ") + c.keys); });
+        ASSERT_TRUE(ClickAt(Fixed(w), 40, 20));
+        Settle(900);
+        keys.join();
+        Settle(100);
+        int32_t value = -1;
+        EXPECT_TRUE(KELPGetPropValueInt(menu, "MenuValue", &value));
+        EXPECT_EQ(value, c.menuValue) << c.keys;
+        EXPECT_EQ(Events().size(), c.actions) << c.keys;
+    }
 }
 
 } // namespace

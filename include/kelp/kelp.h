@@ -41,4 +41,6 @@
 /* Edit fields and styled text */
 #include "kelp/edit_fields.h"
 
+#include "kelp/plugin.h"
+
 #endif

@@ -86,6 +86,31 @@ void *OptionalSymbol(void *handle, const char *function) {
     return handle && function ? dlsym(handle, function) : nullptr;
 }
 
+void *OpenPluginLibrary(const std::string &path, std::string &error) {
+    dlerror();
+    void *handle = dlopen(path.c_str(), RTLD_LAZY);
+    if (!handle) {
+        const char *text = dlerror();
+        error = text ? text : "the library could not be loaded";
+    }
+    return handle;
+}
+
+void *PluginLibrarySymbol(void *handle, const char *function, std::string &error) {
+    dlerror();
+    void *code = handle && function ? dlsym(handle, function) : nullptr;
+    if (!code) {
+        const char *text = dlerror();
+        error = text ? text : std::string("undefined symbol: ") + (function ? function : "");
+    }
+    return code;
+}
+
+void ClosePluginLibrary(void *handle) {
+    if (handle)
+        dlclose(handle);
+}
+
 namespace {
 
 // The libraries of a linker script's GROUP ( ... ), in order; empty when the

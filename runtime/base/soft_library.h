@@ -46,4 +46,11 @@ void *OpenLibraryByItsForms(const std::string &library);
 // A function of an optional library, or null, without a report.
 void *OptionalSymbol(void *handle, const char *function);
 
+// A plug-in library at `path`, or null with the loader's own text in
+// `error`; the caller reports.  Closed by ClosePluginLibrary.
+void *OpenPluginLibrary(const std::string &path, std::string &error);
+// The library's function, or null with the loader's text in `error`.
+void *PluginLibrarySymbol(void *handle, const char *function, std::string &error);
+void ClosePluginLibrary(void *handle);
+
 } // namespace kelp

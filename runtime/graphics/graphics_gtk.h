@@ -78,6 +78,8 @@ public:
     // The font description in use (after UpdateFont); null without a display.
     const PangoFontDescription *FontDescription() const { return mFontDescription; }
     PangoLayout *Layout() const { return mPangoLayout; }
+    // What it draws on, for code that draws with GDK itself (plug-ins).
+    GdkDrawable *TargetDrawable() const { return Drawable(); }
 
 private:
     GdkDrawable *Drawable() const;

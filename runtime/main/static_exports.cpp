@@ -45,6 +45,8 @@ const RelocEntry kRows[] = {
 #include "edit_fields/exports.inc"
 // Canvas, drag and clipboard
 #include "canvas/exports.inc"
+// Plug-ins
+#include "plugins/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

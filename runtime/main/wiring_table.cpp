@@ -41,6 +41,7 @@
 // Edit fields and styled text
 #include "edit_fields/wiring.h"
 #include "canvas/wiring.h"
+#include "plugins/wiring.h"
 
 namespace kelp {
 namespace {
@@ -78,6 +79,7 @@ const WiringStep kWiringTable[] = {
     {"cursors: the cursor, screen and tray item classes", &WireCursors},
     {"controls: the control classes; the window's hooks for its controls", &WireControls},
     {"canvas: the Canvas, DragItem and Clipboard classes", &WireCanvas},
+    {"plugins: loading at the end of the class set-up; plug-in classes by name", &WirePlugins},
     {"dialogs: the dialog that presents assertion reports", &WireDialogs},
     {"app: the Application classes; the run loop's application client; the "
      "standard handler of unhandled exceptions",

@@ -35,6 +35,7 @@ struct Registries {
     std::vector<DefinitionAccessor> moduleAccessors;
     std::vector<const MethodRow *> functions; // the table of intrinsic functions
     PluginClassFinder pluginFinder = nullptr;
+    void (*externalClassesFinisher)() = nullptr;
     uint32_t resolvePass = 1;
     bool externalClassesDone = false;
 };
@@ -93,7 +94,7 @@ bool ResolveInterfaces(ObjectDefinition *definition) {
     if (definition->resolvedInterfacesMark == R().resolvePass)
         return true;
     for (InterfaceItem *item = definition->interfaces; item; item = item->next) {
-        ObjectDefinition *iface = item->interface ? item->interface() : nullptr;
+        ObjectDefinition *iface = item->Interface();
         int32_t count = CountMethods(iface);
         delete[] item->slots;
         item->slots = new void *[count + 1]();
@@ -204,7 +205,7 @@ void FillInterfaces(const ObjectDefinition *definition, const RuntimeClass *supe
         KELP_ASSERT(itableCtr < out->interfaceCount, kFile, "itableCtr < out->interfaceCount");
         if (itableCtr >= out->interfaceCount)
             break;
-        ObjectDefinition *iface = item->interface ? item->interface() : nullptr;
+        ObjectDefinition *iface = item->Interface();
         int32_t count = CountMethods(iface);
         RuntimeInterfaceRow &row = out->interfaceTable[itableCtr++];
         row.interfaceClass = iface ? ClassForDefinition(iface) : nullptr;
@@ -454,6 +455,7 @@ RuntimeObject *NewObjectOfDefinition(ObjectDefinition *definition) {
 }
 
 void SetPluginClassFinder(PluginClassFinder finder) { R().pluginFinder = finder; }
+void SetExternalClassesFinisher(void (*finisher)()) { R().externalClassesFinisher = finisher; }
 
 } // namespace kelp
 
@@ -510,4 +512,6 @@ extern "C" void RuntimeInitExternalClasses(void) {
         AddEntryExport(row->entry);
         AddEntryExport(row->secondEntry);
     }
+    if (R().externalClassesFinisher)
+        R().externalClassesFinisher();
 }

@@ -199,6 +199,10 @@ struct InterfaceItem {
     InterfaceItem *next = nullptr;
     DefinitionAccessor interface = nullptr;
     void **slots = nullptr; // method count + 1 entries; slot 0 stays free
+    // An interface known only while the program runs (a plug-in's), in
+    // place of an accessor.
+    ObjectDefinition *definition = nullptr;
+    ObjectDefinition *Interface() const { return interface ? interface() : definition; }
 };
 
 struct FunctionReference {
@@ -265,6 +269,9 @@ RuntimeObject *NewObjectOfDefinition(ObjectDefinition *definition);
 // Plug-in classes are looked up after the intrinsic ones, by the plug-in host.
 using PluginClassFinder = ObjectDefinition *(*)(const char *name);
 void SetPluginClassFinder(PluginClassFinder finder);
+// What RuntimeInitExternalClasses does last, once the library's classes are
+// registered: the plug-in host loads the image's plug-ins there.
+void SetExternalClassesFinisher(void (*finisher)());
 
 // The type code of a type in a signature ("s", "i4", "o<Window>", "a1s").
 std::string TypeCode(const TypeRecord *type);

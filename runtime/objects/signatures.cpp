@@ -27,12 +27,20 @@ std::string ClassNameOf(DefinitionAccessor accessor) {
     return definition ? std::string(objtext::View(definition->className)) : std::string();
 }
 
+// A class known only while the program runs (a plug-in's) has a name and no
+// accessor.
+std::string ClassNameOf(const TypeRecord *type) {
+    if (!type->objectClass && type->name)
+        return type->name;
+    return ClassNameOf(type->objectClass);
+}
+
 std::string DisplayTypeName(const TypeRecord *type) {
     if (!type)
         return "";
     switch (type->kind) {
     case kTypeArray: return DisplayTypeName(type->element);
-    case kTypeObjectOf: return ClassNameOf(type->objectClass);
+    case kTypeObjectOf: return ClassNameOf(type);
     case kTypeClassRef: return "Class";
     default: return type->name ? type->name : "";
     }
@@ -45,7 +53,7 @@ std::string TypeCode(const TypeRecord *type) {
         return "";
     switch (type->kind) {
     case kTypeArray: return "a" + std::to_string(type->dimensions) + TypeCode(type->element);
-    case kTypeObjectOf: return "o<" + ClassNameOf(type->objectClass) + ">";
+    case kTypeObjectOf: return "o<" + ClassNameOf(type) + ">";
     case kTypeClassRef: return "x";
     default: break;
     }

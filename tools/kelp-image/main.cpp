@@ -1,10 +1,12 @@
 // kelp-image: packs application images and shows what is in them.
 //
 //   kelp-image pack -o OUT [-r RUNTIME] SOURCE... [--resource TYPE:ID:FILE]...
+//                   [--plugin ID:LIBRARY]...
 //       SOURCE is a folder of loose segment files, or the segment files
 //       themselves in order: code, data, link table[, symbols, resources,
 //       options].  Writes a copy of RUNTIME (by default the kelp program
-//       beside this tool) with the image appended.
+//       beside this tool) with the image appended.  A plug-in goes in as a
+//       "KPPl" resource that carries the library's file name.
 //   kelp-image info FILE|FOLDER
 //       Lists the segments, link records (imports by name), resources and
 //       options of an executable with an image, or of a folder of loose files.
@@ -31,7 +33,7 @@ namespace {
 int Usage() {
     std::fprintf(stderr,
                  "usage: kelp-image pack -o OUT [-r RUNTIME] (FOLDER | CODE DATA LINK [SYMBOLS "
-                 "RSRC OPTIONS]) [--resource TYPE:ID:FILE]...\n"
+                 "RSRC OPTIONS]) [--resource TYPE:ID:FILE]... [--plugin ID:LIBRARY]...\n"
                  "       kelp-image info FILE|FOLDER\n");
     return 2;
 }
@@ -58,6 +60,16 @@ std::string ToolFolder() {
     return path.substr(0, path.rfind('/'));
 }
 
+void AppendResource(std::vector<uint8_t> &segment, uint32_t type, uint16_t id,
+                    const std::vector<uint8_t> &data) {
+    AppendU32(segment, type);
+    segment.push_back(uint8_t(id));
+    segment.push_back(uint8_t(id >> 8));
+    AppendU32(segment, 0);
+    AppendU32(segment, uint32_t(data.size()));
+    segment.insert(segment.end(), data.begin(), data.end());
+}
+
 // "WAVE:3:file.wav" -> a resource record appended to the segment.
 bool AddResourceArgument(const std::string &arg, std::vector<uint8_t> &segment) {
     const auto first = arg.find(':');
@@ -82,26 +94,56 @@ bool AddResourceArgument(const std::string &arg, std::vector<uint8_t> &segment) 
         std::fprintf(stderr, "kelp-image: cannot read %s\n", file.c_str());
         return false;
     }
-    AppendU32(segment, FourCC(arg.c_str()));
-    segment.push_back(uint8_t(id));
-    segment.push_back(uint8_t(id >> 8));
-    AppendU32(segment, 0);
-    AppendU32(segment, uint32_t(data.size()));
-    segment.insert(segment.end(), data.begin(), data.end());
+    AppendResource(segment, FourCC(arg.c_str()), uint16_t(id), data);
+    return true;
+}
+
+// "65535:build/lib/libX.so" -> a "KPPl" record: the file's name (its length
+// in one byte first), then the library's bytes.
+bool AddPluginArgument(const std::string &arg, std::vector<uint8_t> &segment) {
+    const auto colon = arg.find(':');
+    const std::string file = colon == std::string::npos ? std::string() : arg.substr(colon + 1);
+    const std::string name = file.substr(file.rfind('/') + 1);
+    if (name.empty() || name.size() > 255) {
+        std::fprintf(stderr,
+                     "kelp-image: a plug-in is ID:FILE with a file name of 1 to 255 "
+                     "bytes, not '%s'\n",
+                     arg.c_str());
+        return false;
+    }
+    std::vector<uint8_t> library;
+    if (!ReadWhole(file, library)) {
+        std::fprintf(stderr, "kelp-image: cannot read %s\n", file.c_str());
+        return false;
+    }
+    char *end = nullptr;
+    const std::string idText = arg.substr(0, colon);
+    const unsigned long id = std::strtoul(idText.c_str(), &end, 10);
+    if (idText.empty() || *end || id > 65535) {
+        std::fprintf(stderr, "kelp-image: plug-in id '%s' is not a number from 0 to 65535\n",
+                     idText.c_str());
+        return false;
+    }
+    std::vector<uint8_t> body{uint8_t(name.size())};
+    body.insert(body.end(), name.begin(), name.end());
+    body.insert(body.end(), library.begin(), library.end());
+    AppendResource(segment, FourCC("KPPl"), uint16_t(id), body);
     return true;
 }
 
 int Pack(int argc, char **argv) {
     std::string out, runtime = ToolFolder() + "/kelp";
-    std::vector<std::string> sources, resources;
+    std::vector<std::string> sources, resources, plugins;
     for (int i = 0; i < argc; ++i) {
         const std::string a = argv[i];
-        if ((a == "-o" || a == "-r" || a == "--resource") && i + 1 < argc) {
+        if ((a == "-o" || a == "-r" || a == "--resource" || a == "--plugin") && i + 1 < argc) {
             const std::string value = argv[++i];
             if (a == "-o")
                 out = value;
             else if (a == "-r")
                 runtime = value;
+            else if (a == "--plugin")
+                plugins.push_back(value);
             else
                 resources.push_back(value);
         } else if (!a.empty() && a[0] == '-') {
@@ -130,6 +172,9 @@ int Pack(int argc, char **argv) {
     }
     for (const auto &r : resources)
         if (!AddResourceArgument(r, segments.bytes[kResources]))
+            return 1;
+    for (const auto &p : plugins)
+        if (!AddPluginArgument(p, segments.bytes[kResources]))
             return 1;
     std::vector<uint8_t> bytes;
     if (!ReadWhole(runtime, bytes) || bytes.empty()) {

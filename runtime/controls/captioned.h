@@ -27,14 +27,27 @@ class CaptionedPane : public ControlPane {
 public:
     using ControlPane::ControlPane;
     virtual void SetCaption(KelpString caption);
-    virtual void SetFont(const ControlFont &font);
+    void SetFont(const ControlFont &font) override;
+
+    // Radio button and check box: whether the toggle is on.
+    bool GetValue() const {
+        return mWidget && GTK_IS_TOGGLE_BUTTON(mWidget) &&
+               gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(mWidget));
+    }
+    virtual void SetValue(bool flag) { (void)flag; }
 
 protected:
     // The label that shows the caption: the widget's own child.
     virtual GtkWidget *CaptionLabel();
 };
 
-// The pane of a captioned control, or null before binding and after close.
-CaptionedPane *CaptionedPaneOf(RuntimeObject *object);
+// Value of a radio button or check box: the toggle while bound, else the
+// record.
+inline uint8_t CaptionedValue(RuntimeObject *self) {
+    return ShownOrStored(self, &CaptionedControl::value, &CaptionedPane::GetValue);
+}
+inline void SetCaptionedValue(RuntimeObject *self, uint8_t value) {
+    StoreAndShow(self, &CaptionedControl::value, value != 0, &CaptionedPane::SetValue);
+}
 
 } // namespace kelp

@@ -20,15 +20,13 @@ namespace {
 ObjectHook *gCreatePane, *gOpen, *gClose, *gMouseMove, *gMouseEnter, *gMouseExit, *gDropObject,
     *gMouseWheel, *gConstructContextualMenu, *gContextualMenuAction;
 
-ControlPane *PaneOf(RuntimeObject *control) {
-    return control ? static_cast<ControlPane *>(Ctl(control)->pane) : nullptr;
-}
-
 void OnGrabFocus(GtkWidget *, gpointer data) {
     auto *pane = static_cast<ControlPane *>(data);
     if (!pane->closing && FocusPane() != pane)
         SetFocus(pane);
 }
+
+} // namespace
 
 void StoreString(KelpString &field, KelpString value) {
     objtext::Retain(value);
@@ -36,7 +34,25 @@ void StoreString(KelpString &field, KelpString value) {
     field = value;
 }
 
-} // namespace
+void SetFontName(RuntimeObject *self, ControlFont &font, KelpString value) {
+    StoreString(font.textFont, value);
+    if (ControlPane *pane = PaneOf(self))
+        pane->SetFont(font);
+}
+
+void SetFontSize(RuntimeObject *self, ControlFont &font, int32_t value) {
+    font.textSize = static_cast<int16_t>(value);
+    if (ControlPane *pane = PaneOf(self))
+        pane->SetFont(font);
+}
+
+void SetFontStyle(RuntimeObject *self, ControlFont &font, int32_t selector, uint8_t value) {
+    if (selector < 0 || selector > 2)
+        return;
+    (selector == 0 ? font.bold : selector == 1 ? font.italic : font.underline) = value != 0;
+    if (ControlPane *pane = PaneOf(self))
+        pane->SetFont(font);
+}
 
 ObjectHook *CreatePaneHook() { return gCreatePane; }
 ObjectHook *OpenHook() { return gOpen; }
@@ -208,11 +224,7 @@ extern "C" uint8_t controlVisibleGetter(RuntimeObject *self, int32_t) {
 }
 
 extern "C" void ControlVisibleSetter(RuntimeObject *self, int32_t, uint8_t value) {
-    if (!self)
-        return;
-    Ctl(self)->visible = value != 0;
-    if (ControlPane *pane = PaneOf(self))
-        pane->SetVisible(value != 0);
+    StoreAndShow(self, &RuntimeControl::visible, value != 0, &SubPane::SetVisible);
 }
 
 extern "C" uint8_t controlEnabledGetter(RuntimeObject *self, int32_t) {

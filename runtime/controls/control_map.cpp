@@ -39,8 +39,9 @@ ViewControls *Find(RuntimeObject *view) {
     return it == Views().end() ? nullptr : &it->second;
 }
 
-ControlPane *PaneOf(RuntimeObject *object) {
-    return IsControl(object) ? static_cast<ControlPane *>(Ctl(object)->pane) : nullptr;
+// Objects of the map need not be controls: a timer has no pane.
+ControlPane *ControlPaneOf(RuntimeObject *object) {
+    return IsControl(object) ? PaneOf(object) : nullptr;
 }
 
 std::string UpperKey(std::string key) {
@@ -66,7 +67,7 @@ void Bind(ViewControls &controls, RuntimeObject *object) {
         pane->SetEnabled(false, true);
     // A control placed over a hidden or disabled one goes with it.
     for (RuntimeObject *other : controls.order) {
-        ControlPane *outer = PaneOf(other);
+        ControlPane *outer = ControlPaneOf(other);
         if (other == object || !outer || !outer->Encloses(pane))
             continue;
         if (!outer->enabled && pane->enabled)
@@ -80,7 +81,7 @@ void Bind(ViewControls &controls, RuntimeObject *object) {
 }
 
 void FireOpen(RuntimeObject *object) {
-    auto *pane = PaneOf(object);
+    auto *pane = ControlPaneOf(object);
     if (!pane || !pane->LockForEvent())
         return;
     CallEvent(object, OpenHook());
@@ -156,7 +157,7 @@ void BindViewControls(ViewRecord *view) {
             Bind(controls, c);
     // Children of pages not shown go out of sight before anything opens.
     for (RuntimeObject *c : order)
-        if (auto *panel = dynamic_cast<PagedPane *>(PaneOf(c)))
+        if (auto *panel = dynamic_cast<PagedPane *>(ControlPaneOf(c)))
             panel->ApplyPages();
     // Open goes out children first: the last made lies on top.
     for (auto it = order.rbegin(); it != order.rend(); ++it)
@@ -171,7 +172,7 @@ void FireViewControlsClose(ViewRecord *view) {
     for (RuntimeObject *c : order)
         RuntimeLockObject(c);
     for (auto it = order.rbegin(); it != order.rend(); ++it) {
-        ControlPane *pane = PaneOf(*it);
+        ControlPane *pane = ControlPaneOf(*it);
         if (!pane)
             continue;
         if (SubPane *focus = FocusPane(); focus && (focus == pane || pane->Contains(focus)))
@@ -249,7 +250,7 @@ extern "C" void WindowAddControl(RuntimeObject *view, KelpString name, RuntimeOb
     auto *viewRecord = reinterpret_cast<ViewRecord *>(view);
     if (controls.controlsMade && isControl && viewRecord->pane) {
         Bind(controls, object);
-        if (auto *pane = PaneOf(object)) {
+        if (auto *pane = ControlPaneOf(object)) {
             FireOpen(object);
             pane->Invalidate(true);
         }
@@ -278,21 +279,21 @@ extern "C" void ControlClose(RuntimeObject *object) {
     KELP_ASSERT(controls != nullptr, kFile, "ctl->m_view");
     if (!controls)
         return;
-    ControlPane *pane = PaneOf(object);
+    ControlPane *pane = ControlPaneOf(object);
     // The control last, after every control inside it, innermost first.
     std::vector<RuntimeObject *> closing;
     if (pane)
         for (RuntimeObject *other : controls->order)
-            if (other != object && PaneOf(other) && pane->Contains(PaneOf(other)))
+            if (other != object && ControlPaneOf(other) && pane->Contains(ControlPaneOf(other)))
                 closing.push_back(other);
     std::sort(closing.begin(), closing.end(), [](RuntimeObject *a, RuntimeObject *b) {
-        return PaneOf(a)->Contains(PaneOf(b)); // deeper ones close first
+        return ControlPaneOf(a)->Contains(ControlPaneOf(b)); // deeper ones close first
     });
     closing.push_back(object);
     for (RuntimeObject *c : closing)
         RuntimeLockObject(c);
     for (RuntimeObject *c : closing) {
-        ControlPane *p = PaneOf(c);
+        ControlPane *p = ControlPaneOf(c);
         if (p) {
             if (SubPane *focus = FocusPane(); focus && (focus == p || p->Contains(focus)))
                 SetFocus(nullptr);
@@ -302,7 +303,7 @@ extern "C" void ControlClose(RuntimeObject *object) {
             }
         }
         // The handler may have closed it already.
-        if (ControlPane *still = PaneOf(c)) {
+        if (ControlPane *still = ControlPaneOf(c)) {
             Ctl(c)->pane = nullptr;
             still->SetVisible(false);
             still->Close();

@@ -53,24 +53,22 @@ public:
         return !alive || mMouseHandled;
     }
     void MouseDrag(int32_t x, int32_t y) override {
-        bool alive;
         if (mCapturedChild)
             mCapturedChild->MouseDrag(x, y);
-        else if (mMouseHandled)
-            FireLocked(gMouseDrag, &alive, x - bounds.left, y - bounds.top);
+        else
+            FireMouseDrag(gMouseDrag, x, y);
     }
     void MouseUp(int32_t x, int32_t y) override {
-        bool alive;
         if (SubPane *child = mCapturedChild) {
             mCapturedChild = nullptr;
+            mMouseHandled = false;
             if (child->LockForEvent()) {
                 child->MouseUp(x, y);
                 child->UnlockAfterEvent();
             }
-        } else if (mMouseHandled) {
-            FireLocked(gMouseUp, &alive, x - bounds.left, y - bounds.top);
+        } else {
+            FireMouseUp(gMouseUp, x, y);
         }
-        mMouseHandled = false;
     }
     void RemoveChild(SubPane *child) override {
         if (child == mCapturedChild)
@@ -85,7 +83,6 @@ protected:
 
 private:
     SubPane *mCapturedChild = nullptr; // a pane on the box that took the press
-    bool mMouseHandled = false;
 };
 
 } // namespace
@@ -94,8 +91,7 @@ private:
 using namespace kelp;
 
 extern "C" void GroupBoxCreatePane(RuntimeObject *self) {
-    if (self && !Ctl(self)->pane && WindowForControl(Ctl(self)))
-        Ctl(self)->pane = new GroupBoxPane(Captioned(self));
+    MakePane<GroupBoxPane, CaptionedControl>(self);
 }
 
 namespace kelp {
@@ -104,13 +100,8 @@ ObjectDefinition *GroupBoxDefinition() {
     static const PropertyRow properties[] = {
         {0, "Caption", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(groupBoxCaptionSetter),
          offsetof(CaptionedControl, caption)},
-        {0, "TextFont", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(captionFontSetter),
-         offsetof(CaptionedControl, font.textFont)},
-        {0, "TextSize", &kTypeInteger, KELP_ENTRY(shortGetter), KELP_ENTRY(captionSizeSetter),
-         offsetof(CaptionedControl, font.textSize)},
-        {0, "Bold", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 0},
-        {0, "Italic", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 1},
-        {0, "Underline", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 2},
+        KELP_FONT_ROWS(CaptionedControl, font, captionFontSetter, captionSizeSetter,
+                       captionStyleSetter),
     };
     static const EventRow events[] = {
         {"MouseDown", "X As Integer, Y As Integer", "Boolean", &gMouseDown},

@@ -144,12 +144,8 @@ private:
     bool mQuiet = false;
 };
 
-ListPane *PaneOf(RuntimeObject *self) {
-    return self ? dynamic_cast<ListPane *>(static_cast<ControlPane *>(Ctl(self)->pane)) : nullptr;
-}
-
 void Changed(RuntimeObject *self) {
-    if (ListPane *pane = PaneOf(self))
+    if (ListPane *pane = PaneOf<ListPane>(self))
         pane->Rebuild();
 }
 
@@ -192,10 +188,9 @@ extern "C" void PopupMenuFinalizer(RuntimeObject *self) {
 }
 
 extern "C" void PopupMenuCreatePane(RuntimeObject *self) {
-    if (!self || Ctl(self)->pane || !WindowForControl(Ctl(self)))
-        return;
-    Rows(self);
-    Ctl(self)->pane = new ListPane(Record(self));
+    if (self)
+        Rows(self); // the pane shows the record's rows
+    MakePane<ListPane, ListRecord>(self);
 }
 
 extern "C" void RuntimeComboBoxAddRow(RuntimeObject *self, KelpString text) {
@@ -280,14 +275,14 @@ extern "C" void RuntimeComboBoxListIndexSetter(RuntimeObject *self, int32_t, int
         return;
     }
     Record(self)->listIndex = index;
-    if (ListPane *pane = PaneOf(self))
+    if (ListPane *pane = PaneOf<ListPane>(self))
         pane->Select(index, true);
 }
 
 extern "C" KelpString RuntimeComboBoxTextGetter(RuntimeObject *self, int32_t) {
     if (!self)
         return nullptr;
-    if (ListPane *pane = PaneOf(self))
+    if (ListPane *pane = PaneOf<ListPane>(self))
         return objtext::Make(pane->Text());
     int32_t at = Record(self)->listIndex;
     return at >= 0 && at < int32_t(Rows(self).size()) ? objtext::Make(Rows(self)[size_t(at)].text)
@@ -295,7 +290,7 @@ extern "C" KelpString RuntimeComboBoxTextGetter(RuntimeObject *self, int32_t) {
 }
 
 extern "C" void RuntimeComboBoxTextSetter(RuntimeObject *self, int32_t, KelpString text) {
-    if (ListPane *pane = PaneOf(self))
+    if (ListPane *pane = PaneOf<ListPane>(self))
         pane->SetText(std::string(objtext::View(text)));
 }
 
@@ -303,9 +298,7 @@ extern "C" void RuntimeComboBoxTextSetter(RuntimeObject *self, int32_t, KelpStri
 extern "C" void RuntimeComboBoxInitialValueSetter(RuntimeObject *self, int32_t, KelpString text) {
     if (!self)
         return;
-    objtext::Retain(text);
-    objtext::Release(Record(self)->initialValue);
-    Record(self)->initialValue = text;
+    StoreString(Record(self)->initialValue, text);
     for (Row &r : Rows(self))
         RuntimeUnlockObject(r.tag);
     Rows(self).clear();

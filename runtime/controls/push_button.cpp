@@ -46,29 +46,12 @@ public:
     }
 
     bool MouseDown(int32_t x, int32_t y, int32_t) override {
-        if (!enabled || closing)
-            return false;
-        bool alive;
-        mMouseHandled = FireLocked<uint8_t>(gMouseDown, &alive, x - bounds.left, y - bounds.top);
-        return !alive || mMouseHandled; // true captures and keeps the press from the button
+        // True captures and keeps the press from the button.
+        return enabled && !closing && FireMouseDown(gMouseDown, x, y);
     }
-    void MouseUp(int32_t x, int32_t y) override {
-        bool handled = mMouseHandled;
-        mMouseHandled = false;
-        bool alive;
-        if (handled)
-            FireLocked(gMouseUp, &alive, x - bounds.left, y - bounds.top);
-    }
-    void GainFocus() override {
-        bool alive;
-        if (!closing)
-            FireLocked(gGotFocus, &alive);
-    }
-    void LoseFocus() override {
-        bool alive;
-        if (!closing)
-            FireLocked(gLostFocus, &alive);
-    }
+    void MouseUp(int32_t x, int32_t y) override { FireMouseUp(gMouseUp, x, y); }
+    void GainFocus() override { FireFocus(gGotFocus); }
+    void LoseFocus() override { FireFocus(gLostFocus); }
 
     bool IsDefaultButton() const override {
         return mRunControl && Captioned(mRunControl)->isDefault;
@@ -82,13 +65,7 @@ private:
         if (!pane->closing)
             pane->Action();
     }
-    bool mMouseHandled = false;
 };
-
-PushButtonPane *PaneOf(RuntimeObject *self) {
-    return self ? dynamic_cast<PushButtonPane *>(static_cast<ControlPane *>(Ctl(self)->pane))
-                : nullptr;
-}
 
 } // namespace
 } // namespace kelp
@@ -96,16 +73,11 @@ PushButtonPane *PaneOf(RuntimeObject *self) {
 using namespace kelp;
 
 extern "C" void PushButtonCreatePane(RuntimeObject *self) {
-    if (self && !Ctl(self)->pane && WindowForControl(Ctl(self)))
-        Ctl(self)->pane = new PushButtonPane(Captioned(self));
+    MakePane<PushButtonPane, CaptionedControl>(self);
 }
 
 extern "C" void pushButtonDefaultSetter(RuntimeObject *self, int32_t, uint8_t value) {
-    if (!self)
-        return;
-    Captioned(self)->isDefault = value != 0;
-    if (PushButtonPane *pane = PaneOf(self))
-        pane->SetDefault(value != 0);
+    StoreAndShow(self, &CaptionedControl::isDefault, value != 0, &PushButtonPane::SetDefault);
 }
 
 extern "C" void pushButtonCancelSetter(RuntimeObject *self, int32_t, uint8_t value) {
@@ -115,7 +87,7 @@ extern "C" void pushButtonCancelSetter(RuntimeObject *self, int32_t, uint8_t val
 
 // Push: the Action at once, enabled or not.
 extern "C" void RuntimePushButtonPush(RuntimeObject *self) {
-    if (PushButtonPane *pane = PaneOf(self))
+    if (PushButtonPane *pane = PaneOf<PushButtonPane>(self))
         pane->Press();
 }
 
@@ -129,13 +101,8 @@ ObjectDefinition *PushButtonDefinition() {
          offsetof(CaptionedControl, isDefault)},
         {0, "Cancel", &kTypeBoolean, KELP_ENTRY(boolGetter), KELP_ENTRY(pushButtonCancelSetter),
          offsetof(CaptionedControl, isCancel)},
-        {0, "TextFont", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(captionFontSetter),
-         offsetof(CaptionedControl, font.textFont)},
-        {0, "TextSize", &kTypeInteger, KELP_ENTRY(shortGetter), KELP_ENTRY(captionSizeSetter),
-         offsetof(CaptionedControl, font.textSize)},
-        {0, "Bold", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 0},
-        {0, "Italic", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 1},
-        {0, "Underline", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 2},
+        KELP_FONT_ROWS(CaptionedControl, font, captionFontSetter, captionSizeSetter,
+                       captionStyleSetter),
     };
     static const MethodRow methods[] = {
         {"Push", nullptr, nullptr, 0, KELP_ENTRY(RuntimePushButtonPush)},

@@ -182,16 +182,8 @@ public:
         return -1;
     }
 
-    void GainFocus() override {
-        bool alive;
-        if (!closing)
-            FireLocked(gTabGotFocus, &alive);
-    }
-    void LoseFocus() override {
-        bool alive;
-        if (!closing)
-            FireLocked(gTabLostFocus, &alive);
-    }
+    void GainFocus() override { FireFocus(gTabGotFocus); }
+    void LoseFocus() override { FireFocus(gTabLostFocus); }
 
 private:
     static void OnSwitchPage(GtkNotebook *, gpointer, guint page, gpointer data) {
@@ -213,14 +205,8 @@ public:
     void SetCurrent(int32_t n) { mCurrent = n; }
 };
 
-TabPanelPane *TabPaneOf(RuntimeObject *self) {
-    return self ? dynamic_cast<TabPanelPane *>(static_cast<ControlPane *>(Ctl(self)->pane))
-                : nullptr;
-}
-PagePanelPane *PagePaneOf(RuntimeObject *self) {
-    return self ? dynamic_cast<PagePanelPane *>(static_cast<ControlPane *>(Ctl(self)->pane))
-                : nullptr;
-}
+TabPanelPane *TabPaneOf(RuntimeObject *self) { return PaneOf<TabPanelPane>(self); }
+PagePanelPane *PagePaneOf(RuntimeObject *self) { return PaneOf<PagePanelPane>(self); }
 
 bool IsTabPanel(RuntimeObject *self) {
     static RuntimeClass *tab = ClassForDefinition(TabPanelDefinition());
@@ -262,12 +248,10 @@ std::vector<std::string> Captions(RuntimeObject *self) {
 using namespace kelp;
 
 extern "C" void PagePanelCreatePane(RuntimeObject *self) {
-    if (!self || Ctl(self)->pane || !WindowForControl(Ctl(self)))
-        return;
     if (IsTabPanel(self))
-        Ctl(self)->pane = new TabPanelPane(Record(self));
+        MakePane<TabPanelPane, PanelRecord>(self);
     else
-        Ctl(self)->pane = new PagePanelPane(Record(self));
+        MakePane<PagePanelPane, PanelRecord>(self);
 }
 
 extern "C" int32_t PagePanelCountGetter(RuntimeObject *self, int32_t) {
@@ -384,11 +368,7 @@ extern "C" void TabPanelCaptionSetter(RuntimeObject *self, int32_t index, KelpSt
 }
 
 extern "C" void TabPanelFacingSetter(RuntimeObject *self, int32_t, int32_t value) {
-    if (!self)
-        return;
-    Record(self)->facing = value;
-    if (TabPanelPane *tab = TabPaneOf(self))
-        tab->SetFacing(value);
+    StoreAndShow(self, &PanelRecord::facing, value, &TabPanelPane::SetFacing);
 }
 
 extern "C" int32_t TabPanelTabClickedOn(RuntimeObject *self, int32_t x, int32_t y) {

@@ -156,6 +156,22 @@ KelpString RuntimeComboBoxTextGetter(RuntimeObject *control, int32_t parameter);
 void RuntimeComboBoxTextSetter(RuntimeObject *control, int32_t parameter, KelpString text);
 void RuntimeComboBoxInitialValueSetter(RuntimeObject *control, int32_t parameter, KelpString text);
 
+/* ---- ContainerControl: a window class laid out inside another window */
+
+void EmbeddedWindowControlInitializer(RuntimeObject *control);
+void EmbeddedWindowControlFinalizer(RuntimeObject *control);
+void EmbeddedWindowControlCreatePane(RuntimeObject *control);
+void ContainerControlFinalizer(RuntimeObject *view);
+/* Places the container at run time in a window, in a control (the place
+ * relative to the control) or on a 0-based page of a panel; a view that
+ * isn't a container, or one placed already, is left as it is. */
+void EmbedWithin(RuntimeObject *view, RuntimeObject *parentWindow, int32_t left, int32_t top,
+                 int32_t width, int32_t height);
+void EmbedWithinControl(RuntimeObject *view, RuntimeObject *containingControl, int32_t left,
+                        int32_t top, int32_t width, int32_t height);
+void EmbedWithinPanel(RuntimeObject *view, RuntimeObject *containingPanel, int32_t page,
+                      int32_t left, int32_t top, int32_t width, int32_t height);
+
 /* Font setters shared by the captioned buttons and the group box. */
 void captionFontSetter(RuntimeObject *control, int32_t parameter, KelpString value);
 void captionSizeSetter(RuntimeObject *control, int32_t parameter, int32_t value);

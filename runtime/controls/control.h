@@ -56,6 +56,11 @@ public:
             return ContainerPane::AddChild(child);
         return mParent ? mParent->AddChild(child) : false;
     }
+    void RemoveChild(SubPane *child) override {
+        if (child == mCapturedChild)
+            mCapturedChild = nullptr;
+        ContainerPane::RemoveChild(child);
+    }
 
     // A pane with a native widget keeps the press for the widget.
     bool PassesClicksThrough() override { return !mWidget; }
@@ -120,6 +125,14 @@ protected:
         if (handled)
             FireLocked(hook, &alive, x - bounds.left, y - bounds.top);
     }
+    // For panes that hold controls: a press goes to the panes lying on
+    // this one first, top-most first.  True when one took it (it then gets
+    // the drags and the release); `native` tells that a native widget
+    // lies there, which gets the press from the toolkit.
+    bool OfferPressToChildren(int32_t x, int32_t y, int32_t modifiers, bool *native);
+    bool DragCapturedChild(int32_t x, int32_t y);
+    bool ReleaseCapturedChild(int32_t x, int32_t y);
+
     // GotFocus and LostFocus, which a closing pane no longer sends.
     void FireFocus(const ObjectHook *hook) {
         bool alive;
@@ -129,6 +142,7 @@ protected:
 
     RuntimeObject *mRunControl = nullptr; // counted
     bool mMouseHandled = false;           // MouseDown took the press
+    SubPane *mCapturedChild = nullptr;    // a pane lying on this one took the press
 };
 
 // The window pane a control's panes go into, or null when its view has none.

@@ -4,12 +4,14 @@
 #include "controls/control_map.h"
 
 #include "controls/control.h"
+#include "controls/embedded.h"
 #include "controls/paged.h"
 
 #include "base/fatal_report.h"
 #include "objects/object_model.h"
 #include "objects/text.h"
 #include "strings/kstring.h"
+#include "windows/runtime_view.h"
 
 #include "kelp/controls.h"
 #include "kelp/objects.h"
@@ -152,19 +154,58 @@ void BindViewControls(ViewRecord *view) {
     std::vector<RuntimeObject *> order = controls.order;
     for (RuntimeObject *c : order)
         RuntimeLockObject(c);
-    for (RuntimeObject *c : order)
-        if (IsControl(c) && view->pane)
-            Bind(controls, c);
+    // A container binds whole, its own controls and Open events with it,
+    // so that its controls follow it in the tab order.
+    for (RuntimeObject *c : order) {
+        if (!HostWindowOf(object))
+            break;
+        if (IsControl(c))
+            Bind(Views()[object], c);
+        else if (IsContainerView(c))
+            BindContainer(c);
+    }
     // Children of pages not shown go out of sight before anything opens.
     for (RuntimeObject *c : order)
         if (auto *panel = dynamic_cast<PagedPane *>(ControlPaneOf(c)))
             panel->ApplyPages();
     // Open goes out children first: the last made lies on top.
     for (auto it = order.rbegin(); it != order.rend(); ++it)
-        if (IsControl(*it) && view->pane)
+        if (IsControl(*it) && HostWindowOf(object))
             FireOpen(*it);
     for (RuntimeObject *c : order)
         RuntimeUnlockObject(c);
+}
+
+void BindContainer(RuntimeObject *view) {
+    RuntimeObject *control = EmbeddedControlOf(view);
+    ViewControls *host = control && Ctl(control)->view ? Find(Ctl(control)->view) : nullptr;
+    if (!host || Ctl(control)->pane)
+        return;
+    Bind(*host, control);
+    ControlPane *pane = ControlPaneOf(control);
+    if (!pane)
+        return;
+    auto *container = reinterpret_cast<ContainerRecord *>(view);
+    if (!container->anchored) {
+        // Laid out relative to the container; from now on in the window's
+        // coordinates, like every other control there.
+        ShiftViewControls(view, Ctl(control)->bounds.left, Ctl(control)->bounds.top);
+        container->anchored = 1;
+    }
+    RuntimeLockObject(view);
+    BindViewControls(&container->view);
+    // The controls came after the pane was hidden or disabled.
+    for (SubPane *child : std::vector<SubPane *>(pane->Children())) {
+        if (!pane->visible)
+            child->SetVisible(false);
+        if (!pane->enabled)
+            child->SetEnabled(false, true);
+    }
+    if (ControlPaneOf(control) && pane->LockForEvent()) {
+        FireViewEvent(&container->view, ViewEvent::kOpen);
+        pane->UnlockAfterEvent();
+    }
+    RuntimeUnlockObject(view);
 }
 
 void FireViewControlsClose(ViewRecord *view) {
@@ -172,6 +213,12 @@ void FireViewControlsClose(ViewRecord *view) {
     for (RuntimeObject *c : order)
         RuntimeLockObject(c);
     for (auto it = order.rbegin(); it != order.rend(); ++it) {
+        if (IsContainerView(*it)) {
+            auto *inner = reinterpret_cast<ViewRecord *>(*it);
+            FireViewControlsClose(inner);
+            FireViewEvent(inner, ViewEvent::kClose);
+            continue;
+        }
         ControlPane *pane = ControlPaneOf(*it);
         if (!pane)
             continue;
@@ -193,6 +240,16 @@ void ReleaseViewControls(ViewRecord *view) {
     ViewControls controls = std::move(it->second);
     Views().erase(it);
     for (RuntimeObject *object : controls.order) {
+        if (RuntimeObject *embedded = EmbeddedControlOf(object)) {
+            if (auto *pane = static_cast<ControlPane *>(Ctl(embedded)->pane)) {
+                Ctl(embedded)->pane = nullptr;
+                pane->Close();
+            }
+            Ctl(embedded)->view = nullptr;
+            Ctl(embedded)->paneWindow = nullptr;
+            reinterpret_cast<ContainerRecord *>(object)->anchored = 0;
+            ReleaseViewControls(reinterpret_cast<ViewRecord *>(object));
+        }
         if (IsControl(object)) {
             RuntimeControl *control = Ctl(object);
             if (auto *pane = static_cast<ControlPane *>(control->pane)) {
@@ -225,15 +282,26 @@ extern "C" void WindowAddControl(RuntimeObject *view, KelpString name, RuntimeOb
             ++index;
         Ctl(object)->index = index;
     }
-    if (isControl) {
-        RuntimeControl *control = Ctl(object);
+    // A container lies in the window through the control standing for it,
+    // at the place its Layout gave it.
+    RuntimeObject *embedded = EmbeddedControlOf(object);
+    if (embedded) {
+        auto *record = reinterpret_cast<ViewRecord *>(object);
+        Ctl(embedded)->bounds =
+            KelpRect{int16_t(record->top), int16_t(record->left),
+                     int16_t(record->top + record->height), int16_t(record->left + record->width)};
+    }
+    if (RuntimeObject *target = isControl ? object : embedded) {
+        RuntimeControl *control = Ctl(target);
         control->view = view;
-        control->paneWindow = reinterpret_cast<ViewRecord *>(view)->pane;
-        if (!control->name || control->name->length == 0) {
-            objtext::Retain(name);
-            objtext::Release(control->name);
-            control->name = name;
-        }
+        control->paneWindow = HostWindowOf(view);
+        if (!control->name || control->name->length == 0)
+            StoreString(control->name, name);
+        // Inside a container placed already: from its corner.
+        auto [dx, dy] = ViewOrigin(view);
+        control->bounds =
+            KelpRect{int16_t(control->bounds.top + dy), int16_t(control->bounds.left + dx),
+                     int16_t(control->bounds.bottom + dy), int16_t(control->bounds.right + dx)};
     }
     std::string key = UpperKey(ControlKey(base, index));
     auto [it, fresh] = controls.byKey.emplace(key, object);
@@ -247,8 +315,9 @@ extern "C" void WindowAddControl(RuntimeObject *view, KelpString name, RuntimeOb
     }
     RuntimeLockObject(object);
     controls.order.push_back(object);
-    auto *viewRecord = reinterpret_cast<ViewRecord *>(view);
-    if (controls.controlsMade && isControl && viewRecord->pane) {
+    if (controls.controlsMade && embedded && HostWindowOf(view)) {
+        BindContainer(object);
+    } else if (controls.controlsMade && isControl && HostWindowOf(view)) {
         Bind(controls, object);
         if (auto *pane = ControlPaneOf(object)) {
             FireOpen(object);

@@ -31,58 +31,28 @@ public:
     // The panes on the box come first, top-most first, as the window's own
     // walk would give them; a press none takes goes to the box's event.
     bool MouseDown(int32_t x, int32_t y, int32_t modifiers) override {
-        mCapturedChild = nullptr;
-        std::vector<SubPane *> children = mChildren;
-        for (size_t i = children.size(); i-- > 0;) {
-            SubPane *child = children[i];
-            if (closing)
-                return true;
-            if (!child->visible || !child->HitTest(x, y))
-                continue;
-            if (child->MouseDown(x, y, modifiers)) {
-                mCapturedChild = child;
-                return true;
-            }
-            if (!child->PassesClicksThrough())
-                return false; // a native widget takes it from the toolkit
-        }
-        if (!enabled)
-            return false;
+        bool native;
+        if (OfferPressToChildren(x, y, modifiers, &native))
+            return true;
+        if (native || !enabled)
+            return false; // a native widget takes it from the toolkit
         bool alive;
         mMouseHandled = FireLocked<uint8_t>(gMouseDown, &alive, x, y);
         return !alive || mMouseHandled;
     }
     void MouseDrag(int32_t x, int32_t y) override {
-        if (mCapturedChild)
-            mCapturedChild->MouseDrag(x, y);
-        else
+        if (!DragCapturedChild(x, y))
             FireMouseDrag(gMouseDrag, x, y);
     }
     void MouseUp(int32_t x, int32_t y) override {
-        if (SubPane *child = mCapturedChild) {
-            mCapturedChild = nullptr;
-            mMouseHandled = false;
-            if (child->LockForEvent()) {
-                child->MouseUp(x, y);
-                child->UnlockAfterEvent();
-            }
-        } else {
+        if (!ReleaseCapturedChild(x, y))
             FireMouseUp(gMouseUp, x, y);
-        }
-    }
-    void RemoveChild(SubPane *child) override {
-        if (child == mCapturedChild)
-            mCapturedChild = nullptr;
-        CaptionedPane::RemoveChild(child);
     }
 
 protected:
     GtkWidget *CaptionLabel() override {
         return mWidget ? gtk_frame_get_label_widget(GTK_FRAME(mWidget)) : nullptr;
     }
-
-private:
-    SubPane *mCapturedChild = nullptr; // a pane on the box that took the press
 };
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "controls/classes.h"
 #include "controls/control.h"
 #include "controls/control_map.h"
+#include "controls/embedded.h"
 
 #include "objects/definitions.h"
 #include "objects/object_model.h"
@@ -45,12 +46,16 @@ void WireControls() {
     AddIntrinsicClassAccessor(&TabPanelDefinition);
     AddIntrinsicClassAccessor(&PopupMenuDefinition);
     AddIntrinsicClassAccessor(&ComboBoxDefinition);
+    AddIntrinsicClassAccessor(&EmbeddedWindowControlDefinition);
+    AddIntrinsicClassAccessor(&ContainerControlDefinition);
     ViewControlsClient client;
     client.bind = &BindViewControls;
     client.fireClose = &FireViewControlsClose;
     client.release = &ReleaseViewControls;
+    client.embed = &MakeEmbeddedControl;
     SetViewControlsClient(client);
     SetControlRelations(&WindowOfControl, &ContainerOf);
+    SetFocusMoveHook(&FollowContainerFocus);
 }
 
 } // namespace kelp

@@ -115,6 +115,11 @@ ViewControlsClient gControls;
 
 void SetViewControlsClient(const ViewControlsClient &client) { gControls = client; }
 
+void FireViewEvent(ViewRecord *view, ViewEvent event) {
+    if (view)
+        Fire(view, event == ViewEvent::kOpen ? gOpen : gClose);
+}
+
 WindowLoopClient RunLoopWindowClient() {
     WindowLoopClient client;
     client.preStep = &PreStepAll;
@@ -506,13 +511,20 @@ extern "C" void RuntimeCreateWindow(RuntimeObject *self) {
     view->width = 300;
     view->height = 300;
     view->backColor = 0xffffff;
+    const bool embedded = gControls.embed && gControls.embed(view);
     auto &table = ImplicitTable();
-    auto it = table.find(ImplicitKey(ClassName(self)));
+    auto it = embedded ? table.end() : table.find(ImplicitKey(ClassName(self)));
     if (it != table.end() && it->second == nullptr) {
         it->second = self;
         RuntimeLockObject(self);
     }
     Fire(view, gLayout);
+    if (embedded) {
+        // Its controls are made now and bound when its host binds it.
+        view->controlsCreated = 1;
+        Fire(view, gCreateControls);
+        return;
+    }
     BuildViewWindow(view);
 }
 

@@ -75,8 +75,17 @@ struct ViewControlsClient {
     void (*bind)(ViewRecord *view) = nullptr;
     void (*fireClose)(ViewRecord *view) = nullptr;
     void (*release)(ViewRecord *view) = nullptr;
+    // Makes the control that stands for a view laid out inside another
+    // window (a ContainerControl); true for such a view, which then gets
+    // its controls made but no window of its own.
+    bool (*embed)(ViewRecord *view) = nullptr;
 };
 void SetViewControlsClient(const ViewControlsClient &client);
+
+// The view events the controls layer sends for a view that has no window
+// of its own.
+enum class ViewEvent { kOpen, kClose };
+void FireViewEvent(ViewRecord *view, ViewEvent event);
 
 // The window-building step: makes the pane for a view that has none.
 void BuildViewWindow(ViewRecord *view);

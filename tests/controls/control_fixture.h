@@ -146,6 +146,18 @@ protected:
         Settle(80);
     }
 
+    // The colour the X server shows at a point of the window.
+    static uint32_t Pixel(RuntimeObject *w, int x, int y) {
+        GdkPixbuf *p =
+            gdk_pixbuf_get_from_drawable(nullptr, Fixed(w)->window, nullptr, x, y, 0, 0, 1, 1);
+        if (!p)
+            return 0xdeadbeef;
+        const guchar *px = gdk_pixbuf_get_pixels(p);
+        uint32_t rgb = (px[0] << 16) | (px[1] << 8) | px[2];
+        g_object_unref(p);
+        return rgb;
+    }
+
     void Settle(int ms) {
         guint wake = g_timeout_add(
             5, [](gpointer) -> gboolean { return TRUE; }, nullptr);

@@ -79,4 +79,35 @@ extern "C" void CaptionedControlFinalizer(RuntimeObject *self) {
     objtext::Release(Captioned(self)->caption);
     objtext::Release(Captioned(self)->font.textFont);
     Captioned(self)->caption = Captioned(self)->font.textFont = nullptr;
+    ClearReceivers(Captioned(self)->receivers[0]);
+    ClearReceivers(Captioned(self)->receivers[1]);
+}
+
+// getBoundPart of a radio button or check box: the source of one side of
+// its changes, or nil for a name it doesn't know.
+static RuntimeObject *BoundPart(RuntimeObject *self, KelpString name, bool radio) {
+    if (!self)
+        return nullptr;
+    std::string_view which = objtext::View(name);
+    if (objtext::SameName(which, "getCheckedAction"))
+        return NewBoundPart(self, true, radio);
+    if (objtext::SameName(which, "getUncheckedAction"))
+        return NewBoundPart(self, false, radio);
+    return nullptr;
+}
+
+extern "C" RuntimeObject *radioGetBoundPart(RuntimeObject *self, KelpString name) {
+    return BoundPart(self, name, true);
+}
+extern "C" RuntimeObject *checkBoxGetBoundPart(RuntimeObject *self, KelpString name) {
+    return BoundPart(self, name, false);
+}
+
+extern "C" void pbAddActionNotificationReceiver(RuntimeObject *self, RuntimeObject *receiver) {
+    if (self)
+        AddReceiver(Captioned(self)->receivers[0], receiver);
+}
+extern "C" void pbRemoveActionNotificationReceiver(RuntimeObject *self, RuntimeObject *receiver) {
+    if (self)
+        RemoveReceiver(Captioned(self)->receivers[0], receiver);
 }

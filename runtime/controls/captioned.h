@@ -2,6 +2,7 @@
 // What the captioned controls share: push button, radio button, check box
 // and group box keep a caption, a font and a value in one record, and their
 // panes show the caption through one label.
+#include "controls/action_receivers.h"
 #include "controls/caption.h"
 #include "controls/control.h"
 
@@ -16,6 +17,9 @@ struct CaptionedControl {
     uint8_t busy;      // set while Action runs
     uint8_t isDefault; // push button: Return presses it
     uint8_t isCancel;  // push button: Escape presses it
+    // Told of the action: [0] a push button's clicks or a toggle's turning
+    // on, [1] a toggle's turning off.
+    ReceiverLink *receivers[2];
 };
 
 inline CaptionedControl *Captioned(RuntimeObject *object) {

@@ -55,6 +55,7 @@ private:
         record->busy = 1;
         bool alive;
         pane->FireLocked(gAction, &alive);
+        PerformActions(record->receivers[record->value ? 0 : 1]);
         record->busy = 0;
         RuntimeUnlockObject(control);
     }
@@ -90,6 +91,10 @@ ObjectDefinition *CheckBoxDefinition() {
         KELP_FONT_ROWS(CaptionedControl, font, captionFontSetter, captionSizeSetter,
                        captionStyleSetter),
     };
+    static const ParameterRow partParams[] = {{"name", &kTypeString}};
+    static const MethodRow methods[] = {
+        {"getBoundPart", &kTypePtr, partParams, 1, KELP_ENTRY(checkBoxGetBoundPart)},
+    };
     static const EventRow events[] = {
         {"Action", "", nullptr, &gAction},
         {"MouseDown", "X As Integer, Y As Integer", "Boolean", &gMouseDown},
@@ -106,6 +111,7 @@ ObjectDefinition *CheckBoxDefinition() {
         .instanceSize = sizeof(CaptionedControl),
         .finalizer = KELP_ENTRY(CaptionedControlFinalizer),
         .properties = properties,
+        .methods = methods,
         .events = events,
         .hookInstances = hooks,
     };

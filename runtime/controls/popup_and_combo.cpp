@@ -102,6 +102,9 @@ public:
             FireLocked(mRecord->isCombo ? gComboChange : gPopupChange, &alive);
     }
 
+    // The font is the entry's, where the chosen row shows.
+    void SetFont(const ControlFont &font) override { ApplyFont(mEntry, font); }
+
     std::string Text() const { return gtk_entry_get_text(GTK_ENTRY(mEntry)); }
     void SetText(const std::string &text) { gtk_entry_set_text(GTK_ENTRY(mEntry), text.c_str()); }
 
@@ -319,6 +322,22 @@ extern "C" void RuntimeComboBoxInitialValueSetter(RuntimeObject *self, int32_t, 
     Changed(self);
 }
 
+extern "C" void RuntimeComboBoxTextFontSetter(RuntimeObject *self, int32_t, KelpString value) {
+    if (self)
+        SetFontName(self, Record(self)->font, value);
+}
+
+extern "C" void RuntimeComboBoxTextSizeSetter(RuntimeObject *self, int32_t, int32_t value) {
+    if (self)
+        SetFontSize(self, Record(self)->font, value);
+}
+
+// Bold, Italic and Underline, by the row's selector 0, 1, 2.
+extern "C" void RuntimeComboBoxStyleSetter(RuntimeObject *self, int32_t selector, uint8_t value) {
+    if (self)
+        SetFontStyle(self, Record(self)->font, selector, value);
+}
+
 namespace kelp {
 namespace {
 
@@ -331,10 +350,8 @@ template <bool combo> ObjectDefinition *ListDefinition(const char *name, EntryPo
          KELP_ENTRY(RuntimeComboBoxTextSetter), -9},
         {0, "InitialValue", &kTypeString, KELP_ENTRY(stringGetter),
          KELP_ENTRY(RuntimeComboBoxInitialValueSetter), offsetof(ListRecord, initialValue)},
-        {0, "TextFont", &kTypeString, KELP_ENTRY(stringGetter), KELP_PLAIN_FIELD,
-         offsetof(ListRecord, font.textFont)},
-        {0, "TextSize", &kTypeInteger, KELP_ENTRY(shortGetter), KELP_ENTRY(shortSetter),
-         offsetof(ListRecord, font.textSize)},
+        KELP_FONT_ROWS(ListRecord, font, RuntimeComboBoxTextFontSetter,
+                       RuntimeComboBoxTextSizeSetter, RuntimeComboBoxStyleSetter),
     };
     static const ParameterRow textParams[] = {{"text", &kTypeString}};
     static const ParameterRow indexParams[] = {{"index", &kTypeInteger}};

@@ -6,6 +6,7 @@
 #include "controls/captioned.h"
 
 #include "controls/classes.h"
+#include "objects/action_interfaces.h"
 #include "objects/definitions.h"
 
 #include "kelp/controls.h"
@@ -39,8 +40,14 @@ public:
         }
     }
 
-    // The router's Action: the event, under the pane's lock.
+    // The router's Action: the receivers first, then the event, each under
+    // the pane's lock, since either may close the button.
     void Action() {
+        if (!mRunControl || !LockForEvent())
+            return;
+        PerformActions(Captioned(mRunControl)->receivers[0]);
+        if (UnlockAfterEvent())
+            return;
         bool alive;
         FireLocked(gAction, &alive);
     }
@@ -104,9 +111,17 @@ ObjectDefinition *PushButtonDefinition() {
         KELP_FONT_ROWS(CaptionedControl, font, captionFontSetter, captionSizeSetter,
                        captionStyleSetter),
     };
+    static const TypeRecord receiverType{kTypeObjectOf, nullptr, nullptr, 0,
+                                         &ActionNotificationReceiverInterfaceDefinition};
+    static const ParameterRow receiverParams[] = {{"receiver", &receiverType}};
     static const MethodRow methods[] = {
         {"Push", nullptr, nullptr, 0, KELP_ENTRY(RuntimePushButtonPush)},
+        {"addActionNotificationReceiver", nullptr, receiverParams, 1,
+         KELP_ENTRY(pbAddActionNotificationReceiver)},
+        {"removeActionNotificationReceiver", nullptr, receiverParams, 1,
+         KELP_ENTRY(pbRemoveActionNotificationReceiver)},
     };
+    static const DefinitionAccessor interfaces[] = {&ActionSourceInterfaceDefinition};
     static const EventRow events[] = {
         {"Action", "", nullptr, &gAction},
         {"MouseDown", "X As Integer, Y As Integer", "Boolean", &gMouseDown},
@@ -126,6 +141,7 @@ ObjectDefinition *PushButtonDefinition() {
         .methods = methods,
         .events = events,
         .hookInstances = hooks,
+        .interfaces = interfaces,
     };
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;

@@ -181,15 +181,22 @@ private:
         record->busy = 1;
         bool alive;
         FireLocked(gAction, &alive);
+        PerformActions(record->receivers[0]); // the record outlives a pane that died
         record->busy = 0;
         RuntimeUnlockObject(control);
     }
 
+    // The toolkit tells of both sides: the button that became active, and
+    // the one that stopped being it, whose "getUncheckedAction" receivers
+    // hear of it.
     static void OnToggled(GtkToggleButton *button, gpointer data) {
         auto *pane = static_cast<RadioButtonPane *>(data);
         bool active = gtk_toggle_button_get_active(button);
-        if (pane->mRunControl && !active)
+        if (pane->mRunControl && !active) {
             Captioned(pane->mRunControl)->value = 0;
+            if (!pane->closing)
+                PerformActions(Captioned(pane->mRunControl)->receivers[1]);
+        }
         if (active && !pane->closing)
             pane->Checked();
     }
@@ -223,6 +230,10 @@ ObjectDefinition *RadioButtonDefinition() {
         KELP_FONT_ROWS(CaptionedControl, font, captionFontSetter, captionSizeSetter,
                        captionStyleSetter),
     };
+    static const ParameterRow partParams[] = {{"name", &kTypeString}};
+    static const MethodRow methods[] = {
+        {"getBoundPart", &kTypePtr, partParams, 1, KELP_ENTRY(radioGetBoundPart)},
+    };
     static const EventRow events[] = {
         {"Action", "", nullptr, &gAction},
         {"MouseDown", "X As Integer, Y As Integer", "Boolean", &gMouseDown},
@@ -239,6 +250,7 @@ ObjectDefinition *RadioButtonDefinition() {
         .instanceSize = sizeof(CaptionedControl),
         .finalizer = KELP_ENTRY(CaptionedControlFinalizer),
         .properties = properties,
+        .methods = methods,
         .events = events,
         .hookInstances = hooks,
     };

@@ -1,5 +1,6 @@
 #include "controls/wiring.h"
 
+#include "controls/action_receivers.h"
 #include "controls/classes.h"
 #include "controls/control.h"
 #include "controls/control_map.h"
@@ -48,6 +49,8 @@ void WireControls() {
     AddIntrinsicClassAccessor(&ComboBoxDefinition);
     AddIntrinsicClassAccessor(&EmbeddedWindowControlDefinition);
     AddIntrinsicClassAccessor(&ContainerControlDefinition);
+    AddIntrinsicClassAccessor(&RadioButtonActionDefinition);
+    AddIntrinsicClassAccessor(&CheckBoxActionDefinition);
     ViewControlsClient client;
     client.bind = &BindViewControls;
     client.fireClose = &FireViewControlsClose;

@@ -17,6 +17,7 @@
 #include "support/xvfb.h"
 
 #include "kelp/controls.h"
+#include "kelp/exceptions.h"
 #include "kelp/objects.h"
 
 #include <gtest/gtest.h>
@@ -39,6 +40,26 @@ inline std::string NameOf(RuntimeObject *control) {
     return std::string(objtext::View(Ctl(control)->name));
 }
 
+// A control's place in a layout, and a handler as compiled code holds it.
+inline MassData &Box(MassData &m, int left, int top, int width, int height) {
+    return m.Int("Left", left).Int("Top", top).Int("Width", width).Int("Height", height);
+}
+inline void *H(auto fn) { return reinterpret_cast<void *>(fn); }
+
+inline void LogChange(RuntimeObject *me) { Events().push_back("Change " + NameOf(me)); }
+
+// Runs `act` as compiled code would, inside a handler region, and gives the
+// class name of the exception it left pending, or "".
+inline std::string Raised(const std::function<void()> &act) {
+    RuntimeEnterHandlerRegion();
+    act();
+    RuntimeObject *e = RuntimeTakeException();
+    RuntimeLeaveHandlerRegion();
+    std::string name = e ? std::string(objtext::View(e->klass->name)) : "";
+    RuntimeUnlockObject(e);
+    return name;
+}
+
 inline void LogAction(RuntimeObject *me) { Events().push_back("Action " + NameOf(me)); }
 inline void LogOpen(RuntimeObject *me) { Events().push_back("Open " + NameOf(me)); }
 inline void LogClose(RuntimeObject *me) { Events().push_back("Close " + NameOf(me)); }
@@ -52,10 +73,17 @@ inline void LogMouseUp(RuntimeObject *me, int32_t, int32_t) {
 }
 
 class ControlFixture : public ::testing::Test {
-protected:
+public:
     using Handler = std::pair<const char *, void *>;
     using Build = std::function<void(RuntimeObject *view)>;
 
+    // Makes a control as compiled code does: a subclass of `base` named
+    // after the control, the handlers, the properties, _AddControl.
+    static RuntimeObject *Add(RuntimeObject *view, const char *base, const char *name,
+                              const std::function<void(MassData &)> &properties,
+                              std::initializer_list<Handler> handlers = {});
+
+protected:
     void SetUp() override {
         if (!RequireToolkitDisplay())
             GTEST_SKIP() << "no X server";
@@ -93,28 +121,6 @@ protected:
         mWindows.push_back(w);
         Settle(150);
         return w;
-    }
-
-    // Makes a control as compiled code does: a subclass of `base` named
-    // after the control, the handlers, the properties, _AddControl.
-    static RuntimeObject *Add(RuntimeObject *view, const char *base, const char *name,
-                              const std::function<void(MassData &)> &properties,
-                              std::initializer_list<Handler> handlers = {}) {
-        RuntimeClass *klass = MakeSubclass(base, name);
-        EXPECT_NE(klass, nullptr) << base;
-        for (const Handler &h : handlers)
-            EXPECT_TRUE(SetEventHandler(klass, h.first, h.second)) << name << " " << h.first;
-        RuntimeObject *control = RuntimeNewObject(klass);
-        MassData data(klass);
-        properties(data);
-        KelpString bytes = data.Make();
-        RuntimeMassPropertySetter(control, bytes);
-        objtext::Release(bytes);
-        KelpString key = MakeText(name);
-        WindowAddControl(view, key, control);
-        objtext::Release(key);
-        RuntimeUnlockObject(control); // the window's map holds it
-        return control;
     }
 
     static RuntimeObject *Find(RuntimeObject *view, const char *key) {
@@ -196,5 +202,25 @@ private:
             CreateStep()(self);
     }
 };
+
+inline RuntimeObject *ControlFixture::Add(RuntimeObject *view, const char *base, const char *name,
+                                          const std::function<void(MassData &)> &properties,
+                                          std::initializer_list<Handler> handlers) {
+    RuntimeClass *klass = MakeSubclass(base, name);
+    EXPECT_NE(klass, nullptr) << base;
+    for (const Handler &h : handlers)
+        EXPECT_TRUE(SetEventHandler(klass, h.first, h.second)) << name << " " << h.first;
+    RuntimeObject *control = RuntimeNewObject(klass);
+    MassData data(klass);
+    properties(data);
+    KelpString bytes = data.Make();
+    RuntimeMassPropertySetter(control, bytes);
+    objtext::Release(bytes);
+    KelpString key = MakeText(name);
+    WindowAddControl(view, key, control);
+    objtext::Release(key);
+    RuntimeUnlockObject(control); // the window's map holds it
+    return control;
+}
 
 } // namespace kelp::test

@@ -11,10 +11,6 @@
 namespace kelp::test {
 namespace {
 
-MassData &Box(MassData &m, int left, int top, int width, int height) {
-    return m.Int("Left", left).Int("Top", top).Int("Width", width).Int("Height", height);
-}
-void *H(auto fn) { return reinterpret_cast<void *>(fn); }
 void LogView(const char *what) { Events().push_back(std::string(what) + " Answers"); }
 void ViewOpen(RuntimeObject *) { LogView("Open"); }
 void ViewClose(RuntimeObject *) { LogView("Close"); }
@@ -30,24 +26,11 @@ void ContainerLayout(RuntimeObject *self) {
 }
 
 void ContainerControls(RuntimeObject *self) {
-    std::pair<const char *, void *> log[] = {
-        {"Action", H(&LogAction)}, {"Open", H(&LogOpen)}, {"Close", H(&LogClose)}};
-    auto add = [&](const char *base, const char *name, int top) {
-        RuntimeClass *klass = MakeSubclass(base, name);
-        for (auto &h : log)
-            SetEventHandler(klass, h.first, h.second);
-        RuntimeObject *c = RuntimeNewObject(klass);
-        MassData data(klass);
-        KelpString bytes = Box(data, 10, top, 110, 24).Text("Caption", name).Make();
-        RuntimeMassPropertySetter(c, bytes);
-        objtext::Release(bytes);
-        KelpString key = MakeText(name);
-        WindowAddControl(self, key, c);
-        objtext::Release(key);
-        RuntimeUnlockObject(c);
-    };
-    add("PushButton", "Inner1", 10);
-    add("CheckBox", "Inner2", 45);
+    for (auto [base, name, top] :
+         {std::tuple("PushButton", "Inner1", 10), std::tuple("CheckBox", "Inner2", 45)})
+        ControlFixture::Add(
+            self, base, name, [&](MassData &m) { Box(m, 10, top, 110, 24).Text("Caption", name); },
+            {{"Action", H(&LogAction)}, {"Open", H(&LogOpen)}, {"Close", H(&LogClose)}});
 }
 
 RuntimeObject *NewContainer() {

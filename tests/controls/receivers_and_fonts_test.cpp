@@ -8,11 +8,6 @@
 namespace kelp::test {
 namespace {
 
-MassData &Box(MassData &m, int left, int top, int width, int height) {
-    return m.Int("Left", left).Int("Top", top).Int("Width", width).Int("Height", height);
-}
-void *H(auto fn) { return reinterpret_cast<void *>(fn); }
-
 // A receiver of the language: an object whose class implements
 // actionNotificationReceiver, with a tag to tell receivers apart.
 struct ReceiverRecord {

@@ -7,10 +7,6 @@
 namespace kelp::test {
 namespace {
 
-MassData &Box(MassData &m, int left, int top, int width, int height) {
-    return m.Int("Left", left).Int("Top", top).Int("Width", width).Int("Height", height);
-}
-void *H(auto fn) { return reinterpret_cast<void *>(fn); }
 void LogValueChanged(RuntimeObject *me) { Events().push_back("ValueChanged " + NameOf(me)); }
 
 using ShapesAndRangesTest = ControlFixture;

@@ -124,7 +124,62 @@ void RemoveKey(ViewControls &controls, RuntimeObject *object) {
     control->view = nullptr;
 }
 
+// A container leaves its window: the pane of the control standing for it
+// closes, and its own controls go.
+void DetachContainer(RuntimeObject *view) {
+    RuntimeObject *embedded = EmbeddedControlOf(view);
+    if (!embedded)
+        return;
+    if (auto *pane = static_cast<ControlPane *>(Ctl(embedded)->pane)) {
+        Ctl(embedded)->pane = nullptr;
+        pane->Close();
+    }
+    Ctl(embedded)->view = nullptr;
+    Ctl(embedded)->paneWindow = nullptr;
+    reinterpret_cast<ContainerRecord *>(view)->anchored = 0;
+    ReleaseViewControls(reinterpret_cast<ViewRecord *>(view));
+}
+
 } // namespace
+
+void ContainersOfView(ViewRecord *view, std::vector<ViewRecord *> &out) {
+    static int depth = 0; // containers nest; a loop must not recurse forever
+    if (depth > 32)
+        return;
+    ++depth;
+    for (RuntimeObject *object : ControlsOfView(&view->object))
+        if (IsContainerView(object)) {
+            out.push_back(reinterpret_cast<ViewRecord *>(object));
+            ContainersOfView(reinterpret_cast<ViewRecord *>(object), out);
+        }
+    --depth;
+}
+
+void CloseContainer(ViewRecord *record) {
+    RuntimeObject *view = &record->object;
+    RuntimeObject *embedded = EmbeddedControlOf(view);
+    ViewControls *host = embedded && Ctl(embedded)->view ? Find(Ctl(embedded)->view) : nullptr;
+    if (!host)
+        return;
+    RuntimeLockObject(view);
+    if (SubPane *focus = FocusPane(), *pane = ControlPaneOf(embedded);
+        focus && pane && pane->Contains(focus))
+        SetFocus(nullptr);
+    FireViewControlsClose(record);
+    FireViewEvent(record, ViewEvent::kClose);
+    if ((host = Ctl(embedded)->view ? Find(Ctl(embedded)->view) : nullptr)) {
+        auto it = std::find_if(host->byKey.begin(), host->byKey.end(),
+                               [&](const auto &row) { return row.second == view; });
+        if (it != host->byKey.end()) {
+            host->byKey.erase(it);
+            host->order.erase(std::remove(host->order.begin(), host->order.end(), view),
+                              host->order.end());
+            RuntimeUnlockObject(view); // the map's reference
+        }
+    }
+    DetachContainer(view);
+    RuntimeUnlockObject(view);
+}
 
 std::string ControlKey(const std::string &name, int32_t index) {
     if (index == KELP_NOT_IN_ARRAY)
@@ -240,16 +295,7 @@ void ReleaseViewControls(ViewRecord *view) {
     ViewControls controls = std::move(it->second);
     Views().erase(it);
     for (RuntimeObject *object : controls.order) {
-        if (RuntimeObject *embedded = EmbeddedControlOf(object)) {
-            if (auto *pane = static_cast<ControlPane *>(Ctl(embedded)->pane)) {
-                Ctl(embedded)->pane = nullptr;
-                pane->Close();
-            }
-            Ctl(embedded)->view = nullptr;
-            Ctl(embedded)->paneWindow = nullptr;
-            reinterpret_cast<ContainerRecord *>(object)->anchored = 0;
-            ReleaseViewControls(reinterpret_cast<ViewRecord *>(object));
-        }
+        DetachContainer(object);
         if (IsControl(object)) {
             RuntimeControl *control = Ctl(object);
             if (auto *pane = static_cast<ControlPane *>(control->pane)) {

@@ -56,6 +56,8 @@ void WireControls() {
     client.fireClose = &FireViewControlsClose;
     client.release = &ReleaseViewControls;
     client.embed = &MakeEmbeddedControl;
+    client.containers = &ContainersOfView;
+    client.closeContainer = &CloseContainer;
     SetViewControlsClient(client);
     SetControlRelations(&WindowOfControl, &ContainerOf);
     SetFocusMoveHook(&FollowContainerFocus);

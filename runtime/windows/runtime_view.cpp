@@ -377,11 +377,25 @@ void BuildViewWindow(ViewRecord *view) {
 
 bool CloseView(ViewRecord *view, bool appQuitting) {
     RuntimeViewWindow *pane = view ? view->pane : nullptr;
-    if (!pane)
+    if (!pane) {
+        if (view && gControls.closeContainer)
+            gControls.closeContainer(view);
         return false;
+    }
     RuntimeLockObject(Obj(view));
     pane->Lock();
-    const bool cancelled = CallBooleanEvent(Obj(view), gCancelClose, uint8_t(appQuitting ? 1 : 0));
+    // The containers in the window are asked too, innermost first; any of
+    // them keeps the whole window.
+    std::vector<ViewRecord *> asked{view};
+    if (gControls.containers)
+        gControls.containers(view, asked);
+    for (ViewRecord *v : asked)
+        RuntimeLockObject(Obj(v));
+    bool cancelled = false;
+    for (auto it = asked.rbegin(); it != asked.rend() && !cancelled; ++it)
+        cancelled = CallBooleanEvent(Obj(*it), gCancelClose, uint8_t(appQuitting ? 1 : 0));
+    for (ViewRecord *v : asked)
+        RuntimeUnlockObject(Obj(v));
     bool destroyed = pane->Unlock();
     if (!cancelled && !destroyed)
         pane->Close();

@@ -5,6 +5,8 @@
 
 #include "kelp/records.h"
 
+#include <vector>
+
 namespace kelp {
 
 struct ObjectDefinition;
@@ -79,6 +81,11 @@ struct ViewControlsClient {
     // window (a ContainerControl); true for such a view, which then gets
     // its controls made but no window of its own.
     bool (*embed)(ViewRecord *view) = nullptr;
+    // The container views laid out in the view, nested ones too (appended
+    // to `out`, outer before inner), and closing one of them, which has no
+    // window of its own to close.
+    void (*containers)(ViewRecord *view, std::vector<ViewRecord *> &out) = nullptr;
+    void (*closeContainer)(ViewRecord *view) = nullptr;
 };
 void SetViewControlsClient(const ViewControlsClient &client);
 

@@ -17,6 +17,9 @@ void ViewClose(RuntimeObject *) { LogView("Close"); }
 void ViewGotFocus(RuntimeObject *) { LogView("GotFocus"); }
 void ViewLostFocus(RuntimeObject *) { LogView("LostFocus"); }
 
+bool gRefuseClose = false;
+uint8_t ViewCancelClose(RuntimeObject *, uint8_t) { return gRefuseClose; }
+
 constexpr uint32_t kBack = 0xffd080;
 
 void ContainerLayout(RuntimeObject *self) {
@@ -41,6 +44,7 @@ RuntimeObject *NewContainer() {
     SetEventHandler(klass, "Close", H(&ViewClose));
     SetEventHandler(klass, "GotFocus", H(&ViewGotFocus));
     SetEventHandler(klass, "LostFocus", H(&ViewLostFocus));
+    SetEventHandler(klass, "CancelClose", H(&ViewCancelClose));
     return RuntimeNewObject(klass);
 }
 
@@ -158,11 +162,26 @@ TEST_F(EmbeddedTest, EmbedWithinPlacesAContainerInAnOpenWindowOnce) {
     EXPECT_EQ(Events(), (std::vector<std::string>{"Open Inner2", "Open Inner1", "Open Answers"}));
     EXPECT_EQ(Shown(w, Find(cc, "Inner1")), std::pair(130, 30));
     EXPECT_EQ(ctlPosGetter(EmbeddedControlOf(cc), 2), 150);
-    RuntimeUnlockObject(cc); // the window's map holds it now
+    EXPECT_EQ(Find(w, "ccAnswers"), cc) << "in the map under its class's name";
     Events().clear();
     ClickShown(w, Find(cc, "Inner1"));
-    EXPECT_EQ(Events(), (std::vector<std::string>{"GotFocus Answers", "Action Inner1"}))
-        << "the click takes the focus into the container";
+    EXPECT_EQ(Events(), (std::vector<std::string>{"GotFocus Answers", "Action Inner1"}));
+    // The container's CancelClose keeps the whole window; closing the
+    // container itself takes only it and its controls away.
+    gRefuseClose = true;
+    RuntimeCloseWindow(w);
+    gRefuseClose = false;
+    EXPECT_NE(View(w)->pane, nullptr);
+    Events().clear();
+    RuntimeCloseWindow(cc);
+    Settle(40);
+    EXPECT_EQ(Events(), (std::vector<std::string>{"LostFocus Answers", "Close Inner2",
+                                                  "Close Inner1", "Close Answers"}));
+    EXPECT_EQ(Find(w, "ccAnswers"), nullptr);
+    EXPECT_EQ(Ctl(EmbeddedControlOf(cc))->pane, nullptr);
+    EXPECT_EQ(cc->referenceCount, 1) << "only this test holds it now";
+    EXPECT_NE(View(w)->pane, nullptr);
+    RuntimeUnlockObject(cc);
 }
 
 } // namespace

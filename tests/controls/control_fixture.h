@@ -164,6 +164,9 @@ protected:
         return rgb;
     }
 
+    // Runs the loop for `ms`, and past that until every event the X server
+    // has sent so far is handled: on a loaded machine the time alone may
+    // pass before a click that xdotool has already made arrives.
     void Settle(int ms) {
         guint wake = g_timeout_add(
             5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
@@ -172,6 +175,9 @@ protected:
             MainLoopStep(true);
             gdk_flush();
         }
+        gdk_flush(); // a round trip: what the server sent before it is queued here
+        for (int i = 0; i < 1000 && gtk_events_pending(); ++i)
+            MainLoopStep(true);
         g_source_remove(wake);
     }
 

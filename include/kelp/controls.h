@@ -156,6 +156,45 @@ KelpString RuntimeComboBoxTextGetter(RuntimeObject *control, int32_t parameter);
 void RuntimeComboBoxTextSetter(RuntimeObject *control, int32_t parameter, KelpString text);
 void RuntimeComboBoxInitialValueSetter(RuntimeObject *control, int32_t parameter, KelpString text);
 
+/* Fonts of the tab panel's captions and of the popup menu's and combo
+ * box's text; the style setters take 0 Bold, 1 Italic, 2 Underline. */
+void tabPanelTextFontSetter(RuntimeObject *control, int32_t parameter, KelpString value);
+void tabPanelTextSizeSetter(RuntimeObject *control, int32_t parameter, int32_t value);
+void tabPanelStyleSetter(RuntimeObject *control, int32_t selector, uint8_t value);
+void RuntimeComboBoxTextFontSetter(RuntimeObject *control, int32_t parameter, KelpString value);
+void RuntimeComboBoxTextSizeSetter(RuntimeObject *control, int32_t parameter, int32_t value);
+void RuntimeComboBoxStyleSetter(RuntimeObject *control, int32_t selector, uint8_t value);
+
+/* ---- the receivers of a control's action (actionSource) */
+
+void pbAddActionNotificationReceiver(RuntimeObject *control, RuntimeObject *receiver);
+void pbRemoveActionNotificationReceiver(RuntimeObject *control, RuntimeObject *receiver);
+/* getBoundPart("getCheckedAction") or ("getUncheckedAction"): a new
+ * actionSource for that side of the button's changes, or nil. */
+RuntimeObject *radioGetBoundPart(RuntimeObject *control, KelpString name);
+RuntimeObject *checkBoxGetBoundPart(RuntimeObject *control, KelpString name);
+void rbaAddActionNotificationReceiver(RuntimeObject *part, RuntimeObject *receiver);
+void rbaRemoveActionNotificationReceiver(RuntimeObject *part, RuntimeObject *receiver);
+void cbaAddActionNotificationReceiver(RuntimeObject *part, RuntimeObject *receiver);
+void cbaRemoveActionNotificationReceiver(RuntimeObject *part, RuntimeObject *receiver);
+void BoundPartFinalizer(RuntimeObject *part);
+
+/* ---- ContainerControl: a window class laid out inside another window */
+
+void EmbeddedWindowControlInitializer(RuntimeObject *control);
+void EmbeddedWindowControlFinalizer(RuntimeObject *control);
+void EmbeddedWindowControlCreatePane(RuntimeObject *control);
+void ContainerControlFinalizer(RuntimeObject *view);
+/* Places the container at run time in a window, in a control (the place
+ * relative to the control) or on a 0-based page of a panel; a view that
+ * isn't a container, or one placed already, is left as it is. */
+void EmbedWithin(RuntimeObject *view, RuntimeObject *parentWindow, int32_t left, int32_t top,
+                 int32_t width, int32_t height);
+void EmbedWithinControl(RuntimeObject *view, RuntimeObject *containingControl, int32_t left,
+                        int32_t top, int32_t width, int32_t height);
+void EmbedWithinPanel(RuntimeObject *view, RuntimeObject *containingPanel, int32_t page,
+                      int32_t left, int32_t top, int32_t width, int32_t height);
+
 /* Font setters shared by the captioned buttons and the group box. */
 void captionFontSetter(RuntimeObject *control, int32_t parameter, KelpString value);
 void captionSizeSetter(RuntimeObject *control, int32_t parameter, int32_t value);

@@ -7,11 +7,6 @@
 
 namespace kelp {
 
-CaptionedPane *CaptionedPaneOf(RuntimeObject *object) {
-    return object ? dynamic_cast<CaptionedPane *>(static_cast<ControlPane *>(Ctl(object)->pane))
-                  : nullptr;
-}
-
 GtkWidget *CaptionedPane::CaptionLabel() {
     if (mWidget && GTK_IS_BIN(mWidget)) {
         GtkWidget *child = gtk_bin_get_child(GTK_BIN(mWidget));
@@ -40,47 +35,30 @@ void CaptionedPane::SetFont(const ControlFont &font) {
 
 using namespace kelp;
 
-static void StoreText(KelpString &field, KelpString value) {
-    objtext::Retain(value);
-    objtext::Release(field);
-    field = value;
-}
-
 extern "C" void captionFontSetter(RuntimeObject *self, int32_t, KelpString value) {
-    if (!self)
-        return;
-    StoreText(Captioned(self)->font.textFont, value);
-    if (CaptionedPane *pane = CaptionedPaneOf(self))
-        pane->SetFont(Captioned(self)->font);
+    if (self)
+        SetFontName(self, Captioned(self)->font, value);
 }
 
 extern "C" void captionSizeSetter(RuntimeObject *self, int32_t, int32_t value) {
-    if (!self)
-        return;
-    Captioned(self)->font.textSize = static_cast<int16_t>(value);
-    if (CaptionedPane *pane = CaptionedPaneOf(self))
-        pane->SetFont(Captioned(self)->font);
+    if (self)
+        SetFontSize(self, Captioned(self)->font, value);
 }
 
 // Selector 0 Bold, 1 Italic, 2 Underline.
 extern "C" void captionStyleSetter(RuntimeObject *self, int32_t selector, uint8_t value) {
-    if (!self || selector < 0 || selector > 2)
-        return;
-    ControlFont &font = Captioned(self)->font;
-    (selector == 0 ? font.bold : selector == 1 ? font.italic : font.underline) = value != 0;
-    if (CaptionedPane *pane = CaptionedPaneOf(self))
-        pane->SetFont(font);
+    if (self)
+        SetFontStyle(self, Captioned(self)->font, selector, value);
 }
 
 // The caption setters of the four classes differ only in their names.
 static void SetCaptionOf(RuntimeObject *self, KelpString value) {
     if (!self)
         return;
-    StoreText(Captioned(self)->caption, value);
-    if (CaptionedPane *pane = CaptionedPaneOf(self))
+    StoreString(Captioned(self)->caption, value);
+    if (CaptionedPane *pane = PaneOf<CaptionedPane>(self))
         pane->SetCaption(value);
 }
-
 extern "C" void pushButtonCaptionSetter(RuntimeObject *self, int32_t, KelpString value) {
     SetCaptionOf(self, value);
 }
@@ -101,4 +79,35 @@ extern "C" void CaptionedControlFinalizer(RuntimeObject *self) {
     objtext::Release(Captioned(self)->caption);
     objtext::Release(Captioned(self)->font.textFont);
     Captioned(self)->caption = Captioned(self)->font.textFont = nullptr;
+    ClearReceivers(Captioned(self)->receivers[0]);
+    ClearReceivers(Captioned(self)->receivers[1]);
+}
+
+// getBoundPart of a radio button or check box: the source of one side of
+// its changes, or nil for a name it doesn't know.
+static RuntimeObject *BoundPart(RuntimeObject *self, KelpString name, bool radio) {
+    if (!self)
+        return nullptr;
+    std::string_view which = objtext::View(name);
+    if (objtext::SameName(which, "getCheckedAction"))
+        return NewBoundPart(self, true, radio);
+    if (objtext::SameName(which, "getUncheckedAction"))
+        return NewBoundPart(self, false, radio);
+    return nullptr;
+}
+
+extern "C" RuntimeObject *radioGetBoundPart(RuntimeObject *self, KelpString name) {
+    return BoundPart(self, name, true);
+}
+extern "C" RuntimeObject *checkBoxGetBoundPart(RuntimeObject *self, KelpString name) {
+    return BoundPart(self, name, false);
+}
+
+extern "C" void pbAddActionNotificationReceiver(RuntimeObject *self, RuntimeObject *receiver) {
+    if (self)
+        AddReceiver(Captioned(self)->receivers[0], receiver);
+}
+extern "C" void pbRemoveActionNotificationReceiver(RuntimeObject *self, RuntimeObject *receiver) {
+    if (self)
+        RemoveReceiver(Captioned(self)->receivers[0], receiver);
 }

@@ -26,37 +26,17 @@ public:
         gtk_widget_show(mWidget);
     }
 
-    bool GetValue() const {
-        return mWidget && gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(mWidget));
-    }
-    void SetValue(bool flag) {
+    void SetValue(bool flag) override {
         if (mWidget && GetValue() != flag)
             gtk_toggle_button_set_active(GTK_TOGGLE_BUTTON(mWidget), flag);
     }
 
     bool MouseDown(int32_t x, int32_t y, int32_t) override {
-        if (!enabled || closing)
-            return false;
-        bool alive;
-        mMouseHandled = FireLocked<uint8_t>(gMouseDown, &alive, x - bounds.left, y - bounds.top);
-        return !alive || mMouseHandled;
+        return enabled && !closing && FireMouseDown(gMouseDown, x, y);
     }
-    void MouseUp(int32_t x, int32_t y) override {
-        bool alive;
-        if (mMouseHandled)
-            FireLocked(gMouseUp, &alive, x - bounds.left, y - bounds.top);
-        mMouseHandled = false;
-    }
-    void GainFocus() override {
-        bool alive;
-        if (!closing)
-            FireLocked(gGotFocus, &alive);
-    }
-    void LoseFocus() override {
-        bool alive;
-        if (!closing)
-            FireLocked(gLostFocus, &alive);
-    }
+    void MouseUp(int32_t x, int32_t y) override { FireMouseUp(gMouseUp, x, y); }
+    void GainFocus() override { FireFocus(gGotFocus); }
+    void LoseFocus() override { FireFocus(gLostFocus); }
 
 private:
     // The router's Action: the value into the record, then the event
@@ -75,16 +55,11 @@ private:
         record->busy = 1;
         bool alive;
         pane->FireLocked(gAction, &alive);
+        PerformActions(record->receivers[record->value ? 0 : 1]);
         record->busy = 0;
         RuntimeUnlockObject(control);
     }
-    bool mMouseHandled = false;
 };
-
-CheckBoxPane *PaneOf(RuntimeObject *self) {
-    return self ? dynamic_cast<CheckBoxPane *>(static_cast<ControlPane *>(Ctl(self)->pane))
-                : nullptr;
-}
 
 } // namespace
 } // namespace kelp
@@ -92,23 +67,15 @@ CheckBoxPane *PaneOf(RuntimeObject *self) {
 using namespace kelp;
 
 extern "C" void CheckBoxCreatePane(RuntimeObject *self) {
-    if (self && !Ctl(self)->pane && WindowForControl(Ctl(self)))
-        Ctl(self)->pane = new CheckBoxPane(Captioned(self));
+    MakePane<CheckBoxPane, CaptionedControl>(self);
 }
 
 extern "C" uint8_t checkBoxValueGetter(RuntimeObject *self, int32_t) {
-    if (!self)
-        return 0;
-    CheckBoxPane *pane = PaneOf(self);
-    return pane ? pane->GetValue() : Captioned(self)->value;
+    return CaptionedValue(self);
 }
 
 extern "C" void checkBoxValueSetter(RuntimeObject *self, int32_t, uint8_t value) {
-    if (!self)
-        return;
-    Captioned(self)->value = value != 0;
-    if (CheckBoxPane *pane = PaneOf(self))
-        pane->SetValue(value != 0);
+    SetCaptionedValue(self, value);
 }
 
 namespace kelp {
@@ -121,13 +88,12 @@ ObjectDefinition *CheckBoxDefinition() {
          KELP_ENTRY(checkBoxValueSetter), offsetof(CaptionedControl, value)},
         {0, "State", &kTypeBoolean, KELP_ENTRY(checkBoxValueGetter),
          KELP_ENTRY(checkBoxValueSetter), offsetof(CaptionedControl, value)},
-        {0, "TextFont", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(captionFontSetter),
-         offsetof(CaptionedControl, font.textFont)},
-        {0, "TextSize", &kTypeInteger, KELP_ENTRY(shortGetter), KELP_ENTRY(captionSizeSetter),
-         offsetof(CaptionedControl, font.textSize)},
-        {0, "Bold", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 0},
-        {0, "Italic", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 1},
-        {0, "Underline", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 2},
+        KELP_FONT_ROWS(CaptionedControl, font, captionFontSetter, captionSizeSetter,
+                       captionStyleSetter),
+    };
+    static const ParameterRow partParams[] = {{"name", &kTypeString}};
+    static const MethodRow methods[] = {
+        {"getBoundPart", &kTypePtr, partParams, 1, KELP_ENTRY(checkBoxGetBoundPart)},
     };
     static const EventRow events[] = {
         {"Action", "", nullptr, &gAction},
@@ -145,6 +111,7 @@ ObjectDefinition *CheckBoxDefinition() {
         .instanceSize = sizeof(CaptionedControl),
         .finalizer = KELP_ENTRY(CaptionedControlFinalizer),
         .properties = properties,
+        .methods = methods,
         .events = events,
         .hookInstances = hooks,
     };

@@ -3,6 +3,7 @@
 #include "controls/control.h"
 
 #include "controls/control_map.h"
+#include "controls/embedded.h"
 
 #include "base/fatal_report.h"
 #include "objects/definitions.h"
@@ -20,15 +21,13 @@ namespace {
 ObjectHook *gCreatePane, *gOpen, *gClose, *gMouseMove, *gMouseEnter, *gMouseExit, *gDropObject,
     *gMouseWheel, *gConstructContextualMenu, *gContextualMenuAction;
 
-ControlPane *PaneOf(RuntimeObject *control) {
-    return control ? static_cast<ControlPane *>(Ctl(control)->pane) : nullptr;
-}
-
 void OnGrabFocus(GtkWidget *, gpointer data) {
     auto *pane = static_cast<ControlPane *>(data);
     if (!pane->closing && FocusPane() != pane)
         SetFocus(pane);
 }
+
+} // namespace
 
 void StoreString(KelpString &field, KelpString value) {
     objtext::Retain(value);
@@ -36,7 +35,25 @@ void StoreString(KelpString &field, KelpString value) {
     field = value;
 }
 
-} // namespace
+void SetFontName(RuntimeObject *self, ControlFont &font, KelpString value) {
+    StoreString(font.textFont, value);
+    if (ControlPane *pane = PaneOf(self))
+        pane->SetFont(font);
+}
+
+void SetFontSize(RuntimeObject *self, ControlFont &font, int32_t value) {
+    font.textSize = static_cast<int16_t>(value);
+    if (ControlPane *pane = PaneOf(self))
+        pane->SetFont(font);
+}
+
+void SetFontStyle(RuntimeObject *self, ControlFont &font, int32_t selector, uint8_t value) {
+    if (selector < 0 || selector > 2)
+        return;
+    (selector == 0 ? font.bold : selector == 1 ? font.italic : font.underline) = value != 0;
+    if (ControlPane *pane = PaneOf(self))
+        pane->SetFont(font);
+}
 
 ObjectHook *CreatePaneHook() { return gCreatePane; }
 ObjectHook *OpenHook() { return gOpen; }
@@ -48,9 +65,7 @@ bool IsControl(RuntimeObject *object) {
 }
 
 Window *WindowForControl(RuntimeControl *control) {
-    if (!control || !control->view)
-        return nullptr;
-    return reinterpret_cast<ViewRecord *>(control->view)->pane;
+    return control ? HostWindowOf(control->view) : nullptr;
 }
 
 // ------------------------------------------------------------- the pane
@@ -109,6 +124,48 @@ void ControlPane::SetPanelVisible(bool flag) {
         flag ? gtk_widget_show(mWidget) : gtk_widget_hide(mWidget);
 }
 
+bool ControlPane::OfferPressToChildren(int32_t x, int32_t y, int32_t modifiers, bool *native) {
+    mCapturedChild = nullptr;
+    *native = false;
+    std::vector<SubPane *> children = mChildren;
+    for (size_t i = children.size(); i-- > 0;) {
+        SubPane *child = children[i];
+        if (closing)
+            return true;
+        if (!child->visible || !child->HitTest(x, y))
+            continue;
+        if (child->MouseDown(x, y, modifiers)) {
+            mCapturedChild = child;
+            return true;
+        }
+        if (!child->PassesClicksThrough()) {
+            *native = true;
+            return false;
+        }
+    }
+    return false;
+}
+
+bool ControlPane::DragCapturedChild(int32_t x, int32_t y) {
+    if (!mCapturedChild)
+        return false;
+    mCapturedChild->MouseDrag(x, y);
+    return true;
+}
+
+bool ControlPane::ReleaseCapturedChild(int32_t x, int32_t y) {
+    SubPane *child = mCapturedChild;
+    if (!child)
+        return false;
+    mCapturedChild = nullptr;
+    mMouseHandled = false;
+    if (child->LockForEvent()) {
+        child->MouseUp(x, y);
+        child->UnlockAfterEvent();
+    }
+    return true;
+}
+
 void ControlPane::ConnectCommonSignals() {
     if (!mWidget)
         return;
@@ -154,9 +211,10 @@ extern "C" int32_t ctlPosGetter(RuntimeObject *self, int32_t selector) {
     if (!self)
         return 0;
     const KelpRect &b = Ctl(self)->bounds;
+    auto [dx, dy] = ViewOrigin(Ctl(self)->view); // a container's controls read from its corner
     switch (selector) {
-    case 0: return b.left;
-    case 1: return b.top;
+    case 0: return b.left - dx;
+    case 1: return b.top - dy;
     case 2: return b.right - b.left;
     case 3: return b.bottom - b.top;
     default: return 0;
@@ -177,6 +235,8 @@ extern "C" void RuntimeControlMove(RuntimeObject *self, int32_t left, int32_t to
     if (!self)
         return;
     RuntimeControl *c = Ctl(self);
+    auto [originX, originY] = ViewOrigin(c->view);
+    left += originX, top += originY;
     KelpRect old = c->bounds;
     // The record keeps 16-bit edges, as the language's Rect does.
     KelpRect now{static_cast<int16_t>(top), static_cast<int16_t>(left),
@@ -198,6 +258,10 @@ extern "C" void RuntimeControlMove(RuntimeObject *self, int32_t left, int32_t to
             ob.top = static_cast<int16_t>(ob.top + dy),
             ob.bottom = static_cast<int16_t>(ob.bottom + dy);
         }
+    // The controls of a container go along with the control standing for it.
+    if (RuntimeObject *container = TemplateWindowOf(self);
+        container && reinterpret_cast<ContainerRecord *>(container)->anchored)
+        ShiftViewControls(container, dx, dy);
     c->bounds = now;
     if (pane)
         pane->SetBounds(Rect{now.top, now.left, now.bottom, now.right}, true);
@@ -208,11 +272,7 @@ extern "C" uint8_t controlVisibleGetter(RuntimeObject *self, int32_t) {
 }
 
 extern "C" void ControlVisibleSetter(RuntimeObject *self, int32_t, uint8_t value) {
-    if (!self)
-        return;
-    Ctl(self)->visible = value != 0;
-    if (ControlPane *pane = PaneOf(self))
-        pane->SetVisible(value != 0);
+    StoreAndShow(self, &RuntimeControl::visible, value != 0, &SubPane::SetVisible);
 }
 
 extern "C" uint8_t controlEnabledGetter(RuntimeObject *self, int32_t) {

@@ -4,12 +4,14 @@
 #include "controls/control_map.h"
 
 #include "controls/control.h"
+#include "controls/embedded.h"
 #include "controls/paged.h"
 
 #include "base/fatal_report.h"
 #include "objects/object_model.h"
 #include "objects/text.h"
 #include "strings/kstring.h"
+#include "windows/runtime_view.h"
 
 #include "kelp/controls.h"
 #include "kelp/objects.h"
@@ -39,8 +41,9 @@ ViewControls *Find(RuntimeObject *view) {
     return it == Views().end() ? nullptr : &it->second;
 }
 
-ControlPane *PaneOf(RuntimeObject *object) {
-    return IsControl(object) ? static_cast<ControlPane *>(Ctl(object)->pane) : nullptr;
+// Objects of the map need not be controls: a timer has no pane.
+ControlPane *ControlPaneOf(RuntimeObject *object) {
+    return IsControl(object) ? PaneOf(object) : nullptr;
 }
 
 std::string UpperKey(std::string key) {
@@ -66,7 +69,7 @@ void Bind(ViewControls &controls, RuntimeObject *object) {
         pane->SetEnabled(false, true);
     // A control placed over a hidden or disabled one goes with it.
     for (RuntimeObject *other : controls.order) {
-        ControlPane *outer = PaneOf(other);
+        ControlPane *outer = ControlPaneOf(other);
         if (other == object || !outer || !outer->Encloses(pane))
             continue;
         if (!outer->enabled && pane->enabled)
@@ -80,7 +83,7 @@ void Bind(ViewControls &controls, RuntimeObject *object) {
 }
 
 void FireOpen(RuntimeObject *object) {
-    auto *pane = PaneOf(object);
+    auto *pane = ControlPaneOf(object);
     if (!pane || !pane->LockForEvent())
         return;
     CallEvent(object, OpenHook());
@@ -121,7 +124,62 @@ void RemoveKey(ViewControls &controls, RuntimeObject *object) {
     control->view = nullptr;
 }
 
+// A container leaves its window: the pane of the control standing for it
+// closes, and its own controls go.
+void DetachContainer(RuntimeObject *view) {
+    RuntimeObject *embedded = EmbeddedControlOf(view);
+    if (!embedded)
+        return;
+    if (auto *pane = static_cast<ControlPane *>(Ctl(embedded)->pane)) {
+        Ctl(embedded)->pane = nullptr;
+        pane->Close();
+    }
+    Ctl(embedded)->view = nullptr;
+    Ctl(embedded)->paneWindow = nullptr;
+    reinterpret_cast<ContainerRecord *>(view)->anchored = 0;
+    ReleaseViewControls(reinterpret_cast<ViewRecord *>(view));
+}
+
 } // namespace
+
+void ContainersOfView(ViewRecord *view, std::vector<ViewRecord *> &out) {
+    static int depth = 0; // containers nest; a loop must not recurse forever
+    if (depth > 32)
+        return;
+    ++depth;
+    for (RuntimeObject *object : ControlsOfView(&view->object))
+        if (IsContainerView(object)) {
+            out.push_back(reinterpret_cast<ViewRecord *>(object));
+            ContainersOfView(reinterpret_cast<ViewRecord *>(object), out);
+        }
+    --depth;
+}
+
+void CloseContainer(ViewRecord *record) {
+    RuntimeObject *view = &record->object;
+    RuntimeObject *embedded = EmbeddedControlOf(view);
+    ViewControls *host = embedded && Ctl(embedded)->view ? Find(Ctl(embedded)->view) : nullptr;
+    if (!host)
+        return;
+    RuntimeLockObject(view);
+    if (SubPane *focus = FocusPane(), *pane = ControlPaneOf(embedded);
+        focus && pane && pane->Contains(focus))
+        SetFocus(nullptr);
+    FireViewControlsClose(record);
+    FireViewEvent(record, ViewEvent::kClose);
+    if ((host = Ctl(embedded)->view ? Find(Ctl(embedded)->view) : nullptr)) {
+        auto it = std::find_if(host->byKey.begin(), host->byKey.end(),
+                               [&](const auto &row) { return row.second == view; });
+        if (it != host->byKey.end()) {
+            host->byKey.erase(it);
+            host->order.erase(std::remove(host->order.begin(), host->order.end(), view),
+                              host->order.end());
+            RuntimeUnlockObject(view); // the map's reference
+        }
+    }
+    DetachContainer(view);
+    RuntimeUnlockObject(view);
+}
 
 std::string ControlKey(const std::string &name, int32_t index) {
     if (index == KELP_NOT_IN_ARRAY)
@@ -151,19 +209,58 @@ void BindViewControls(ViewRecord *view) {
     std::vector<RuntimeObject *> order = controls.order;
     for (RuntimeObject *c : order)
         RuntimeLockObject(c);
-    for (RuntimeObject *c : order)
-        if (IsControl(c) && view->pane)
-            Bind(controls, c);
+    // A container binds whole, its own controls and Open events with it,
+    // so that its controls follow it in the tab order.
+    for (RuntimeObject *c : order) {
+        if (!HostWindowOf(object))
+            break;
+        if (IsControl(c))
+            Bind(Views()[object], c);
+        else if (IsContainerView(c))
+            BindContainer(c);
+    }
     // Children of pages not shown go out of sight before anything opens.
     for (RuntimeObject *c : order)
-        if (auto *panel = dynamic_cast<PagedPane *>(PaneOf(c)))
+        if (auto *panel = dynamic_cast<PagedPane *>(ControlPaneOf(c)))
             panel->ApplyPages();
     // Open goes out children first: the last made lies on top.
     for (auto it = order.rbegin(); it != order.rend(); ++it)
-        if (IsControl(*it) && view->pane)
+        if (IsControl(*it) && HostWindowOf(object))
             FireOpen(*it);
     for (RuntimeObject *c : order)
         RuntimeUnlockObject(c);
+}
+
+void BindContainer(RuntimeObject *view) {
+    RuntimeObject *control = EmbeddedControlOf(view);
+    ViewControls *host = control && Ctl(control)->view ? Find(Ctl(control)->view) : nullptr;
+    if (!host || Ctl(control)->pane)
+        return;
+    Bind(*host, control);
+    ControlPane *pane = ControlPaneOf(control);
+    if (!pane)
+        return;
+    auto *container = reinterpret_cast<ContainerRecord *>(view);
+    if (!container->anchored) {
+        // Laid out relative to the container; from now on in the window's
+        // coordinates, like every other control there.
+        ShiftViewControls(view, Ctl(control)->bounds.left, Ctl(control)->bounds.top);
+        container->anchored = 1;
+    }
+    RuntimeLockObject(view);
+    BindViewControls(&container->view);
+    // The controls came after the pane was hidden or disabled.
+    for (SubPane *child : std::vector<SubPane *>(pane->Children())) {
+        if (!pane->visible)
+            child->SetVisible(false);
+        if (!pane->enabled)
+            child->SetEnabled(false, true);
+    }
+    if (ControlPaneOf(control) && pane->LockForEvent()) {
+        FireViewEvent(&container->view, ViewEvent::kOpen);
+        pane->UnlockAfterEvent();
+    }
+    RuntimeUnlockObject(view);
 }
 
 void FireViewControlsClose(ViewRecord *view) {
@@ -171,7 +268,13 @@ void FireViewControlsClose(ViewRecord *view) {
     for (RuntimeObject *c : order)
         RuntimeLockObject(c);
     for (auto it = order.rbegin(); it != order.rend(); ++it) {
-        ControlPane *pane = PaneOf(*it);
+        if (IsContainerView(*it)) {
+            auto *inner = reinterpret_cast<ViewRecord *>(*it);
+            FireViewControlsClose(inner);
+            FireViewEvent(inner, ViewEvent::kClose);
+            continue;
+        }
+        ControlPane *pane = ControlPaneOf(*it);
         if (!pane)
             continue;
         if (SubPane *focus = FocusPane(); focus && (focus == pane || pane->Contains(focus)))
@@ -192,6 +295,7 @@ void ReleaseViewControls(ViewRecord *view) {
     ViewControls controls = std::move(it->second);
     Views().erase(it);
     for (RuntimeObject *object : controls.order) {
+        DetachContainer(object);
         if (IsControl(object)) {
             RuntimeControl *control = Ctl(object);
             if (auto *pane = static_cast<ControlPane *>(control->pane)) {
@@ -224,15 +328,26 @@ extern "C" void WindowAddControl(RuntimeObject *view, KelpString name, RuntimeOb
             ++index;
         Ctl(object)->index = index;
     }
-    if (isControl) {
-        RuntimeControl *control = Ctl(object);
+    // A container lies in the window through the control standing for it,
+    // at the place its Layout gave it.
+    RuntimeObject *embedded = EmbeddedControlOf(object);
+    if (embedded) {
+        auto *record = reinterpret_cast<ViewRecord *>(object);
+        Ctl(embedded)->bounds =
+            KelpRect{int16_t(record->top), int16_t(record->left),
+                     int16_t(record->top + record->height), int16_t(record->left + record->width)};
+    }
+    if (RuntimeObject *target = isControl ? object : embedded) {
+        RuntimeControl *control = Ctl(target);
         control->view = view;
-        control->paneWindow = reinterpret_cast<ViewRecord *>(view)->pane;
-        if (!control->name || control->name->length == 0) {
-            objtext::Retain(name);
-            objtext::Release(control->name);
-            control->name = name;
-        }
+        control->paneWindow = HostWindowOf(view);
+        if (!control->name || control->name->length == 0)
+            StoreString(control->name, name);
+        // Inside a container placed already: from its corner.
+        auto [dx, dy] = ViewOrigin(view);
+        control->bounds =
+            KelpRect{int16_t(control->bounds.top + dy), int16_t(control->bounds.left + dx),
+                     int16_t(control->bounds.bottom + dy), int16_t(control->bounds.right + dx)};
     }
     std::string key = UpperKey(ControlKey(base, index));
     auto [it, fresh] = controls.byKey.emplace(key, object);
@@ -246,10 +361,11 @@ extern "C" void WindowAddControl(RuntimeObject *view, KelpString name, RuntimeOb
     }
     RuntimeLockObject(object);
     controls.order.push_back(object);
-    auto *viewRecord = reinterpret_cast<ViewRecord *>(view);
-    if (controls.controlsMade && isControl && viewRecord->pane) {
+    if (controls.controlsMade && embedded && HostWindowOf(view)) {
+        BindContainer(object);
+    } else if (controls.controlsMade && isControl && HostWindowOf(view)) {
         Bind(controls, object);
-        if (auto *pane = PaneOf(object)) {
+        if (auto *pane = ControlPaneOf(object)) {
             FireOpen(object);
             pane->Invalidate(true);
         }
@@ -278,21 +394,21 @@ extern "C" void ControlClose(RuntimeObject *object) {
     KELP_ASSERT(controls != nullptr, kFile, "ctl->m_view");
     if (!controls)
         return;
-    ControlPane *pane = PaneOf(object);
+    ControlPane *pane = ControlPaneOf(object);
     // The control last, after every control inside it, innermost first.
     std::vector<RuntimeObject *> closing;
     if (pane)
         for (RuntimeObject *other : controls->order)
-            if (other != object && PaneOf(other) && pane->Contains(PaneOf(other)))
+            if (other != object && ControlPaneOf(other) && pane->Contains(ControlPaneOf(other)))
                 closing.push_back(other);
     std::sort(closing.begin(), closing.end(), [](RuntimeObject *a, RuntimeObject *b) {
-        return PaneOf(a)->Contains(PaneOf(b)); // deeper ones close first
+        return ControlPaneOf(a)->Contains(ControlPaneOf(b)); // deeper ones close first
     });
     closing.push_back(object);
     for (RuntimeObject *c : closing)
         RuntimeLockObject(c);
     for (RuntimeObject *c : closing) {
-        ControlPane *p = PaneOf(c);
+        ControlPane *p = ControlPaneOf(c);
         if (p) {
             if (SubPane *focus = FocusPane(); focus && (focus == p || p->Contains(focus)))
                 SetFocus(nullptr);
@@ -302,7 +418,7 @@ extern "C" void ControlClose(RuntimeObject *object) {
             }
         }
         // The handler may have closed it already.
-        if (ControlPane *still = PaneOf(c)) {
+        if (ControlPane *still = ControlPaneOf(c)) {
             Ctl(c)->pane = nullptr;
             still->SetVisible(false);
             still->Close();

@@ -25,5 +25,7 @@ RuntimeObject *EnclosingControl(RuntimeControl *control);
 void BindViewControls(ViewRecord *view);
 void FireViewControlsClose(ViewRecord *view);
 void ReleaseViewControls(ViewRecord *view);
+void ContainersOfView(ViewRecord *view, std::vector<ViewRecord *> &out);
+void CloseContainer(ViewRecord *view);
 
 } // namespace kelp

@@ -31,61 +31,28 @@ public:
     // The panes on the box come first, top-most first, as the window's own
     // walk would give them; a press none takes goes to the box's event.
     bool MouseDown(int32_t x, int32_t y, int32_t modifiers) override {
-        mCapturedChild = nullptr;
-        std::vector<SubPane *> children = mChildren;
-        for (size_t i = children.size(); i-- > 0;) {
-            SubPane *child = children[i];
-            if (closing)
-                return true;
-            if (!child->visible || !child->HitTest(x, y))
-                continue;
-            if (child->MouseDown(x, y, modifiers)) {
-                mCapturedChild = child;
-                return true;
-            }
-            if (!child->PassesClicksThrough())
-                return false; // a native widget takes it from the toolkit
-        }
-        if (!enabled)
-            return false;
+        bool native;
+        if (OfferPressToChildren(x, y, modifiers, &native))
+            return true;
+        if (native || !enabled)
+            return false; // a native widget takes it from the toolkit
         bool alive;
         mMouseHandled = FireLocked<uint8_t>(gMouseDown, &alive, x, y);
         return !alive || mMouseHandled;
     }
     void MouseDrag(int32_t x, int32_t y) override {
-        bool alive;
-        if (mCapturedChild)
-            mCapturedChild->MouseDrag(x, y);
-        else if (mMouseHandled)
-            FireLocked(gMouseDrag, &alive, x - bounds.left, y - bounds.top);
+        if (!DragCapturedChild(x, y))
+            FireMouseDrag(gMouseDrag, x, y);
     }
     void MouseUp(int32_t x, int32_t y) override {
-        bool alive;
-        if (SubPane *child = mCapturedChild) {
-            mCapturedChild = nullptr;
-            if (child->LockForEvent()) {
-                child->MouseUp(x, y);
-                child->UnlockAfterEvent();
-            }
-        } else if (mMouseHandled) {
-            FireLocked(gMouseUp, &alive, x - bounds.left, y - bounds.top);
-        }
-        mMouseHandled = false;
-    }
-    void RemoveChild(SubPane *child) override {
-        if (child == mCapturedChild)
-            mCapturedChild = nullptr;
-        CaptionedPane::RemoveChild(child);
+        if (!ReleaseCapturedChild(x, y))
+            FireMouseUp(gMouseUp, x, y);
     }
 
 protected:
     GtkWidget *CaptionLabel() override {
         return mWidget ? gtk_frame_get_label_widget(GTK_FRAME(mWidget)) : nullptr;
     }
-
-private:
-    SubPane *mCapturedChild = nullptr; // a pane on the box that took the press
-    bool mMouseHandled = false;
 };
 
 } // namespace
@@ -94,8 +61,7 @@ private:
 using namespace kelp;
 
 extern "C" void GroupBoxCreatePane(RuntimeObject *self) {
-    if (self && !Ctl(self)->pane && WindowForControl(Ctl(self)))
-        Ctl(self)->pane = new GroupBoxPane(Captioned(self));
+    MakePane<GroupBoxPane, CaptionedControl>(self);
 }
 
 namespace kelp {
@@ -104,13 +70,8 @@ ObjectDefinition *GroupBoxDefinition() {
     static const PropertyRow properties[] = {
         {0, "Caption", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(groupBoxCaptionSetter),
          offsetof(CaptionedControl, caption)},
-        {0, "TextFont", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(captionFontSetter),
-         offsetof(CaptionedControl, font.textFont)},
-        {0, "TextSize", &kTypeInteger, KELP_ENTRY(shortGetter), KELP_ENTRY(captionSizeSetter),
-         offsetof(CaptionedControl, font.textSize)},
-        {0, "Bold", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 0},
-        {0, "Italic", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 1},
-        {0, "Underline", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 2},
+        KELP_FONT_ROWS(CaptionedControl, font, captionFontSetter, captionSizeSetter,
+                       captionStyleSetter),
     };
     static const EventRow events[] = {
         {"MouseDown", "X As Integer, Y As Integer", "Boolean", &gMouseDown},

@@ -102,6 +102,9 @@ public:
             FireLocked(mRecord->isCombo ? gComboChange : gPopupChange, &alive);
     }
 
+    // The font is the entry's, where the chosen row shows.
+    void SetFont(const ControlFont &font) override { ApplyFont(mEntry, font); }
+
     std::string Text() const { return gtk_entry_get_text(GTK_ENTRY(mEntry)); }
     void SetText(const std::string &text) { gtk_entry_set_text(GTK_ENTRY(mEntry), text.c_str()); }
 
@@ -144,12 +147,8 @@ private:
     bool mQuiet = false;
 };
 
-ListPane *PaneOf(RuntimeObject *self) {
-    return self ? dynamic_cast<ListPane *>(static_cast<ControlPane *>(Ctl(self)->pane)) : nullptr;
-}
-
 void Changed(RuntimeObject *self) {
-    if (ListPane *pane = PaneOf(self))
+    if (ListPane *pane = PaneOf<ListPane>(self))
         pane->Rebuild();
 }
 
@@ -192,10 +191,9 @@ extern "C" void PopupMenuFinalizer(RuntimeObject *self) {
 }
 
 extern "C" void PopupMenuCreatePane(RuntimeObject *self) {
-    if (!self || Ctl(self)->pane || !WindowForControl(Ctl(self)))
-        return;
-    Rows(self);
-    Ctl(self)->pane = new ListPane(Record(self));
+    if (self)
+        Rows(self); // the pane shows the record's rows
+    MakePane<ListPane, ListRecord>(self);
 }
 
 extern "C" void RuntimeComboBoxAddRow(RuntimeObject *self, KelpString text) {
@@ -280,14 +278,14 @@ extern "C" void RuntimeComboBoxListIndexSetter(RuntimeObject *self, int32_t, int
         return;
     }
     Record(self)->listIndex = index;
-    if (ListPane *pane = PaneOf(self))
+    if (ListPane *pane = PaneOf<ListPane>(self))
         pane->Select(index, true);
 }
 
 extern "C" KelpString RuntimeComboBoxTextGetter(RuntimeObject *self, int32_t) {
     if (!self)
         return nullptr;
-    if (ListPane *pane = PaneOf(self))
+    if (ListPane *pane = PaneOf<ListPane>(self))
         return objtext::Make(pane->Text());
     int32_t at = Record(self)->listIndex;
     return at >= 0 && at < int32_t(Rows(self).size()) ? objtext::Make(Rows(self)[size_t(at)].text)
@@ -295,7 +293,7 @@ extern "C" KelpString RuntimeComboBoxTextGetter(RuntimeObject *self, int32_t) {
 }
 
 extern "C" void RuntimeComboBoxTextSetter(RuntimeObject *self, int32_t, KelpString text) {
-    if (ListPane *pane = PaneOf(self))
+    if (ListPane *pane = PaneOf<ListPane>(self))
         pane->SetText(std::string(objtext::View(text)));
 }
 
@@ -303,9 +301,7 @@ extern "C" void RuntimeComboBoxTextSetter(RuntimeObject *self, int32_t, KelpStri
 extern "C" void RuntimeComboBoxInitialValueSetter(RuntimeObject *self, int32_t, KelpString text) {
     if (!self)
         return;
-    objtext::Retain(text);
-    objtext::Release(Record(self)->initialValue);
-    Record(self)->initialValue = text;
+    StoreString(Record(self)->initialValue, text);
     for (Row &r : Rows(self))
         RuntimeUnlockObject(r.tag);
     Rows(self).clear();
@@ -326,6 +322,22 @@ extern "C" void RuntimeComboBoxInitialValueSetter(RuntimeObject *self, int32_t, 
     Changed(self);
 }
 
+extern "C" void RuntimeComboBoxTextFontSetter(RuntimeObject *self, int32_t, KelpString value) {
+    if (self)
+        SetFontName(self, Record(self)->font, value);
+}
+
+extern "C" void RuntimeComboBoxTextSizeSetter(RuntimeObject *self, int32_t, int32_t value) {
+    if (self)
+        SetFontSize(self, Record(self)->font, value);
+}
+
+// Bold, Italic and Underline, by the row's selector 0, 1, 2.
+extern "C" void RuntimeComboBoxStyleSetter(RuntimeObject *self, int32_t selector, uint8_t value) {
+    if (self)
+        SetFontStyle(self, Record(self)->font, selector, value);
+}
+
 namespace kelp {
 namespace {
 
@@ -338,10 +350,8 @@ template <bool combo> ObjectDefinition *ListDefinition(const char *name, EntryPo
          KELP_ENTRY(RuntimeComboBoxTextSetter), -9},
         {0, "InitialValue", &kTypeString, KELP_ENTRY(stringGetter),
          KELP_ENTRY(RuntimeComboBoxInitialValueSetter), offsetof(ListRecord, initialValue)},
-        {0, "TextFont", &kTypeString, KELP_ENTRY(stringGetter), KELP_PLAIN_FIELD,
-         offsetof(ListRecord, font.textFont)},
-        {0, "TextSize", &kTypeInteger, KELP_ENTRY(shortGetter), KELP_ENTRY(shortSetter),
-         offsetof(ListRecord, font.textSize)},
+        KELP_FONT_ROWS(ListRecord, font, RuntimeComboBoxTextFontSetter,
+                       RuntimeComboBoxTextSizeSetter, RuntimeComboBoxStyleSetter),
     };
     static const ParameterRow textParams[] = {{"text", &kTypeString}};
     static const ParameterRow indexParams[] = {{"index", &kTypeInteger}};

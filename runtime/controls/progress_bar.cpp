@@ -25,8 +25,6 @@ struct ProgressRecord {
     int32_t value, maximum;
 };
 
-ProgressRecord *Record(RuntimeObject *o) { return reinterpret_cast<ProgressRecord *>(o); }
-
 class ProgressBarPane;
 
 class PulseTask : public BackgroundTask {
@@ -78,21 +76,11 @@ public:
         mMouseHandled = enabled && FireLocked<uint8_t>(gMouseDown, &alive, x, y);
         return mMouseHandled;
     }
-    void MouseDrag(int32_t x, int32_t y) override {
-        bool alive;
-        if (mMouseHandled)
-            FireLocked(gMouseDrag, &alive, x - bounds.left, y - bounds.top);
-    }
-    void MouseUp(int32_t x, int32_t y) override {
-        bool alive;
-        if (mMouseHandled)
-            FireLocked(gMouseUp, &alive, x - bounds.left, y - bounds.top);
-        mMouseHandled = false;
-    }
+    void MouseDrag(int32_t x, int32_t y) override { FireMouseDrag(gMouseDrag, x, y); }
+    void MouseUp(int32_t x, int32_t y) override { FireMouseUp(gMouseUp, x, y); }
 
 private:
     int32_t mValue = 0, mMaximum = 0;
-    bool mMouseHandled = false;
     std::unique_ptr<PulseTask> mPulse;
 };
 
@@ -101,15 +89,10 @@ void PulseTask::Run() {
     mPane->Pulse();
 }
 
-ProgressBarPane *PaneOf(RuntimeObject *self) {
-    return self ? dynamic_cast<ProgressBarPane *>(static_cast<ControlPane *>(Ctl(self)->pane))
-                : nullptr;
-}
-
 } // namespace
 
 int32_t ProgressBarPulses(RuntimeObject *control) {
-    ProgressBarPane *pane = PaneOf(control);
+    ProgressBarPane *pane = PaneOf<ProgressBarPane>(control);
     return pane ? pane->Pulses() : -1;
 }
 
@@ -118,24 +101,15 @@ int32_t ProgressBarPulses(RuntimeObject *control) {
 using namespace kelp;
 
 extern "C" void ProgressBarCreatePane(RuntimeObject *self) {
-    if (self && !Ctl(self)->pane && WindowForControl(Ctl(self)))
-        Ctl(self)->pane = new ProgressBarPane(Record(self));
+    MakePane<ProgressBarPane, ProgressRecord>(self);
 }
 
 extern "C" void progressBarValueSetter(RuntimeObject *self, int32_t, int32_t value) {
-    if (!self)
-        return;
-    Record(self)->value = value;
-    if (ProgressBarPane *pane = PaneOf(self))
-        pane->SetValue(value);
+    StoreAndShow(self, &ProgressRecord::value, value, &ProgressBarPane::SetValue);
 }
 
 extern "C" void progressBarMaximumSetter(RuntimeObject *self, int32_t, int32_t value) {
-    if (!self)
-        return;
-    Record(self)->maximum = value;
-    if (ProgressBarPane *pane = PaneOf(self))
-        pane->SetMaximum(value);
+    StoreAndShow(self, &ProgressRecord::maximum, value, &ProgressBarPane::SetMaximum);
 }
 
 namespace kelp {

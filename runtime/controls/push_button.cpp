@@ -6,6 +6,7 @@
 #include "controls/captioned.h"
 
 #include "controls/classes.h"
+#include "objects/action_interfaces.h"
 #include "objects/definitions.h"
 
 #include "kelp/controls.h"
@@ -39,36 +40,25 @@ public:
         }
     }
 
-    // The router's Action: the event, under the pane's lock.
+    // The router's Action: the receivers first, then the event, each under
+    // the pane's lock, since either may close the button.
     void Action() {
+        if (!mRunControl || !LockForEvent())
+            return;
+        PerformActions(Captioned(mRunControl)->receivers[0]);
+        if (UnlockAfterEvent())
+            return;
         bool alive;
         FireLocked(gAction, &alive);
     }
 
     bool MouseDown(int32_t x, int32_t y, int32_t) override {
-        if (!enabled || closing)
-            return false;
-        bool alive;
-        mMouseHandled = FireLocked<uint8_t>(gMouseDown, &alive, x - bounds.left, y - bounds.top);
-        return !alive || mMouseHandled; // true captures and keeps the press from the button
+        // True captures and keeps the press from the button.
+        return enabled && !closing && FireMouseDown(gMouseDown, x, y);
     }
-    void MouseUp(int32_t x, int32_t y) override {
-        bool handled = mMouseHandled;
-        mMouseHandled = false;
-        bool alive;
-        if (handled)
-            FireLocked(gMouseUp, &alive, x - bounds.left, y - bounds.top);
-    }
-    void GainFocus() override {
-        bool alive;
-        if (!closing)
-            FireLocked(gGotFocus, &alive);
-    }
-    void LoseFocus() override {
-        bool alive;
-        if (!closing)
-            FireLocked(gLostFocus, &alive);
-    }
+    void MouseUp(int32_t x, int32_t y) override { FireMouseUp(gMouseUp, x, y); }
+    void GainFocus() override { FireFocus(gGotFocus); }
+    void LoseFocus() override { FireFocus(gLostFocus); }
 
     bool IsDefaultButton() const override {
         return mRunControl && Captioned(mRunControl)->isDefault;
@@ -82,13 +72,7 @@ private:
         if (!pane->closing)
             pane->Action();
     }
-    bool mMouseHandled = false;
 };
-
-PushButtonPane *PaneOf(RuntimeObject *self) {
-    return self ? dynamic_cast<PushButtonPane *>(static_cast<ControlPane *>(Ctl(self)->pane))
-                : nullptr;
-}
 
 } // namespace
 } // namespace kelp
@@ -96,16 +80,11 @@ PushButtonPane *PaneOf(RuntimeObject *self) {
 using namespace kelp;
 
 extern "C" void PushButtonCreatePane(RuntimeObject *self) {
-    if (self && !Ctl(self)->pane && WindowForControl(Ctl(self)))
-        Ctl(self)->pane = new PushButtonPane(Captioned(self));
+    MakePane<PushButtonPane, CaptionedControl>(self);
 }
 
 extern "C" void pushButtonDefaultSetter(RuntimeObject *self, int32_t, uint8_t value) {
-    if (!self)
-        return;
-    Captioned(self)->isDefault = value != 0;
-    if (PushButtonPane *pane = PaneOf(self))
-        pane->SetDefault(value != 0);
+    StoreAndShow(self, &CaptionedControl::isDefault, value != 0, &PushButtonPane::SetDefault);
 }
 
 extern "C" void pushButtonCancelSetter(RuntimeObject *self, int32_t, uint8_t value) {
@@ -115,7 +94,7 @@ extern "C" void pushButtonCancelSetter(RuntimeObject *self, int32_t, uint8_t val
 
 // Push: the Action at once, enabled or not.
 extern "C" void RuntimePushButtonPush(RuntimeObject *self) {
-    if (PushButtonPane *pane = PaneOf(self))
+    if (PushButtonPane *pane = PaneOf<PushButtonPane>(self))
         pane->Press();
 }
 
@@ -129,17 +108,20 @@ ObjectDefinition *PushButtonDefinition() {
          offsetof(CaptionedControl, isDefault)},
         {0, "Cancel", &kTypeBoolean, KELP_ENTRY(boolGetter), KELP_ENTRY(pushButtonCancelSetter),
          offsetof(CaptionedControl, isCancel)},
-        {0, "TextFont", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(captionFontSetter),
-         offsetof(CaptionedControl, font.textFont)},
-        {0, "TextSize", &kTypeInteger, KELP_ENTRY(shortGetter), KELP_ENTRY(captionSizeSetter),
-         offsetof(CaptionedControl, font.textSize)},
-        {0, "Bold", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 0},
-        {0, "Italic", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 1},
-        {0, "Underline", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 2},
+        KELP_FONT_ROWS(CaptionedControl, font, captionFontSetter, captionSizeSetter,
+                       captionStyleSetter),
     };
+    static const TypeRecord receiverType{kTypeObjectOf, nullptr, nullptr, 0,
+                                         &ActionNotificationReceiverInterfaceDefinition};
+    static const ParameterRow receiverParams[] = {{"receiver", &receiverType}};
     static const MethodRow methods[] = {
         {"Push", nullptr, nullptr, 0, KELP_ENTRY(RuntimePushButtonPush)},
+        {"addActionNotificationReceiver", nullptr, receiverParams, 1,
+         KELP_ENTRY(pbAddActionNotificationReceiver)},
+        {"removeActionNotificationReceiver", nullptr, receiverParams, 1,
+         KELP_ENTRY(pbRemoveActionNotificationReceiver)},
     };
+    static const DefinitionAccessor interfaces[] = {&ActionSourceInterfaceDefinition};
     static const EventRow events[] = {
         {"Action", "", nullptr, &gAction},
         {"MouseDown", "X As Integer, Y As Integer", "Boolean", &gMouseDown},
@@ -159,6 +141,7 @@ ObjectDefinition *PushButtonDefinition() {
         .methods = methods,
         .events = events,
         .hookInstances = hooks,
+        .interfaces = interfaces,
     };
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;

@@ -54,10 +54,7 @@ public:
     }
     ~RadioButtonPane() override { Leave(); }
 
-    bool GetValue() const {
-        return mWidget && gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(mWidget));
-    }
-    void SetValue(bool flag) {
+    void SetValue(bool flag) override {
         if (!mWidget)
             return;
         if (flag) {
@@ -123,28 +120,11 @@ public:
     }
 
     bool MouseDown(int32_t x, int32_t y, int32_t) override {
-        if (!enabled || closing)
-            return false;
-        bool alive;
-        mMouseHandled = FireLocked<uint8_t>(gMouseDown, &alive, x - bounds.left, y - bounds.top);
-        return !alive || mMouseHandled;
+        return enabled && !closing && FireMouseDown(gMouseDown, x, y);
     }
-    void MouseUp(int32_t x, int32_t y) override {
-        bool alive;
-        if (mMouseHandled)
-            FireLocked(gMouseUp, &alive, x - bounds.left, y - bounds.top);
-        mMouseHandled = false;
-    }
-    void GainFocus() override {
-        bool alive;
-        if (!closing)
-            FireLocked(gGotFocus, &alive);
-    }
-    void LoseFocus() override {
-        bool alive;
-        if (!closing)
-            FireLocked(gLostFocus, &alive);
-    }
+    void MouseUp(int32_t x, int32_t y) override { FireMouseUp(gMouseUp, x, y); }
+    void GainFocus() override { FireFocus(gGotFocus); }
+    void LoseFocus() override { FireFocus(gLostFocus); }
 
 private:
     RadioGroupRecord &Join(const SubPane *parent, int32_t page) {
@@ -201,27 +181,28 @@ private:
         record->busy = 1;
         bool alive;
         FireLocked(gAction, &alive);
+        PerformActions(record->receivers[0]); // the record outlives a pane that died
         record->busy = 0;
         RuntimeUnlockObject(control);
     }
 
+    // The toolkit tells of both sides: the button that became active, and
+    // the one that stopped being it, whose "getUncheckedAction" receivers
+    // hear of it.
     static void OnToggled(GtkToggleButton *button, gpointer data) {
         auto *pane = static_cast<RadioButtonPane *>(data);
         bool active = gtk_toggle_button_get_active(button);
-        if (pane->mRunControl && !active)
+        if (pane->mRunControl && !active) {
             Captioned(pane->mRunControl)->value = 0;
+            if (!pane->closing)
+                PerformActions(Captioned(pane->mRunControl)->receivers[1]);
+        }
         if (active && !pane->closing)
             pane->Checked();
     }
 
     int32_t mGroup = -1;
-    bool mMouseHandled = false;
 };
-
-RadioButtonPane *PaneOf(RuntimeObject *self) {
-    return self ? dynamic_cast<RadioButtonPane *>(static_cast<ControlPane *>(Ctl(self)->pane))
-                : nullptr;
-}
 
 } // namespace
 } // namespace kelp
@@ -229,23 +210,13 @@ RadioButtonPane *PaneOf(RuntimeObject *self) {
 using namespace kelp;
 
 extern "C" void RadioCreatePane(RuntimeObject *self) {
-    if (self && !Ctl(self)->pane && WindowForControl(Ctl(self)))
-        Ctl(self)->pane = new RadioButtonPane(Captioned(self));
+    MakePane<RadioButtonPane, CaptionedControl>(self);
 }
 
-extern "C" uint8_t radioValueGetter(RuntimeObject *self, int32_t) {
-    if (!self)
-        return 0;
-    RadioButtonPane *pane = PaneOf(self);
-    return pane ? pane->GetValue() : Captioned(self)->value;
-}
+extern "C" uint8_t radioValueGetter(RuntimeObject *self, int32_t) { return CaptionedValue(self); }
 
 extern "C" void radioValueSetter(RuntimeObject *self, int32_t, uint8_t value) {
-    if (!self)
-        return;
-    Captioned(self)->value = value != 0;
-    if (RadioButtonPane *pane = PaneOf(self))
-        pane->SetValue(value != 0);
+    SetCaptionedValue(self, value);
 }
 
 namespace kelp {
@@ -256,13 +227,12 @@ ObjectDefinition *RadioButtonDefinition() {
          offsetof(CaptionedControl, caption)},
         {0, "Value", &kTypeBoolean, KELP_ENTRY(radioValueGetter), KELP_ENTRY(radioValueSetter),
          offsetof(CaptionedControl, value)},
-        {0, "TextFont", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(captionFontSetter),
-         offsetof(CaptionedControl, font.textFont)},
-        {0, "TextSize", &kTypeInteger, KELP_ENTRY(shortGetter), KELP_ENTRY(captionSizeSetter),
-         offsetof(CaptionedControl, font.textSize)},
-        {0, "Bold", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 0},
-        {0, "Italic", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 1},
-        {0, "Underline", &kTypeBoolean, {}, KELP_ENTRY(captionStyleSetter), 2},
+        KELP_FONT_ROWS(CaptionedControl, font, captionFontSetter, captionSizeSetter,
+                       captionStyleSetter),
+    };
+    static const ParameterRow partParams[] = {{"name", &kTypeString}};
+    static const MethodRow methods[] = {
+        {"getBoundPart", &kTypePtr, partParams, 1, KELP_ENTRY(radioGetBoundPart)},
     };
     static const EventRow events[] = {
         {"Action", "", nullptr, &gAction},
@@ -280,6 +250,7 @@ ObjectDefinition *RadioButtonDefinition() {
         .instanceSize = sizeof(CaptionedControl),
         .finalizer = KELP_ENTRY(CaptionedControlFinalizer),
         .properties = properties,
+        .methods = methods,
         .events = events,
         .hookInstances = hooks,
     };

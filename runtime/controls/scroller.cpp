@@ -76,29 +76,11 @@ public:
     }
 
     bool MouseDown(int32_t x, int32_t y, int32_t) override {
-        if (!enabled || closing)
-            return false;
-        bool alive;
-        mMouseHandled =
-            FireLocked<uint8_t>(mHooks->mouseDown, &alive, x - bounds.left, y - bounds.top);
-        return !alive || mMouseHandled;
+        return enabled && !closing && FireMouseDown(mHooks->mouseDown, x, y);
     }
-    void MouseUp(int32_t x, int32_t y) override {
-        bool alive;
-        if (mMouseHandled)
-            FireLocked(mHooks->mouseUp, &alive, x - bounds.left, y - bounds.top);
-        mMouseHandled = false;
-    }
-    void GainFocus() override {
-        bool alive;
-        if (!closing)
-            FireLocked(mHooks->gotFocus, &alive);
-    }
-    void LoseFocus() override {
-        bool alive;
-        if (!closing)
-            FireLocked(mHooks->lostFocus, &alive);
-    }
+    void MouseUp(int32_t x, int32_t y) override { FireMouseUp(mHooks->mouseUp, x, y); }
+    void GainFocus() override { FireFocus(mHooks->gotFocus); }
+    void LoseFocus() override { FireFocus(mHooks->lostFocus); }
 
 private:
     // A range the toolkit can hold is applied; otherwise the asked value
@@ -138,13 +120,8 @@ private:
 
     const ScrollerHooks *mHooks;
     int32_t mMin = 0, mMax = 100, mLast = 0;
-    bool mMinPending = false, mMaxPending = false, mMouseHandled = false;
+    bool mMinPending = false, mMaxPending = false;
 };
-
-ScrollerPane *PaneOf(RuntimeObject *self) {
-    return self ? dynamic_cast<ScrollerPane *>(static_cast<ControlPane *>(Ctl(self)->pane))
-                : nullptr;
-}
 
 } // namespace
 } // namespace kelp
@@ -152,13 +129,11 @@ ScrollerPane *PaneOf(RuntimeObject *self) {
 using namespace kelp;
 
 extern "C" void ScrollBarCreatePane(RuntimeObject *self) {
-    if (self && !Ctl(self)->pane && WindowForControl(Ctl(self)))
-        Ctl(self)->pane = new ScrollerPane(Record(self), false, &gScrollBar);
+    MakePane<ScrollerPane, ScrollerRecord>(self, false, &gScrollBar);
 }
 
 extern "C" void SliderCreatePane(RuntimeObject *self) {
-    if (self && !Ctl(self)->pane && WindowForControl(Ctl(self)))
-        Ctl(self)->pane = new ScrollerPane(Record(self), true, &gSlider);
+    MakePane<ScrollerPane, ScrollerRecord>(self, true, &gSlider);
 }
 
 // Selectors 0 Minimum, 1 Value, 2 Maximum, 3 LineStep, 4 PageStep.
@@ -166,7 +141,7 @@ extern "C" int32_t scrollerPropGetter(RuntimeObject *self, int32_t selector) {
     if (!self)
         return 0;
     ScrollerRecord *r = Record(self);
-    ScrollerPane *pane = PaneOf(self);
+    ScrollerPane *pane = PaneOf<ScrollerPane>(self);
     switch (selector) {
     case 0: return pane ? pane->Minimum() : r->minimum;
     case 1: return pane ? pane->GetValue() : r->value;
@@ -183,7 +158,7 @@ extern "C" void scrollerPropSetter(RuntimeObject *self, int32_t selector, int32_
     ScrollerRecord *r = Record(self);
     int32_t *fields[] = {&r->minimum, &r->value, &r->maximum, &r->lineStep, &r->pageStep};
     *fields[selector] = value;
-    ScrollerPane *pane = PaneOf(self);
+    ScrollerPane *pane = PaneOf<ScrollerPane>(self);
     if (!pane)
         return;
     switch (selector) {

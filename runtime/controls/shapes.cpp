@@ -108,23 +108,12 @@ public:
     bool PassesClicksThrough() override { return true; }
     bool MouseDown(int32_t x, int32_t y, int32_t) override {
         int k = mRecord->kind;
-        if (k == kLine ? !HitsLine(x, y) : !enabled)
-            return false;
-        bool alive;
-        mMouseHandled = FireLocked<uint8_t>(gMouseDown[k], &alive, x - bounds.left, y - bounds.top);
-        return !alive || mMouseHandled;
+        return (k == kLine ? HitsLine(x, y) : enabled) && FireMouseDown(gMouseDown[k], x, y);
     }
     void MouseDrag(int32_t x, int32_t y) override {
-        bool alive;
-        if (mMouseHandled)
-            FireLocked(gMouseDrag[mRecord->kind], &alive, x - bounds.left, y - bounds.top);
+        FireMouseDrag(gMouseDrag[mRecord->kind], x, y);
     }
-    void MouseUp(int32_t x, int32_t y) override {
-        bool alive;
-        if (mMouseHandled)
-            FireLocked(gMouseUp[mRecord->kind], &alive, x - bounds.left, y - bounds.top);
-        mMouseHandled = false;
-    }
+    void MouseUp(int32_t x, int32_t y) override { FireMouseUp(gMouseUp[mRecord->kind], x, y); }
 
 private:
     void DrawLine(Graphics *g) {
@@ -160,15 +149,10 @@ private:
     }
 
     ShapeRecord *mRecord; // the control's record, alive while bound
-    bool mMouseHandled = false;
 };
 
-ShapePane *PaneOf(RuntimeObject *self) {
-    return self ? dynamic_cast<ShapePane *>(static_cast<ControlPane *>(Ctl(self)->pane)) : nullptr;
-}
-
 void Repaint(RuntimeObject *self) {
-    if (ShapePane *pane = PaneOf(self))
+    if (ShapePane *pane = PaneOf<ShapePane>(self))
         pane->Invalidate(true);
 }
 
@@ -178,11 +162,9 @@ void Repaint(RuntimeObject *self) {
 using namespace kelp;
 
 extern "C" void ShapeCreatePane(RuntimeObject *self) {
-    if (!self || Ctl(self)->pane || !WindowForControl(Ctl(self)))
-        return;
-    if (Record(self)->kind == kLine)
+    if (self && !Ctl(self)->pane && Record(self)->kind == kLine)
         Ctl(self)->bounds = LineBounds(Record(self));
-    Ctl(self)->pane = new ShapePane(Record(self));
+    MakePane<ShapePane, ShapeRecord>(self);
 }
 
 // Colours and sizes: the field at the row's offset, then a repaint.

@@ -40,7 +40,7 @@ public:
         SetMultiLine(record->multiLine != 0);
         SetTextAlign(record->textAlign);
         SetCaption(record->text);
-        ApplyFont(mWidget, record->font);
+        SetFont(record->font);
         SetTextColor(record->textColor);
         gtk_widget_show(mWidget);
     }
@@ -107,28 +107,20 @@ private:
     bool mMultiLine = false;
 };
 
-StaticTextPane *PaneOf(RuntimeObject *self) {
-    return self ? dynamic_cast<StaticTextPane *>(static_cast<ControlPane *>(Ctl(self)->pane))
-                : nullptr;
-}
-
 } // namespace
 } // namespace kelp
 
 using namespace kelp;
 
 extern "C" void StaticTextCreatePane(RuntimeObject *self) {
-    if (self && !Ctl(self)->pane && WindowForControl(Ctl(self)))
-        Ctl(self)->pane = new StaticTextPane(Record(self));
+    MakePane<StaticTextPane, StaticTextRecord>(self);
 }
 
 extern "C" void staticTextTextSetter(RuntimeObject *self, int32_t, KelpString value) {
     if (!self)
         return;
-    objtext::Retain(value);
-    objtext::Release(Record(self)->text);
-    Record(self)->text = value;
-    if (StaticTextPane *pane = PaneOf(self))
+    StoreString(Record(self)->text, value);
+    if (StaticTextPane *pane = PaneOf<StaticTextPane>(self))
         pane->SetCaption(value);
 }
 
@@ -139,55 +131,32 @@ extern "C" KelpString staticTextTextGetter(RuntimeObject *self, int32_t) {
 }
 
 extern "C" void staticTextAlignSetter(RuntimeObject *self, int32_t, int32_t value) {
-    if (!self)
-        return;
-    Record(self)->textAlign = value;
-    if (StaticTextPane *pane = PaneOf(self))
-        pane->SetTextAlign(value);
+    StoreAndShow(self, &StaticTextRecord::textAlign, value, &StaticTextPane::SetTextAlign);
 }
 
 extern "C" void staticTextMultiLineSetter(RuntimeObject *self, int32_t, uint8_t value) {
-    if (!self)
-        return;
-    Record(self)->multiLine = value != 0;
-    if (StaticTextPane *pane = PaneOf(self))
-        pane->SetMultiLine(value != 0);
+    StoreAndShow(self, &StaticTextRecord::multiLine, value != 0, &StaticTextPane::SetMultiLine);
 }
 
 extern "C" void staticTextColorSetter(RuntimeObject *self, int32_t, int32_t value) {
-    if (!self)
-        return;
-    Record(self)->textColor = value & 0xffffff;
-    if (StaticTextPane *pane = PaneOf(self))
-        pane->SetTextColor(value & 0xffffff);
+    StoreAndShow(self, &StaticTextRecord::textColor, value & 0xffffff,
+                 &StaticTextPane::SetTextColor);
 }
 
 // Selector 0 Bold, 1 Italic, 2 Underline.
 extern "C" void staticAttributeSetter(RuntimeObject *self, int32_t selector, uint8_t value) {
-    if (!self || selector < 0 || selector > 2)
-        return;
-    ControlFont &font = Record(self)->font;
-    (selector == 0 ? font.bold : selector == 1 ? font.italic : font.underline) = value != 0;
-    if (StaticTextPane *pane = PaneOf(self))
-        ApplyFont(pane->GetWidget(), font);
+    if (self)
+        SetFontStyle(self, Record(self)->font, selector, value);
 }
 
 extern "C" void staticTextFontSetter(RuntimeObject *self, int32_t, KelpString value) {
-    if (!self)
-        return;
-    objtext::Retain(value);
-    objtext::Release(Record(self)->font.textFont);
-    Record(self)->font.textFont = value;
-    if (StaticTextPane *pane = PaneOf(self))
-        ApplyFont(pane->GetWidget(), Record(self)->font);
+    if (self)
+        SetFontName(self, Record(self)->font, value);
 }
 
 extern "C" void staticTextSizeSetter(RuntimeObject *self, int32_t, int32_t value) {
-    if (!self)
-        return;
-    Record(self)->font.textSize = static_cast<int16_t>(value);
-    if (StaticTextPane *pane = PaneOf(self))
-        ApplyFont(pane->GetWidget(), Record(self)->font);
+    if (self)
+        SetFontSize(self, Record(self)->font, value);
 }
 
 extern "C" void StaticTextFinalizer(RuntimeObject *self) {
@@ -210,13 +179,8 @@ ObjectDefinition *StaticTextDefinition() {
          offsetof(StaticTextRecord, textAlign)},
         {0, "TextColor", &kTypeColor, KELP_ENTRY(intGetter), KELP_ENTRY(staticTextColorSetter),
          offsetof(StaticTextRecord, textColor)},
-        {0, "TextFont", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(staticTextFontSetter),
-         offsetof(StaticTextRecord, font.textFont)},
-        {0, "TextSize", &kTypeInteger, KELP_ENTRY(shortGetter), KELP_ENTRY(staticTextSizeSetter),
-         offsetof(StaticTextRecord, font.textSize)},
-        {0, "Bold", &kTypeBoolean, {}, KELP_ENTRY(staticAttributeSetter), 0},
-        {0, "Italic", &kTypeBoolean, {}, KELP_ENTRY(staticAttributeSetter), 1},
-        {0, "Underline", &kTypeBoolean, {}, KELP_ENTRY(staticAttributeSetter), 2},
+        KELP_FONT_ROWS(StaticTextRecord, font, staticTextFontSetter, staticTextSizeSetter,
+                       staticAttributeSetter),
         {0, "MultiLine", &kTypeBoolean, KELP_ENTRY(boolGetter),
          KELP_ENTRY(staticTextMultiLineSetter), offsetof(StaticTextRecord, multiLine)},
     };

@@ -62,7 +62,7 @@ std::vector<std::string> SplitLines(std::string_view text) {
 
 class TabPanelPane : public PagedPane {
 public:
-    explicit TabPanelPane(PanelRecord *record) : PagedPane(&record->control) {
+    explicit TabPanelPane(PanelRecord *record) : PagedPane(&record->control), mRecord(record) {
         SetWidget(gtk_notebook_new());
         gtk_notebook_set_scrollable(GTK_NOTEBOOK(mWidget), TRUE);
         SetFacing(record->facing);
@@ -90,6 +90,7 @@ public:
         gtk_widget_show(page);
         GtkWidget *label = gtk_label_new("");
         gtk_label_set_text_with_mnemonic(GTK_LABEL(label), caption.c_str());
+        ApplyFont(label, mRecord->font);
         gSwitching = true;
         gtk_notebook_insert_page(GTK_NOTEBOOK(mWidget), page, label, index);
         gSwitching = false;
@@ -182,18 +183,21 @@ public:
         return -1;
     }
 
-    void GainFocus() override {
-        bool alive;
-        if (!closing)
-            FireLocked(gTabGotFocus, &alive);
-    }
-    void LoseFocus() override {
-        bool alive;
-        if (!closing)
-            FireLocked(gTabLostFocus, &alive);
+    // The font is the tabs' captions'.
+    void SetFont(const ControlFont &font) override {
+        for (int32_t i = 0; i < TabCount(); ++i)
+            ApplyFont(
+                gtk_notebook_get_tab_label(GTK_NOTEBOOK(mWidget),
+                                           gtk_notebook_get_nth_page(GTK_NOTEBOOK(mWidget), i)),
+                font);
     }
 
+    void GainFocus() override { FireFocus(gTabGotFocus); }
+    void LoseFocus() override { FireFocus(gTabLostFocus); }
+
 private:
+    PanelRecord *mRecord; // the control's record, alive while bound
+
     static void OnSwitchPage(GtkNotebook *, gpointer, guint page, gpointer data) {
         if (gSwitching)
             return;
@@ -213,14 +217,8 @@ public:
     void SetCurrent(int32_t n) { mCurrent = n; }
 };
 
-TabPanelPane *TabPaneOf(RuntimeObject *self) {
-    return self ? dynamic_cast<TabPanelPane *>(static_cast<ControlPane *>(Ctl(self)->pane))
-                : nullptr;
-}
-PagePanelPane *PagePaneOf(RuntimeObject *self) {
-    return self ? dynamic_cast<PagePanelPane *>(static_cast<ControlPane *>(Ctl(self)->pane))
-                : nullptr;
-}
+TabPanelPane *TabPaneOf(RuntimeObject *self) { return PaneOf<TabPanelPane>(self); }
+PagePanelPane *PagePaneOf(RuntimeObject *self) { return PaneOf<PagePanelPane>(self); }
 
 bool IsTabPanel(RuntimeObject *self) {
     static RuntimeClass *tab = ClassForDefinition(TabPanelDefinition());
@@ -262,12 +260,10 @@ std::vector<std::string> Captions(RuntimeObject *self) {
 using namespace kelp;
 
 extern "C" void PagePanelCreatePane(RuntimeObject *self) {
-    if (!self || Ctl(self)->pane || !WindowForControl(Ctl(self)))
-        return;
     if (IsTabPanel(self))
-        Ctl(self)->pane = new TabPanelPane(Record(self));
+        MakePane<TabPanelPane, PanelRecord>(self);
     else
-        Ctl(self)->pane = new PagePanelPane(Record(self));
+        MakePane<PagePanelPane, PanelRecord>(self);
 }
 
 extern "C" int32_t PagePanelCountGetter(RuntimeObject *self, int32_t) {
@@ -384,11 +380,23 @@ extern "C" void TabPanelCaptionSetter(RuntimeObject *self, int32_t index, KelpSt
 }
 
 extern "C" void TabPanelFacingSetter(RuntimeObject *self, int32_t, int32_t value) {
-    if (!self)
-        return;
-    Record(self)->facing = value;
-    if (TabPanelPane *tab = TabPaneOf(self))
-        tab->SetFacing(value);
+    StoreAndShow(self, &PanelRecord::facing, value, &TabPanelPane::SetFacing);
+}
+
+extern "C" void tabPanelTextFontSetter(RuntimeObject *self, int32_t, KelpString value) {
+    if (self)
+        SetFontName(self, Record(self)->font, value);
+}
+
+extern "C" void tabPanelTextSizeSetter(RuntimeObject *self, int32_t, int32_t value) {
+    if (self)
+        SetFontSize(self, Record(self)->font, value);
+}
+
+// Bold, Italic and Underline, by the row's selector 0, 1, 2.
+extern "C" void tabPanelStyleSetter(RuntimeObject *self, int32_t selector, uint8_t value) {
+    if (self)
+        SetFontStyle(self, Record(self)->font, selector, value);
 }
 
 extern "C" int32_t TabPanelTabClickedOn(RuntimeObject *self, int32_t x, int32_t y) {
@@ -446,6 +454,8 @@ ObjectDefinition *TabPanelDefinition() {
          offsetof(PanelRecord, facing)},
         {0, "SmallTabs", &kTypeBoolean, KELP_ENTRY(boolGetter), KELP_PLAIN_FIELD,
          offsetof(PanelRecord, smallTabs)},
+        KELP_FONT_ROWS(PanelRecord, font, tabPanelTextFontSetter, tabPanelTextSizeSetter,
+                       tabPanelStyleSetter),
     };
     static const ParameterRow xyParams[] = {{"x", &kTypeInteger}, {"y", &kTypeInteger}};
     static const ParameterRow indexParams[] = {{"index", &kTypeInteger}};

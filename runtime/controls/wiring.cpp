@@ -1,8 +1,10 @@
 #include "controls/wiring.h"
 
+#include "controls/action_receivers.h"
 #include "controls/classes.h"
 #include "controls/control.h"
 #include "controls/control_map.h"
+#include "controls/embedded.h"
 
 #include "objects/definitions.h"
 #include "objects/object_model.h"
@@ -45,12 +47,20 @@ void WireControls() {
     AddIntrinsicClassAccessor(&TabPanelDefinition);
     AddIntrinsicClassAccessor(&PopupMenuDefinition);
     AddIntrinsicClassAccessor(&ComboBoxDefinition);
+    AddIntrinsicClassAccessor(&EmbeddedWindowControlDefinition);
+    AddIntrinsicClassAccessor(&ContainerControlDefinition);
+    AddIntrinsicClassAccessor(&RadioButtonActionDefinition);
+    AddIntrinsicClassAccessor(&CheckBoxActionDefinition);
     ViewControlsClient client;
     client.bind = &BindViewControls;
     client.fireClose = &FireViewControlsClose;
     client.release = &ReleaseViewControls;
+    client.embed = &MakeEmbeddedControl;
+    client.containers = &ContainersOfView;
+    client.closeContainer = &CloseContainer;
     SetViewControlsClient(client);
     SetControlRelations(&WindowOfControl, &ContainerOf);
+    SetFocusMoveHook(&FollowContainerFocus);
 }
 
 } // namespace kelp

@@ -45,6 +45,12 @@ const char kFile[] = "runtime/panes/pane.cpp";
 
 SubPane *FocusPane() { return gFocusPane; }
 
+namespace {
+FocusMoveHook gFocusMoved = nullptr;
+} // namespace
+
+void SetFocusMoveHook(FocusMoveHook hook) { gFocusMoved = hook; }
+
 void SetFocus(SubPane *pane) {
     if (pane)
         pane = pane->GetFocusTarget();
@@ -60,6 +66,8 @@ void SetFocus(SubPane *pane) {
     gFocusPane = pane;
     if (pane)
         pane->GainFocus();
+    if (gFocusMoved && gFocusPane == pane)
+        gFocusMoved(old, pane);
 }
 
 SubPane *MouseCapturePane() { return gCapturePane; }

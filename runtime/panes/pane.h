@@ -128,6 +128,10 @@ public:
 
 SubPane *FocusPane();
 void SetFocus(SubPane *pane);
+// Told after every change of the focus pane (either may be null), so that
+// a layer above can follow the focus across its own groupings of panes.
+using FocusMoveHook = void (*)(SubPane *from, SubPane *to);
+void SetFocusMoveHook(FocusMoveHook hook);
 SubPane *MouseCapturePane();
 void SetMouseCapturePane(SubPane *pane);
 

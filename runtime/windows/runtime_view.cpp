@@ -115,6 +115,11 @@ ViewControlsClient gControls;
 
 void SetViewControlsClient(const ViewControlsClient &client) { gControls = client; }
 
+void FireViewEvent(ViewRecord *view, ViewEvent event) {
+    if (view)
+        Fire(view, event == ViewEvent::kOpen ? gOpen : gClose);
+}
+
 WindowLoopClient RunLoopWindowClient() {
     WindowLoopClient client;
     client.preStep = &PreStepAll;
@@ -372,11 +377,25 @@ void BuildViewWindow(ViewRecord *view) {
 
 bool CloseView(ViewRecord *view, bool appQuitting) {
     RuntimeViewWindow *pane = view ? view->pane : nullptr;
-    if (!pane)
+    if (!pane) {
+        if (view && gControls.closeContainer)
+            gControls.closeContainer(view);
         return false;
+    }
     RuntimeLockObject(Obj(view));
     pane->Lock();
-    const bool cancelled = CallBooleanEvent(Obj(view), gCancelClose, uint8_t(appQuitting ? 1 : 0));
+    // The containers in the window are asked too, innermost first; any of
+    // them keeps the whole window.
+    std::vector<ViewRecord *> asked{view};
+    if (gControls.containers)
+        gControls.containers(view, asked);
+    for (ViewRecord *v : asked)
+        RuntimeLockObject(Obj(v));
+    bool cancelled = false;
+    for (auto it = asked.rbegin(); it != asked.rend() && !cancelled; ++it)
+        cancelled = CallBooleanEvent(Obj(*it), gCancelClose, uint8_t(appQuitting ? 1 : 0));
+    for (ViewRecord *v : asked)
+        RuntimeUnlockObject(Obj(v));
     bool destroyed = pane->Unlock();
     if (!cancelled && !destroyed)
         pane->Close();
@@ -506,13 +525,20 @@ extern "C" void RuntimeCreateWindow(RuntimeObject *self) {
     view->width = 300;
     view->height = 300;
     view->backColor = 0xffffff;
+    const bool embedded = gControls.embed && gControls.embed(view);
     auto &table = ImplicitTable();
-    auto it = table.find(ImplicitKey(ClassName(self)));
+    auto it = embedded ? table.end() : table.find(ImplicitKey(ClassName(self)));
     if (it != table.end() && it->second == nullptr) {
         it->second = self;
         RuntimeLockObject(self);
     }
     Fire(view, gLayout);
+    if (embedded) {
+        // Its controls are made now and bound when its host binds it.
+        view->controlsCreated = 1;
+        Fire(view, gCreateControls);
+        return;
+    }
     BuildViewWindow(view);
 }
 

@@ -5,6 +5,8 @@
 
 #include "kelp/records.h"
 
+#include <vector>
+
 namespace kelp {
 
 struct ObjectDefinition;
@@ -75,8 +77,22 @@ struct ViewControlsClient {
     void (*bind)(ViewRecord *view) = nullptr;
     void (*fireClose)(ViewRecord *view) = nullptr;
     void (*release)(ViewRecord *view) = nullptr;
+    // Makes the control that stands for a view laid out inside another
+    // window (a ContainerControl); true for such a view, which then gets
+    // its controls made but no window of its own.
+    bool (*embed)(ViewRecord *view) = nullptr;
+    // The container views laid out in the view, nested ones too (appended
+    // to `out`, outer before inner), and closing one of them, which has no
+    // window of its own to close.
+    void (*containers)(ViewRecord *view, std::vector<ViewRecord *> &out) = nullptr;
+    void (*closeContainer)(ViewRecord *view) = nullptr;
 };
 void SetViewControlsClient(const ViewControlsClient &client);
+
+// The view events the controls layer sends for a view that has no window
+// of its own.
+enum class ViewEvent { kOpen, kClose };
+void FireViewEvent(ViewRecord *view, ViewEvent event);
 
 // The window-building step: makes the pane for a view that has none.
 void BuildViewWindow(ViewRecord *view);

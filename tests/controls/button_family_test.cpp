@@ -10,11 +10,6 @@
 namespace kelp::test {
 namespace {
 
-MassData &Box(MassData &m, int left, int top, int width, int height) {
-    return m.Int("Left", left).Int("Top", top).Int("Width", width).Int("Height", height);
-}
-void *H(auto fn) { return reinterpret_cast<void *>(fn); }
-
 // Inside its own Action a radio button sets another of its group: the
 // toggle changes, and no nested Action fires for this control.
 void SetOtherInAction(RuntimeObject *me) {

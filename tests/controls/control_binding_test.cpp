@@ -11,10 +11,6 @@ void CloseSelf(RuntimeObject *me) {
     ControlClose(me);
 }
 
-MassData &Box(MassData &m, int left, int top, int width, int height) {
-    return m.Int("Left", left).Int("Top", top).Int("Width", width).Int("Height", height);
-}
-
 class ControlBindingTest : public ControlFixture {};
 
 TEST_F(ControlBindingTest, ArraysStayDenseAcrossCloseAndAddAtRunTime) {

@@ -17,6 +17,7 @@
 #include "support/xvfb.h"
 
 #include "kelp/controls.h"
+#include "kelp/exceptions.h"
 #include "kelp/objects.h"
 
 #include <gtest/gtest.h>
@@ -39,6 +40,26 @@ inline std::string NameOf(RuntimeObject *control) {
     return std::string(objtext::View(Ctl(control)->name));
 }
 
+// A control's place in a layout, and a handler as compiled code holds it.
+inline MassData &Box(MassData &m, int left, int top, int width, int height) {
+    return m.Int("Left", left).Int("Top", top).Int("Width", width).Int("Height", height);
+}
+inline void *H(auto fn) { return reinterpret_cast<void *>(fn); }
+
+inline void LogChange(RuntimeObject *me) { Events().push_back("Change " + NameOf(me)); }
+
+// Runs `act` as compiled code would, inside a handler region, and gives the
+// class name of the exception it left pending, or "".
+inline std::string Raised(const std::function<void()> &act) {
+    RuntimeEnterHandlerRegion();
+    act();
+    RuntimeObject *e = RuntimeTakeException();
+    RuntimeLeaveHandlerRegion();
+    std::string name = e ? std::string(objtext::View(e->klass->name)) : "";
+    RuntimeUnlockObject(e);
+    return name;
+}
+
 inline void LogAction(RuntimeObject *me) { Events().push_back("Action " + NameOf(me)); }
 inline void LogOpen(RuntimeObject *me) { Events().push_back("Open " + NameOf(me)); }
 inline void LogClose(RuntimeObject *me) { Events().push_back("Close " + NameOf(me)); }
@@ -52,10 +73,17 @@ inline void LogMouseUp(RuntimeObject *me, int32_t, int32_t) {
 }
 
 class ControlFixture : public ::testing::Test {
-protected:
+public:
     using Handler = std::pair<const char *, void *>;
     using Build = std::function<void(RuntimeObject *view)>;
 
+    // Makes a control as compiled code does: a subclass of `base` named
+    // after the control, the handlers, the properties, _AddControl.
+    static RuntimeObject *Add(RuntimeObject *view, const char *base, const char *name,
+                              const std::function<void(MassData &)> &properties,
+                              std::initializer_list<Handler> handlers = {});
+
+protected:
     void SetUp() override {
         if (!RequireToolkitDisplay())
             GTEST_SKIP() << "no X server";
@@ -95,28 +123,6 @@ protected:
         return w;
     }
 
-    // Makes a control as compiled code does: a subclass of `base` named
-    // after the control, the handlers, the properties, _AddControl.
-    static RuntimeObject *Add(RuntimeObject *view, const char *base, const char *name,
-                              const std::function<void(MassData &)> &properties,
-                              std::initializer_list<Handler> handlers = {}) {
-        RuntimeClass *klass = MakeSubclass(base, name);
-        EXPECT_NE(klass, nullptr) << base;
-        for (const Handler &h : handlers)
-            EXPECT_TRUE(SetEventHandler(klass, h.first, h.second)) << name << " " << h.first;
-        RuntimeObject *control = RuntimeNewObject(klass);
-        MassData data(klass);
-        properties(data);
-        KelpString bytes = data.Make();
-        RuntimeMassPropertySetter(control, bytes);
-        objtext::Release(bytes);
-        KelpString key = MakeText(name);
-        WindowAddControl(view, key, control);
-        objtext::Release(key);
-        RuntimeUnlockObject(control); // the window's map holds it
-        return control;
-    }
-
     static RuntimeObject *Find(RuntimeObject *view, const char *key) {
         KelpString text = MakeText(key);
         RuntimeObject *control = RuntimeControlFetch(view, text);
@@ -146,6 +152,21 @@ protected:
         Settle(80);
     }
 
+    // The colour the X server shows at a point of the window.
+    static uint32_t Pixel(RuntimeObject *w, int x, int y) {
+        GdkPixbuf *p =
+            gdk_pixbuf_get_from_drawable(nullptr, Fixed(w)->window, nullptr, x, y, 0, 0, 1, 1);
+        if (!p)
+            return 0xdeadbeef;
+        const guchar *px = gdk_pixbuf_get_pixels(p);
+        uint32_t rgb = (px[0] << 16) | (px[1] << 8) | px[2];
+        g_object_unref(p);
+        return rgb;
+    }
+
+    // Runs the loop for `ms`, and past that until every event the X server
+    // has sent so far is handled: on a loaded machine the time alone may
+    // pass before a click that xdotool has already made arrives.
     void Settle(int ms) {
         guint wake = g_timeout_add(
             5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
@@ -154,6 +175,9 @@ protected:
             MainLoopStep(true);
             gdk_flush();
         }
+        gdk_flush(); // a round trip: what the server sent before it is queued here
+        for (int i = 0; i < 1000 && gtk_events_pending(); ++i)
+            MainLoopStep(true);
         g_source_remove(wake);
     }
 
@@ -184,5 +208,25 @@ private:
             CreateStep()(self);
     }
 };
+
+inline RuntimeObject *ControlFixture::Add(RuntimeObject *view, const char *base, const char *name,
+                                          const std::function<void(MassData &)> &properties,
+                                          std::initializer_list<Handler> handlers) {
+    RuntimeClass *klass = MakeSubclass(base, name);
+    EXPECT_NE(klass, nullptr) << base;
+    for (const Handler &h : handlers)
+        EXPECT_TRUE(SetEventHandler(klass, h.first, h.second)) << name << " " << h.first;
+    RuntimeObject *control = RuntimeNewObject(klass);
+    MassData data(klass);
+    properties(data);
+    KelpString bytes = data.Make();
+    RuntimeMassPropertySetter(control, bytes);
+    objtext::Release(bytes);
+    KelpString key = MakeText(name);
+    WindowAddControl(view, key, control);
+    objtext::Release(key);
+    RuntimeUnlockObject(control); // the window's map holds it
+    return control;
+}
 
 } // namespace kelp::test

@@ -107,12 +107,18 @@ TEST_F(MassPropertiesTest, EveryTypeLetterReadsItsWidthAndTheNextRecordFollows) 
     EXPECT_EQ(P()->text->encoding, kEncodingUTF8);
     EXPECT_EQ(P()->seenSelector, 7) << "a code setter gets the row's parameter";
     EXPECT_EQ(P()->seenValue, 99);
-}
-
-TEST_F(MassPropertiesTest, RecordsApplyInOrderAndAnEmptyTextStoresTheEmptyString) {
-    Apply(Data().Text("Text", "first").Int("Coded", 1).Int("Coded", 2).Text("Text", "").Bytes());
+    // Records apply in order; an empty text stores the empty string.
+    gSetterLog.clear();
+    Apply(Data().Int("Coded", 1).Int("Coded", 2).Text("Text", "").Bytes());
     EXPECT_EQ(gSetterLog, (std::vector<std::string>{"7=1", "7=2"}));
     EXPECT_EQ(P()->text, nullptr) << "the empty string";
+    // Nil object or data does nothing.
+    KelpString data = objtext::Make(Data().Int("Number", 3).Bytes());
+    RuntimeMassPropertySetter(nullptr, data);
+    RuntimeMassPropertySetter(mObject, nullptr);
+    objtext::Release(data);
+    EXPECT_EQ(P()->number, -70000);
+    EXPECT_TRUE(reports.Reports().empty());
 }
 
 TEST_F(MassPropertiesTest, DamagedDataStopsWithItsReportAndAppliesNothingAfter) {
@@ -155,16 +161,6 @@ TEST_F(MassPropertiesTest, DamagedDataStopsWithItsReportAndAppliesNothingAfter) 
         EXPECT_EQ(P()->flag, 0) << c.what << ": nothing after the fault is applied";
         EXPECT_EQ(P()->text, nullptr) << c.what;
     }
-}
-
-TEST_F(MassPropertiesTest, NilObjectOrDataDoesNothing) {
-    ReportRecorder reports;
-    KelpString data = objtext::Make(Data().Int("Number", 3).Bytes());
-    RuntimeMassPropertySetter(nullptr, data);
-    RuntimeMassPropertySetter(mObject, nullptr);
-    objtext::Release(data);
-    EXPECT_EQ(P()->number, 0);
-    EXPECT_TRUE(reports.Reports().empty());
 }
 
 } // namespace

@@ -3,28 +3,8 @@
 // of range raise the language's exception.
 #include "control_fixture.h"
 
-#include "kelp/exceptions.h"
-
 namespace kelp::test {
 namespace {
-
-MassData &Box(MassData &m, int left, int top, int width, int height) {
-    return m.Int("Left", left).Int("Top", top).Int("Width", width).Int("Height", height);
-}
-void *H(auto fn) { return reinterpret_cast<void *>(fn); }
-void LogChange(RuntimeObject *me) { Events().push_back("Change " + NameOf(me)); }
-
-// Runs `act` as compiled code would, inside a handler region, and gives the
-// class name of the exception it left pending, or "".
-std::string Raised(const std::function<void()> &act) {
-    RuntimeEnterHandlerRegion();
-    act();
-    RuntimeObject *e = RuntimeTakeException();
-    RuntimeLeaveHandlerRegion();
-    std::string name = e ? std::string(objtext::View(e->klass->name)) : "";
-    RuntimeUnlockObject(e);
-    return name;
-}
 
 class PanelsTest : public ControlFixture {
 protected:

@@ -7,26 +7,9 @@
 namespace kelp::test {
 namespace {
 
-MassData &Box(MassData &m, int left, int top, int width, int height) {
-    return m.Int("Left", left).Int("Top", top).Int("Width", width).Int("Height", height);
-}
-void *H(auto fn) { return reinterpret_cast<void *>(fn); }
 void LogValueChanged(RuntimeObject *me) { Events().push_back("ValueChanged " + NameOf(me)); }
 
-class ShapesAndRangesTest : public ControlFixture {
-protected:
-    // The colour the X server shows at a point of the window.
-    uint32_t Pixel(RuntimeObject *w, int x, int y) {
-        GdkPixbuf *p =
-            gdk_pixbuf_get_from_drawable(nullptr, Fixed(w)->window, nullptr, x, y, 0, 0, 1, 1);
-        if (!p)
-            return 0xdeadbeef;
-        const guchar *px = gdk_pixbuf_get_pixels(p);
-        uint32_t rgb = (px[0] << 16) | (px[1] << 8) | px[2];
-        g_object_unref(p);
-        return rgb;
-    }
-};
+using ShapesAndRangesTest = ControlFixture;
 
 TEST_F(ShapesAndRangesTest, ShapesPaintTheirColoursAndStackInLayoutOrder) {
     RuntimeObject *w = MakeWindow(300, 200, [](RuntimeObject *view) {

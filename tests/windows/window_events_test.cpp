@@ -24,6 +24,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -175,15 +176,32 @@ TEST_F(WindowEventsTest, FocusMovingBetweenWindowsActivatesAndDeactivates) {
     test::SetEventHandler(mKlass, "Deactivate", reinterpret_cast<void *>(&OnDeactivate));
     RuntimeObject *a = RuntimeNewObject(mKlass);
     RuntimeObject *b = RuntimeNewObject(mKlass);
-    Settle(100);
+    // A loaded machine maps windows and moves the focus late: wait for
+    // each (boundedly), so that a late event fails the test, not a fixed
+    // sleep, and a missing one is a failure, not a crash.
+    auto settleUntil = [this](const std::function<bool()> &done) {
+        for (int i = 0; i < 300 && !done(); ++i)
+            Settle(10);
+    };
+    auto gdkOf = [](RuntimeObject *w) { return View(w)->pane->GtkWin()->window; };
+    auto viewable = [&] {
+        return gdkOf(a) && gdkOf(b) && gdk_window_is_viewable(gdkOf(a)) &&
+               gdk_window_is_viewable(gdkOf(b));
+    };
+    settleUntil(viewable);
+    ASSERT_TRUE(viewable());
+    GdkWindow *aw = gdkOf(a), *bw = gdkOf(b);
+    settleUntil([&] { return !gEvents.empty(); }); // a window may take the focus as it maps
     // No window manager runs: give the input focus the way one would.
-    gdk_window_focus(View(a)->pane->GtkWin()->window, GDK_CURRENT_TIME);
-    Settle(60);
+    gEvents.clear();
+    gdk_window_focus(aw, GDK_CURRENT_TIME);
+    settleUntil([&] { return FrontWindow() == View(a)->pane && !gEvents.empty(); });
+    ASSERT_FALSE(gEvents.empty());
     EXPECT_EQ(gEvents.back(), "Activate");
     EXPECT_EQ(FrontWindow(), View(a)->pane);
     gEvents.clear();
-    gdk_window_focus(View(b)->pane->GtkWin()->window, GDK_CURRENT_TIME);
-    Settle(60);
+    gdk_window_focus(bw, GDK_CURRENT_TIME);
+    settleUntil([&] { return gEvents.size() >= 2; });
     EXPECT_EQ(gEvents, (std::vector<std::string>{"Deactivate", "Activate"}));
     EXPECT_EQ(FrontWindow(), View(b)->pane);
     RuntimeCloseWindow(a);

@@ -1,0 +1,34 @@
+#pragma once
+// The receivers of a control's action: objects of the language that
+// implement actionNotificationReceiver and are told, through PerformAction,
+// each time the control acts.  A list is linked, newest first, and holds a
+// reference on each receiver.
+#include "kelp/records.h"
+
+namespace kelp {
+
+struct ObjectDefinition;
+
+struct ReceiverLink {
+    ReceiverLink *next;
+    RuntimeObject *receiver; // counted
+};
+
+// Adds the receiver in front; nil, or an object that isn't a receiver, is
+// left out.  A receiver added twice is told twice, as it asked.
+void AddReceiver(ReceiverLink *&list, RuntimeObject *receiver);
+// Takes the receiver's newest entry out; one not in the list is ignored.
+void RemoveReceiver(ReceiverLink *&list, RuntimeObject *receiver);
+void ClearReceivers(ReceiverLink *&list);
+// Calls PerformAction on every receiver, newest first.  The walk is over a
+// copy, so a receiver may add or remove receivers, or close the control.
+void PerformActions(const ReceiverLink *list);
+
+// The object getBoundPart gives for "getCheckedAction" (checked true) and
+// "getUncheckedAction" of a radio button or check box: an actionSource
+// whose receivers hear that side of the control's changes.
+RuntimeObject *NewBoundPart(RuntimeObject *control, bool checked, bool radio);
+ObjectDefinition *RadioButtonActionDefinition();
+ObjectDefinition *CheckBoxActionDefinition();
+
+} // namespace kelp

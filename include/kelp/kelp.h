@@ -35,5 +35,7 @@
 #include "kelp/files.h"
 #include "kelp/pictures.h"
 #include "kelp/streams.h"
+/* Menus */
+#include "kelp/menus.h"
 
 #endif

@@ -41,6 +41,8 @@ const RelocEntry kRows[] = {
 #include "stream_classes/exports.inc"
 // Controls
 #include "controls/exports.inc"
+// Menus
+#include "menus/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

@@ -37,6 +37,7 @@
 #include "kelp/random.h"
 
 #include "controls/wiring.h"
+#include "menus/wiring.h"
 
 namespace kelp {
 namespace {
@@ -73,6 +74,7 @@ const WiringStep kWiringTable[] = {
     {"windows: the Window classes; the run loop's window client", &WireWindows},
     {"cursors: the cursor, screen and tray item classes", &WireCursors},
     {"controls: the control classes; the window's hooks for its controls", &WireControls},
+    {"menus: the menu classes; the windows' bars, key offer and contextual menus", &WireMenus},
     {"dialogs: the dialog that presents assertion reports", &WireDialogs},
     {"app: the Application classes; the run loop's application client; the "
      "standard handler of unhandled exceptions",

@@ -105,6 +105,12 @@ int32_t MDIWindowHandleGetter(RuntimeObject *self, int32_t parameter);
 void MDIWindowMaximize(RuntimeObject *self);
 void MDIWindowMinimize(RuntimeObject *self);
 void MDIWindowRestore(RuntimeObject *self);
+void MDIWindowDestructor(RuntimeObject *self);
+/* Left, Top, Width, Height: the parameter is the field's offset. */
+int32_t MDIWindowPosGetter(RuntimeObject *self, int32_t parameter);
+void MDIWindowPosSetter(RuntimeObject *self, int32_t parameter, int32_t value);
+uint8_t MDIWindowVisibleGetter(RuntimeObject *self, int32_t parameter);
+void MDIWindowVisibleSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
 
 /* Windows open now. */
 int32_t getWindowCount(void);

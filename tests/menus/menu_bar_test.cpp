@@ -237,6 +237,24 @@ TEST_F(MenuFixture, LookupsAndBadArguments) {
     RuntimeLeaveHandlerRegion();
     EXPECT_EQ(RuntimeMenuItemCount(Bar().bar), 2);
     EXPECT_EQ(RuntimeMenuItemCount(Bar().file), 2);
+
+    // A new member of the InfoHelp array goes behind its group with the
+    // next index; _Swap puts an item in the place of a named one.
+    RuntimeObject *more = RuntimeNewObject(RuntimeLookupClass(Lit("MenuItem")));
+    RuntimeMenuItemNameSetter(more, 0, Lit("InfoAbout"));
+    RuntimeMenuItemIndexSetter(Bar().about, 0, 0);
+    MenuBarInstallClone(Bar().bar, more);
+    EXPECT_EQ(RuntimeMenuItemIndexGetter(more, 0), 1);
+    ASSERT_EQ(RuntimeMenuItemCount(Bar().info), 3);
+    found = RuntimeMenuItemItem(Bar().info, 1);
+    EXPECT_EQ(found, more);
+    RuntimeUnlockObject(found);
+    RuntimeMenuItemSwap(Bar().info, Lit("InfoHelp"), Bar().endRound);
+    found = RuntimeMenuItemItem(Bar().info, 2);
+    EXPECT_EQ(found, Bar().endRound);
+    RuntimeUnlockObject(found);
+    EXPECT_EQ(RuntimeMenuItemCount(Bar().file), 2) << "an item may stand in two menus";
+    RuntimeUnlockObject(more);
 }
 
 } // namespace

@@ -1,8 +1,9 @@
-// Contextual menus on a real window: a right click through the X server on
-// a button and on the window's own ground builds the menu in the events of
-// the control or the view, the person picks an entry with the keyboard
-// while the menu holds the grab, and the hit item comes back to the same
-// chain.  A ContextualMenu control's rows do the same from Open.
+// Menus on a window of controls.  A right click through the X server on a
+// button and on the window's own ground builds the contextual menu in the
+// events of the control or the view, the person picks an entry with the
+// keyboard while the menu holds the grab, and the hit item comes back to
+// the same chain; a ContextualMenu control's rows do the same from Open.
+// A shortcut reaches the focused control's handler before the window's.
 #include "controls/control_fixture.h"
 
 #include "support/class_kit.h"
@@ -116,6 +117,75 @@ TEST_F(ContextualTest, AContextualMenuControlTellsItsActionTheChosenRow) {
     contextualMenuOpen(menu); // no rows: nothing opens, nothing waits
     EXPECT_EQ(Events().size(), 1u);
     RuntimeUnlockObject(menu);
+}
+
+bool gControlTakes = true;
+uint8_t ControlCopy(RuntimeObject *me, int32_t) {
+    Events().push_back("Control " + NameOf(me));
+    return gControlTakes;
+}
+uint8_t WindowCopy(RuntimeObject *, int32_t) {
+    Events().push_back("Window");
+    return 1;
+}
+uint8_t TakeKey(RuntimeObject *, KelpString key) {
+    Events().push_back(std::string("KeyDown ") + TextOf(key));
+    return 1;
+}
+
+// A bar given to a built window, whose Copy item only the focused button's
+// handler (or the window's, after it) enables and takes.
+TEST_F(ContextualTest, AShortcutGoesToTheFocusedControlBeforeTheWindow) {
+    RuntimeObject *w =
+        MakeWindow(300, 150,
+                   [](RuntimeObject *view) {
+                       for (const char *name : {"Press", "Other"})
+                           Add(view, "PushButton", name, [name](MassData &m) {
+                               m.Int("Left", name[0] == 'P' ? 20 : 150).Int("Top", 20);
+                               m.Int("Width", 100).Int("Height", 30).Text("Caption", name);
+                           });
+                   },
+                   {{"KeyDown", reinterpret_cast<void *>(&TakeKey)}});
+    RuntimeObject *bar = RuntimeNewObject(RuntimeLookupClass(Lit("MenuBar")));
+    RuntimeObject *edit = RuntimeNewObject(RuntimeLookupClass(Lit("MenuItem")));
+    RuntimeObject *copy = RuntimeNewObject(RuntimeLookupClass(Lit("MenuItem")));
+    RuntimeMenuItemTextSetter(edit, 0, Lit("Edit"));
+    RuntimeMenuItemNameSetter(copy, 0, Lit("EditCopy"));
+    RuntimeMenuItemTextSetter(copy, 0, Lit("Copy"));
+    RuntimeMenuItemCommandKeySetter(copy, 0, Lit("Ctrl+C"));
+    RuntimeMenuItemAppend(edit, copy);
+    RuntimeMenuItemAppend(bar, edit);
+    const int before = View(w)->pane->height;
+    WindowMenuBarSetter(w, 0, bar);
+    Settle(150);
+    EXPECT_GT(MenuBarHeight(View(w)->pane), 0);
+    EXPECT_EQ(View(w)->pane->height, before) << "the content keeps its size";
+    ControlAddMenuHandler(Find(w, "Press"), Lit("EditCopy"),
+                          reinterpret_cast<void *>(&ControlCopy));
+    Focus(w);
+    struct Case {
+        const char *focus;
+        bool controlTakes;
+        std::vector<std::string> events;
+    } cases[] = {
+        {"Other", true, {"KeyDown c"}}, // nobody has Copy enabled: the key goes on
+        {"Press", true, {"Control Press"}},
+        {"Press", false, {"Control Press", "Window"}},
+    };
+    for (const Case &c : cases) {
+        RuntimeSetFocus(Find(w, c.focus));
+        if (c.controlTakes == false)
+            WindowAddMenuHandler(w, Lit("EditCopy"), reinterpret_cast<void *>(&WindowCopy));
+        gControlTakes = c.controlTakes;
+        Events().clear();
+        Key("ctrl+c");
+        EXPECT_EQ(Events(), c.events) << c.focus << " " << c.controlTakes;
+    }
+    WindowMenuBarSetter(w, 0, nullptr);
+    Settle(100);
+    EXPECT_EQ(MenuBarHeight(View(w)->pane), 0);
+    for (RuntimeObject *o : {copy, edit, bar})
+        RuntimeUnlockObject(o);
 }
 
 } // namespace

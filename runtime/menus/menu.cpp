@@ -62,6 +62,12 @@ gboolean OnItemExpose(GtkWidget *widget, GdkEventExpose *event, gpointer data) {
     return TRUE;
 }
 
+// The window's key handler searches the shortcuts itself and says when it
+// took one; the toolkit shows them beside the items but never chooses an
+// item by its accelerator, which would choose it a second time, or choose
+// an item of another window's bar.
+gboolean NeverByAccelerator(GtkWidget *, guint, gpointer) { return FALSE; }
+
 PopupCallback RootPopupCallback(XMenuGTK *item) {
     for (XMenuGTK *at = item; at; at = at->GetOwner())
         if (at->GetPopupCallback())
@@ -184,6 +190,7 @@ void XMenuGTK::DestroyWidgets() {
 void XMenuGTK::ConnectItemSignals() {
     g_signal_connect(mItemWidget, "activate", G_CALLBACK(OnActivate), this);
     g_signal_connect(mItemWidget, "expose-event", G_CALLBACK(OnItemExpose), this);
+    g_signal_connect(mItemWidget, "can-activate-accel", G_CALLBACK(NeverByAccelerator), this);
 }
 
 template <typename F> void XMenuGTK::ForMasterAndClones(F each) {

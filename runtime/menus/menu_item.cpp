@@ -56,16 +56,16 @@ RuntimeObject *Counted(RuntimeObject *object) {
     return object;
 }
 
-// Breadth first over the items below `menu`: the first of that name (and
-// index, unless it is kMenuNotInArray's "any").
-RuntimeObject *Lookup(XMenuGTK *menu, std::string_view name, int32_t index, bool anyIndex) {
+// Breadth first over the items below `menu`: the first of that name and
+// index (kMenuNotInArray for an item outside any array).
+RuntimeObject *Lookup(XMenuGTK *menu, std::string_view name, int32_t index) {
     std::vector<XMenuGTK *> menus{menu};
     for (size_t i = 0; i < menus.size(); ++i)
         for (RuntimeObject *child : menus[i]->mChildren) {
             XMenuGTK *imp = MenuImpOf(child);
             if (!imp)
                 continue;
-            if (objtext::SameName(imp->mName, name) && (anyIndex || imp->mIndex == index))
+            if (objtext::SameName(imp->mName, name) && imp->mIndex == index)
                 return child;
             if (imp->HasChildren())
                 menus.push_back(imp);
@@ -446,13 +446,13 @@ extern "C" void RuntimeMenuItemRemoveByName(RuntimeObject *self, KelpString name
 
 extern "C" RuntimeObject *RuntimeMenuItemLookup(RuntimeObject *self, KelpString name) {
     IMP_OR(self, nullptr);
-    return Counted(Lookup(imp, objtext::View(name), kMenuNotInArray, false));
+    return Counted(Lookup(imp, objtext::View(name), kMenuNotInArray));
 }
 
 extern "C" RuntimeObject *RuntimeMenuItemLookupArray(RuntimeObject *self, KelpString name,
                                                      int32_t index) {
     IMP_OR(self, nullptr);
-    return Counted(Lookup(imp, objtext::View(name), index, false));
+    return Counted(Lookup(imp, objtext::View(name), index));
 }
 
 extern "C" void RuntimeMenuItemSwap(RuntimeObject *self, KelpString name, RuntimeObject *swapWith) {

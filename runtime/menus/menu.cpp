@@ -1,6 +1,9 @@
 #include "menus/menu.h"
 
+#include "menus/classes.h"
+
 #include "base/ascii.h"
+#include "objects/definitions.h"
 #include "windows/window.h"
 
 #include "kelp/objects.h"
@@ -132,8 +135,11 @@ std::string MnemonicLabel(std::string_view text) {
 const std::vector<AccelRow> &AcceleratorTable() { return gAccelTable; }
 
 XMenuGTK *MenuImpOf(RuntimeObject *item) {
-    return item ? static_cast<XMenuGTK *>(reinterpret_cast<RuntimeMenuItem *>(item)->mImp)
-                : nullptr;
+    // A property of type MenuBar may have been given any object at all.
+    static RuntimeClass *menuItem = ClassForDefinition(MenuItemDefinition());
+    if (!item || !RuntimeObjectIsa(item, menuItem))
+        return nullptr;
+    return static_cast<XMenuGTK *>(reinterpret_cast<RuntimeMenuItem *>(item)->mImp);
 }
 
 // ------------------------------------------------------------- Menu

@@ -146,7 +146,8 @@ private:
     GtkWidget *mBarWidget = nullptr, *mMenuWidget = nullptr, *mItemWidget = nullptr;
 };
 
-// The implementation of a MenuItem object (its master), or null.
+// The implementation of a MenuItem object (its master); null for null or an
+// object of another class.
 XMenuGTK *MenuImpOf(RuntimeObject *item);
 
 // Modifiers of a command key as toolkit masks: 0 for an empty key, else

@@ -255,6 +255,14 @@ TEST_F(MenuFixture, LookupsAndBadArguments) {
     RuntimeUnlockObject(found);
     EXPECT_EQ(RuntimeMenuItemCount(Bar().file), 2) << "an item may stand in two menus";
     RuntimeUnlockObject(more);
+
+    // A bar that is no menu at all: windows show none, and nothing breaks.
+    AppMenuBarSetter(mApp, 0, mApp);
+    RuntimeObject *w = MakeWindow("No bar");
+    EXPECT_EQ(BarOf(w), nullptr);
+    EXPECT_EQ(MenuBarHeight(Pane(w)), 0);
+    enableMenuItems();
+    AppMenuBarSetter(mApp, 0, nullptr);
 }
 
 } // namespace

@@ -42,5 +42,7 @@
 #include "kelp/edit_fields.h"
 
 #include "kelp/plugin.h"
+/* Menus */
+#include "kelp/menus.h"
 
 #endif

@@ -246,6 +246,15 @@ typedef struct RuntimeControl {
 
 #define KELP_NOT_IN_ARRAY ((int32_t)0x80000000u)
 
+/* ---------------------------------------------------------------- menus */
+
+/* MenuItem and its subclasses (MenuBar, QuitMenuItem, ...): one field, the
+ * runtime's implementation of the item, made by the initialiser. */
+typedef struct RuntimeMenuItem {
+    RuntimeObject object;
+    void *mImp; /* the item's master implementation; never null while alive */
+} RuntimeMenuItem;
+
 #ifdef __cplusplus
 } /* extern "C" */
 #define KELP_STATIC_ASSERT static_assert
@@ -413,5 +422,7 @@ KELP_STATIC_ASSERT(offsetof(RuntimeControl, disabledBalloonHelp) == 136,
 KELP_STATIC_ASSERT(offsetof(RuntimeControl, helpTag) == 144, "Control.HelpTag");
 KELP_STATIC_ASSERT(offsetof(RuntimeControl, menuHandlers) == 152, "Control.mMenuHandlers");
 KELP_STATIC_ASSERT(sizeof(RuntimeControl) == 160, "RuntimeControl size");
+KELP_STATIC_ASSERT(offsetof(RuntimeMenuItem, mImp) == 48, "MenuItem.mImp");
+KELP_STATIC_ASSERT(sizeof(RuntimeMenuItem) == 56, "RuntimeMenuItem size");
 
 #endif /* KELP_RECORDS_H */

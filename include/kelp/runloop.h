@@ -78,6 +78,9 @@ void appMouseCursorSetter(RuntimeObject *self, int32_t parameter, RuntimeObject 
  * with a new reference. */
 RuntimeObject *AppMenuBarGetter(RuntimeObject *self, int32_t parameter);
 void AppMenuBarSetter(RuntimeObject *self, int32_t parameter, RuntimeObject *menuBar);
+/* Stores `Boolean handler(app, index)` under a menu item's Name; nil code
+ * does nothing, a nil self or name is a failed assertion. */
+void ApplicationAddMenuHandler(RuntimeObject *self, KelpString name, void *code);
 
 /* Application._CurrentEventTime: the toolkit's current event time in ticks. */
 int32_t AppGetCurrentEventTime(RuntimeObject *self, int32_t unused);

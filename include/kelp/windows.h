@@ -74,6 +74,17 @@ void windowLiveResizeSetter(RuntimeObject *self, int32_t parameter, uint8_t valu
 uint8_t windowFullScreenGetter(RuntimeObject *self, int32_t parameter);
 void windowFullScreenSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
 
+/* Menus of a window.  _AddMenuHandler stores `Boolean handler(window,
+ * index)` under a menu item's Name (nil code does nothing).  MenuBar takes
+ * a counted reference; a window already built shows the new bar at once.
+ * MenuBarVisible shows or hides the bar now if the window is in front,
+ * else when it comes to the front. */
+void WindowAddMenuHandler(RuntimeObject *self, KelpString name, void *code);
+RuntimeObject *WindowMenuBarGetter(RuntimeObject *self, int32_t parameter);
+void WindowMenuBarSetter(RuntimeObject *self, int32_t parameter, RuntimeObject *bar);
+uint8_t windowMenusVisibleGetter(RuntimeObject *self, int32_t parameter);
+void windowMenusVisibleSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
+
 /* The toolkit's maximize and iconify of the window, and their undoing. */
 void WindowMaximize(RuntimeObject *self);
 void WindowMinimize(RuntimeObject *self);
@@ -94,6 +105,12 @@ int32_t MDIWindowHandleGetter(RuntimeObject *self, int32_t parameter);
 void MDIWindowMaximize(RuntimeObject *self);
 void MDIWindowMinimize(RuntimeObject *self);
 void MDIWindowRestore(RuntimeObject *self);
+void MDIWindowDestructor(RuntimeObject *self);
+/* Left, Top, Width, Height: the parameter is the field's offset. */
+int32_t MDIWindowPosGetter(RuntimeObject *self, int32_t parameter);
+void MDIWindowPosSetter(RuntimeObject *self, int32_t parameter, int32_t value);
+uint8_t MDIWindowVisibleGetter(RuntimeObject *self, int32_t parameter);
+void MDIWindowVisibleSetter(RuntimeObject *self, int32_t parameter, uint8_t value);
 
 /* Windows open now. */
 int32_t getWindowCount(void);

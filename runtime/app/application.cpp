@@ -2,8 +2,11 @@
 // RuntimeRegisterAppObject, the quit sequence and the pollable objects.
 #include "app/application.h"
 
+#include "base/fatal_report.h"
 #include "exceptions/call_event.h"
 #include "exceptions/raise.h"
+#include "menus/classes.h"
+#include "menus/dispatch.h"
 #include "objects/definitions.h"
 #include "objects/object_model.h"
 #include "process/process_state.h"
@@ -11,6 +14,7 @@
 #include "runloop/main_loop.h"
 #include "runloop/pollable.h"
 #include "windows/mdi_window.h"
+#include "windows/menu_handlers.h"
 #include "windows/runtime_view.h"
 
 #include "kelp/objects.h"
@@ -152,6 +156,7 @@ ObjectDefinition *PollableInterfaceDefinition() {
 }
 
 const TypeRecord kMDIWindowType{kTypeObjectOf, nullptr, nullptr, 0, &MDIWindowDefinition};
+const TypeRecord kMenuBarType{kTypeObjectOf, nullptr, nullptr, 0, &MenuBarDefinition};
 
 ObjectDefinition *ApplicationDefinition() {
     static const PropertyRow properties[] = {
@@ -162,6 +167,8 @@ ObjectDefinition *ApplicationDefinition() {
         {0, "MDIWindow", &kMDIWindowType, KELP_ENTRY(objGetter), KELP_ENTRY(objSetter),
          offsetof(ApplicationRecord, mdiWindow)},
         {0, "_CurrentEventTime", &kTypeInteger, KELP_ENTRY(AppGetCurrentEventTime), {}, -9},
+        {0, "MenuBar", &kMenuBarType, KELP_ENTRY(AppMenuBarGetter), KELP_ENTRY(AppMenuBarSetter),
+         offsetof(ApplicationRecord, menuBar)},
         // The version block of the image, read-only; the parameter selects
         // the field.
         {0, "MajorVersion", &kTypeInteger, KELP_ENTRY(AppIntegerVersionStuffGetter), {}, 0},
@@ -181,6 +188,7 @@ ObjectDefinition *ApplicationDefinition() {
     static const ParameterRow doEventsParams[] = {{"milliseconds", &kTypeInteger, "-1"}};
     static const ParameterRow sleepParams[] = {{"milliseconds", &kTypeInteger}};
     static const ParameterRow objectParams[] = {{"item", &kTypePtr}};
+    static const ParameterRow menuParams[] = {{"name", &kTypeString}, {"handler", &kTypePtr}};
     static const MethodRow methods[] = {
         {"DoEvents", nullptr, doEventsParams, 1, KELP_ENTRY(RuntimeDoEvents)},
         {"NewDocument", nullptr, nullptr, 0, KELP_ENTRY(ApplicationNewDocument)},
@@ -189,6 +197,7 @@ ObjectDefinition *ApplicationDefinition() {
          KELP_ENTRY(ApplicationRemovePollableObject)},
         {"SleepCurrentThread", nullptr, sleepParams, 1, KELP_ENTRY(AppSleepCurrentThread)},
         {"Quit", nullptr, nullptr, 0, KELP_ENTRY(KP_ApplicationQuit)},
+        {"_AddMenuHandler", nullptr, menuParams, 2, KELP_ENTRY(ApplicationAddMenuHandler)},
     };
     static const EventRow events[] = {
         {"Open", "", nullptr, &gOpen},
@@ -269,6 +278,26 @@ bool FireApplicationUnhandledException(RuntimeObject *exception) {
 
 bool InUnhandledExceptionEvent() { return gInUnhandledEvent; }
 
+ApplicationMenuClient MenusApplicationClient() {
+    ApplicationMenuClient client;
+    client.menuBar = []() -> RuntimeObject * {
+        RuntimeObject *app = ApplicationObject();
+        return app ? Record(app)->menuBar : nullptr;
+    };
+    client.handler = [](std::string_view name) -> void * {
+        RuntimeObject *app = ApplicationObject();
+        return app ? FindMenuHandler(Record(app)->menuHandlers, name) : nullptr;
+    };
+    client.enableMenuItems = []() {
+        if (RuntimeObject *app = ApplicationObject())
+            FireSimple(app, gEnableMenuItems);
+    };
+    // Chosen from a toolkit signal, not from compiled code: the run ends by
+    // its quit flag, with no EndException left pending in the signal.
+    client.quit = []() { ApplicationQuit(nullptr, 0); };
+    return client;
+}
+
 ApplicationLoopClient RunLoopApplicationClient() {
     ApplicationLoopClient client;
     client.autoQuitOn = &AutoQuitOfRegisteredApplication;
@@ -339,6 +368,7 @@ extern "C" void ApplicationFinalizer(RuntimeObject *object) {
             delete poller;
         delete pollers;
     }
+    FreeMenuHandlers(record->menuHandlers);
     RuntimeUnlockObject(record->mouseCursor);
     RuntimeUnlockObject(record->mdiWindow);
     RuntimeUnlockObject(record->menuBar);
@@ -473,4 +503,13 @@ extern "C" RuntimeObject *AppMenuBarGetter(RuntimeObject *self, int32_t) {
 extern "C" void AppMenuBarSetter(RuntimeObject *self, int32_t, RuntimeObject *menuBar) {
     if (RuntimeObject *app = AppOf(self))
         SwapCounted(Record(app)->menuBar, menuBar);
+}
+
+extern "C" void ApplicationAddMenuHandler(RuntimeObject *self, KelpString name, void *code) {
+    if (!code)
+        return;
+    KELP_ASSERT(self, "application", "self");
+    KELP_ASSERT(name, "application", "name");
+    if (self && name)
+        AddMenuHandler(Record(self)->menuHandlers, name, code);
 }

@@ -21,7 +21,8 @@ struct ApplicationRecord {
     uint8_t balloonHelpVisible;
     uint8_t closingApplication; // set while the quit sequence runs
     uint8_t reserved;
-    void *pollers; // the RuntimeObjectPoll wrappers it owns
+    void *pollers;      // the RuntimeObjectPoll wrappers it owns
+    void *menuHandlers; // _AddMenuHandler's map, made on first use
 };
 
 ObjectDefinition *ApplicationDefinition();
@@ -50,6 +51,10 @@ void SetDocumentItemMaker(DocumentItemMaker maker);
 bool FireApplicationUnhandledException(RuntimeObject *exception);
 // True while that event runs.
 bool InUnhandledExceptionEvent();
+
+// What the menus ask of the application, for the Wire function.
+struct ApplicationMenuClient;
+ApplicationMenuClient MenusApplicationClient();
 
 // What the run loop asks of the application, for the Wire function.
 struct ApplicationLoopClient;

@@ -4,6 +4,7 @@
 #include "app/function_rows.h"
 #include "app/unhandled_exceptions.h"
 #include "exceptions/unhandled.h"
+#include "menus/dispatch.h"
 #include "objects/definitions.h"
 #include "runloop/main_loop.h"
 
@@ -16,6 +17,7 @@ void WireApp() {
     AddIntrinsicClassAccessor(&ServiceApplicationDefinition);
     AddIntrinsicFunctions(ApplicationFunctionRows());
     SetApplicationLoopClient(RunLoopApplicationClient());
+    SetApplicationMenuClient(MenusApplicationClient());
     SetUnhandledHandler(&StandardUnhandledHandler);
 }
 

@@ -9,6 +9,7 @@
 #include "objects/definitions.h"
 #include "objects/object_model.h"
 #include "objects/text.h"
+#include "windows/menu_handlers.h"
 
 #include "kelp/controls.h"
 #include "kelp/objects.h"
@@ -203,8 +204,7 @@ extern "C" void RuntimeControlFinalizer(RuntimeObject *self) {
     RuntimeUnlockObject(c->mouseCursor);
     c->name = c->balloonHelp = c->disabledBalloonHelp = c->helpTag = nullptr;
     c->mouseCursor = nullptr;
-    delete static_cast<std::vector<std::pair<std::string, void *>> *>(c->menuHandlers);
-    c->menuHandlers = nullptr;
+    FreeMenuHandlers(c->menuHandlers);
 }
 
 extern "C" int32_t ctlPosGetter(RuntimeObject *self, int32_t selector) {
@@ -403,24 +403,16 @@ extern "C" void RuntimeSetFocus(RuntimeObject *self) {
 }
 
 extern "C" void ControlAddMenuHandler(RuntimeObject *self, KelpString name, void *code) {
-    if (!self || !code)
-        return;
-    using Handlers = std::vector<std::pair<std::string, void *>>;
-    auto *&handlers = reinterpret_cast<Handlers *&>(Ctl(self)->menuHandlers);
-    if (!handlers)
-        handlers = new Handlers();
-    std::string key(objtext::View(name));
-    for (auto &row : *handlers)
-        if (objtext::SameName(row.first, key)) {
-            row.second = code;
-            return;
-        }
-    handlers->emplace_back(key, code);
+    if (self)
+        AddMenuHandler(Ctl(self)->menuHandlers, name, code);
 }
 
 // ------------------------------------------------------------- classes
 
 namespace kelp {
+
+ObjectHook *ConstructContextualMenuHook() { return gConstructContextualMenu; }
+ObjectHook *ContextualMenuActionHook() { return gContextualMenuAction; }
 
 ObjectDefinition *ControlDefinition() {
     static const PropertyRow properties[] = {

@@ -32,6 +32,9 @@ ObjectDefinition *RectControlDefinition();
 ObjectHook *CreatePaneHook();
 ObjectHook *OpenHook();
 ObjectHook *CloseHook();
+// The contextual menu's events of RectControl, which the menus fire.
+ObjectHook *ConstructContextualMenuHook();
+ObjectHook *ContextualMenuActionHook();
 
 // A pane bound to a control.  It holds one reference on the control from
 // binding until the pane is destroyed, so a handler that closes its own

@@ -47,6 +47,8 @@ const RelocEntry kRows[] = {
 #include "canvas/exports.inc"
 // Plug-ins
 #include "plugins/exports.inc"
+// Menus
+#include "menus/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

@@ -37,6 +37,7 @@
 #include "kelp/random.h"
 
 #include "controls/wiring.h"
+#include "menus/wiring.h"
 
 // Edit fields and styled text
 #include "edit_fields/wiring.h"
@@ -78,6 +79,7 @@ const WiringStep kWiringTable[] = {
     {"windows: the Window classes; the run loop's window client", &WireWindows},
     {"cursors: the cursor, screen and tray item classes", &WireCursors},
     {"controls: the control classes; the window's hooks for its controls", &WireControls},
+    {"menus: the menu classes; the windows' bars, key offer and contextual menus", &WireMenus},
     {"canvas: the Canvas, DragItem and Clipboard classes", &WireCanvas},
     {"plugins: loading at the end of the class set-up; plug-in classes by name", &WirePlugins},
     {"dialogs: the dialog that presents assertion reports", &WireDialogs},

@@ -286,6 +286,15 @@ void SubPane::Invalidate(bool) {
 
 bool SubPane::MouseDown(int32_t, int32_t, int32_t) { return false; }
 
+void SubPane::EnableMenuItems() {
+    if (mParent)
+        mParent->EnableMenuItems();
+}
+
+bool SubPane::MenuSelected(RuntimeObject *item) {
+    return mParent ? mParent->MenuSelected(item) : false;
+}
+
 bool SubPane::ContextualClick(int32_t x, int32_t y, int32_t modifiers) {
     for (size_t i = mChildren.size(); i-- > 0;) {
         if (i >= mChildren.size())

@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <vector>
 
+struct RuntimeObject;
+
 namespace kelp {
 
 class Graphics;
@@ -68,6 +70,11 @@ public:
         return false;
     }
     virtual void Idle() {}
+
+    // --- menus: the focus pane hears of the enable cycle and of a chosen
+    // item first; what a pane does not take goes to its parent.
+    virtual void EnableMenuItems();
+    virtual bool MenuSelected(RuntimeObject *item);
 
     // --- tree and layout
     virtual void SetBounds(Rect rect, bool invalidate);

@@ -13,6 +13,8 @@
 #include "objects/text.h"
 #include "process/display.h"
 #include "runloop/main_loop.h"
+#include "windows/menu_bar.h"
+#include "windows/menu_handlers.h"
 
 #include "kelp/objects.h"
 #include "kelp/windows.h"
@@ -110,10 +112,20 @@ void FocusIdle() {
 int WindowCount() { return static_cast<int>(WindowList().size()); }
 
 ViewControlsClient gControls;
+ViewMenuClient gMenus;
 
 } // namespace
 
 void SetViewControlsClient(const ViewControlsClient &client) { gControls = client; }
+ObjectHook *ViewEnableMenuItemsHook() { return gEnableMenuItems; }
+ObjectHook *ViewConstructContextualMenuHook() { return gConstructContextualMenu; }
+ObjectHook *ViewContextualMenuActionHook() { return gContextualMenuAction; }
+void SetViewMenuClient(const ViewMenuClient &client) { gMenus = client; }
+
+void InstallViewMenuBar(ViewRecord *view) {
+    if (view && view->pane && gMenus.install)
+        gMenus.install(view);
+}
 
 void FireViewEvent(ViewRecord *view, ViewEvent event) {
     if (view)
@@ -230,6 +242,9 @@ void RuntimeViewWindow::Close() {
         RemoveFromImplicitTable(view);
         if (gControls.release)
             gControls.release(view);
+        if (gMenus.release)
+            gMenus.release(view);
+        FreeMenuHandlers(view->menuHandlers);
         mView = nullptr;
         if (view->pane == this)
             view->pane = nullptr;
@@ -301,8 +316,11 @@ bool RuntimeViewWindow::KeyDown(int32_t character, int32_t, int32_t) {
 
 void RuntimeViewWindow::Activate() {
     Window::Activate();
-    if (mView)
-        Fire(mView, gActivate);
+    if (!mView)
+        return;
+    // The front window decides whether the bar shows.
+    mView->menuBarVisible ? ShowMenuBar() : HideMenuBar();
+    Fire(mView, gActivate);
 }
 
 void RuntimeViewWindow::Deactivate() {
@@ -347,6 +365,7 @@ void BuildViewWindow(ViewRecord *view) {
     pane->liveResize = view->liveResize != 0;
     if (view->macProcId == kProcIdUndecorated && pane->GtkWin())
         gtk_window_set_decorated(GTK_WINDOW(pane->GtkWin()), FALSE);
+    InstallViewMenuBar(view);
     RuntimeLockObject(Obj(view)); // the events below may close the window
     if (!view->controlsCreated) {
         view->controlsCreated = 1;
@@ -448,10 +467,15 @@ ObjectDefinition *WindowDefinition() {
         {0, "MacProcId", &kTypeInteger, KELP_ENTRY(intGetter), KELP_ENTRY(intSetter),
          offsetof(ViewRecord, macProcId)},
         {0, "Graphics", &kTypePtr, KELP_ENTRY(windowGraphicsGetter), {}, -9},
+        {0, "MenuBar", &kTypePtr, KELP_ENTRY(WindowMenuBarGetter), KELP_ENTRY(WindowMenuBarSetter),
+         offsetof(ViewRecord, menuBar)},
+        {0, "MenuBarVisible", &kTypeBoolean, KELP_ENTRY(windowMenusVisibleGetter),
+         KELP_ENTRY(windowMenusVisibleSetter), offsetof(ViewRecord, menuBarVisible)},
         {0, "Handle", &kTypeInteger, KELP_ENTRY(WindowHandleGetter), {}, -9},
     };
     static const ParameterRow parentParams[] = {{"parent", &kTypePtr}};
     static const ParameterRow eraseParams[] = {{"eraseBackground", &kTypeBoolean, "True"}};
+    static const ParameterRow menuParams[] = {{"name", &kTypeString}, {"code", &kTypePtr}};
     static const MethodRow methods[] = {
         {"Show", nullptr, nullptr, 0, KELP_ENTRY(RuntimeShowWindow)},
         {"ShowModal", nullptr, nullptr, 0, KELP_ENTRY(RuntimeShowModal)},
@@ -462,6 +486,7 @@ ObjectDefinition *WindowDefinition() {
         {"Maximize", nullptr, nullptr, 0, KELP_ENTRY(WindowMaximize)},
         {"Minimize", nullptr, nullptr, 0, KELP_ENTRY(WindowMinimize)},
         {"Restore", nullptr, nullptr, 0, KELP_ENTRY(WindowRestore)},
+        {"_AddMenuHandler", nullptr, menuParams, 2, KELP_ENTRY(WindowAddMenuHandler)},
     };
     static const EventRow events[] = {
         {"Layout", "", nullptr, &gLayout},
@@ -548,6 +573,9 @@ extern "C" void RuntimeViewDestructor(RuntimeObject *self) {
     ViewRecord *view = View(self);
     if (gControls.release)
         gControls.release(view);
+    if (gMenus.release)
+        gMenus.release(view);
+    FreeMenuHandlers(view->menuHandlers);
     if (view->pane) {
         // Nothing holds the view any more, so its window goes too.
         RuntimeViewWindow *pane = view->pane;

@@ -25,9 +25,15 @@ struct ViewRecord {
     KelpString title;
     RuntimeObject *backdrop, *graphics, *mouseCursor, *menuBar; // counted
     RuntimeViewWindow *pane;
+    void *menuHandlers; // AddMenuHandler's map, made on first use
 };
 
 ObjectDefinition *WindowDefinition();
+// The view's events that the menus fire.
+struct ObjectHook;
+ObjectHook *ViewEnableMenuItemsHook();
+ObjectHook *ViewConstructContextualMenuHook();
+ObjectHook *ViewContextualMenuActionHook();
 
 class RuntimeViewWindow : public Window {
 public:
@@ -93,6 +99,17 @@ void SetViewControlsClient(const ViewControlsClient &client);
 // of its own.
 enum class ViewEvent { kOpen, kClose };
 void FireViewEvent(ViewRecord *view, ViewEvent event);
+// How a view's window gets its menu bar, filled by the menus layer's Wire
+// function: `install` puts a clone of the view's MenuBar (or of the one the
+// window takes by default) into its pane, replacing any bar it had;
+// `release` takes the bar out and frees the clone (the window closing).
+struct ViewMenuClient {
+    void (*install)(ViewRecord *view) = nullptr;
+    void (*release)(ViewRecord *view) = nullptr;
+};
+void SetViewMenuClient(const ViewMenuClient &client);
+// Puts the view's bar into its window anew (its MenuBar changed).
+void InstallViewMenuBar(ViewRecord *view);
 
 // The window-building step: makes the pane for a view that has none.
 void BuildViewWindow(ViewRecord *view);

@@ -19,6 +19,7 @@ namespace {
 std::vector<Window *> gWindows;     // newest first
 std::vector<Window *> gFrontToBack; // front first
 MenuKeyOffer gMenuKeyOffer = nullptr;
+ContextualMenuOffer gContextualMenuOffer = nullptr;
 guint32 gLastPressTime = 0;
 bool gLastPressSeen = false;
 
@@ -930,8 +931,17 @@ int32_t MenuBarHeight(const Window *window) {
     int32_t height = 0;
     for (GList *item = items; item; item = item->next) {
         auto *child = static_cast<GtkWidget *>(item->data);
-        if (GTK_IS_MENU_BAR(child) && GTK_WIDGET_VISIBLE(child))
+        if (!GTK_IS_MENU_BAR(child) || !GTK_WIDGET_VISIBLE(child))
+            continue;
+        // Until the bar is laid out its allocation means nothing; the
+        // height it asks for is the height it will get.
+        if (GTK_WIDGET_MAPPED(child) && child->allocation.height > 1) {
             height = child->allocation.height;
+        } else {
+            GtkRequisition request{};
+            gtk_widget_size_request(child, &request);
+            height = request.height;
+        }
     }
     g_list_free(items);
     return height;
@@ -962,6 +972,17 @@ void CloseAllWindows() {
 }
 
 void SetMenuKeyOffer(MenuKeyOffer offer) { gMenuKeyOffer = offer; }
+void SetContextualMenuOffer(ContextualMenuOffer offer) { gContextualMenuOffer = offer; }
+
+bool Window::ContextualClick(int32_t x, int32_t y, int32_t modifiers) {
+    if (SubPane::ContextualClick(x, y, modifiers) || closing)
+        return true;
+    return ContextualMenu(x, y);
+}
+
+bool Window::ContextualMenu(int32_t x, int32_t y) {
+    return gContextualMenuOffer && !closing && gContextualMenuOffer(this, x, y);
+}
 
 const std::vector<Window *> &WindowList() { return gWindows; }
 Window *FrontWindow() { return gFrontToBack.empty() ? nullptr : gFrontToBack.front(); }

@@ -106,11 +106,11 @@ public:
     bool KeyPress(guint keyval, int32_t code, int32_t modifiers);
     // The focus pane's keys, the window's, tab order, then the buttons.
     virtual bool KeyDownWindow(int32_t character, int32_t code, int32_t modifiers);
+    // A right click: the panes under the point first, then the window's
+    // contextual menu.
+    bool ContextualClick(int32_t x, int32_t y, int32_t modifiers) override;
     // The contextual menu at a point of the window; true when one opened.
-    virtual bool ContextualMenu(int32_t x, int32_t y) {
-        (void)x, (void)y;
-        return false;
-    }
+    virtual bool ContextualMenu(int32_t x, int32_t y);
     // The first visible, enabled pane that is the default (cancel) button.
     SubPane *FindDefaultButton();
     SubPane *FindCancelButton();
@@ -199,6 +199,10 @@ int32_t MenuBarHeight(const Window *window);
 // offer to take a key before the window's panes see it.  True when taken.
 using MenuKeyOffer = bool (*)(Window *window, int32_t character, int32_t modifiers);
 void SetMenuKeyOffer(MenuKeyOffer offer);
+// The contextual menu at a point of a window (the menus build and pop it
+// up); true when one opened.
+using ContextualMenuOffer = bool (*)(Window *window, int32_t x, int32_t y);
+void SetContextualMenuOffer(ContextualMenuOffer offer);
 // Gives the presses and releases on a pane's own widget to the window's
 // handlers, which the widget would otherwise keep from the window: a press
 // goes through the window's MouseDown walk before the widget sees it.

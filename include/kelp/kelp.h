@@ -35,5 +35,7 @@
 #include "kelp/files.h"
 #include "kelp/pictures.h"
 #include "kelp/streams.h"
+/* Print, dialogs and the keyboard */
+#include "kelp/print.h"
 
 #endif

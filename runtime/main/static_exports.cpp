@@ -41,6 +41,8 @@ const RelocEntry kRows[] = {
 #include "stream_classes/exports.inc"
 // Controls
 #include "controls/exports.inc"
+// Print, dialogs and the keyboard
+#include "print/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

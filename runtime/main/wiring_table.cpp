@@ -38,6 +38,8 @@
 
 #include "controls/wiring.h"
 
+#include "print/wiring.h"
+
 namespace kelp {
 namespace {
 
@@ -74,6 +76,7 @@ const WiringStep kWiringTable[] = {
     {"cursors: the cursor, screen and tray item classes", &WireCursors},
     {"controls: the control classes; the window's hooks for its controls", &WireControls},
     {"dialogs: the dialog that presents assertion reports", &WireDialogs},
+    {"print: the PrinterSetup class; OpenPrinter and OpenPrinterDialog", &WirePrint},
     {"app: the Application classes; the run loop's application client; the "
      "standard handler of unhandled exceptions",
      &WireApp},

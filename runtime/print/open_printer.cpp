@@ -104,6 +104,7 @@ GtkPrinter *RunPrintDialog(PrintHelper &h) {
         }
     }
     gtk_widget_destroy(dialog);
+    gdk_flush(); // gone from the screen now, not at the next event
     return printer;
 }
 

@@ -158,6 +158,7 @@ extern "C" uint8_t printerSetupPageSetup(RuntimeObject *setup, RuntimeObject *pa
             }
         }
         gtk_widget_destroy(dialog);
+        gdk_flush(); // gone from the screen now, not at the next event
     }
     if (accepted) {
         auto *s = reinterpret_cast<PrinterSetupObject *>(setup);

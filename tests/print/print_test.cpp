@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -246,6 +246,130 @@ TEST_F(Print, WithoutAFileOrAPrinterNothingIsPrinted) {
     EXPECT_NE(g, nullptr) << "and the failed print let go";
     if (g)
         RuntimeUnlockObject(g);
+}
+
+} // namespace
+} // namespace kelp
+
+namespace kelp {
+namespace {
+
+// A person at the screen: waits for the window of `title`, then gives it
+// each step (xdotool commands, one `type` per step, as `type` takes the
+// rest of its line).  A window still there after the steps gets Escape, so
+// a step that missed fails the test instead of hanging it.
+class Person {
+public:
+    Person(const std::string &title, std::vector<std::string> steps)
+        : mThread([title, steps] {
+              const std::string find = "search --onlyvisible --name '" + title + "' ";
+              auto waitFor = [&](bool present) {
+                  for (int i = 0; i < 50; ++i) {
+                      if (test::XDoToolQuiet(find) == present)
+                          return true;
+                      std::this_thread::sleep_for(std::chrono::milliseconds(200));
+                  }
+                  return false;
+              };
+              if (!waitFor(true))
+                  return;
+              std::this_thread::sleep_for(std::chrono::milliseconds(800));
+              for (const std::string &step : steps) {
+                  test::XDoToolQuiet(find + step);
+                  std::this_thread::sleep_for(std::chrono::milliseconds(200));
+              }
+              if (!waitFor(false))
+                  test::XDoToolQuiet(find + "key Escape");
+          }) {}
+    ~Person() { mThread.join(); }
+
+private:
+    std::thread mThread;
+};
+
+const char *const kChooseFileRow = "mousemove --window %1 80 94 click 1";
+const char *const kSelectName = "mousemove --window %1 218 255 click --repeat 3 1";
+const char *const kPagesField =
+    "mousemove --window %1 46 410 click 1 sleep 0.2 mousemove --window %1 200 410 click 1";
+const char *const kPrintButton = "mousemove --window %1 600 464 click 1";
+
+TEST_F(Print, ThePrintDialogAnsweredByAPerson) {
+    unsetenv("KELP_PRINT_TO_FILE");
+    struct Case {
+        const char *what;
+        std::vector<std::string> steps;
+        bool prints;
+        int first, last;
+    } cases[] = {
+        {"Escape", {"key Escape"}, false, 0, 0},
+        {"Cancel", {"mousemove --window %1 490 464 click 1"}, false, 0, 0},
+        {"Print to File, a name typed, pages 2 to 3",
+         {kChooseFileRow, kSelectName, "type typed-by-hand.pdf", kPagesField, "type 2-3",
+          kPrintButton},
+         true,
+         2,
+         3},
+        {"Print to File, all pages",
+         {kChooseFileRow, kSelectName, "type all.pdf", kPrintButton},
+         true,
+         1,
+         65535},
+    };
+    for (const Case &c : cases) {
+        RuntimeObject *setup = NewSetup();
+        const std::string folder = "file://" + mDir.path() + "/output.pdf";
+        gtk_print_settings_set(HelperOf(setup)->settings, GTK_PRINT_SETTINGS_OUTPUT_URI,
+                               folder.c_str());
+        RuntimeObject *g = nullptr;
+        {
+            Person person("Print", c.steps);
+            g = RuntimeOpenPrinterDialog(setup, nullptr);
+        }
+        ASSERT_EQ(g != nullptr, c.prints) << c.what;
+        if (!g) {
+            EXPECT_STREQ(
+                gtk_print_settings_get(HelperOf(setup)->settings, GTK_PRINT_SETTINGS_OUTPUT_URI),
+                folder.c_str())
+                << c.what << ": a cancelled dialog leaves the settings";
+            continue;
+        }
+        EXPECT_EQ(graphicsFirstPageGetter(g, 0), c.first) << c.what;
+        EXPECT_EQ(graphicsLastPageGetter(g, 0), c.last) << c.what;
+        Text(g, c.what, 20, 40);
+        RuntimeUnlockObject(g);
+    }
+    EXPECT_NE(PageText(mDir / "typed-by-hand.pdf", 1).find("pages 2 to 3"), std::string::npos);
+    EXPECT_EQ(PageCount(mDir / "all.pdf"), 1);
+    EXPECT_FALSE(std::filesystem::exists(mDir / "output.pdf")) << "nothing else was printed";
+}
+
+TEST_F(Print, ThePageSetupDialogKeepsOnlyWhatIsApplied) {
+    unsetenv("KELP_PRINT_TO_FILE");
+    RuntimeObject *setup = NewSetup();
+    const int width = printerSetupInfoGetter(setup, 8), height = printerSetupInfoGetter(setup, 9);
+    struct Case {
+        std::vector<std::string> steps;
+        bool accepted;
+        int pageWidth;
+    } cases[] = {
+        {{"mousemove --window %1 118 162 click 1", "key Escape"}, false, width},
+        {{"mousemove --window %1 118 162 click 1", "mousemove --window %1 405 205 click 1"},
+         true,
+         height},
+    };
+    for (const Case &c : cases) {
+        uint8_t accepted;
+        {
+            Person person("Page Setup", c.steps);
+            accepted = printerSetupPageSetup(setup, nullptr);
+        }
+        EXPECT_EQ(accepted, c.accepted);
+        EXPECT_EQ(printerSetupInfoGetter(setup, 8), c.pageWidth);
+    }
+    // The landscape paper reaches the PDF.
+    setenv("KELP_PRINT_TO_FILE", Pdf().c_str(), 1);
+    RuntimeUnlockObject(RuntimeOpenPrinter(setup));
+    EXPECT_EQ(PageSize(Pdf()), std::to_string(height) + "x" + std::to_string(width));
 }
 
 } // namespace

@@ -37,5 +37,6 @@
 #include "kelp/streams.h"
 /* Print, dialogs and the keyboard */
 #include "kelp/print.h"
+#include "kelp/dialogs.h"
 
 #endif

@@ -1,10 +1,27 @@
 #include "dialogs/wiring.h"
 
+#include "kelp/dialogs.h"
+
 #include "base/fatal_report.h"
 #include "dialogs/alert.h"
+#include "dialogs/message_dialog.h"
+#include "objects/definitions.h"
 
 namespace kelp {
 
-void WireDialogs() { SetFatalReportHook(&PresentFatalReport); }
+void WireDialogs() {
+    SetFatalReportHook(&PresentFatalReport);
+    AddIntrinsicClassAccessor(&MessageDialogDefinition);
+    for (auto accessor : MessageButtonDefinitions())
+        AddIntrinsicClassAccessor(accessor);
+    static const ParameterRow msgBoxParams[] = {{"text", &kTypeString}};
+    static const ParameterRow vbParams[] = {
+        {"text", &kTypeString}, {"flags", &kTypeInteger}, {"title", &kTypeString}};
+    static const MethodRow functions[] = {
+        {"MsgBox", nullptr, msgBoxParams, 1, KELP_ENTRY(RuntimeMsgBox)},
+        {"MsgBox", &kTypeInteger, vbParams, 3, KELP_ENTRY(VB_RuntimeMsgBox)},
+    };
+    AddIntrinsicFunctions(functions);
+}
 
 } // namespace kelp

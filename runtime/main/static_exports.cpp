@@ -43,6 +43,7 @@ const RelocEntry kRows[] = {
 #include "controls/exports.inc"
 // Print, dialogs and the keyboard
 #include "print/exports.inc"
+#include "dialogs/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

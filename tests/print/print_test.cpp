@@ -4,6 +4,7 @@
 // server as a person would.
 #include "support/class_kit.h"
 #include "support/image_builder.h"
+#include "support/person.h"
 #include "support/x_input.h"
 #include "support/xvfb.h"
 
@@ -254,38 +255,7 @@ TEST_F(Print, WithoutAFileOrAPrinterNothingIsPrinted) {
 namespace kelp {
 namespace {
 
-// A person at the screen: waits for the window of `title`, then gives it
-// each step (xdotool commands, one `type` per step, as `type` takes the
-// rest of its line).  A window still there after the steps gets Escape, so
-// a step that missed fails the test instead of hanging it.
-class Person {
-public:
-    Person(const std::string &title, std::vector<std::string> steps)
-        : mThread([title, steps] {
-              const std::string find = "search --onlyvisible --name '" + title + "' ";
-              auto waitFor = [&](bool present) {
-                  for (int i = 0; i < 50; ++i) {
-                      if (test::XDoToolQuiet(find) == present)
-                          return true;
-                      std::this_thread::sleep_for(std::chrono::milliseconds(200));
-                  }
-                  return false;
-              };
-              if (!waitFor(true))
-                  return;
-              std::this_thread::sleep_for(std::chrono::milliseconds(800));
-              for (const std::string &step : steps) {
-                  test::XDoToolQuiet(find + step);
-                  std::this_thread::sleep_for(std::chrono::milliseconds(200));
-              }
-              if (!waitFor(false))
-                  test::XDoToolQuiet(find + "key Escape");
-          }) {}
-    ~Person() { mThread.join(); }
-
-private:
-    std::thread mThread;
-};
+using test::Person;
 
 const char *const kChooseFileRow = "mousemove --window %1 80 94 click 1";
 const char *const kSelectName = "mousemove --window %1 218 255 click --repeat 3 1";

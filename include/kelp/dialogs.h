@@ -1,0 +1,42 @@
+/*
+ * Dialogs and the keyboard, as compiled code calls them: MessageDialog and
+ * its buttons, MsgBox, the file dialogs, ShowURL and the Keyboard object.
+ *
+ * Failure channels: a nil object raises NilObjectException; an icon out of
+ * range raises OutOfBoundsException; a default or cancel button naming a
+ * hidden button is an assertion report, after which the dialog shows
+ * without it.  A cancelled dialog answers nil.  A returned object or string
+ * is the caller's reference.
+ */
+#ifndef KELP_DIALOGS_H
+#define KELP_DIALOGS_H
+
+#include "kelp/records.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+void MessageDialogInitializer(RuntimeObject *self);
+void MessageDialogFinalizer(RuntimeObject *self);
+void MDIconSetter(RuntimeObject *self, int32_t unused, int32_t value);
+/* Selector 0 cancel, 1 action, 2 alternate. */
+RuntimeObject *MDButtonGetter(RuntimeObject *self, int32_t number);
+/* Selector 0 Visible, 1 Default, 2 Cancel. */
+uint8_t MDBBooleanGetter(RuntimeObject *button, int32_t selector);
+void MDBBooleanSetter(RuntimeObject *button, int32_t selector, uint8_t value);
+KelpString MDBCaptionGetter(RuntimeObject *button, int32_t unused);
+void MDBCaptionSetter(RuntimeObject *button, int32_t unused, KelpString value);
+/* The button pressed (the close box: CancelButton), or nil. */
+RuntimeObject *MessageDialogShowModal(RuntimeObject *self);
+RuntimeObject *MessageDialogShowModalWithin(RuntimeObject *self, RuntimeObject *parent);
+/* The text up to its first line end is the message, the rest the explanation. */
+void RuntimeMsgBox(KelpString text);
+/* Buttons, default and icon from `flags`; the result number of the button. */
+int32_t VB_RuntimeMsgBox(KelpString text, int32_t flags, KelpString title);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

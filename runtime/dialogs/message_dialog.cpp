@@ -4,7 +4,6 @@
 
 #include "kelp/dialogs.h"
 #include "kelp/objects.h"
-#include "kelp/string_functions.h"
 #include "kelp/strings.h"
 
 #include "dialogs/message_window.h"
@@ -94,12 +93,10 @@ RuntimeObject *NewButton(ObjectDefinition *definition, RuntimeObject *dialog, in
 }
 
 // The part of `text` before its first end of line, and the part after it;
-// an end of line at the very start doesn't count.
+// an end of line at the very start doesn't count.  Text from elsewhere may
+// carry any of the three line ends.
 void SplitText(const std::string &text, std::string &message, std::string &explanation) {
-    const std::string eol = Text(RuntimeEndOfLine());
-    size_t at = eol.empty() ? std::string::npos : text.find(eol, 1);
-    size_t length = eol.size();
-    // Text from elsewhere may carry any of the three line ends.
+    size_t at = std::string::npos, length = 0;
     for (const char *other : {"\r\n", "\n", "\r"}) {
         const size_t found = text.find(other, 1);
         if (found != std::string::npos && (at == std::string::npos || found < at))

@@ -235,11 +235,16 @@ int32_t RunMessageWindow(const MessageWindowSpec &spec, MessageWait wait) {
     g_signal_connect(window, "key-press-event", G_CALLBACK(KeyPressed), &s);
     gtk_widget_show_all(window);
 
-    while (s.open && !QuitRequested()) {
-        if (wait == MessageWait::kRunLoop)
-            MainLoopStep(true);
-        else
+    // A quit asked for from a handler ends a language dialog unanswered; a
+    // report of the runtime is read whatever is going on.
+    while (s.open) {
+        if (wait == MessageWait::kToolkitOnly) {
             gtk_main_iteration_do(TRUE);
+            continue;
+        }
+        if (QuitRequested())
+            break;
+        MainLoopStep(true);
     }
     gtk_widget_destroy(window);
     gdk_flush(); // gone from the screen now, not at the next event

@@ -35,6 +35,17 @@ void RuntimeMsgBox(KelpString text);
 /* Buttons, default and icon from `flags`; the result number of the button. */
 int32_t VB_RuntimeMsgBox(KelpString text, int32_t flags, KelpString title);
 
+/* FolderItemDialog and its kinds; the dialogs answer a FolderItem or nil. */
+void FolderItemDialogInitializer(RuntimeObject *self);
+void FolderItemDialogFinalizer(RuntimeObject *self);
+void OpenDialogInitializer(RuntimeObject *self);
+void SaveAsDialogInitializer(RuntimeObject *self);
+void SelectFolderDialogInitializer(RuntimeObject *self);
+RuntimeObject *FolderItemDialogShowModal(RuntimeObject *self);
+RuntimeObject *FolderItemDialogShowWithin(RuntimeObject *self, RuntimeObject *parent);
+/* Opens the address with the desktop's opener (xdg-open), without a shell. */
+void GlobalShowURL(KelpString url);
+
 #ifdef __cplusplus
 }
 #endif

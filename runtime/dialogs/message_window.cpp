@@ -15,6 +15,8 @@ namespace kelp {
 
 namespace {
 
+const char kFile[] = "runtime/dialogs/message_window.cpp";
+
 constexpr int32_t kIconSize = 32;
 constexpr int32_t kIconLeft = 10, kIconTop = 12;
 constexpr int32_t kButtonHeight = 29, kButtonGap = 8, kMinButtonWidth = 69;
@@ -183,17 +185,17 @@ int32_t RunMessageWindow(const MessageWindowSpec &spec, MessageWait wait) {
     if (s.defaultButton != kButtonNone &&
         (s.defaultButton < kButtonCancel || s.defaultButton > kButtonAlternate ||
          !Visible(spec, s.defaultButton))) {
-        FatalReport(4, __FILE__, __LINE__, "defaultIndex",
-                    "The MessageDialog's default button behavior was assigned to an invalid "
-                    "button index");
+        AssertionFailed(kFile, __LINE__, "defaultIndex", "defaultIndex",
+                        "The MessageDialog's default button behavior was assigned to an invalid "
+                        "button index");
         s.defaultButton = kButtonNone;
     }
     // The cancel behaviour on the hidden cancel button is the close box's.
     if (s.cancelButton != kButtonNone && s.cancelButton != kButtonCancel &&
         (s.cancelButton > kButtonAlternate || !Visible(spec, s.cancelButton))) {
-        FatalReport(4, __FILE__, __LINE__, "cancelIndex",
-                    "The MessageDialog's cancel button behavior was assigned to an invalid "
-                    "button index");
+        AssertionFailed(kFile, __LINE__, "cancelIndex", "cancelIndex",
+                        "The MessageDialog's cancel button behavior was assigned to an invalid "
+                        "button index");
         s.cancelButton = kButtonNone;
     }
 

@@ -4,6 +4,7 @@
 
 #include "base/fatal_report.h"
 #include "dialogs/alert.h"
+#include "dialogs/file_dialogs.h"
 #include "dialogs/message_dialog.h"
 #include "objects/definitions.h"
 
@@ -14,12 +15,16 @@ void WireDialogs() {
     AddIntrinsicClassAccessor(&MessageDialogDefinition);
     for (auto accessor : MessageButtonDefinitions())
         AddIntrinsicClassAccessor(accessor);
+    for (auto accessor : FileDialogDefinitions())
+        AddIntrinsicClassAccessor(accessor);
     static const ParameterRow msgBoxParams[] = {{"text", &kTypeString}};
     static const ParameterRow vbParams[] = {
         {"text", &kTypeString}, {"flags", &kTypeInteger}, {"title", &kTypeString}};
+    static const ParameterRow urlParams[] = {{"url", &kTypeString}};
     static const MethodRow functions[] = {
         {"MsgBox", nullptr, msgBoxParams, 1, KELP_ENTRY(RuntimeMsgBox)},
         {"MsgBox", &kTypeInteger, vbParams, 3, KELP_ENTRY(VB_RuntimeMsgBox)},
+        {"ShowURL", nullptr, urlParams, 1, KELP_ENTRY(GlobalShowURL)},
     };
     AddIntrinsicFunctions(functions);
 }

@@ -24,6 +24,8 @@ namespace kelp {
 
 namespace {
 
+const char kFile[] = "runtime/print/open_printer.cpp";
+
 RuntimeObject *gActivePrintObject = nullptr; // the setup of the print in progress
 int32_t gPageNameCounter = 1;
 
@@ -166,8 +168,8 @@ RuntimeObject *OpenPrint(RuntimeObject *setup, bool withDialog) {
     else
         active = NewObjectOfDefinition(PrinterSetupDefinition());
     PrintHelper *helper = HelperOf(active);
-    KELP_ASSERT(active != nullptr, "activePrintObject");
-    KELP_ASSERT(helper != nullptr, "activePrintObject->mHelper");
+    KELP_ASSERT(active != nullptr, kFile, "activePrintObject");
+    KELP_ASSERT(helper != nullptr, kFile, "activePrintObject->mHelper");
     if (!helper) {
         RuntimeUnlockObject(active);
         return nullptr;

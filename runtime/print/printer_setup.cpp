@@ -15,6 +15,10 @@
 
 namespace kelp {
 
+namespace {
+const char kFile[] = "runtime/print/printer_setup.cpp";
+} // namespace
+
 PrintHelper::PrintHelper() : pageSetup(gtk_page_setup_new()), settings(gtk_print_settings_new()) {}
 
 PrintHelper::~PrintHelper() {
@@ -109,8 +113,8 @@ extern "C" void PrinterSetupDestructor(RuntimeObject *self) {
 
 extern "C" int32_t printerSetupInfoGetter(RuntimeObject *setup, int32_t selector) {
     PrintHelper *helper = HelperOf(setup);
-    KELP_ASSERT(setup != nullptr, "obj");
-    KELP_ASSERT(!setup || helper != nullptr, "obj->mHelper");
+    KELP_ASSERT(setup != nullptr, kFile, "obj");
+    KELP_ASSERT(!setup || helper != nullptr, kFile, "obj->mHelper");
     return helper ? QueryPage(*helper, selector) : 0;
 }
 

@@ -46,6 +46,16 @@ RuntimeObject *FolderItemDialogShowWithin(RuntimeObject *self, RuntimeObject *pa
 /* Opens the address with the desktop's opener (xdg-open), without a shell. */
 void GlobalShowURL(KelpString url);
 
+/* The Keyboard object (one for the process) and its members.  Masks: Shift
+ * 0x200, Command 0x100, Option 0x800, Control 0x1000, -1 the menu shortcut
+ * key (Control), -2 the alternate one (Shift). */
+RuntimeObject *getKeyboardObject(void);
+uint8_t modifierKeyGetter(RuntimeObject *keyboard, int32_t mask);
+uint8_t asyncModifierKeyGetter(RuntimeObject *keyboard, int32_t mask);
+/* Below 128 a Macintosh virtual key number, from 128 on an X keyval. */
+uint8_t keyboardAsyncKeyDown(RuntimeObject *keyboard, int32_t code);
+KelpString keyboardKeyName(RuntimeObject *keyboard, int32_t code);
+
 #ifdef __cplusplus
 }
 #endif

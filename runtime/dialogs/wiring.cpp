@@ -5,6 +5,7 @@
 #include "base/fatal_report.h"
 #include "dialogs/alert.h"
 #include "dialogs/file_dialogs.h"
+#include "dialogs/keyboard.h"
 #include "dialogs/message_dialog.h"
 #include "objects/definitions.h"
 
@@ -17,6 +18,8 @@ void WireDialogs() {
         AddIntrinsicClassAccessor(accessor);
     for (auto accessor : FileDialogDefinitions())
         AddIntrinsicClassAccessor(accessor);
+    AddIntrinsicClassAccessor(&KeyboardDefinition);
+    static const TypeRecord keyboardType{kTypeObjectOf, nullptr, nullptr, 0, &KeyboardDefinition};
     static const ParameterRow msgBoxParams[] = {{"text", &kTypeString}};
     static const ParameterRow vbParams[] = {
         {"text", &kTypeString}, {"flags", &kTypeInteger}, {"title", &kTypeString}};
@@ -25,6 +28,7 @@ void WireDialogs() {
         {"MsgBox", nullptr, msgBoxParams, 1, KELP_ENTRY(RuntimeMsgBox)},
         {"MsgBox", &kTypeInteger, vbParams, 3, KELP_ENTRY(VB_RuntimeMsgBox)},
         {"ShowURL", nullptr, urlParams, 1, KELP_ENTRY(GlobalShowURL)},
+        {"Keyboard", &keyboardType, nullptr, 0, KELP_ENTRY(getKeyboardObject)},
     };
     AddIntrinsicFunctions(functions);
 }

@@ -15,9 +15,11 @@
 
 #include "kelp/runloop.h"
 
-#include <gdk/gdkx.h>
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
+
+// X's own header defines names (None, Bool) that others use: it comes last.
+#include <gdk/gdkx.h>
 
 using namespace kelp::test;
 

@@ -8,11 +8,13 @@
 #include "kelp/kelp.h"
 
 #include <gdk/gdkkeysyms.h>
-#include <gdk/gdkx.h>
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
 #include <chrono>
+
+// X's own header defines names (None, Bool) that others use: it comes last.
+#include <gdk/gdkx.h>
 
 namespace kelp {
 namespace {

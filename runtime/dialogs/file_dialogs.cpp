@@ -73,19 +73,30 @@ ObjectDefinition *FileDialogDefinition() {
     return definition;
 }
 
-template <const char *Name, void (*Initializer)(RuntimeObject *)>
-ObjectDefinition *KindDefinition() {
-    static const ClassDescription description = {
-        .name = Name,
+// The three kinds differ only in the kind their initializer sets.
+ObjectDefinition *KindDefinition(const char *name, EntryPoint initializer) {
+    const ClassDescription description = {
+        .name = name,
         .super = FileDialogDefinition,
         .instanceSize = sizeof(FileDialogRecord),
-        .initializer = {reinterpret_cast<void *>(Initializer), nullptr},
+        .initializer = initializer,
     };
-    static ObjectDefinition *definition = BuildDefinition(description);
-    return definition;
+    return BuildDefinition(description);
 }
-constexpr char kOpenName[] = "OpenDialog", kSaveName[] = "SaveAsDialog",
-               kFolderName[] = "SelectFolderDialog";
+ObjectDefinition *OpenDialogDefinition() {
+    static ObjectDefinition *d = KindDefinition("OpenDialog", KELP_ENTRY(OpenDialogInitializer));
+    return d;
+}
+ObjectDefinition *SaveAsDialogDefinition() {
+    static ObjectDefinition *d =
+        KindDefinition("SaveAsDialog", KELP_ENTRY(SaveAsDialogInitializer));
+    return d;
+}
+ObjectDefinition *SelectFolderDialogDefinition() {
+    static ObjectDefinition *d =
+        KindDefinition("SelectFolderDialog", KELP_ENTRY(SelectFolderDialogInitializer));
+    return d;
+}
 
 struct KindOf {
     GtkFileChooserAction action;
@@ -150,10 +161,9 @@ std::string RunChooser(const FileDialogRecord &d) {
 } // namespace
 
 std::span<ObjectDefinition *(*const)()> FileDialogDefinitions() {
-    static ObjectDefinition *(*const all[])() = {
-        &FileDialogDefinition, &KindDefinition<kOpenName, OpenDialogInitializer>,
-        &KindDefinition<kSaveName, SaveAsDialogInitializer>,
-        &KindDefinition<kFolderName, SelectFolderDialogInitializer>};
+    static ObjectDefinition *(*const all[])() = {&FileDialogDefinition, &OpenDialogDefinition,
+                                                 &SaveAsDialogDefinition,
+                                                 &SelectFolderDialogDefinition};
     return all;
 }
 

@@ -12,6 +12,8 @@ packages=(
   python3 clang-format
   # zone rules for the date tests
   tzdata
+  # the print tests read their PDFs back
+  poppler-utils
 )
 missing=()
 for p in "${packages[@]}"; do

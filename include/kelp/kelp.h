@@ -36,7 +36,7 @@
 #include "kelp/pictures.h"
 #include "kelp/streams.h"
 /* Print, dialogs and the keyboard */
-#include "kelp/print.h"
 #include "kelp/dialogs.h"
+#include "kelp/print.h"
 
 #endif

@@ -42,8 +42,8 @@ const RelocEntry kRows[] = {
 // Controls
 #include "controls/exports.inc"
 // Print, dialogs and the keyboard
-#include "print/exports.inc"
 #include "dialogs/exports.inc"
+#include "print/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

@@ -75,7 +75,8 @@ const WiringStep kWiringTable[] = {
     {"windows: the Window classes; the run loop's window client", &WireWindows},
     {"cursors: the cursor, screen and tray item classes", &WireCursors},
     {"controls: the control classes; the window's hooks for its controls", &WireControls},
-    {"dialogs: the dialog that presents assertion reports; MessageDialog and MsgBox",
+    {"dialogs: the window that presents assertion reports; MessageDialog, MsgBox, the file "
+     "dialogs, ShowURL and the Keyboard object",
      &WireDialogs},
     {"print: the PrinterSetup class; OpenPrinter and OpenPrinterDialog", &WirePrint},
     {"app: the Application classes; the run loop's application client; the "

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Prints the label of the first page of a PDF.
+"""Prints the label of the first page of a PDF ("1" when it has no labels,
+as a document numbered 1, 2, ... needs none).
 
 cairo keeps the labels in the catalogue's "/PageLabels << /Nums [...] >>",
 often inside a compressed stream, and writes a run of numbered pages as one
@@ -24,3 +25,5 @@ for text in texts:
         start = re.search(rb"/St\s+(\d+)", entry)
         print((label or start).group(1).decode() if (label or start) else "1")
         break
+else:
+    print("1")

@@ -14,6 +14,8 @@ packages=(
   tzdata
   # the clipboard tests' outside reader and writer
   xclip
+  # the print tests read their PDFs back
+  poppler-utils
 )
 missing=()
 for p in "${packages[@]}"; do

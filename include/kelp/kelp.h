@@ -44,5 +44,8 @@
 #include "kelp/plugin.h"
 /* Menus */
 #include "kelp/menus.h"
+/* Print, dialogs and the keyboard */
+#include "kelp/dialogs.h"
+#include "kelp/print.h"
 
 #endif

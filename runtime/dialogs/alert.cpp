@@ -1,10 +1,10 @@
-// The runtime's alerts on the toolkit's message dialog.
+// The runtime's own alerts, on the message window.
 #include "dialogs/alert.h"
+
+#include "dialogs/message_window.h"
 
 #include "base/fatal_report.h"
 #include "process/display.h"
-
-#include <gtk/gtk.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -13,16 +13,15 @@ namespace kelp {
 
 bool RunStopAlert(const std::string &message, const std::string &explanation,
                   AlertButtons buttons) {
-    GtkWidget *dialog = gtk_message_dialog_new(
-        nullptr, GTK_DIALOG_MODAL, GTK_MESSAGE_ERROR,
-        buttons == AlertButtons::kOkCancel ? GTK_BUTTONS_OK_CANCEL : GTK_BUTTONS_OK, "%s",
-        message.c_str());
-    if (!explanation.empty())
-        gtk_message_dialog_format_secondary_text(GTK_MESSAGE_DIALOG(dialog), "%s",
-                                                 explanation.c_str());
-    const gint response = gtk_dialog_run(GTK_DIALOG(dialog));
-    gtk_widget_destroy(dialog);
-    return response != GTK_RESPONSE_CANCEL;
+    MessageWindowSpec spec;
+    spec.message = message;
+    spec.explanation = explanation;
+    spec.icon = kIconStop;
+    spec.cancelVisible = buttons == AlertButtons::kOkCancel;
+    spec.cancelButton = spec.cancelVisible ? kButtonCancel : kButtonAction;
+    spec.closeBoxAnswer = kButtonAction; // closing a report goes on, as OK does
+    // A report may come from anywhere: only the toolkit runs while it waits.
+    return RunMessageWindow(spec, MessageWait::kToolkitOnly) != kButtonCancel;
 }
 
 void PresentFatalReport(int kind, const char *file, int line, const char *condition,

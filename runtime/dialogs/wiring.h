@@ -1,5 +1,6 @@
 #pragma once
 namespace kelp {
-// The dialogs' upcalls: the assertion report's dialog presents reports.
+// The dialogs: the window that presents assertion reports; the MessageDialog
+// classes and MsgBox.
 void WireDialogs();
 } // namespace kelp

@@ -49,6 +49,9 @@ const RelocEntry kRows[] = {
 #include "plugins/exports.inc"
 // Menus
 #include "menus/exports.inc"
+// Print, dialogs and the keyboard
+#include "dialogs/exports.inc"
+#include "print/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

@@ -44,6 +44,8 @@
 #include "canvas/wiring.h"
 #include "plugins/wiring.h"
 
+#include "print/wiring.h"
+
 namespace kelp {
 namespace {
 
@@ -82,7 +84,10 @@ const WiringStep kWiringTable[] = {
     {"menus: the menu classes; the windows' bars, key offer and contextual menus", &WireMenus},
     {"canvas: the Canvas, DragItem and Clipboard classes", &WireCanvas},
     {"plugins: loading at the end of the class set-up; plug-in classes by name", &WirePlugins},
-    {"dialogs: the dialog that presents assertion reports", &WireDialogs},
+    {"dialogs: the window that presents assertion reports; MessageDialog, MsgBox, the file "
+     "dialogs, ShowURL and the Keyboard object",
+     &WireDialogs},
+    {"print: the PrinterSetup class; OpenPrinter and OpenPrinterDialog", &WirePrint},
     {"app: the Application classes; the run loop's application client; the "
      "standard handler of unhandled exceptions",
      &WireApp},

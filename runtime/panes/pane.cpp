@@ -32,8 +32,13 @@ void FollowKeyEvent(void *, void *data) {
     auto *event = static_cast<GdkEventKey *>(data);
     if (event->type == GDK_KEY_PRESS)
         KeysDown().insert(event->keyval);
-    else if (event->type == GDK_KEY_RELEASE)
+    else if (event->type == GDK_KEY_RELEASE) {
+        // A letter pressed with Shift and released after it comes back in
+        // the other case: either case's release lets the key go.
         KeysDown().erase(event->keyval);
+        KeysDown().erase(gdk_keyval_to_upper(event->keyval));
+        KeysDown().erase(gdk_keyval_to_lower(event->keyval));
+    }
     NoteUserEvent();
 }
 

@@ -9,6 +9,7 @@
 #include "process/quit.h"
 #include "support/class_kit.h"
 #include "support/language_class.h"
+#include "support/x_input.h"
 #include "support/xvfb.h"
 #include "windows/window.h"
 
@@ -16,6 +17,9 @@
 
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
+
+// X's own header defines names (None, Bool) that others use: it comes last.
+#include <gdk/gdkx.h>
 
 using namespace kelp::test;
 
@@ -109,31 +113,42 @@ TEST_F(Unhandled, EndExceptionClosesTheWindowsQuietly) {
 }
 
 struct SeenDialog {
-    std::string text, secondary;
-    GtkMessageType type = GTK_MESSAGE_INFO;
+    std::string text, secondary, icon;
     int count = 0;
 };
 SeenDialog gSeen;
 
-// Answers the first message dialog on screen with OK, as a user would.
+void ReadParts(GtkWidget *w) {
+    if (GTK_IS_LABEL(w))
+        (gSeen.text.empty() ? gSeen.text : gSeen.secondary) = gtk_label_get_text(GTK_LABEL(w));
+    if (GTK_IS_IMAGE(w) && gtk_image_get_storage_type(GTK_IMAGE(w)) == GTK_IMAGE_STOCK) {
+        gchar *stock = nullptr;
+        gtk_image_get_stock(GTK_IMAGE(w), &stock, nullptr);
+        gSeen.icon = stock ? stock : "";
+    }
+    if (GTK_IS_CONTAINER(w) && !GTK_IS_BUTTON(w)) {
+        GList *children = gtk_container_get_children(GTK_CONTAINER(w));
+        for (GList *c = children; c; c = c->next)
+            ReadParts(GTK_WIDGET(c->data));
+        g_list_free(children);
+    }
+}
+
+// Reads the first modal window on screen and answers it with Return, as a
+// user would.
 gboolean AnswerDialog(gpointer) {
     GList *tops = gtk_window_list_toplevels();
     bool answered = false;
     for (GList *l = tops; l; l = l->next) {
-        if (!GTK_IS_MESSAGE_DIALOG(l->data) || !gtk_widget_get_visible(GTK_WIDGET(l->data)))
+        GtkWidget *w = GTK_WIDGET(l->data);
+        if (!gtk_window_get_modal(GTK_WINDOW(w)) || !gtk_widget_get_visible(w) || !w->window)
             continue;
-        gchar *text = nullptr, *secondary = nullptr;
-        GtkMessageType type;
-        g_object_get(l->data, "text", &text, "secondary-text", &secondary, "message-type", &type,
-                     nullptr);
-        gSeen.text = text ? text : "";
-        gSeen.secondary = secondary ? secondary : "";
-        gSeen.type = type;
+        gSeen.text.clear();
+        gSeen.secondary.clear();
+        ReadParts(w);
         ++gSeen.count;
-        g_free(text);
-        g_free(secondary);
-        gtk_dialog_response(GTK_DIALOG(l->data), GTK_RESPONSE_OK);
-        answered = true;
+        answered = kelp::test::XDoTool("key --window " + std::to_string(GDK_WINDOW_XID(w->window)) +
+                                       " Return");
         break;
     }
     g_list_free(tops);
@@ -150,7 +165,7 @@ TEST_F(Unhandled, WithADisplayAStopDialogShowsTheText) {
     EXPECT_EQ(gSeen.text, "An exception of class UnsupportedFormatException was not handled.  "
                           "The application must shut down.");
     EXPECT_EQ(gSeen.secondary, "Exception Message: Not a picture\rException Error Number: 7");
-    EXPECT_EQ(gSeen.type, GTK_MESSAGE_ERROR);
+    EXPECT_EQ(gSeen.icon, "gtk-dialog-error");
     EXPECT_TRUE(kelp::QuitRequested());
 }
 

@@ -16,11 +16,6 @@
 
 namespace kelp::test {
 
-inline void *H(auto fn) { return reinterpret_cast<void *>(fn); }
-inline MassData &Box(MassData &m, int left, int top, int width, int height) {
-    return m.Int("Left", left).Int("Top", top).Int("Width", width).Int("Height", height);
-}
-
 // A picture of the size filled with one colour; the caller's reference.
 inline RuntimeObject *Filled(int w, int h, uint32_t rgb) {
     RuntimeObject *p = newPicture(w, h, 32);

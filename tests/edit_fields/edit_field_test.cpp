@@ -18,11 +18,6 @@
 namespace kelp::test {
 namespace {
 
-MassData &Box(MassData &m, int left, int top, int width, int height) {
-    return m.Int("Left", left).Int("Top", top).Int("Width", width).Int("Height", height);
-}
-void *H(auto fn) { return reinterpret_cast<void *>(fn); }
-
 void LogGotFocus(RuntimeObject *me) { Events().push_back("GotFocus " + NameOf(me)); }
 void LogLostFocus(RuntimeObject *me) { Events().push_back("LostFocus " + NameOf(me)); }
 void LogTextChange(RuntimeObject *) { Events().push_back("TextChange"); }

@@ -18,10 +18,6 @@
 namespace kelp::test {
 namespace {
 
-MassData &Box(MassData &m, int left, int top, int width, int height) {
-    return m.Int("Left", left).Int("Top", top).Int("Width", width).Int("Height", height);
-}
-void *H(auto fn) { return reinterpret_cast<void *>(fn); }
 void LogUp(RuntimeObject *me) { Events().push_back("Up " + NameOf(me)); }
 void LogDown(RuntimeObject *me) { Events().push_back("Down " + NameOf(me)); }
 

@@ -1,0 +1,2 @@
+# The image test runs the runtime program itself.
+add_dependencies(${target} kelp)

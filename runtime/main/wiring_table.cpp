@@ -40,8 +40,8 @@
 #include "menus/wiring.h"
 
 // Edit fields and styled text
-#include "edit_fields/wiring.h"
 #include "canvas/wiring.h"
+#include "edit_fields/wiring.h"
 #include "plugins/wiring.h"
 
 #include "print/wiring.h"

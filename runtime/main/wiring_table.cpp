@@ -36,14 +36,11 @@
 
 #include "kelp/random.h"
 
-#include "controls/wiring.h"
-#include "menus/wiring.h"
-
-// Edit fields and styled text
 #include "canvas/wiring.h"
+#include "controls/wiring.h"
 #include "edit_fields/wiring.h"
+#include "menus/wiring.h"
 #include "plugins/wiring.h"
-
 #include "print/wiring.h"
 
 namespace kelp {

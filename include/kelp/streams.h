@@ -39,6 +39,7 @@ void TextOutputStreamWriteLine(RuntimeObject *self, KelpString text);
 void BinaryStreamInitializer(RuntimeObject *self);
 void BinaryStreamDestructor(RuntimeObject *self);
 void BinaryStringStringCtor(RuntimeObject *self, KelpString text);
+void BinaryStringMemoryBlockCtor(RuntimeObject *self, RuntimeObject *block);
 void BinaryStreamClose(RuntimeObject *self);
 void BinaryStreamFlush(RuntimeObject *self);
 uint8_t BinaryStreamEOF(RuntimeObject *self);

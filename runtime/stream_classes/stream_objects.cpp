@@ -1,8 +1,11 @@
 #include "stream_classes/stream_objects.h"
 
+#include "stream_classes/memory_block_mechanism.h"
 #include "stream_classes/string_mechanism.h"
 
 #include "base/fatal_report.h"
+#include "exceptions/raise.h"
+#include "memory/memory_block.h"
 #include "objects/definitions.h"
 
 #include "kelp/objects.h"
@@ -188,8 +191,11 @@ ObjectDefinition *BinaryStreamDefinition() {
     static const ParameterRow boolParams[] = {{"value", &kTypeBoolean}};
     static const ParameterRow stringParams[] = {{"value", &kTypeString}};
     static const ParameterRow ctorParams[] = {{"aString", &kTypeString}};
+    static const TypeRecord blockType{kTypeObjectOf, nullptr, nullptr, 0, &MemoryBlockDefinition};
+    static const ParameterRow blockCtorParams[] = {{"aMemoryBlock", &blockType}};
     static const MethodRow methods[] = {
         {"Constructor", nullptr, ctorParams, 1, KELP_ENTRY(BinaryStringStringCtor)},
+        {"Constructor", nullptr, blockCtorParams, 1, KELP_ENTRY(BinaryStringMemoryBlockCtor)},
         {"ReadByte", &kTypeInteger, nullptr, 0, KELP_ENTRY(BinaryStreamReadByte)},
         {"ReadShort", &kTypeInteger, nullptr, 0, KELP_ENTRY(BinaryStreamReadShort)},
         {"ReadLong", &kTypeInteger, nullptr, 0, KELP_ENTRY(BinaryStreamReadLong)},
@@ -345,6 +351,20 @@ extern "C" void BinaryStringStringCtor(RuntimeObject *self, KelpString text) {
     auto *record = reinterpret_cast<BinaryStreamRecord *>(self);
     delete record->data;
     record->data = new BinaryData(std::make_unique<StringStorageMechanism>(string::Wrap(text)));
+}
+
+extern "C" void BinaryStringMemoryBlockCtor(RuntimeObject *self, RuntimeObject *block) {
+    if (!self)
+        return;
+    if (!block) {
+        RaiseNilObject();
+        return;
+    }
+    auto *record = reinterpret_cast<BinaryStreamRecord *>(self);
+    auto *memory = reinterpret_cast<MemoryBlockObject *>(block);
+    delete record->data;
+    record->data = new BinaryData(std::make_unique<MemoryBlockMechanism>(memory));
+    record->data->mLittleEndian = memory->littleEndian != 0;
 }
 
 extern "C" void BinaryStreamClose(RuntimeObject *self) {

@@ -66,6 +66,8 @@ void textConverterDestructor(RuntimeObject *converter);
 RuntimeObject *EncodingsGetter(RuntimeObject *module, int32_t selector);
 /* Encodings.GetFromCode(word). */
 RuntimeObject *EncodingsGetFromCode(int32_t word);
+/* The one instance of the hidden class _Encodings, with a new reference. */
+RuntimeObject *GetEncodingsObject(void);
 
 #ifdef __cplusplus
 }

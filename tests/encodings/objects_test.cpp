@@ -66,6 +66,29 @@ TEST(Encodings, ModulePropertiesAndTheirInternetNames) {
     EXPECT_EQ(EncodingsGetFromCode((int32_t)kEncodingUnknown), nullptr);
 }
 
+// GetEncodingsObject: one object of _Encodings whose property rows answer
+// what the module's do, through the selector each row carries.
+TEST(Encodings, TheEncodingsObjectCarriesTheModuleProperties) {
+    Held first(GetEncodingsObject()), second(GetEncodingsObject());
+    ASSERT_NE(first.object, nullptr);
+    EXPECT_EQ(first.object, second.object);
+    const RuntimeClass *klass = first.object->klass;
+    EXPECT_EQ(string::Wrap(klass->name).View(), "_Encodings");
+    int32_t found = 0;
+    for (int32_t i = 0; i < klass->propertyCount; ++i) {
+        const RuntimePropertyRow &row = klass->propertyTable[i];
+        const std::string_view signature = string::Wrap(row.signature).View();
+        if (signature.find("ShiftJIS") == std::string_view::npos &&
+            signature.find("UTF16") == std::string_view::npos)
+            continue;
+        auto getter = reinterpret_cast<RuntimeObject *(*)(RuntimeObject *, int32_t)>(row.getter);
+        Held e(getter(first.object, row.fieldOffset));
+        EXPECT_EQ(e.word(), signature.find("UTF16") != std::string_view::npos ? 0x0100u : 0x0A01u);
+        ++found;
+    }
+    EXPECT_EQ(found, 2);
+}
+
 TEST(Encodings, EqualityAndCharacters) {
     Held a(getTextEncoding(0x0201, 0, 0)), b(getTextEncoding(0x0201, 0, 0));
     Held utf8(getTextEncoding(256, 0, 2)), ucs4(getTextEncoding(256, 0, 3));

@@ -220,6 +220,77 @@ TEST_F(FilesLanguage, PermissionsObjectsSetTheFileMode) {
 
 // A real image run by the runtime program writes a file through the
 // exports and reads it back.
+// What another program reads from the file system, as one line of text.
+std::string Outside(const std::string &command) {
+    std::string out;
+    if (FILE *pipe = popen(command.c_str(), "r")) {
+        char buffer[256];
+        while (fgets(buffer, sizeof buffer, pipe))
+            out += buffer;
+        pclose(pipe);
+    }
+    while (!out.empty() && out.back() == '\n')
+        out.pop_back();
+    return out;
+}
+
+constexpr double kSecondsFrom1904To1970 = 2082844800.0;
+
+// File dates against Python's os.stat and coreutils' stat: what the system
+// says and what the Date says are the same moment, in either direction.
+TEST_F(FilesLanguage, FileDatesAreTheFilesOwnTimes) {
+    std::ofstream(mDir / "dated") << "x";
+    const std::string path = mDir / "dated";
+    RuntimeObject *item = Item("dated");
+    RuntimeObject *date = RuntimeNewObject(RuntimeLookupClass(Lit("Date")));
+    struct Case {
+        double unixSeconds; // the moment set, seconds since 1970
+        bool throughDate;   // set by ModificationDate (else by Python)
+    } cases[] = {
+        {981173106, false},    // 2001-02-03 04:05:06
+        {-86400 * 365, false}, // before 1970
+        {4102444800, true},    // 2100, past 32-bit time
+        {1234567890, true},    {0, true},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.unixSeconds);
+        if (c.throughDate) {
+            dateTotalSecondsSetter(date, 0, c.unixSeconds + kSecondsFrom1904To1970 + 0.75);
+            folderSetModified(item, 0, date);
+        } else {
+            Outside("python3 -c 'import os,sys; os.utime(sys.argv[1], (0, " +
+                    std::to_string(int64_t(c.unixSeconds)) + "))' '" + path + "'");
+        }
+        const std::string seen = Outside(
+            "python3 -c 'import os,sys; print(int(os.stat(sys.argv[1]).st_mtime))' '" + path + "'");
+        EXPECT_EQ(seen, std::to_string(int64_t(c.unixSeconds)));
+        RuntimeObject *modified = folderGetModified(item, 0);
+        ASSERT_NE(modified, nullptr);
+        EXPECT_EQ(dateTotalSecondsGetter(modified, 0), c.unixSeconds + kSecondsFrom1904To1970);
+        RuntimeUnlockObject(modified);
+    }
+    // Birth time where the file system keeps one (stat says 0 if not), else
+    // the change time; setting it changes nothing.
+    const std::string birth = Outside("stat -c %W '" + path + "'");
+    const std::string change = Outside("stat -c %Z '" + path + "'");
+    const std::string expected = birth != "0" ? birth : change;
+    folderSetCreation(item, 0, date);
+    RuntimeObject *created = folderGetCreation(item, 0);
+    ASSERT_NE(created, nullptr);
+    EXPECT_EQ(dateTotalSecondsGetter(created, 0) - kSecondsFrom1904To1970, std::stod(expected));
+    RuntimeUnlockObject(created);
+
+    // A file removed under the item has no date, and says why.
+    std::remove(path.c_str());
+    EXPECT_EQ(folderGetModified(item, 0), nullptr);
+    EXPECT_EQ(FolderItemGetLastError(item, 0), ENOENT);
+    EXPECT_EQ(folderGetCreation(item, 0), nullptr);
+    folderSetModified(item, 0, nullptr);
+    EXPECT_EQ(TakeRaised(), "NilObjectException: ");
+    RuntimeUnlockObject(date);
+    RuntimeUnlockObject(item);
+}
+
 TEST(FilesInAnImage, WritesAFileAndReadsItBack) {
     test::TempDir dir;
     std::string path = dir / "from image.txt";

@@ -44,8 +44,7 @@ string TextInput::Read(int64_t count, uint32_t encoding) {
             wanted -= got;
         }
     }
-    return string::FromBytes(bytes.data(), static_cast<long>(bytes.size()),
-                             encoding ? encoding : mEncoding);
+    return string::FromBytes(bytes.data(), static_cast<long>(bytes.size()), Effective(encoding));
 }
 
 string TextInput::ReadAll(uint32_t encoding) {
@@ -57,7 +56,7 @@ string TextInput::ReadAll(uint32_t encoding) {
 string TextInput::ReadLine(uint32_t encoding) {
     if (!mMechanism)
         return string();
-    uint32_t effective = encoding ? encoding : mEncoding;
+    const uint32_t effective = Effective(encoding);
     return effective == kEncodingUTF16 ? ReadLineUnits(effective) : ReadLineBytes(effective);
 }
 

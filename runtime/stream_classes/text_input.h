@@ -7,6 +7,7 @@
 //
 // Failure channel: none raises.  Reads at the end and on a closed stream give
 // the empty string; the mechanism's error shows through LastError().
+#include "stream_classes/stream_encoding.h"
 #include "streams/random_access_mechanism.h"
 #include "strings/kstring.h"
 
@@ -26,11 +27,11 @@ public:
     TextInput &operator=(const TextInput &) = delete;
 
     // Up to `count` bytes; fewer at the end.  `encoding` 0 means the stream's.
-    string Read(int64_t count, uint32_t encoding = 0);
+    string Read(int64_t count, uint32_t encoding = kEncodingNotGiven);
     // The next line without its line end; the last line needs none.
-    string ReadLine(uint32_t encoding = 0);
+    string ReadLine(uint32_t encoding = kEncodingNotGiven);
     // Everything from the stream position to the end.
-    string ReadAll(uint32_t encoding = 0);
+    string ReadAll(uint32_t encoding = kEncodingNotGiven);
 
     // Buffer used up and mechanism at its end; false when closed.
     bool IsEOF();
@@ -49,6 +50,9 @@ private:
     // Moves what is left unread to the front and reads more behind it.  False
     // when nothing came.
     bool Refill();
+    uint32_t Effective(uint32_t encoding) const {
+        return encoding == kEncodingNotGiven ? mEncoding : encoding;
+    }
     string ReadLineBytes(uint32_t encoding);
     // Offset of the first CR or LF at or after the buffer position, or the fill.
     int32_t FindLineEnd();

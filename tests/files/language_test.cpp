@@ -84,6 +84,78 @@ TEST_F(FilesLanguage, TextFilesRoundTripThroughTheExports) {
     RuntimeUnlockObject(item);
 }
 
+// Text written by iconv in an encoding, read with that encoding given: the
+// lines come back tagged with it and convert back to the text iconv took.
+TEST_F(FilesLanguage, EncodingArgumentsTagWhatIsRead) {
+    RuntimeObject *utf8 = EncodingsGetFromCode(int32_t(kEncodingUTF8));
+    struct Case {
+        const char *iconvName;
+        uint32_t word;
+    } cases[] = {
+        {"ISO-8859-1", 0x0201}, {"MACINTOSH", 0x0000}, // word 0 is an encoding too
+        {"UTF-16LE", 0x0100},   {"WINDOWS-1252", 0x0500}, {"UTF-8", kEncodingUTF8},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.iconvName);
+        const std::string path = mDir / "encoded.txt";
+        ASSERT_EQ(std::system(("printf 'Gr\303\274\303\237e\nzwei' | iconv -f UTF-8 -t " +
+                               std::string(c.iconvName) + " > '" + path + "'")
+                                  .c_str()),
+                  0);
+        RuntimeObject *item = Item("encoded.txt");
+        RuntimeObject *encoding = EncodingsGetFromCode(int32_t(c.word));
+        RuntimeObject *in = FolderItemOpenTextFile(item);
+        KelpString line = TextInputStreamReadLine(in, encoding);
+        ASSERT_NE(line, nullptr);
+        EXPECT_EQ(line->encoding, c.word);
+        EXPECT_EQ(TakeString(StringConvertEncoding(line, utf8)), "Grüße");
+        RuntimeUnlockString(line);
+        KelpString rest = TextInputStreamReadAll(in, encoding);
+        EXPECT_EQ(TakeString(StringConvertEncoding(rest, utf8)), "zwei");
+        RuntimeUnlockString(rest);
+        RuntimeUnlockObject(in);
+
+        RuntimeObject *bs = FolderItemOpenBinaryFile(item, 0);
+        KelpString bytes = BinaryStreamRead(bs, 3, encoding);
+        EXPECT_EQ(bytes->encoding, c.word);
+        RuntimeUnlockString(bytes);
+        bytes = BinaryStreamRead(bs, 3, nullptr);
+        EXPECT_EQ(bytes->encoding, kEncodingUnknown) << "no encoding given, none claimed";
+        RuntimeUnlockString(bytes);
+        RuntimeUnlockObject(bs);
+        RuntimeUnlockObject(encoding);
+        RuntimeUnlockObject(item);
+    }
+    RuntimeUnlockObject(utf8);
+
+    // The stream's own Encoding tags what is read without one; nil claims none.
+    std::ofstream(mDir / "lines.txt") << "a\nb\nc\n";
+    RuntimeObject *item = Item("lines.txt");
+    RuntimeObject *in = FolderItemOpenTextFile(item);
+    const RuntimePropertyRow *row = nullptr;
+    for (int32_t i = 0; i < in->klass->propertyCount; ++i)
+        if (Str(in->klass->propertyTable[i].signature).find("Encoding") != std::string::npos)
+            row = &in->klass->propertyTable[i];
+    ASSERT_NE(row, nullptr);
+    auto get = reinterpret_cast<RuntimeObject *(*)(RuntimeObject *, int32_t)>(row->getter);
+    auto set = reinterpret_cast<void (*)(RuntimeObject *, int32_t, RuntimeObject *)>(row->setter);
+    RuntimeObject *latin1 = EncodingsGetFromCode(0x0201);
+    const std::pair<RuntimeObject *, uint32_t> settings[] = {{latin1, 0x0201u},
+                                                             {nullptr, kEncodingUnknown}};
+    for (const auto &[setting, word] : settings) {
+        set(in, 0, setting);
+        RuntimeObject *now = get(in, 0);
+        EXPECT_EQ(now, setting);
+        RuntimeUnlockObject(now);
+        KelpString line = TextInputStreamReadLine(in, nullptr);
+        EXPECT_EQ(line->encoding, word);
+        RuntimeUnlockString(line);
+    }
+    RuntimeUnlockObject(latin1);
+    RuntimeUnlockObject(in);
+    RuntimeUnlockObject(item);
+}
+
 TEST_F(FilesLanguage, BinaryStreamsOnFilesAndStrings) {
     RuntimeObject *item = Item("data.bin");
     RuntimeObject *bs = FolderItemCreateBinaryFile(item, Lit("data"));

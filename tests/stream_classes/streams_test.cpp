@@ -38,7 +38,7 @@ protected:
         EXPECT_TRUE(file->Open(path, permission));
         return file;
     }
-    static std::vector<std::string> AllLines(TextInput &in, uint32_t encoding = 0) {
+    static std::vector<std::string> AllLines(TextInput &in, uint32_t encoding = kEncodingNotGiven) {
         std::vector<std::string> lines;
         for (int guard = 0; !in.IsEOF() && guard < 100000; ++guard)
             lines.emplace_back(in.ReadLine(encoding).View());

@@ -66,6 +66,22 @@ void BinaryStreamWriteLong(RuntimeObject *self, int32_t value);
 void BinaryStreamWritePString(RuntimeObject *self, KelpString text);
 void BinaryStreamWriteShort(RuntimeObject *self, int32_t value);
 
+/* stdin, stdout and stderr: one StandardInputStream and two
+ * StandardOutputStreams, kept for the process; each call gives a new
+ * reference.  Output text of a known encoding other than UTF-8 is converted
+ * to UTF-8 on the way out; input is tagged as the TextInputStream's is. */
+RuntimeObject *RuntimeGetStdIn(void);
+RuntimeObject *RuntimeGetStdOut(void);
+RuntimeObject *RuntimeGetStdErr(void);
+KelpString RuntimeStdInputRead(RuntimeObject *self, int32_t count, RuntimeObject *encoding);
+KelpString RuntimeStdInputReadLine(RuntimeObject *self, RuntimeObject *encoding);
+uint8_t RuntimeStdInputEof(RuntimeObject *self);
+uint8_t RuntimeStdInputError(RuntimeObject *self);
+void RuntimeStdOutputStreamWrite(RuntimeObject *self, KelpString text);
+void RuntimeStdOutputStreamWriteLine(RuntimeObject *self, KelpString text);
+void RuntimeStdOutFlush(RuntimeObject *self);
+uint8_t RuntimeStdOutputError(RuntimeObject *self);
+
 #ifdef __cplusplus
 }
 #endif

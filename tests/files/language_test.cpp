@@ -10,7 +10,10 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <fstream>
 
@@ -361,6 +364,107 @@ TEST_F(FilesLanguage, FileDatesAreTheFilesOwnTimes) {
     EXPECT_EQ(TakeRaised(), "NilObjectException: ");
     RuntimeUnlockObject(date);
     RuntimeUnlockObject(item);
+}
+
+// The console streams on real pipes: a child process gets `input` on its
+// standard input, runs `body` and exits with its answer; its output and
+// error come back.  With `noReader` nobody reads its standard output.
+struct Console {
+    int exitCode = -1;
+    std::string out, err;
+};
+Console RunOnConsole(const std::string &input, bool noReader, int (*body)()) {
+    int in[2], out[2], err[2];
+    if (pipe(in) || pipe(out) || pipe(err))
+        return {};
+    if (noReader)
+        close(out[0]);
+    const pid_t child = fork();
+    if (child == 0) {
+        signal(SIGPIPE, SIG_IGN);
+        dup2(in[0], 0);
+        dup2(out[1], 1);
+        dup2(err[1], 2);
+        for (int fd : {in[0], in[1], out[1], err[0], err[1]})
+            close(fd);
+        if (!noReader)
+            close(out[0]);
+        _exit(body());
+    }
+    close(in[0]);
+    close(out[1]);
+    close(err[1]);
+    if (write(in[1], input.data(), input.size()) != ssize_t(input.size()))
+        ADD_FAILURE() << "input not written";
+    close(in[1]);
+    Console result;
+    auto drain = [](int fd, std::string &into) {
+        char buffer[4096];
+        for (ssize_t n; (n = read(fd, buffer, sizeof buffer)) > 0;)
+            into.append(buffer, size_t(n));
+        close(fd);
+    };
+    if (!noReader)
+        drain(out[0], result.out);
+    drain(err[0], result.err);
+    int status = 0;
+    waitpid(child, &status, 0);
+    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return result;
+}
+
+// Echoes each line in brackets; the third line is read as Latin-1.
+int EchoLines() {
+    RuntimeObject *in = RuntimeGetStdIn(), *out = RuntimeGetStdOut(), *err = RuntimeGetStdErr();
+    RuntimeObject *latin1 = EncodingsGetFromCode(0x0201);
+    for (int n = 1; !RuntimeStdInputEof(in) && n < 100; ++n) {
+        KelpString line = RuntimeStdInputReadLine(in, n == 3 ? latin1 : nullptr);
+        RuntimeStdOutputStreamWrite(out, Lit("["));
+        RuntimeStdOutputStreamWrite(out, line);
+        RuntimeStdOutputStreamWriteLine(out, Lit("]"));
+        RuntimeUnlockString(line);
+    }
+    RuntimeStdOutputStreamWriteLine(err, Lit("done"));
+    RuntimeStdOutFlush(out);
+    const bool same = RuntimeGetStdIn() == in; // one object for the process
+    return RuntimeStdOutputError(out) || RuntimeStdInputError(in) || !same ? 1 : 0;
+}
+
+int WriteWithNobodyReading() {
+    RuntimeObject *out = RuntimeGetStdOut();
+    RuntimeStdOutputStreamWriteLine(out, Lit("lost"));
+    return RuntimeStdOutputError(out) ? 0 : 1;
+}
+
+TEST(ConsoleStreams, LinesInAndOutThroughRealPipes) {
+    struct Case {
+        std::string input;
+        bool noReader;
+        int (*body)();
+        Console expected;
+    } cases[] = {
+        {"first line\r\nsecond\nGr\xfc\xdf"
+         "e",
+         false,
+         EchoLines,
+         {0,
+          "[first line]\n[second]\n[Gr\xc3\xbc\xc3\x9f"
+          "e]\n",
+          "done\n"}},
+        {"", false, EchoLines, {0, "", "done\n"}},
+        {std::string(3000, 'x') + "\n",
+         false,
+         EchoLines,
+         {0, "[" + std::string(3000, 'x') + "]\n", "done\n"}},
+        {"", true, WriteWithNobodyReading, {0, "", ""}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.input.substr(0, 20));
+        const Console got = RunOnConsole(c.input, c.noReader, c.body);
+        EXPECT_EQ(got.exitCode, c.expected.exitCode);
+        EXPECT_EQ(got.out, c.expected.out);
+        EXPECT_EQ(got.err, c.expected.err);
+    }
 }
 
 TEST(FilesInAnImage, WritesAFileAndReadsItBack) {

@@ -3,6 +3,7 @@
 #include "support/class_kit.h"
 #include "support/image_builder.h"
 
+#include "exports/export_table.h"
 #include "objects/definitions.h"
 #include "strings/kstring.h"
 
@@ -464,6 +465,71 @@ TEST(ConsoleStreams, LinesInAndOutThroughRealPipes) {
         EXPECT_EQ(got.exitCode, c.expected.exitCode);
         EXPECT_EQ(got.out, c.expected.out);
         EXPECT_EQ(got.err, c.expected.err);
+    }
+}
+
+// Files here have no resource fork: none is handed out, and a program
+// written against the class still binds every member.
+TEST_F(FilesLanguage, NoResourceForksButTheClassBinds) {
+    std::ofstream(mDir / "plain") << "data";
+    RuntimeObject *item = Item("plain");
+    EXPECT_EQ(folderOpenResourceFork(item), nullptr);
+    EXPECT_EQ(folderCreateResourceFork(item, Lit("rsrc")), nullptr);
+    EXPECT_EQ(fileRFSizeGetter(item, 0), 0);
+    RuntimeUnlockObject(item);
+    RuntimeClass *klass = RuntimeLookupClass(Lit("ResourceFork"));
+    ASSERT_NE(klass, nullptr);
+    for (const char *name : {"resourceForkAddPicture",
+                             "resourceForkAddResource",
+                             "resourceForkClose",
+                             "ResourceForkDestructor",
+                             "resourceForkGetCicn",
+                             "resourceForkGetCursor",
+                             "resourceForkGetHandle",
+                             "resourceForkGetIcl",
+                             "resourceForkGetIcs",
+                             "resourceForkGetLocked",
+                             "resourceForkGetNamedPicture",
+                             "resourceForkGetNamedResource",
+                             "resourceForkGetPicture",
+                             "resourceForkGetPreload",
+                             "resourceForkGetProtected",
+                             "resourceForkGetPurgeable",
+                             "resourceForkGetResource",
+                             "resourceForkGetSound",
+                             "resourceForkGetSysHeap",
+                             "resourceForkReleaseHandle",
+                             "resourceForkRemoveResource",
+                             "resourceForkResourceCount",
+                             "resourceForkResourceID",
+                             "resourceForkResourceName",
+                             "resourceForkResourceType",
+                             "resourceForkSetLocked",
+                             "resourceForkSetPreload",
+                             "resourceForkSetProtected",
+                             "resourceForkSetPurgeable",
+                             "resourceForkSetSysHeap",
+                             "resourceForkTypeCount",
+                             "GetEncodingsObject",
+                             "BinaryStringMemoryBlockCtor",
+                             "folderGetCreation",
+                             "folderGetModified",
+                             "folderSetCreation",
+                             "folderSetModified",
+                             "RuntimeGetStdIn",
+                             "RuntimeGetStdOut",
+                             "RuntimeGetStdErr",
+                             "RuntimeStdInputEof",
+                             "RuntimeStdInputError",
+                             "RuntimeStdInputRead",
+                             "RuntimeStdInputReadLine",
+                             "RuntimeStdOutFlush",
+                             "RuntimeStdOutputError",
+                             "RuntimeStdOutputStreamWrite",
+                             "RuntimeStdOutputStreamWriteLine"}) {
+        const RelocEntry *row = FindExport(name);
+        ASSERT_NE(row, nullptr) << name;
+        EXPECT_NE(row->code, nullptr) << name;
     }
 }
 

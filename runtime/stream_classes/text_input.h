@@ -18,10 +18,18 @@ namespace kelp {
 
 class TextInput {
 public:
-    static constexpr int kBufferSize = 1024;
+    // Large enough that the C stream underneath hands reads straight to the
+    // system instead of copying through its own buffer, and that a fill
+    // holds hundreds of lines; no rule depends on the size.
+    static constexpr int kBufferSize = 64 * 1024;
 
-    explicit TextInput(std::unique_ptr<RandomAccessMechanism> mechanism)
-        : mMechanism(std::move(mechanism)) {}
+    // `bufferSize` below the default is for tests that put line ends at a
+    // fill's edge with few bytes.
+    explicit TextInput(std::unique_ptr<RandomAccessMechanism> mechanism,
+                       int32_t bufferSize = kBufferSize)
+        : mMechanism(std::move(mechanism)), mBufferSize(bufferSize < 2 ? 2 : bufferSize),
+          mBufferStore(new uint8_t[static_cast<size_t>(mBufferSize)]), mBuffer(mBufferStore.get()) {
+    }
     ~TextInput() { Close(); }
     TextInput(const TextInput &) = delete;
     TextInput &operator=(const TextInput &) = delete;
@@ -62,8 +70,9 @@ private:
     int32_t mStoredError = 0;                          // the code at Close
     int32_t mBufferPosition = 0;                       // next unread byte
     int32_t mBufferFill = 0;                           // bytes in mBuffer
-    int32_t mNextLF = -1, mNextCR = -1;                // found in this fill; -1 unknown
-    uint8_t mBuffer[kBufferSize];
+    int32_t mBufferSize;                               // bytes mBuffer holds, 2 or more
+    std::unique_ptr<uint8_t[]> mBufferStore;           // owns mBuffer
+    uint8_t *mBuffer;
 };
 
 } // namespace kelp

@@ -526,7 +526,13 @@ TEST_F(FilesLanguage, NoResourceForksButTheClassBinds) {
                              "RuntimeStdOutFlush",
                              "RuntimeStdOutputError",
                              "RuntimeStdOutputStreamWrite",
-                             "RuntimeStdOutputStreamWriteLine"}) {
+                             "RuntimeStdOutputStreamWriteLine",
+                             "LockWString",
+                             "UnlockWString",
+                             "SwapWStringLocks",
+                             "LockCFString",
+                             "UnlockCFString",
+                             "SwapCFStringLocks"}) {
         const RelocEntry *row = FindExport(name);
         ASSERT_NE(row, nullptr) << name;
         EXPECT_NE(row->code, nullptr) << name;

@@ -17,6 +17,7 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <sstream>
 
 namespace kelp {
 namespace {
@@ -479,61 +480,25 @@ TEST_F(FilesLanguage, NoResourceForksButTheClassBinds) {
     RuntimeUnlockObject(item);
     RuntimeClass *klass = RuntimeLookupClass(Lit("ResourceFork"));
     ASSERT_NE(klass, nullptr);
-    for (const char *name : {"resourceForkAddPicture",
-                             "resourceForkAddResource",
-                             "resourceForkClose",
-                             "ResourceForkDestructor",
-                             "resourceForkGetCicn",
-                             "resourceForkGetCursor",
-                             "resourceForkGetHandle",
-                             "resourceForkGetIcl",
-                             "resourceForkGetIcs",
-                             "resourceForkGetLocked",
-                             "resourceForkGetNamedPicture",
-                             "resourceForkGetNamedResource",
-                             "resourceForkGetPicture",
-                             "resourceForkGetPreload",
-                             "resourceForkGetProtected",
-                             "resourceForkGetPurgeable",
-                             "resourceForkGetResource",
-                             "resourceForkGetSound",
-                             "resourceForkGetSysHeap",
-                             "resourceForkReleaseHandle",
-                             "resourceForkRemoveResource",
-                             "resourceForkResourceCount",
-                             "resourceForkResourceID",
-                             "resourceForkResourceName",
-                             "resourceForkResourceType",
-                             "resourceForkSetLocked",
-                             "resourceForkSetPreload",
-                             "resourceForkSetProtected",
-                             "resourceForkSetPurgeable",
-                             "resourceForkSetSysHeap",
-                             "resourceForkTypeCount",
-                             "GetEncodingsObject",
-                             "BinaryStringMemoryBlockCtor",
-                             "folderGetCreation",
-                             "folderGetModified",
-                             "folderSetCreation",
-                             "folderSetModified",
-                             "RuntimeGetStdIn",
-                             "RuntimeGetStdOut",
-                             "RuntimeGetStdErr",
-                             "RuntimeStdInputEof",
-                             "RuntimeStdInputError",
-                             "RuntimeStdInputRead",
-                             "RuntimeStdInputReadLine",
-                             "RuntimeStdOutFlush",
-                             "RuntimeStdOutputError",
-                             "RuntimeStdOutputStreamWrite",
-                             "RuntimeStdOutputStreamWriteLine",
-                             "LockWString",
-                             "UnlockWString",
-                             "SwapWStringLocks",
-                             "LockCFString",
-                             "UnlockCFString",
-                             "SwapCFStringLocks"}) {
-        const RelocEntry *row = FindExport(name);
+    std::istringstream names(
+        "resourceForkAddPicture resourceForkAddResource resourceForkClose "
+        "ResourceForkDestructor resourceForkGetCicn resourceForkGetCursor "
+        "resourceForkGetHandle resourceForkGetIcl resourceForkGetIcs resourceForkGetLocked "
+        "resourceForkGetNamedPicture resourceForkGetNamedResource resourceForkGetPicture "
+        "resourceForkGetPreload resourceForkGetProtected resourceForkGetPurgeable "
+        "resourceForkGetResource resourceForkGetSound resourceForkGetSysHeap "
+        "resourceForkReleaseHandle resourceForkRemoveResource resourceForkResourceCount "
+        "resourceForkResourceID resourceForkResourceName resourceForkResourceType "
+        "resourceForkSetLocked resourceForkSetPreload resourceForkSetProtected "
+        "resourceForkSetPurgeable resourceForkSetSysHeap resourceForkTypeCount "
+        "GetEncodingsObject BinaryStringMemoryBlockCtor folderGetCreation folderGetModified "
+        "folderSetCreation folderSetModified RuntimeGetStdIn RuntimeGetStdOut "
+        "RuntimeGetStdErr RuntimeStdInputEof RuntimeStdInputError RuntimeStdInputRead "
+        "RuntimeStdInputReadLine RuntimeStdOutFlush RuntimeStdOutputError "
+        "RuntimeStdOutputStreamWrite RuntimeStdOutputStreamWriteLine LockWString "
+        "UnlockWString SwapWStringLocks LockCFString UnlockCFString SwapCFStringLocks");
+    for (std::string name; names >> name;) {
+        const RelocEntry *row = FindExport(name.c_str());
         ASSERT_NE(row, nullptr) << name;
         EXPECT_NE(row->code, nullptr) << name;
     }

@@ -66,6 +66,20 @@ void textConverterDestructor(RuntimeObject *converter);
 RuntimeObject *EncodingsGetter(RuntimeObject *module, int32_t selector);
 /* Encodings.GetFromCode(word). */
 RuntimeObject *EncodingsGetFromCode(int32_t word);
+/* The one instance of the hidden class _Encodings, with a new reference. */
+RuntimeObject *GetEncodingsObject(void);
+
+/* Copies of a text for declared external functions, kept until unlocked:
+ * WString as NUL-terminated 32-bit characters (wchar_t), CFString as
+ * NUL-terminated UTF-8.  Swap unlocks the old copy and locks the new text.
+ * Unlock and Swap ignore a pointer that is not a live lock; null when a
+ * copy can't be made. */
+void *LockWString(KelpString text);
+void UnlockWString(void *locked);
+void *SwapWStringLocks(void *locked, KelpString text);
+void *LockCFString(KelpString text);
+void UnlockCFString(void *locked);
+void *SwapCFStringLocks(void *locked, KelpString text);
 
 #ifdef __cplusplus
 }

@@ -60,6 +60,14 @@ void FolderItemOwnerSetter(RuntimeObject *self, int32_t unused, KelpString value
 KelpString FolderItemGroupGetter(RuntimeObject *self, int32_t unused);
 void FolderItemGroupSetter(RuntimeObject *self, int32_t unused, KelpString value);
 int32_t FolderItemGetLastError(RuntimeObject *self, int32_t unused);
+/* CreationDate and ModificationDate: new Dates of the file's real times, or
+ * nil (LastErrorCode set) when the file can't be asked.  Setting the
+ * creation date is refused; setting the modification date sets the file's
+ * modification time, and a nil date raises NilObjectException. */
+RuntimeObject *folderGetCreation(RuntimeObject *self, int32_t unused);
+RuntimeObject *folderGetModified(RuntimeObject *self, int32_t unused);
+void folderSetCreation(RuntimeObject *self, int32_t unused, RuntimeObject *date);
+void folderSetModified(RuntimeObject *self, int32_t unused, RuntimeObject *date);
 void FolderItemSetLastError(RuntimeObject *self, int32_t unused, int32_t value);
 int32_t FolderItemGetPermissions(RuntimeObject *self, int32_t unused);
 void FolderItemSetPermissionsInteger(RuntimeObject *self, int32_t unused, int32_t mode);

@@ -60,6 +60,40 @@ void RuntimeGraphicsDrawPicture(RuntimeObject *g, RuntimeObject *picture, int32_
                                 int32_t destWidth, int32_t destHeight, int32_t sourceX,
                                 int32_t sourceY, int32_t sourceWidth, int32_t sourceHeight);
 
+/* ResourceFork: files here have none; every member answers nil, 0, false or
+ * "" and does nothing. */
+void resourceForkClose(RuntimeObject *self);
+void ResourceForkDestructor(RuntimeObject *self);
+int32_t resourceForkTypeCount(RuntimeObject *self);
+KelpString resourceForkResourceType(RuntimeObject *self, int32_t);
+KelpString resourceForkGetResource(RuntimeObject *self, KelpString, int32_t);
+RuntimeObject *resourceForkGetHandle(RuntimeObject *self, KelpString, int32_t);
+void resourceForkReleaseHandle(RuntimeObject *self, RuntimeObject *);
+KelpString resourceForkGetNamedResource(RuntimeObject *self, KelpString, KelpString);
+int32_t resourceForkResourceCount(RuntimeObject *self, KelpString);
+int32_t resourceForkResourceID(RuntimeObject *self, KelpString, int32_t);
+KelpString resourceForkResourceName(RuntimeObject *self, KelpString, int32_t);
+void resourceForkAddResource(RuntimeObject *self, KelpString, KelpString, int32_t, KelpString);
+void resourceForkAddPicture(RuntimeObject *self, RuntimeObject *, int32_t, KelpString);
+void resourceForkRemoveResource(RuntimeObject *self, KelpString, int32_t);
+RuntimeObject *resourceForkGetSound(RuntimeObject *self, int32_t);
+RuntimeObject *resourceForkGetPicture(RuntimeObject *self, int32_t);
+RuntimeObject *resourceForkGetCicn(RuntimeObject *self, int32_t);
+RuntimeObject *resourceForkGetIcl(RuntimeObject *self, int32_t);
+RuntimeObject *resourceForkGetIcs(RuntimeObject *self, int32_t);
+RuntimeObject *resourceForkGetCursor(RuntimeObject *self, int32_t);
+RuntimeObject *resourceForkGetNamedPicture(RuntimeObject *self, KelpString);
+uint8_t resourceForkGetLocked(RuntimeObject *self, KelpString, int32_t);
+uint8_t resourceForkGetProtected(RuntimeObject *self, KelpString, int32_t);
+uint8_t resourceForkGetPreload(RuntimeObject *self, KelpString, int32_t);
+uint8_t resourceForkGetPurgeable(RuntimeObject *self, KelpString, int32_t);
+uint8_t resourceForkGetSysHeap(RuntimeObject *self, KelpString, int32_t);
+void resourceForkSetLocked(RuntimeObject *self, KelpString, int32_t, uint8_t);
+void resourceForkSetProtected(RuntimeObject *self, KelpString, int32_t, uint8_t);
+void resourceForkSetPreload(RuntimeObject *self, KelpString, int32_t, uint8_t);
+void resourceForkSetPurgeable(RuntimeObject *self, KelpString, int32_t, uint8_t);
+void resourceForkSetSysHeap(RuntimeObject *self, KelpString, int32_t, uint8_t);
+
 #ifdef __cplusplus
 }
 #endif

@@ -39,6 +39,7 @@ void TextOutputStreamWriteLine(RuntimeObject *self, KelpString text);
 void BinaryStreamInitializer(RuntimeObject *self);
 void BinaryStreamDestructor(RuntimeObject *self);
 void BinaryStringStringCtor(RuntimeObject *self, KelpString text);
+void BinaryStringMemoryBlockCtor(RuntimeObject *self, RuntimeObject *block);
 void BinaryStreamClose(RuntimeObject *self);
 void BinaryStreamFlush(RuntimeObject *self);
 uint8_t BinaryStreamEOF(RuntimeObject *self);
@@ -64,6 +65,22 @@ void BinaryStreamWriteFloat(RuntimeObject *self, double value);
 void BinaryStreamWriteLong(RuntimeObject *self, int32_t value);
 void BinaryStreamWritePString(RuntimeObject *self, KelpString text);
 void BinaryStreamWriteShort(RuntimeObject *self, int32_t value);
+
+/* stdin, stdout and stderr: one StandardInputStream and two
+ * StandardOutputStreams, kept for the process; each call gives a new
+ * reference.  Output text of a known encoding other than UTF-8 is converted
+ * to UTF-8 on the way out; input is tagged as the TextInputStream's is. */
+RuntimeObject *RuntimeGetStdIn(void);
+RuntimeObject *RuntimeGetStdOut(void);
+RuntimeObject *RuntimeGetStdErr(void);
+KelpString RuntimeStdInputRead(RuntimeObject *self, int32_t count, RuntimeObject *encoding);
+KelpString RuntimeStdInputReadLine(RuntimeObject *self, RuntimeObject *encoding);
+uint8_t RuntimeStdInputEof(RuntimeObject *self);
+uint8_t RuntimeStdInputError(RuntimeObject *self);
+void RuntimeStdOutputStreamWrite(RuntimeObject *self, KelpString text);
+void RuntimeStdOutputStreamWriteLine(RuntimeObject *self, KelpString text);
+void RuntimeStdOutFlush(RuntimeObject *self);
+uint8_t RuntimeStdOutputError(RuntimeObject *self);
 
 #ifdef __cplusplus
 }

@@ -1,5 +1,7 @@
 // The Encodings module: one read-only property per named encoding, each
-// answering the shared TextEncoding of its word, and GetFromCode.
+// answering the shared TextEncoding of its word, and GetFromCode.  The same
+// properties stand on the hidden class _Encodings, whose one instance
+// GetEncodingsObject hands to code that wants Encodings as a value.
 #include "encodings/text_encoding.h"
 
 #include "objects/definitions.h"
@@ -116,9 +118,8 @@ const NamedEncoding kNamed[] = {
 };
 constexpr int32_t kNamedCount = sizeof(kNamed) / sizeof(kNamed[0]);
 
-} // namespace
-
-ObjectDefinition *EncodingsModuleDefinition() {
+// The rows shared by the module and the class.
+const std::vector<PropertyRow> &NamedProperties() {
     static const TypeRecord encodingType{kTypeObjectOf, nullptr, nullptr, 0,
                                          &TextEncodingDefinition};
     static const std::vector<PropertyRow> properties = [] {
@@ -128,6 +129,19 @@ ObjectDefinition *EncodingsModuleDefinition() {
                 {0, kNamed[i].name, &encodingType, KELP_ENTRY(EncodingsGetter), {}, i + 1});
         return rows;
     }();
+    return properties;
+}
+
+// GetFromCode called on the instance of _Encodings, which has a self.
+RuntimeObject *InstanceGetFromCode(RuntimeObject * /*self*/, int32_t word) {
+    return EncodingsGetFromCode(word);
+}
+
+} // namespace
+
+ObjectDefinition *EncodingsModuleDefinition() {
+    static const TypeRecord encodingType{kTypeObjectOf, nullptr, nullptr, 0,
+                                         &TextEncodingDefinition};
     static const ParameterRow code[] = {{"code", &kTypeInteger}};
     static const MethodRow methods[] = {
         {"GetFromCode", &encodingType, code, 1, KELP_ENTRY(EncodingsGetFromCode)},
@@ -136,7 +150,23 @@ ObjectDefinition *EncodingsModuleDefinition() {
         .name = "Encodings",
         .instanceSize = 0,
         .targetFlags = {1, 0, 0},
-        .properties = properties,
+        .properties = NamedProperties(),
+        .methods = methods,
+    };
+    static ObjectDefinition *definition = BuildDefinition(description);
+    return definition;
+}
+
+ObjectDefinition *EncodingsClassDefinition() {
+    static const TypeRecord encodingType{kTypeObjectOf, nullptr, nullptr, 0,
+                                         &TextEncodingDefinition};
+    static const ParameterRow code[] = {{"code", &kTypeInteger}};
+    static const MethodRow methods[] = {
+        {"GetFromCode", &encodingType, code, 1, KELP_ENTRY(InstanceGetFromCode)},
+    };
+    static const ClassDescription description = {
+        .name = "_Encodings",
+        .properties = NamedProperties(),
         .methods = methods,
     };
     static ObjectDefinition *definition = BuildDefinition(description);
@@ -160,4 +190,12 @@ extern "C" RuntimeObject *EncodingsGetter(RuntimeObject * /*module*/, int32_t se
 
 extern "C" RuntimeObject *EncodingsGetFromCode(int32_t word) {
     return SharedTextEncoding(static_cast<uint32_t>(word));
+}
+
+extern "C" RuntimeObject *GetEncodingsObject(void) {
+    // Made at the first call and kept for the process, like the module.
+    static RuntimeObject *encodings =
+        RuntimeNewObject(ClassForDefinition(EncodingsClassDefinition()));
+    RuntimeLockObject(encodings);
+    return encodings;
 }

@@ -10,6 +10,8 @@ struct ObjectDefinition;
 ObjectDefinition *TextEncodingDefinition();
 ObjectDefinition *TextConverterDefinition();
 ObjectDefinition *EncodingsModuleDefinition();
+// _Encodings: the same properties on the class of GetEncodingsObject.
+ObjectDefinition *EncodingsClassDefinition();
 
 // The word of base, variant and format: UTF-8 (base 256, format 2) is the
 // single word 0x08000100, every other encoding is named by its base.

@@ -9,6 +9,7 @@ void WireEncodings() {
     AddIntrinsicClassAccessor(&TextEncodingDefinition);
     AddIntrinsicClassAccessor(&TextConverterDefinition);
     AddIntrinsicModuleAccessor(&EncodingsModuleDefinition);
+    AddIntrinsicClassAccessor(&EncodingsClassDefinition);
 }
 
 } // namespace kelp

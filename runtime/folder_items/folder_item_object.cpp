@@ -5,6 +5,7 @@
 #include "folder_items/special_folders.h"
 
 #include "base/fatal_report.h"
+#include "dates/date_common.h"
 #include "exceptions/raise.h"
 #include "objects/definitions.h"
 #include "stream_classes/stream_objects.h"
@@ -14,6 +15,7 @@
 #include "kelp/objects.h"
 
 #include <climits>
+#include <cmath>
 #include <cstring>
 
 namespace kelp {
@@ -25,6 +27,7 @@ const TypeRecord kFolderItemType{kTypeObjectOf, nullptr, nullptr, 0, &FolderItem
 const TypeRecord kTextInputType{kTypeObjectOf, nullptr, nullptr, 0, &TextInputStreamDefinition};
 const TypeRecord kTextOutputType{kTypeObjectOf, nullptr, nullptr, 0, &TextOutputStreamDefinition};
 const TypeRecord kBinaryType{kTypeObjectOf, nullptr, nullptr, 0, &BinaryStreamDefinition};
+const TypeRecord kDateType{kTypeObjectOf, nullptr, nullptr, 0, &DateDefinition};
 
 FolderItemRecord *Record(RuntimeObject *self) { return reinterpret_cast<FolderItemRecord *>(self); }
 
@@ -102,6 +105,17 @@ template <typename T> T WithImp(RuntimeObject *self, T neutral, auto &&action) {
     return imp ? action(*imp) : neutral;
 }
 
+// A new Date of a file time, or nil when the file couldn't be asked: a
+// missing file has no date, and a made-up one would pass for real.
+RuntimeObject *FileDate(RuntimeObject *self, int64_t (FolderItemImp::*seconds)()) {
+    FolderItemImp *imp = ImpOf(self);
+    if (!imp)
+        return nullptr;
+    imp->mLastError = 0;
+    const int64_t total = (imp->*seconds)();
+    return imp->mLastError ? nullptr : NewDateWithTotalSeconds(static_cast<double>(total));
+}
+
 int32_t Narrow(int64_t value) { return value > INT_MAX ? INT_MAX : static_cast<int32_t>(value); }
 
 // The language's names for the wrappers without an optional argument.
@@ -158,6 +172,10 @@ ObjectDefinition *FolderItemDefinition() {
         {0, "MacVRefNum", &kTypeInteger, KELP_ENTRY(fileVRefNumGetter), {}},
         {0, "MacDirID", &kTypeInteger, KELP_ENTRY(fileDirIDGetter), {}},
         {0, "Parent", &kFolderItemType, KELP_ENTRY(folderParentGetter), {}},
+        {0, "CreationDate", &kDateType, KELP_ENTRY(folderGetCreation),
+         KELP_ENTRY(folderSetCreation)},
+        {0, "ModificationDate", &kDateType, KELP_ENTRY(folderGetModified),
+         KELP_ENTRY(folderSetModified)},
         {0, "Owner", &kTypeString, KELP_ENTRY(FolderItemOwnerGetter),
          KELP_ENTRY(FolderItemOwnerSetter)},
         {0, "Group", &kTypeString, KELP_ENTRY(FolderItemGroupGetter),
@@ -693,4 +711,31 @@ extern "C" void PermissionsSetter(RuntimeObject *self, int32_t bit, uint8_t valu
         return;
     int32_t &mode = reinterpret_cast<PermissionsRecord *>(self)->mode;
     mode = value ? (mode | bit) : (mode & ~bit);
+}
+
+// The file's real times as Dates.  The birth time is where the file system
+// keeps one, else the time of the last change of the entry.
+extern "C" RuntimeObject *folderGetCreation(RuntimeObject *self, int32_t) {
+    return FileDate(self, &FolderItemImp::CreationSeconds);
+}
+
+extern "C" RuntimeObject *folderGetModified(RuntimeObject *self, int32_t) {
+    return FileDate(self, &FolderItemImp::ModificationSeconds);
+}
+
+// The system keeps no settable birth time: the assignment is refused and
+// the file is left alone.
+extern "C" void folderSetCreation(RuntimeObject *self, int32_t, RuntimeObject *) { ImpOf(self); }
+
+// Sets the modification time to the date's moment, in whole seconds, so
+// that reading the property back gives the date that was set.
+extern "C" void folderSetModified(RuntimeObject *self, int32_t, RuntimeObject *date) {
+    FolderItemImp *imp = ImpOf(self);
+    if (!imp)
+        return;
+    if (!date) {
+        RaiseNilObject();
+        return;
+    }
+    imp->SetModificationSeconds(static_cast<int64_t>(std::floor(TotalSecondsOf(date))));
 }

@@ -2,6 +2,7 @@
 
 #include "objects/definitions.h"
 #include "pictures/picture_object.h"
+#include "pictures/resource_fork.h"
 
 #include "kelp/pictures.h"
 
@@ -10,6 +11,7 @@ namespace kelp {
 void WirePictures() {
     AddIntrinsicClassAccessor(&PictureDefinition);
     AddIntrinsicClassAccessor(&RGBSurfaceDefinition);
+    AddIntrinsicClassAccessor(&ResourceForkDefinition);
     static const TypeRecord pictureType{kTypeObjectOf, nullptr, nullptr, 0, &PictureDefinition};
     static const ParameterRow params[] = {
         {"width", &kTypeInteger}, {"height", &kTypeInteger}, {"depth", &kTypeInteger}};

@@ -7,6 +7,14 @@
 #include <string>
 
 namespace kelp {
+namespace {
+
+// Bytes read without an encoding are just bytes: no encoding is claimed.
+uint32_t Tag(uint32_t encoding) {
+    return encoding == kEncodingNotGiven ? kEncodingUnknown : encoding;
+}
+
+} // namespace
 
 bool BinaryData::ReadOrdered(void *value, int count) {
     if (!mMechanism)
@@ -67,7 +75,7 @@ string BinaryData::ReadPString(uint32_t encoding) {
     char bytes[255];
     int64_t got = 0;
     mMechanism->Read(bytes, length, &got);
-    return string::FromBytes(bytes, static_cast<long>(got), encoding);
+    return string::FromBytes(bytes, static_cast<long>(got), Tag(encoding));
 }
 
 string BinaryData::Read(int64_t count, uint32_t encoding) {
@@ -82,7 +90,7 @@ string BinaryData::Read(int64_t count, uint32_t encoding) {
     std::string bytes(static_cast<size_t>(count), '\0');
     int64_t got = 0;
     mMechanism->Read(bytes.data(), count, &got);
-    return string::FromBytes(bytes.data(), static_cast<long>(got), encoding);
+    return string::FromBytes(bytes.data(), static_cast<long>(got), Tag(encoding));
 }
 
 void BinaryData::WriteByte(int32_t value) {

@@ -6,6 +6,7 @@
 // Failure channel: none raises.  A short read gives 0 (false, ""), a closed
 // stream does nothing and gives the neutral value; the mechanism's error
 // code shows through LastError().
+#include "stream_classes/stream_encoding.h"
 #include "streams/random_access_mechanism.h"
 #include "strings/kstring.h"
 

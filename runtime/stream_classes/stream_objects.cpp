@@ -1,10 +1,15 @@
 #include "stream_classes/stream_objects.h"
 
+#include "stream_classes/memory_block_mechanism.h"
 #include "stream_classes/string_mechanism.h"
 
 #include "base/fatal_report.h"
+#include "encodings/text_encoding.h"
+#include "exceptions/raise.h"
+#include "memory/memory_block.h"
 #include "objects/definitions.h"
 
+#include "kelp/encodings.h"
 #include "kelp/objects.h"
 #include "kelp/streams.h"
 
@@ -16,7 +21,7 @@ namespace {
 
 constexpr const char kFile[] = "runtime/stream_classes/stream_objects.cpp";
 
-EncodingWordReader gEncodingReader = nullptr;
+const TypeRecord kEncodingType{kTypeObjectOf, nullptr, nullptr, 0, &TextEncodingDefinition};
 
 TextInput *Input(RuntimeObject *self) {
     if (!self) {
@@ -57,6 +62,16 @@ KelpString ReadLineNoEncoding(RuntimeObject *self) {
     return TextInputStreamReadLine(self, nullptr);
 }
 KelpString ReadAllNoEncoding(RuntimeObject *self) { return TextInputStreamReadAll(self, nullptr); }
+// Encoding: the tag of texts read without one.  Nil claims no encoding.
+RuntimeObject *InputEncodingGetter(RuntimeObject *self, int32_t) {
+    TextInput *input = Input(self);
+    return input && input->mEncoding != kEncodingUnknown ? SharedTextEncoding(input->mEncoding)
+                                                         : nullptr;
+}
+void InputEncodingSetter(RuntimeObject *self, int32_t, RuntimeObject *encoding) {
+    if (TextInput *input = Input(self))
+        input->mEncoding = encoding ? GetEncodingFromTEObject(encoding) : kEncodingUnknown;
+}
 uint8_t ReadError(RuntimeObject *self) { return TextInputStreamLastErrorGetter(self, 0) != 0; }
 uint8_t WriteError(RuntimeObject *self) { return TextOutputStreamLastErrorGetter(self, 0) != 0; }
 KelpString DelimiterGetter(RuntimeObject *self, int32_t) {
@@ -99,10 +114,8 @@ RuntimeObject *NewStream(ObjectDefinition *definition, Engine *engine, Engine *R
 
 } // namespace
 
-void SetEncodingWordReader(EncodingWordReader reader) { gEncodingReader = reader; }
-
 uint32_t EncodingWordOf(RuntimeObject *encoding) {
-    return encoding && gEncodingReader ? gEncodingReader(encoding) : 0;
+    return encoding ? GetEncodingFromTEObject(encoding) : kEncodingNotGiven;
 }
 
 RuntimeObject *NewTextInputStream(std::unique_ptr<RandomAccessMechanism> mechanism) {
@@ -124,13 +137,21 @@ ObjectDefinition *TextInputStreamDefinition() {
     static const PropertyRow properties[] = {
         {0, "PositionB", &kTypeInteger, KELP_ENTRY(TextInputStreamGetPosition),
          KELP_ENTRY(TextInputStreamSetPosition)},
+        {0, "Encoding", &kEncodingType, KELP_ENTRY(InputEncodingGetter),
+         KELP_ENTRY(InputEncodingSetter)},
         {0, "LastErrorCode", &kTypeInteger, KELP_ENTRY(TextInputStreamLastErrorGetter), {}},
     };
     static const ParameterRow countParams[] = {{"Count", &kTypeInteger}};
+    static const ParameterRow countEncodingParams[] = {{"Count", &kTypeInteger},
+                                                       {"Encoding", &kEncodingType}};
+    static const ParameterRow encodingParams[] = {{"Encoding", &kEncodingType}};
     static const MethodRow methods[] = {
         {"Read", &kTypeString, countParams, 1, KELP_ENTRY(ReadNoEncoding)},
+        {"Read", &kTypeString, countEncodingParams, 2, KELP_ENTRY(TextInputStreamRead)},
         {"ReadLine", &kTypeString, nullptr, 0, KELP_ENTRY(ReadLineNoEncoding)},
+        {"ReadLine", &kTypeString, encodingParams, 1, KELP_ENTRY(TextInputStreamReadLine)},
         {"ReadAll", &kTypeString, nullptr, 0, KELP_ENTRY(ReadAllNoEncoding)},
+        {"ReadAll", &kTypeString, encodingParams, 1, KELP_ENTRY(TextInputStreamReadAll)},
         {"Close", nullptr, nullptr, 0, KELP_ENTRY(TextInputStreamClose)},
         {"EOF", &kTypeBoolean, nullptr, 0, KELP_ENTRY(TextInputStreamEOF)},
         {"ReadError", &kTypeBoolean, nullptr, 0, KELP_ENTRY(ReadError)},
@@ -183,21 +204,29 @@ ObjectDefinition *BinaryStreamDefinition() {
         {0, "LastErrorCode", &kTypeInteger, KELP_ENTRY(BinaryStreamLastErrorGetter), {}},
     };
     static const ParameterRow countParams[] = {{"byteCount", &kTypeInteger}};
+    static const ParameterRow countEncodingParams[] = {{"byteCount", &kTypeInteger},
+                                                       {"Encoding", &kEncodingType}};
+    static const ParameterRow encodingParams[] = {{"Encoding", &kEncodingType}};
     static const ParameterRow intParams[] = {{"value", &kTypeInteger}};
     static const ParameterRow doubleParams[] = {{"value", &kTypeDouble}};
     static const ParameterRow boolParams[] = {{"value", &kTypeBoolean}};
     static const ParameterRow stringParams[] = {{"value", &kTypeString}};
     static const ParameterRow ctorParams[] = {{"aString", &kTypeString}};
+    static const TypeRecord blockType{kTypeObjectOf, nullptr, nullptr, 0, &MemoryBlockDefinition};
+    static const ParameterRow blockCtorParams[] = {{"aMemoryBlock", &blockType}};
     static const MethodRow methods[] = {
         {"Constructor", nullptr, ctorParams, 1, KELP_ENTRY(BinaryStringStringCtor)},
+        {"Constructor", nullptr, blockCtorParams, 1, KELP_ENTRY(BinaryStringMemoryBlockCtor)},
         {"ReadByte", &kTypeInteger, nullptr, 0, KELP_ENTRY(BinaryStreamReadByte)},
         {"ReadShort", &kTypeInteger, nullptr, 0, KELP_ENTRY(BinaryStreamReadShort)},
         {"ReadLong", &kTypeInteger, nullptr, 0, KELP_ENTRY(BinaryStreamReadLong)},
         {"ReadPString", &kTypeString, nullptr, 0, KELP_ENTRY(BinaryReadPStringNoEncoding)},
+        {"ReadPString", &kTypeString, encodingParams, 1, KELP_ENTRY(BinaryStreamReadPString)},
         {"ReadSingle", &kTypeDouble, nullptr, 0, KELP_ENTRY(BinaryStreamReadFloat)},
         {"ReadDouble", &kTypeDouble, nullptr, 0, KELP_ENTRY(BinaryStreamReadDouble)},
         {"ReadBoolean", &kTypeBoolean, nullptr, 0, KELP_ENTRY(BinaryStreamReadBoolean)},
         {"Read", &kTypeString, countParams, 1, KELP_ENTRY(BinaryReadNoEncoding)},
+        {"Read", &kTypeString, countEncodingParams, 2, KELP_ENTRY(BinaryStreamRead)},
         {"WriteByte", nullptr, intParams, 1, KELP_ENTRY(BinaryStreamWriteByte)},
         {"WriteShort", nullptr, intParams, 1, KELP_ENTRY(BinaryStreamWriteShort)},
         {"WriteLong", nullptr, intParams, 1, KELP_ENTRY(BinaryStreamWriteLong)},
@@ -345,6 +374,20 @@ extern "C" void BinaryStringStringCtor(RuntimeObject *self, KelpString text) {
     auto *record = reinterpret_cast<BinaryStreamRecord *>(self);
     delete record->data;
     record->data = new BinaryData(std::make_unique<StringStorageMechanism>(string::Wrap(text)));
+}
+
+extern "C" void BinaryStringMemoryBlockCtor(RuntimeObject *self, RuntimeObject *block) {
+    if (!self)
+        return;
+    if (!block) {
+        RaiseNilObject();
+        return;
+    }
+    auto *record = reinterpret_cast<BinaryStreamRecord *>(self);
+    auto *memory = reinterpret_cast<MemoryBlockObject *>(block);
+    delete record->data;
+    record->data = new BinaryData(std::make_unique<MemoryBlockMechanism>(memory));
+    record->data->mLittleEndian = memory->littleEndian != 0;
 }
 
 extern "C" void BinaryStreamClose(RuntimeObject *self) {

@@ -35,9 +35,7 @@ RuntimeObject *NewTextOutputStream(std::unique_ptr<RandomAccessMechanism> mechan
 RuntimeObject *NewBinaryStream(std::unique_ptr<RandomAccessMechanism> mechanism);
 
 // The encoding word of a TextEncoding object given as an optional argument;
-// 0 (the stream's own) for nil.  The text-encoding classes install the reader.
-using EncodingWordReader = uint32_t (*)(RuntimeObject *encoding);
-void SetEncodingWordReader(EncodingWordReader reader);
+// kEncodingNotGiven for nil.
 uint32_t EncodingWordOf(RuntimeObject *encoding);
 
 } // namespace kelp

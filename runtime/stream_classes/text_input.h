@@ -7,6 +7,7 @@
 //
 // Failure channel: none raises.  Reads at the end and on a closed stream give
 // the empty string; the mechanism's error shows through LastError().
+#include "stream_classes/stream_encoding.h"
 #include "streams/random_access_mechanism.h"
 #include "strings/kstring.h"
 
@@ -17,20 +18,28 @@ namespace kelp {
 
 class TextInput {
 public:
-    static constexpr int kBufferSize = 1024;
+    // Large enough that the C stream underneath hands reads straight to the
+    // system instead of copying through its own buffer, and that a fill
+    // holds hundreds of lines; no rule depends on the size.
+    static constexpr int kBufferSize = 64 * 1024;
 
-    explicit TextInput(std::unique_ptr<RandomAccessMechanism> mechanism)
-        : mMechanism(std::move(mechanism)) {}
+    // `bufferSize` below the default is for tests that put line ends at a
+    // fill's edge with few bytes.
+    explicit TextInput(std::unique_ptr<RandomAccessMechanism> mechanism,
+                       int32_t bufferSize = kBufferSize)
+        : mMechanism(std::move(mechanism)), mBufferSize(bufferSize < 2 ? 2 : bufferSize),
+          mBufferStore(new uint8_t[static_cast<size_t>(mBufferSize)]), mBuffer(mBufferStore.get()) {
+    }
     ~TextInput() { Close(); }
     TextInput(const TextInput &) = delete;
     TextInput &operator=(const TextInput &) = delete;
 
     // Up to `count` bytes; fewer at the end.  `encoding` 0 means the stream's.
-    string Read(int64_t count, uint32_t encoding = 0);
+    string Read(int64_t count, uint32_t encoding = kEncodingNotGiven);
     // The next line without its line end; the last line needs none.
-    string ReadLine(uint32_t encoding = 0);
+    string ReadLine(uint32_t encoding = kEncodingNotGiven);
     // Everything from the stream position to the end.
-    string ReadAll(uint32_t encoding = 0);
+    string ReadAll(uint32_t encoding = kEncodingNotGiven);
 
     // Buffer used up and mechanism at its end; false when closed.
     bool IsEOF();
@@ -49,6 +58,9 @@ private:
     // Moves what is left unread to the front and reads more behind it.  False
     // when nothing came.
     bool Refill();
+    uint32_t Effective(uint32_t encoding) const {
+        return encoding == kEncodingNotGiven ? mEncoding : encoding;
+    }
     string ReadLineBytes(uint32_t encoding);
     // Offset of the first CR or LF at or after the buffer position, or the fill.
     int32_t FindLineEnd();
@@ -58,8 +70,9 @@ private:
     int32_t mStoredError = 0;                          // the code at Close
     int32_t mBufferPosition = 0;                       // next unread byte
     int32_t mBufferFill = 0;                           // bytes in mBuffer
-    int32_t mNextLF = -1, mNextCR = -1;                // found in this fill; -1 unknown
-    uint8_t mBuffer[kBufferSize];
+    int32_t mBufferSize;                               // bytes mBuffer holds, 2 or more
+    std::unique_ptr<uint8_t[]> mBufferStore;           // owns mBuffer
+    uint8_t *mBuffer;
 };
 
 } // namespace kelp

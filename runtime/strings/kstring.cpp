@@ -34,9 +34,12 @@ SimpleVector<LiteralArea> &LiteralAreas() {
     return *areas;
 }
 
+stringStorage *UnfilledStorage(long length, bool soft);
+
 // A new record holding `length` bytes copied from `bytes` (zeros when null).
+
 stringStorage *NewRecordWith(const void *bytes, long length, uint32_t encoding) {
-    stringStorage *record = NewStringStorage(length, true);
+    stringStorage *record = bytes ? UnfilledStorage(length, true) : NewStringStorage(length, true);
     if (!record)
         return nullptr;
     if (bytes)
@@ -70,7 +73,11 @@ inline string AdoptRecord(stringStorage *record) { return StringBuilderAccess::M
 
 // ------------------------------------------------------------- the records
 
-stringStorage *NewStringStorage(long length, bool soft) {
+namespace {
+
+// A record of `length` bytes whose text the caller writes; only the length
+// byte and the terminator are set.
+stringStorage *UnfilledStorage(long length, bool soft) {
     if (length < 1)
         return nullptr;
     if (length > 0x7FFFFFF0L) // the record counts bytes in 32 bits
@@ -90,7 +97,16 @@ stringStorage *NewStringStorage(long length, bool soft) {
     record->length = static_cast<int32_t>(length);
     record->encoding = kEncodingUnknown;
     buffer[0] = LengthByte(length);
-    std::memset(buffer + 1, 0, static_cast<size_t>(length) + 1);
+    buffer[length + 1] = 0;
+    return record;
+}
+
+} // namespace
+
+stringStorage *NewStringStorage(long length, bool soft) {
+    stringStorage *record = UnfilledStorage(length, soft);
+    if (record)
+        std::memset(record->buffer + 1, 0, static_cast<size_t>(length));
     return record;
 }
 

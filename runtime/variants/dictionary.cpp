@@ -11,6 +11,7 @@
 #include "objects/definitions.h"
 #include "variants/variant_classes.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <new>
 
@@ -19,7 +20,14 @@ namespace {
 
 constexpr const char *kFile = "Common/Dictionary";
 constexpr uint32_t kFirstBins = 61;
-constexpr uint32_t kPrimes[] = {61, 127, 251, 509, 1021, 2039, 4093, 8191, 16381, 32749, 65521};
+// Past 65,521 the primes are the largest below each power of two: capped at
+// 65,521 bins, a million string keys would walk bins of fifteen.  The last
+// is 2^31 - 1, as BinCount is an Integer; a table that large fails to
+// allocate long before, which leaves the old table in place.
+constexpr uint32_t kPrimes[] = {
+    61,       127,      251,      509,       1021,      2039,      4093,       8191,      16381,
+    32749,    65521,    131071,   262139,    524287,    1048573,   2097143,    4194301,   8388593,
+    16777213, 33554393, 67108859, 134217689, 268435399, 536870909, 1073741789, 2147483647};
 
 DictionaryObject *Of(RuntimeObject *object) {
     if (!object) {
@@ -82,11 +90,84 @@ bool KeysEqual(RuntimeObject *a, RuntimeObject *b) {
     return VariantEqual(a, b);
 }
 
-DictionaryEntry *Find(DictionaryObject *d, RuntimeObject *key, uint32_t hash) {
-    for (DictionaryEntry *e = d->bins[hash % d->binCount]; e; e = e->next)
-        if (e->hash == hash && KeysEqual(e->key, key))
-            return e;
+// The bin of a hash.  A 32-bit value hashes to its two halves XORed, set
+// in both halves of the hash; XORing the low half into the high one again
+// leaves just that value, so neighbouring numbers sit in neighbouring bins
+// as they would under a plain identity hash.  The fold is one-to-one, so
+// string hashes spread as well as before.
+uint32_t BinIndex(uint32_t hash, uint32_t count) { return (hash ^ (hash << 16)) % count; }
+
+DictionaryBin &BinOf(DictionaryObject *d, uint32_t hash) {
+    return d->bins[BinIndex(hash, d->binCount)];
+}
+
+// A key's value and kind when it is an Integer, UInteger or Color box.
+DictionarySlot WordSlot(RuntimeObject *key, uint32_t hash, int32_t index) {
+    const Box box = BoxOf(key);
+    if (box != Box::kInteger && box != Box::kUInteger && box != Box::kColor)
+        return {hash, 0, index, 0};
+    return {hash, reinterpret_cast<RuntimeVariantWord *>(key)->value, index,
+            static_cast<uint8_t>(box)};
+}
+
+DictionarySlot *SlotsOf(DictionaryBin &bin) { return bin.capacity > 1 ? bin.many : &bin.one; }
+
+// Adds a slot to the bin; false when its array could not grow.
+bool AddSlot(DictionaryBin &bin, const DictionarySlot &slot) {
+    if (bin.capacity == 0) {
+        bin.one = slot;
+        bin.capacity = bin.count = 1;
+        return true;
+    }
+    if (bin.count == bin.capacity) {
+        const uint32_t capacity = bin.capacity * 2;
+        auto *many = static_cast<DictionarySlot *>(std::malloc(capacity * sizeof(DictionarySlot)));
+        if (!many)
+            return false;
+        const DictionarySlot *old = SlotsOf(bin);
+        std::copy(old, old + bin.count, many);
+        if (bin.capacity > 1)
+            std::free(bin.many);
+        bin.many = many;
+        bin.capacity = capacity;
+    }
+    SlotsOf(bin)[bin.count++] = slot;
+    return true;
+}
+
+void FreeBins(DictionaryBin *bins, uint32_t count) {
+    if (!bins)
+        return;
+    for (uint32_t i = 0; i < count; ++i)
+        if (bins[i].capacity > 1)
+            std::free(bins[i].many);
+    std::free(bins);
+}
+
+// The slot of the key in its bin, or null.  Two boxes of one word kind are
+// equal exactly when their words are, which the slot answers by itself.
+DictionarySlot *FindSlot(DictionaryObject *d, RuntimeObject *key, uint32_t hash) {
+    DictionaryBin &bin = BinOf(d, hash);
+    DictionarySlot *slots = SlotsOf(bin);
+    const DictionarySlot probe = WordSlot(key, hash, 0);
+    for (uint32_t i = 0; i < bin.count; ++i) {
+        DictionarySlot &s = slots[i];
+        if (s.hash != hash)
+            continue;
+        if (probe.wordKind && probe.wordKind == s.wordKind) {
+            if (probe.word == s.word)
+                return &s;
+            continue;
+        }
+        if (KeysEqual(d->entries[static_cast<uint32_t>(s.index)].key, key))
+            return &s;
+    }
     return nullptr;
+}
+
+DictionaryEntry *Find(DictionaryObject *d, RuntimeObject *key, uint32_t hash) {
+    DictionarySlot *s = FindSlot(d, key, hash);
+    return s ? &d->entries[static_cast<uint32_t>(s->index)] : nullptr;
 }
 
 // The key's hash.  False when a key's own hash method raised: its
@@ -106,20 +187,21 @@ DictionaryEntry *Lookup(DictionaryObject *d, RuntimeObject *key, bool *raised) {
     return *raised ? nullptr : Find(d, key, hash);
 }
 
-// Rebuilds the chains for `count` bins from the vector, in index order.
+// Rebuilds the bins for `count` bins from the vector, in index order.
 bool Rehash(DictionaryObject *d, uint32_t count) {
-    auto *bins = static_cast<DictionaryEntry **>(std::calloc(count, sizeof(DictionaryEntry *)));
-    if (!bins) {
+    auto *bins = static_cast<DictionaryBin *>(std::calloc(count, sizeof(DictionaryBin)));
+    bool made = bins != nullptr;
+    for (uint32_t i = 0; made && i < d->entries.Count(); ++i) {
+        const DictionaryEntry &e = d->entries[i];
+        made = AddSlot(bins[BinIndex(e.hash, count)],
+                       WordSlot(e.key, e.hash, static_cast<int32_t>(i)));
+    }
+    if (!made) {
+        FreeBins(bins, count);
         RaiseWithMessage("OutOfMemoryException", "");
         return false;
     }
-    for (uint32_t i = 0; i < d->entries.Count(); ++i) {
-        DictionaryEntry *e = d->entries[i];
-        DictionaryEntry *&head = bins[e->hash % count];
-        e->next = head;
-        head = e;
-    }
-    std::free(d->bins);
+    FreeBins(d->bins, d->binCount);
     d->bins = bins;
     d->binCount = count;
     d->growStep = GrowStep(count);
@@ -150,10 +232,9 @@ void SetBins(DictionaryObject *d, int32_t count) {
 
 void ReleaseEntries(DictionaryObject *d) {
     while (d->entries.Count() > 0) {
-        DictionaryEntry *e = d->entries.Pop();
-        RuntimeUnlockObject(e->key);
-        RuntimeUnlockObject(e->value);
-        delete e;
+        const DictionaryEntry e = d->entries.Pop();
+        RuntimeUnlockObject(e.key);
+        RuntimeUnlockObject(e.value);
     }
 }
 
@@ -208,10 +289,10 @@ extern "C" void dictionaryConstructor(RuntimeObject *object) {
         return;
     // The entry vector doubles as it grows: a fixed step of at most 1,024
     // would copy a large dictionary's whole vector again every 1,024 keys.
-    new (&d->entries) SimpleVector<DictionaryEntry *>(0);
+    new (&d->entries) SimpleVector<DictionaryEntry>(0);
     d->fixedBins = 0;
     d->busy = 0;
-    d->bins = static_cast<DictionaryEntry **>(std::calloc(kFirstBins, sizeof(DictionaryEntry *)));
+    d->bins = static_cast<DictionaryBin *>(std::calloc(kFirstBins, sizeof(DictionaryBin)));
     d->binCount = d->bins ? kFirstBins : 0;
     d->growStep = GrowStep(kFirstBins);
     if (!d->bins)
@@ -224,7 +305,7 @@ extern "C" void dictionaryDestructor(RuntimeObject *object) {
         return;
     ReleaseEntries(d);
     d->entries.~SimpleVector();
-    std::free(d->bins);
+    FreeBins(d->bins, d->binCount);
     d->bins = nullptr;
     d->binCount = 0;
 }
@@ -249,7 +330,7 @@ extern "C" RuntimeObject *dictionaryKey(RuntimeObject *object, int32_t index) {
     DictionaryObject *d = Of(object);
     if (!d || !IndexInRange(d, index))
         return nullptr;
-    RuntimeObject *key = d->entries[static_cast<uint32_t>(index)]->key;
+    RuntimeObject *key = d->entries[static_cast<uint32_t>(index)].key;
     RuntimeLockObject(key);
     return key;
 }
@@ -258,7 +339,7 @@ extern "C" RuntimeObject *dictionaryValueByIndex(RuntimeObject *object, int32_t 
     DictionaryObject *d = Of(object);
     if (!d || !IndexInRange(d, index))
         return nullptr;
-    RuntimeObject *value = d->entries[static_cast<uint32_t>(index)]->value;
+    RuntimeObject *value = d->entries[static_cast<uint32_t>(index)].value;
     RuntimeLockObject(value);
     return value;
 }
@@ -294,18 +375,14 @@ extern "C" void dictionaryValueSetter(RuntimeObject *object, RuntimeObject *key,
         e->value = value;
         return;
     }
-    auto *e = new (std::nothrow) DictionaryEntry{key, value, hash, 0, nullptr};
-    if (!e) {
+    const auto index = static_cast<int32_t>(d->entries.Count());
+    if (!AddSlot(BinOf(d, hash), WordSlot(key, hash, index))) {
         RaiseWithMessage("OutOfMemoryException", "");
         return;
     }
     RuntimeLockObject(key);
     RuntimeLockObject(value);
-    e->index = static_cast<int32_t>(d->entries.Count());
-    d->entries.Append(e);
-    DictionaryEntry *&head = d->bins[hash % d->binCount];
-    e->next = head;
-    head = e;
+    d->entries.Append({key, value, hash});
     if (!d->fixedBins && d->entries.Count() > uint64_t(d->binCount) * 3 / 4)
         SetBins(d, 0);
 }
@@ -336,28 +413,31 @@ extern "C" void dictionaryRemove(RuntimeObject *object, RuntimeObject *key) {
     uint32_t hash = 0;
     if (!HashKey(key, &hash))
         return;
-    DictionaryEntry **link = &d->bins[hash % d->binCount];
-    while (*link && !((*link)->hash == hash && KeysEqual((*link)->key, key)))
-        link = &(*link)->next;
-    DictionaryEntry *e = *link;
-    if (!e) {
+    DictionarySlot *slot = FindSlot(d, key, hash);
+    if (!slot) {
         RaiseWithMessage("KeyNotFoundException", "");
         return;
     }
+    const int32_t index = slot->index;
     const int32_t lastIndex = static_cast<int32_t>(d->entries.Count()) - 1;
-    KELP_ASSERT(e->index >= 0 && e->index <= lastIndex, kFile, "index >= 0 and index <= lastIndex");
-    if (e->index < 0 || e->index > lastIndex)
+    KELP_ASSERT(index >= 0 && index <= lastIndex, kFile, "index >= 0 and index <= lastIndex");
+    if (index < 0 || index > lastIndex)
         return;
-    *link = e->next;
+    DictionaryBin &bin = BinOf(d, hash);
+    *slot = SlotsOf(bin)[--bin.count];
+    const DictionaryEntry gone = d->entries[static_cast<uint32_t>(index)];
     // The last entry fills the hole, so Key(index) changes order here.
-    DictionaryEntry *last = d->entries.Pop();
-    if (last != e) {
-        last->index = e->index;
-        d->entries[static_cast<uint32_t>(e->index)] = last;
+    const DictionaryEntry last = d->entries.Pop();
+    if (index != lastIndex) {
+        d->entries[static_cast<uint32_t>(index)] = last;
+        DictionaryBin &lastBin = BinOf(d, last.hash);
+        DictionarySlot *slots = SlotsOf(lastBin);
+        for (uint32_t i = 0; i < lastBin.count; ++i)
+            if (slots[i].index == lastIndex)
+                slots[i].index = index;
     }
-    RuntimeUnlockObject(e->key);
-    RuntimeUnlockObject(e->value);
-    delete e;
+    RuntimeUnlockObject(gone.key);
+    RuntimeUnlockObject(gone.value);
 }
 
 extern "C" void dictionaryRemoveAll(RuntimeObject *object) {

@@ -66,6 +66,91 @@ TEST(Encodings, ModulePropertiesAndTheirInternetNames) {
     EXPECT_EQ(EncodingsGetFromCode((int32_t)kEncodingUnknown), nullptr);
 }
 
+// GetEncodingsObject: one object of _Encodings whose property rows answer
+// what the module's do, through the selector each row carries.
+TEST(Encodings, TheEncodingsObjectCarriesTheModuleProperties) {
+    Held first(GetEncodingsObject()), second(GetEncodingsObject());
+    ASSERT_NE(first.object, nullptr);
+    EXPECT_EQ(first.object, second.object);
+    const RuntimeClass *klass = first.object->klass;
+    EXPECT_EQ(string::Wrap(klass->name).View(), "_Encodings");
+    int32_t found = 0;
+    for (int32_t i = 0; i < klass->propertyCount; ++i) {
+        const RuntimePropertyRow &row = klass->propertyTable[i];
+        const std::string_view signature = string::Wrap(row.signature).View();
+        if (signature.find("ShiftJIS") == std::string_view::npos &&
+            signature.find("UTF16") == std::string_view::npos)
+            continue;
+        auto getter = reinterpret_cast<RuntimeObject *(*)(RuntimeObject *, int32_t)>(row.getter);
+        Held e(getter(first.object, row.fieldOffset));
+        EXPECT_EQ(e.word(), signature.find("UTF16") != std::string_view::npos ? 0x0100u : 0x0A01u);
+        ++found;
+    }
+    EXPECT_EQ(found, 2);
+}
+
+// What iconv makes of the bytes, as the target encoding's bytes.
+std::string Iconv(const std::string &bytes, const char *from, const char *to) {
+    char path[] = "/tmp/kelp-lock-XXXXXX";
+    const int fd = mkstemp(path);
+    if (fd < 0 || write(fd, bytes.data(), bytes.size()) != ssize_t(bytes.size()))
+        return "?";
+    close(fd);
+    std::string out;
+    const std::string command = std::string("iconv -f ") + from + " -t " + to + " " + path;
+    if (FILE *pipe = popen(command.c_str(), "r")) {
+        for (int c; (c = fgetc(pipe)) != EOF;)
+            out += char(c);
+        pclose(pipe);
+    }
+    unlink(path);
+    return out;
+}
+
+// Locked copies for external functions: 32-bit characters and UTF-8, each
+// checked against iconv's reading of the same bytes; a swap moves the lock,
+// and pointers that aren't locks are left alone.
+TEST(LockedText, WideAndSystemCopiesAgreeWithIconv) {
+    struct Case {
+        std::string bytes;
+        uint32_t word;
+        const char *iconvName;
+    } cases[] = {
+        {"Gr\xc3\xbc\xc3\x9f"
+         "e \xe2\x9c\x93 \xf0\x9d\x84\x9e",
+         kEncodingUTF8, "UTF-8"},
+        {"Gr\xfc\xdf"
+         "e",
+         0x0201, "ISO-8859-1"},
+        {"\x8a\x9a\xa5", 0x0000, "MACINTOSH"},
+        {"", kEncodingUTF8, "UTF-8"},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.iconvName);
+        const string text = string::FromBytes(c.bytes.data(), long(c.bytes.size()), c.word);
+        auto *wide = static_cast<const char32_t *>(LockWString(text.Storage()));
+        auto *system = static_cast<const char *>(LockCFString(text.Storage()));
+        ASSERT_NE(wide, nullptr);
+        ASSERT_NE(system, nullptr);
+        const std::u32string units(wide);
+        EXPECT_EQ(std::string(reinterpret_cast<const char *>(units.data()), units.size() * 4),
+                  Iconv(c.bytes, c.iconvName, "UTF-32LE"));
+        EXPECT_EQ(std::string(system), Iconv(c.bytes, c.iconvName, "UTF-8"));
+        auto *swapped =
+            static_cast<const char *>(SwapCFStringLocks((void *)system, string("next").Storage()));
+        EXPECT_STREQ(swapped, "next");
+        UnlockCFString((void *)swapped);
+        UnlockWString((void *)wide);
+        UnlockWString((void *)wide); // no longer a lock: ignored, not freed twice
+    }
+    char notALock[8] = "";
+    UnlockCFString(notALock);
+    auto *empty = static_cast<const char32_t *>(LockWString(nullptr));
+    ASSERT_NE(empty, nullptr);
+    EXPECT_EQ(empty[0], U'\0');
+    UnlockWString((void *)empty);
+}
+
 TEST(Encodings, EqualityAndCharacters) {
     Held a(getTextEncoding(0x0201, 0, 0)), b(getTextEncoding(0x0201, 0, 0));
     Held utf8(getTextEncoding(256, 0, 2)), ucs4(getTextEncoding(256, 0, 3));

@@ -3,6 +3,7 @@
 #include "support/class_kit.h"
 #include "support/image_builder.h"
 
+#include "exports/export_table.h"
 #include "objects/definitions.h"
 #include "strings/kstring.h"
 
@@ -10,9 +11,13 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <fstream>
+#include <sstream>
 
 namespace kelp {
 namespace {
@@ -81,6 +86,78 @@ TEST_F(FilesLanguage, TextFilesRoundTripThroughTheExports) {
     EXPECT_EQ(FolderItemOpenTextFile(missing), nullptr);
     EXPECT_EQ(FolderItemGetLastError(missing, 0), ENOENT);
     RuntimeUnlockObject(missing);
+    RuntimeUnlockObject(item);
+}
+
+// Text written by iconv in an encoding, read with that encoding given: the
+// lines come back tagged with it and convert back to the text iconv took.
+TEST_F(FilesLanguage, EncodingArgumentsTagWhatIsRead) {
+    RuntimeObject *utf8 = EncodingsGetFromCode(int32_t(kEncodingUTF8));
+    struct Case {
+        const char *iconvName;
+        uint32_t word;
+    } cases[] = {
+        {"ISO-8859-1", 0x0201}, {"MACINTOSH", 0x0000}, // word 0 is an encoding too
+        {"UTF-16LE", 0x0100},   {"WINDOWS-1252", 0x0500}, {"UTF-8", kEncodingUTF8},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.iconvName);
+        const std::string path = mDir / "encoded.txt";
+        ASSERT_EQ(std::system(("printf 'Gr\303\274\303\237e\nzwei' | iconv -f UTF-8 -t " +
+                               std::string(c.iconvName) + " > '" + path + "'")
+                                  .c_str()),
+                  0);
+        RuntimeObject *item = Item("encoded.txt");
+        RuntimeObject *encoding = EncodingsGetFromCode(int32_t(c.word));
+        RuntimeObject *in = FolderItemOpenTextFile(item);
+        KelpString line = TextInputStreamReadLine(in, encoding);
+        ASSERT_NE(line, nullptr);
+        EXPECT_EQ(line->encoding, c.word);
+        EXPECT_EQ(TakeString(StringConvertEncoding(line, utf8)), "Grüße");
+        RuntimeUnlockString(line);
+        KelpString rest = TextInputStreamReadAll(in, encoding);
+        EXPECT_EQ(TakeString(StringConvertEncoding(rest, utf8)), "zwei");
+        RuntimeUnlockString(rest);
+        RuntimeUnlockObject(in);
+
+        RuntimeObject *bs = FolderItemOpenBinaryFile(item, 0);
+        KelpString bytes = BinaryStreamRead(bs, 3, encoding);
+        EXPECT_EQ(bytes->encoding, c.word);
+        RuntimeUnlockString(bytes);
+        bytes = BinaryStreamRead(bs, 3, nullptr);
+        EXPECT_EQ(bytes->encoding, kEncodingUnknown) << "no encoding given, none claimed";
+        RuntimeUnlockString(bytes);
+        RuntimeUnlockObject(bs);
+        RuntimeUnlockObject(encoding);
+        RuntimeUnlockObject(item);
+    }
+    RuntimeUnlockObject(utf8);
+
+    // The stream's own Encoding tags what is read without one; nil claims none.
+    std::ofstream(mDir / "lines.txt") << "a\nb\nc\n";
+    RuntimeObject *item = Item("lines.txt");
+    RuntimeObject *in = FolderItemOpenTextFile(item);
+    const RuntimePropertyRow *row = nullptr;
+    for (int32_t i = 0; i < in->klass->propertyCount; ++i)
+        if (Str(in->klass->propertyTable[i].signature).find("Encoding") != std::string::npos)
+            row = &in->klass->propertyTable[i];
+    ASSERT_NE(row, nullptr);
+    auto get = reinterpret_cast<RuntimeObject *(*)(RuntimeObject *, int32_t)>(row->getter);
+    auto set = reinterpret_cast<void (*)(RuntimeObject *, int32_t, RuntimeObject *)>(row->setter);
+    RuntimeObject *latin1 = EncodingsGetFromCode(0x0201);
+    const std::pair<RuntimeObject *, uint32_t> settings[] = {{latin1, 0x0201u},
+                                                             {nullptr, kEncodingUnknown}};
+    for (const auto &[setting, word] : settings) {
+        set(in, 0, setting);
+        RuntimeObject *now = get(in, 0);
+        EXPECT_EQ(now, setting);
+        RuntimeUnlockObject(now);
+        KelpString line = TextInputStreamReadLine(in, nullptr);
+        EXPECT_EQ(line->encoding, word);
+        RuntimeUnlockString(line);
+    }
+    RuntimeUnlockObject(latin1);
+    RuntimeUnlockObject(in);
     RuntimeUnlockObject(item);
 }
 
@@ -220,6 +297,213 @@ TEST_F(FilesLanguage, PermissionsObjectsSetTheFileMode) {
 
 // A real image run by the runtime program writes a file through the
 // exports and reads it back.
+// What another program reads from the file system, as one line of text.
+std::string Outside(const std::string &command) {
+    std::string out;
+    if (FILE *pipe = popen(command.c_str(), "r")) {
+        char buffer[256];
+        while (fgets(buffer, sizeof buffer, pipe))
+            out += buffer;
+        pclose(pipe);
+    }
+    while (!out.empty() && out.back() == '\n')
+        out.pop_back();
+    return out;
+}
+
+constexpr double kSecondsFrom1904To1970 = 2082844800.0;
+
+// File dates against Python's os.stat and coreutils' stat: what the system
+// says and what the Date says are the same moment, in either direction.
+TEST_F(FilesLanguage, FileDatesAreTheFilesOwnTimes) {
+    std::ofstream(mDir / "dated") << "x";
+    const std::string path = mDir / "dated";
+    RuntimeObject *item = Item("dated");
+    RuntimeObject *date = RuntimeNewObject(RuntimeLookupClass(Lit("Date")));
+    struct Case {
+        double unixSeconds; // the moment set, seconds since 1970
+        bool throughDate;   // set by ModificationDate (else by Python)
+    } cases[] = {
+        {981173106, false},    // 2001-02-03 04:05:06
+        {-86400 * 365, false}, // before 1970
+        {4102444800, true},    // 2100, past 32-bit time
+        {1234567890, true},    {0, true},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.unixSeconds);
+        if (c.throughDate) {
+            dateTotalSecondsSetter(date, 0, c.unixSeconds + kSecondsFrom1904To1970 + 0.75);
+            folderSetModified(item, 0, date);
+        } else {
+            Outside("python3 -c 'import os,sys; os.utime(sys.argv[1], (0, " +
+                    std::to_string(int64_t(c.unixSeconds)) + "))' '" + path + "'");
+        }
+        const std::string seen = Outside(
+            "python3 -c 'import os,sys; print(int(os.stat(sys.argv[1]).st_mtime))' '" + path + "'");
+        EXPECT_EQ(seen, std::to_string(int64_t(c.unixSeconds)));
+        RuntimeObject *modified = folderGetModified(item, 0);
+        ASSERT_NE(modified, nullptr);
+        EXPECT_EQ(dateTotalSecondsGetter(modified, 0), c.unixSeconds + kSecondsFrom1904To1970);
+        RuntimeUnlockObject(modified);
+    }
+    // Birth time where the file system keeps one (stat says 0 if not), else
+    // the change time; setting it changes nothing.
+    const std::string birth = Outside("stat -c %W '" + path + "'");
+    const std::string change = Outside("stat -c %Z '" + path + "'");
+    const std::string expected = birth != "0" ? birth : change;
+    folderSetCreation(item, 0, date);
+    RuntimeObject *created = folderGetCreation(item, 0);
+    ASSERT_NE(created, nullptr);
+    EXPECT_EQ(dateTotalSecondsGetter(created, 0) - kSecondsFrom1904To1970, std::stod(expected));
+    RuntimeUnlockObject(created);
+
+    // A file removed under the item has no date, and says why.
+    std::remove(path.c_str());
+    EXPECT_EQ(folderGetModified(item, 0), nullptr);
+    EXPECT_EQ(FolderItemGetLastError(item, 0), ENOENT);
+    EXPECT_EQ(folderGetCreation(item, 0), nullptr);
+    folderSetModified(item, 0, nullptr);
+    EXPECT_EQ(TakeRaised(), "NilObjectException: ");
+    RuntimeUnlockObject(date);
+    RuntimeUnlockObject(item);
+}
+
+// The console streams on real pipes: a child process gets `input` on its
+// standard input, runs `body` and exits with its answer; its output and
+// error come back.  With `noReader` nobody reads its standard output.
+struct Console {
+    int exitCode = -1;
+    std::string out, err;
+};
+Console RunOnConsole(const std::string &input, bool noReader, int (*body)()) {
+    int in[2], out[2], err[2];
+    if (pipe(in) || pipe(out) || pipe(err))
+        return {};
+    if (noReader)
+        close(out[0]);
+    const pid_t child = fork();
+    if (child == 0) {
+        signal(SIGPIPE, SIG_IGN);
+        dup2(in[0], 0);
+        dup2(out[1], 1);
+        dup2(err[1], 2);
+        for (int fd : {in[0], in[1], out[1], err[0], err[1]})
+            close(fd);
+        if (!noReader)
+            close(out[0]);
+        _exit(body());
+    }
+    close(in[0]);
+    close(out[1]);
+    close(err[1]);
+    if (write(in[1], input.data(), input.size()) != ssize_t(input.size()))
+        ADD_FAILURE() << "input not written";
+    close(in[1]);
+    Console result;
+    auto drain = [](int fd, std::string &into) {
+        char buffer[4096];
+        for (ssize_t n; (n = read(fd, buffer, sizeof buffer)) > 0;)
+            into.append(buffer, size_t(n));
+        close(fd);
+    };
+    if (!noReader)
+        drain(out[0], result.out);
+    drain(err[0], result.err);
+    int status = 0;
+    waitpid(child, &status, 0);
+    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return result;
+}
+
+// Echoes each line in brackets; the third line is read as Latin-1.
+int EchoLines() {
+    RuntimeObject *in = RuntimeGetStdIn(), *out = RuntimeGetStdOut(), *err = RuntimeGetStdErr();
+    RuntimeObject *latin1 = EncodingsGetFromCode(0x0201);
+    for (int n = 1; !RuntimeStdInputEof(in) && n < 100; ++n) {
+        KelpString line = RuntimeStdInputReadLine(in, n == 3 ? latin1 : nullptr);
+        RuntimeStdOutputStreamWrite(out, Lit("["));
+        RuntimeStdOutputStreamWrite(out, line);
+        RuntimeStdOutputStreamWriteLine(out, Lit("]"));
+        RuntimeUnlockString(line);
+    }
+    RuntimeStdOutputStreamWriteLine(err, Lit("done"));
+    RuntimeStdOutFlush(out);
+    const bool same = RuntimeGetStdIn() == in; // one object for the process
+    return RuntimeStdOutputError(out) || RuntimeStdInputError(in) || !same ? 1 : 0;
+}
+
+int WriteWithNobodyReading() {
+    RuntimeObject *out = RuntimeGetStdOut();
+    RuntimeStdOutputStreamWriteLine(out, Lit("lost"));
+    return RuntimeStdOutputError(out) ? 0 : 1;
+}
+
+TEST(ConsoleStreams, LinesInAndOutThroughRealPipes) {
+    struct Case {
+        std::string input;
+        bool noReader;
+        int (*body)();
+        Console expected;
+    } cases[] = {
+        {"first line\r\nsecond\nGr\xfc\xdf"
+         "e",
+         false,
+         EchoLines,
+         {0,
+          "[first line]\n[second]\n[Gr\xc3\xbc\xc3\x9f"
+          "e]\n",
+          "done\n"}},
+        {"", false, EchoLines, {0, "", "done\n"}},
+        {std::string(3000, 'x') + "\n",
+         false,
+         EchoLines,
+         {0, "[" + std::string(3000, 'x') + "]\n", "done\n"}},
+        {"", true, WriteWithNobodyReading, {0, "", ""}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.input.substr(0, 20));
+        const Console got = RunOnConsole(c.input, c.noReader, c.body);
+        EXPECT_EQ(got.exitCode, c.expected.exitCode);
+        EXPECT_EQ(got.out, c.expected.out);
+        EXPECT_EQ(got.err, c.expected.err);
+    }
+}
+
+// Files here have no resource fork: none is handed out, and a program
+// written against the class still binds every member.
+TEST_F(FilesLanguage, NoResourceForksButTheClassBinds) {
+    std::ofstream(mDir / "plain") << "data";
+    RuntimeObject *item = Item("plain");
+    EXPECT_EQ(folderOpenResourceFork(item), nullptr);
+    EXPECT_EQ(folderCreateResourceFork(item, Lit("rsrc")), nullptr);
+    EXPECT_EQ(fileRFSizeGetter(item, 0), 0);
+    RuntimeUnlockObject(item);
+    RuntimeClass *klass = RuntimeLookupClass(Lit("ResourceFork"));
+    ASSERT_NE(klass, nullptr);
+    std::istringstream names(
+        "resourceForkAddPicture resourceForkAddResource resourceForkClose "
+        "ResourceForkDestructor resourceForkGetCicn resourceForkGetCursor "
+        "resourceForkGetHandle resourceForkGetIcl resourceForkGetIcs resourceForkGetLocked "
+        "resourceForkGetNamedPicture resourceForkGetNamedResource resourceForkGetPicture "
+        "resourceForkGetPreload resourceForkGetProtected resourceForkGetPurgeable "
+        "resourceForkGetResource resourceForkGetSound resourceForkGetSysHeap "
+        "resourceForkReleaseHandle resourceForkRemoveResource resourceForkResourceCount "
+        "resourceForkResourceID resourceForkResourceName resourceForkResourceType "
+        "resourceForkSetLocked resourceForkSetPreload resourceForkSetProtected "
+        "resourceForkSetPurgeable resourceForkSetSysHeap resourceForkTypeCount "
+        "GetEncodingsObject BinaryStringMemoryBlockCtor folderGetCreation folderGetModified "
+        "folderSetCreation folderSetModified RuntimeGetStdIn RuntimeGetStdOut "
+        "RuntimeGetStdErr RuntimeStdInputEof RuntimeStdInputError RuntimeStdInputRead "
+        "RuntimeStdInputReadLine RuntimeStdOutFlush RuntimeStdOutputError "
+        "RuntimeStdOutputStreamWrite RuntimeStdOutputStreamWriteLine LockWString "
+        "UnlockWString SwapWStringLocks LockCFString UnlockCFString SwapCFStringLocks");
+    for (std::string name; names >> name;) {
+        const RelocEntry *row = FindExport(name.c_str());
+        ASSERT_NE(row, nullptr) << name;
+        EXPECT_NE(row->code, nullptr) << name;
+    }
+}
+
 TEST(FilesInAnImage, WritesAFileAndReadsItBack) {
     test::TempDir dir;
     std::string path = dir / "from image.txt";

@@ -19,6 +19,9 @@
 namespace kelp {
 namespace {
 
+// A small fill, so that a few kilobytes cross many fills' edges.
+constexpr int32_t kFill = 1024;
+
 class StreamFiles : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -38,7 +41,7 @@ protected:
         EXPECT_TRUE(file->Open(path, permission));
         return file;
     }
-    static std::vector<std::string> AllLines(TextInput &in, uint32_t encoding = 0) {
+    static std::vector<std::string> AllLines(TextInput &in, uint32_t encoding = kEncodingNotGiven) {
         std::vector<std::string> lines;
         for (int guard = 0; !in.IsEOF() && guard < 100000; ++guard)
             lines.emplace_back(in.ReadLine(encoding).View());
@@ -53,7 +56,8 @@ std::string Read(const std::string &path) {
 }
 
 TEST_F(StreamFiles, LineEndsSplitTheWayTheyShould) {
-    const std::string pad(1023, 'x'); // the next byte is the last of the first fill
+    // The next byte is the last of the first fill.
+    const std::string pad(kFill - 1, 'x');
     struct Case {
         const char *what;
         std::string bytes;
@@ -69,7 +73,7 @@ TEST_F(StreamFiles, LineEndsSplitTheWayTheyShould) {
         {"line longer than a fill", std::string(3000, 'q') + "\nw", {std::string(3000, 'q'), "w"}},
     };
     for (const Case &c : cases) {
-        TextInput in(Open(Write("lines", c.bytes), UnixDataFile::kRead));
+        TextInput in(Open(Write("lines", c.bytes), UnixDataFile::kRead), kFill);
         EXPECT_EQ(AllLines(in), c.lines) << c.what;
         EXPECT_TRUE(in.IsEOF()) << c.what;
         EXPECT_EQ(in.ReadLine().Length(), 0) << c.what;
@@ -92,7 +96,7 @@ TEST_F(StreamFiles, RandomLineEndsAgreeWithPython) {
                              "p=[] if t=='' else p; open(sys.argv[2],'w').write(repr(p))";
         std::string out = mDir + "/expected";
         ASSERT_EQ(std::system(("python3 -c \"" + script + "\" " + path + " " + out).c_str()), 0);
-        TextInput in(Open(path, UnixDataFile::kRead));
+        TextInput in(Open(path, UnixDataFile::kRead), kFill);
         std::string mine = "[";
         for (const std::string &line : AllLines(in))
             mine += (mine.size() > 1 ? ", '" : "'") + line + "'";
@@ -106,7 +110,7 @@ TEST_F(StreamFiles, UTF16LinesGoByUnits) {
     std::u16string text = u"A\r\nB\u0d0aC";
     text += std::u16string(511 - text.size(), u'x') + u"\r\nZ";
     std::string bytes(reinterpret_cast<const char *>(text.data()), text.size() * 2);
-    TextInput in(Open(Write("utf16", bytes), UnixDataFile::kRead));
+    TextInput in(Open(Write("utf16", bytes), UnixDataFile::kRead), kFill);
     std::vector<std::string> lines = AllLines(in, kEncodingUTF16);
     ASSERT_EQ(lines.size(), 3u);
     EXPECT_EQ(lines[0], std::string("A\0", 2));
@@ -115,7 +119,7 @@ TEST_F(StreamFiles, UTF16LinesGoByUnits) {
 }
 
 TEST_F(StreamFiles, PositionsAndReads) {
-    TextInput in(Open(Write("pos", "first\r\nsecond\nthird"), UnixDataFile::kRead));
+    TextInput in(Open(Write("pos", "first\r\nsecond\nthird"), UnixDataFile::kRead), kFill);
     EXPECT_EQ(in.ReadLine().View(), "first");
     EXPECT_EQ(in.Position(), 7); // the first byte of the next line
     EXPECT_EQ(in.Read(3).View(), "sec");
@@ -132,7 +136,8 @@ TEST_F(StreamFiles, PositionsAndReads) {
 
 TEST_F(StreamFiles, ReadsPastTheBufferThenLines) {
     TextInput in(
-        Open(Write("mix", "ab\n" + std::string(3000, 'a') + "\nnext\rlast"), UnixDataFile::kRead));
+        Open(Write("mix", "ab\n" + std::string(3000, 'a') + "\nnext\rlast"), UnixDataFile::kRead),
+        kFill);
     EXPECT_EQ(in.ReadLine().View(), "ab"); // fills the buffer and finds both line ends
     EXPECT_EQ(in.Read(2000).Length(), 2000);
     EXPECT_EQ(in.ReadLine().Length(), 1000);
@@ -142,7 +147,7 @@ TEST_F(StreamFiles, ReadsPastTheBufferThenLines) {
 }
 
 TEST_F(StreamFiles, ClosedStreamsAnswerNeutrally) {
-    TextInput in(Open(Write("c", "abc"), UnixDataFile::kRead));
+    TextInput in(Open(Write("c", "abc"), UnixDataFile::kRead), kFill);
     in.Close();
     in.Close();
     EXPECT_FALSE(in.IsEOF());
@@ -222,7 +227,7 @@ TEST_F(StreamFiles, StringStreamIsReadOnly) {
 
 TEST_F(StreamFiles, VanishedFileReadsToAnEnd) {
     std::string path = Write("gone", std::string(5000, 'g') + "\nlast");
-    TextInput in(Open(path, UnixDataFile::kRead));
+    TextInput in(Open(path, UnixDataFile::kRead), kFill);
     ASSERT_EQ(std::remove(path.c_str()), 0); // the open descriptor keeps the bytes
     EXPECT_EQ(in.ReadLine().Length(), 5000);
     EXPECT_EQ(in.ReadLine().View(), "last");

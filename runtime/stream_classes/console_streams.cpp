@@ -65,10 +65,10 @@ void OutputFinalizer(RuntimeObject *self) {
     record->output = nullptr;
 }
 
-KelpString ReadNoEncoding(RuntimeObject *self, int32_t count) {
+KelpString StdInReadNoEncoding(RuntimeObject *self, int32_t count) {
     return RuntimeStdInputRead(self, count, nullptr);
 }
-KelpString ReadLineNoEncoding(RuntimeObject *self) {
+KelpString StdInReadLineNoEncoding(RuntimeObject *self) {
     return RuntimeStdInputReadLine(self, nullptr);
 }
 
@@ -113,9 +113,9 @@ ObjectDefinition *StandardInputStreamDefinition() {
                                                  {"Encoding", &kEncodingType}};
     static const ParameterRow encoding[] = {{"Encoding", &kEncodingType}};
     static const MethodRow methods[] = {
-        {"Read", &kTypeString, count, 1, KELP_ENTRY(ReadNoEncoding)},
+        {"Read", &kTypeString, count, 1, KELP_ENTRY(StdInReadNoEncoding)},
         {"Read", &kTypeString, countEncoding, 2, KELP_ENTRY(RuntimeStdInputRead)},
-        {"ReadLine", &kTypeString, nullptr, 0, KELP_ENTRY(ReadLineNoEncoding)},
+        {"ReadLine", &kTypeString, nullptr, 0, KELP_ENTRY(StdInReadLineNoEncoding)},
         {"ReadLine", &kTypeString, encoding, 1, KELP_ENTRY(RuntimeStdInputReadLine)},
         {"EOF", &kTypeBoolean, nullptr, 0, KELP_ENTRY(RuntimeStdInputEof)},
         {"ReadError", &kTypeBoolean, nullptr, 0, KELP_ENTRY(RuntimeStdInputError)},

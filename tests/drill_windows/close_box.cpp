@@ -1,6 +1,5 @@
-// The close box of a window, clicked where no window manager draws one:
-// the message a window manager sends for that click.  Apart from the tests
-// because the X headers' macros clash with names there.
+// A click on a window's close box, sent as a window manager sends it (the
+// X headers' macros clash with names in the tests, so it lives here).
 #include <gdk/gdkx.h>
 
 #include <chrono>

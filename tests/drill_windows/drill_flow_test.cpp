@@ -501,7 +501,6 @@ TEST_F(DrillWindows, TheMenusServeEveryWindowOfTheFlowAndEndThisRoundBreaksOffAR
         FileMenu(window, "Escape"); // the menu is enabled as it opens
         ASSERT_TRUE(drill.AwaitTrace("menu FileEndThisRound ", n));
         EXPECT_EQ(drill.Last("menu FileEndThisRound "), stop.endRound ? "on " : "off ");
-        EXPECT_EQ(drill.Last("menu InfoHelp "), "on ");
         // About from the Info menu, then Help from its shortcut, each above
         // the window of the flow and closed by its close box.  The first
         // time, each is looked at and its links clicked, red as links are.

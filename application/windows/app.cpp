@@ -26,10 +26,31 @@ void Open(RuntimeObject *self) {
     }
 }
 
+// Both Info items work in every window; End This Round is left to the
+// practice window and Quit enables itself.
+void EnableMenuItems(RuntimeObject *) {
+    EnableMenuItem("InfoAbout");
+    EnableMenuItem("InfoHelp");
+    TraceMenu();
+}
+
+// The Info items open their window above whatever is open; false lets the
+// search go on, as nothing else answers these items.
+uint8_t InfoAbout(RuntimeObject *, int32_t) {
+    Show(kAbout);
+    return false;
+}
+
+uint8_t InfoHelp(RuntimeObject *, int32_t) {
+    Show(kHelp);
+    return false;
+}
+
 RuntimeClass *AppClass() {
     static RuntimeClass *klass = [] {
         RuntimeClass *c = Subclass("Application", "App");
         SetHandler(c, "Open", Code(&Open));
+        SetHandler(c, "EnableMenuItems", Code(&EnableMenuItems));
         return c;
     }();
     return klass;
@@ -42,11 +63,15 @@ void RunWindows() {
     RuntimeInitExternalClasses();
     // The class set-up: every class of the drill before anything runs.
     AppClass();
-    for (const WindowDesign *design : {&kWelcome, &kSelection, &kPractice, &kResults})
+    for (const WindowDesign *design :
+         {&kWelcome, &kSelection, &kPractice, &kResults, &kHelp, &kAbout})
         SetUpWindowClass(*design);
     Drill(); // the module arrays
     RuntimeObject *app = RuntimeNewObject(AppClass());
+    AppMenuBarSetter(app, 0, MenuBar());
     RuntimeRegisterAppObject(app);
+    ApplicationAddMenuHandler(app, Constant("InfoAbout"), Code(&InfoAbout));
+    ApplicationAddMenuHandler(app, Constant("InfoHelp"), Code(&InfoHelp));
     RuntimeUnlockObject(app); // the runtime holds it now
     RuntimeUnlockObject(Implicit(kWelcome));
     RuntimeRun();

@@ -81,6 +81,8 @@ stringStorage *ControlData(RuntimeClass *klass, const ControlRow &row) {
         m.Bool("Default", true);
     if (row.flags & kHidden)
         m.Bool("Visible", false);
+    if (row.flags & kUnderline)
+        m.Bool("Underline", true);
     if (row.flags & kDisabled)
         m.Bool("Enabled", false);
     return m.Constant();

@@ -18,6 +18,7 @@ enum ControlFlags : uint32_t {
     kHidden = 4,
     kDisabled = 8,
     kCentred = 16,
+    kUnderline = 32,
 };
 
 inline constexpr int32_t kDefaultColour = -1;

@@ -98,6 +98,15 @@ void Ok(RuntimeObject *control) {
     UpdateQandA(self); // the engine has built the next problem
 }
 
+// End This Round is the practice window's item: grey everywhere else.
+void EnableMenuItems(RuntimeObject *) { EnableMenuItem("FileEndThisRound"); }
+
+uint8_t EndThisRoundChosen(RuntimeObject *self, int32_t) { return EndThisRound(self); }
+
+void AddMenuHandlers(RuntimeObject *self, RuntimeObject *) {
+    WindowAddMenuHandler(self, Constant("FileEndThisRound"), Code(&EndThisRoundChosen));
+}
+
 template <int N> void Answer(RuntimeObject *control) {
     EventScope scope(control);
     intSetter(scope.self, AnswerOffset(), N);
@@ -128,6 +137,8 @@ constexpr ControlRow kControls[] = {
 const HandlerRow kHandlers[] = {
     {nullptr, "Open", Code(&Open)},
     {nullptr, "Paint", Code(&Paint)},
+    {nullptr, "EnableMenuItems", Code(&EnableMenuItems)},
+    {nullptr, "AddMenuHandlers", Code(&AddMenuHandlers)},
     {"PushButton1", "Action", Code(&Ok)},
     {"RadioButton1", "Action", Code(&Answer<1>)},
     {"RadioButton2", "Action", Code(&Answer<2>)},
@@ -144,9 +155,10 @@ const HandlerRow kHandlers[] = {
 } // namespace
 
 bool EndThisRound(RuntimeObject *practiceWindow) {
+    TraceEvent("end round", practiceWindow);
     Show(kSelection);
     RuntimeCloseWindow(practiceWindow);
-    return false;
+    return true;
 }
 
 const WindowDesign kPractice = {"wMainProg", "Practice", 386, 443,   390,

@@ -30,6 +30,9 @@
 extern char **environ;
 
 namespace kelp::test {
+
+void CloseBox(unsigned long window); // close_box.cpp
+
 namespace {
 
 const std::string kDrill = KELP_BIN_DIR "/sumbrook";
@@ -62,6 +65,12 @@ public:
         setenv("SUMBROOK_TRACE", (mDir / "trace").c_str(), 1);
         setenv("KELP_SOUND_SINK", (mDir / "sink").c_str(), 1);
         setenv("KELP_SOUND_SINK_PACE", "1", 1); // sounds take as long as they sound
+        // The desktop's opener, as links start it: one line per argument.
+        std::filesystem::create_directories(mDir / "bin");
+        std::ofstream(mDir / "bin/xdg-open")
+            << "#!/bin/sh\nprintf '%s\\n' \"$@\" >> " << (mDir / "opened") << "\n";
+        std::filesystem::permissions(mDir / "bin/xdg-open", std::filesystem::perms::owner_all);
+        setenv("PATH", ((mDir / "bin") + ":" + getenv("PATH")).c_str(), 1);
         std::vector<char *> argv{const_cast<char *>(kDrill.c_str())};
         for (const auto &a : args)
             argv.push_back(const_cast<char *>(a.c_str()));
@@ -70,6 +79,7 @@ public:
             mPid = -1;
     }
     ~Drill() {
+        setenv("PATH", mPath.c_str(), 1);
         if (mPid > 0 && waitpid(mPid, nullptr, WNOHANG) == 0) {
             kill(mPid, SIGKILL);
             waitpid(mPid, nullptr, 0);
@@ -134,7 +144,13 @@ public:
         return Sounds().size() >= count;
     }
 
+    std::string Opened() const {
+        std::ifstream in(mDir / "opened");
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    }
+
 private:
+    std::string mPath = getenv("PATH");
     TempDir mDir;
     pid_t mPid = -1;
 };
@@ -149,10 +165,22 @@ std::string Window(const std::string &title) {
     return ids.empty() ? "" : ids.front();
 }
 
-void Click(const std::string &window, int x, int y) {
+// Every window shows the menu bar above its content: content places are
+// measured from the bar's foot.
+int gBar = 0;
+
+void MeasureBar(const std::string &welcome) {
+    const std::string geometry = X("getwindowgeometry " + welcome);
+    const size_t x = geometry.find("Geometry: 464x");
+    gBar = x == std::string::npos ? 0 : std::stoi(geometry.substr(x + 14)) - 192;
+}
+
+void ClickAt(const std::string &window, int x, int y) {
     X("mousemove --window " + window + " " + std::to_string(x) + " " + std::to_string(y) +
       " click 1");
 }
+
+void Click(const std::string &window, int x, int y) { ClickAt(window, x, y + gBar); }
 
 void Keys(const std::string &window, const std::string &keys) {
     X("windowfocus --sync " + window + " sleep 0.1 key --delay 80 " + keys);
@@ -337,6 +365,7 @@ TEST_F(DrillWindows, RoundsPlayedWithMouseAndKeysEndInTheirResults) {
         Drill drill(args);
         const std::string welcome = Window("Welcome");
         ASSERT_FALSE(welcome.empty());
+        MeasureBar(welcome);
         if (first)
             g_object_unref(Screenshot(welcome, "welcome"));
         Keys(welcome, "Return"); // Begin is the default button
@@ -354,7 +383,8 @@ TEST_F(DrillWindows, RoundsPlayedWithMouseAndKeysEndInTheirResults) {
         if (first) {
             ASSERT_TRUE(drill.AwaitTrace("text wMainProg StaticText2 "));
             GdkPixbuf *shot = Screenshot(practice, "practice");
-            EXPECT_GT(CountColour(shot, 0xed181e, 50, 225, 325, 20), 10) << "the tip, in red";
+            EXPECT_GT(CountColour(shot, 0xed181e, 50, 225 + gBar, 325, 20), 10)
+                << "the tip, in red";
             g_object_unref(shot);
         }
         std::string missed;
@@ -409,6 +439,7 @@ TEST_F(DrillWindows, TheBannerWordsWalkThroughTheColourTableFromItsFirstRow) {
     Drill drill({});
     const std::string welcome = Window("Welcome");
     ASSERT_FALSE(welcome.empty());
+    MeasureBar(welcome);
     // The rows the words showed, in order: 0 before the first tick (all
     // black, as laid out), ? for colours that no row of the table has.
     std::string seen;
@@ -419,7 +450,8 @@ TEST_F(DrillWindows, TheBannerWordsWalkThroughTheColourTableFromItsFirstRow) {
         for (int w = 0; w < 4; ++w) {
             int best = -1;
             for (uint32_t c : {kBlue, kWhite, kYellow, kBlack})
-                if (int n = CountColour(shot, c, kWords[w][0], kWords[w][1] + 2, 40, 12); n > best)
+                if (int n = CountColour(shot, c, kWords[w][0], kWords[w][1] + 2 + gBar, 40, 12);
+                    n > best)
                     best = n, colour[w] = c;
         }
         g_object_unref(shot);
@@ -434,6 +466,104 @@ TEST_F(DrillWindows, TheBannerWordsWalkThroughTheColourTableFromItsFirstRow) {
     // One row per tick, in order, row 1 first.
     EXPECT_NE(std::string("0123412341234123412341234").find(seen), std::string::npos) << seen;
     EXPECT_GE(seen.size(), 5u) << "the walk went round: " << seen;
+}
+
+// Opens the window's File menu with the mouse and goes on with keys.
+void FileMenu(const std::string &window, const std::string &keys) {
+    ClickAt(window, 15, gBar / 2);
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    X("key --delay 80 " + keys);
+}
+
+TEST_F(DrillWindows, TheMenusServeEveryWindowOfTheFlowAndEndThisRoundBreaksOffARound) {
+    enum class Leave { Begin, EndRound, Answer, Quit };
+    struct Stop {
+        const char *title;
+        bool endRound; // End This Round enabled
+        Leave leave;
+    };
+    const char *kPractice = "Mix Practice: 5 Questions";
+    const Stop stops[] = {
+        {"Welcome", false, Leave::Begin},   {"Exercise Selection", false, Leave::Begin},
+        {kPractice, true, Leave::EndRound}, {"Exercise Selection", false, Leave::Begin},
+        {kPractice, true, Leave::Answer},   {"Sumbrook Results", false, Leave::Quit},
+    };
+    Drill drill({"--seed", "5"});
+    size_t n = 0;
+    for (const Stop &stop : stops) {
+        SCOPED_TRACE(stop.title);
+        const bool first = n == 0;
+        const std::string window = Window(stop.title);
+        ASSERT_FALSE(window.empty());
+        if (first)
+            MeasureBar(window);
+        ++n;
+        FileMenu(window, "Escape"); // the menu is enabled as it opens
+        ASSERT_TRUE(drill.AwaitTrace("menu FileEndThisRound ", n));
+        EXPECT_EQ(drill.Last("menu FileEndThisRound "), stop.endRound ? "on " : "off ");
+        // About from the Info menu, then Help from its shortcut, each above
+        // the window of the flow and closed by its close box.  The first
+        // time, each is looked at and its links clicked, red as links are.
+        struct Link {
+            int left, top;
+            const char *url;
+        };
+        const char *kWeb = "https://www.example.org/sumbrook.htm\n";
+        const char *kMail = "mailto:support@example.org\n";
+        std::string opened;
+        auto look = [&](const std::string &info, const char *name, std::vector<Link> links) {
+            if (!first)
+                return;
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+            GdkPixbuf *shot = Screenshot(info, name);
+            for (const Link &l : links) {
+                EXPECT_GT(CountColour(shot, 0xed181e, l.left, l.top + gBar, 150, 20), 20) << l.url;
+                Click(info, l.left + 10, l.top + 8);
+                opened += l.url;
+            }
+            g_object_unref(shot);
+        };
+        FileMenu(window, "Right Down Return");
+        ASSERT_TRUE(drill.AwaitTrace("open wAbout", n));
+        const std::string about = Window("About");
+        look(about, "about", {{237, 362, kMail}, {17, 405, kWeb}});
+        Keys(window, "ctrl+h");
+        ASSERT_TRUE(drill.AwaitTrace("open wHelp", n));
+        const std::string help = Window("Help");
+        look(help, "help", {{15, 153, kWeb}, {15, 202, kMail}});
+        if (first) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(500));
+            EXPECT_EQ(drill.Opened(), opened);
+        }
+        CloseBox(std::stoul(help));
+        CloseBox(std::stoul(about));
+        switch (stop.leave) {
+        case Leave::Begin:
+            if (std::string(stop.title) == "Exercise Selection")
+                Click(window, 207, 127); // 5 questions
+            Keys(window, "Return");
+            break;
+        case Leave::EndRound:
+            FileMenu(window, "Down Return");
+            ASSERT_TRUE(drill.AwaitTrace("end round wMainProg"));
+            break;
+        case Leave::Answer:
+            for (size_t q = 1; q <= 5; ++q) {
+                ASSERT_TRUE(drill.AwaitTrace("text wMainProg StaticText2 ", q));
+                ClickAnswer(window, 1);
+                ASSERT_TRUE(drill.AwaitTrace("answer ", q));
+                Click(window, 100, 410);
+            }
+            ASSERT_TRUE(drill.AwaitTrace("open wResults"));
+            break;
+        case Leave::Quit:
+            Keys(window, "ctrl+q");
+            EXPECT_EQ(drill.Wait(), 0);
+            break;
+        }
+    }
+    EXPECT_EQ(drill.Count("open wResults"), 1u) << "the round broken off has no results";
+    EXPECT_EQ(drill.Count("open wExerciseSelection"), 2u);
 }
 
 TEST(DrillResources, TheProgramCarriesItsPicturesSoundsIconsAndVersion) {

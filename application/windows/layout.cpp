@@ -74,6 +74,10 @@ stringStorage *ControlData(RuntimeClass *klass, const ControlRow &row) {
             m.Int("TextAlign", 1);
         if (row.colour != kDefaultColour)
             m.Color("TextColor", uint32_t(row.colour));
+    } else if (base == "EditField") {
+        m.Text("Text", row.text).Bool("MultiLine", row.flags & kMultiLine);
+        m.Bool("ReadOnly", row.flags & kReadOnly).Bool("Border", row.flags & kBorder);
+        m.Bool("ScrollBarVertical", row.flags & kScrollBar).Bool("Styled", row.flags & kStyled);
     } else {
         m.Text("Caption", row.text);
     }

@@ -18,15 +18,20 @@ enum ControlFlags : uint32_t {
     kHidden = 4,
     kDisabled = 8,
     kCentred = 16,
+    // Edit fields only.
+    kReadOnly = 32,
+    kScrollBar = 64, // the vertical one
+    kBorder = 128,
+    kStyled = 256,
 };
 
 inline constexpr int32_t kDefaultColour = -1;
 
 struct ControlRow {
-    const char *base; // library class: "StaticText", "PushButton", ...
+    const char *base; // library class: "StaticText", "EditField", "PushButton", ...
     const char *name;
     int16_t left, top, width, height;
-    const char *text;                // Text of a label, Caption of the others
+    const char *text;                // Text of a label or field, Caption of the others
     int16_t textSize = 14;           // in Arial
     uint32_t flags = 0;              // ControlFlags
     int32_t colour = kDefaultColour; // text colour 0xRRGGBB of a label

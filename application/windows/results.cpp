@@ -120,12 +120,15 @@ void Exit(RuntimeObject *control) {
     KP_ApplicationQuit(nullptr);
 }
 
-// EditField3, below the window's edge, holds the sheet while it prints.
+// The score, mode and tips stand in Placard1; EditField3, below the
+// window's edge, holds the sheet while it prints.
 constexpr ControlRow kControls[] = {
+    {"Placard", "Placard1", 20, 7, 450, 77, ""},
     {"StaticText", "StaticText1", 57, 9, 380, 20, "You scored __ out of __", 20, kCentred,
-     kHeadingPurple},
-    {"StaticText", "StaticText2", 57, 35, 380, 20, "", 20, kCentred, kHeadingPurple},
-    {"StaticText", "StaticText3", 57, 61, 380, 20, "Tips OFF", 20, kCentred, kHeadingPurple},
+     kHeadingPurple, "Placard1"},
+    {"StaticText", "StaticText2", 57, 35, 380, 20, "", 20, kCentred, kHeadingPurple, "Placard1"},
+    {"StaticText", "StaticText3", 57, 61, 380, 20, "Tips OFF", 20, kCentred, kHeadingPurple,
+     "Placard1"},
     {"EditField", "EditField2", 20, 89, 450, 222, "", 14,
      kMultiLine | kReadOnly | kBorder | kScrollBar},
     {"StaticText", "StaticText5", 20, 323, 120, 21, "Your Name:", 20, kCentred | kHidden},

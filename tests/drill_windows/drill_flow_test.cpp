@@ -148,11 +148,11 @@ TEST_F(DrillWindows, TheBannerWordsWalkThroughTheColourTableFromItsFirstRow) {
     EXPECT_GE(seen.size(), 5u) << "the walk went round: " << seen;
 }
 
-TEST(DrillResources, TheProgramCarriesItsPicturesSoundsIconsAndVersion) {
+TEST(DrillResources, TheProgramCarriesItsPicturesSoundsPlugInIconsAndVersion) {
     const std::string info = Capture(KELP_BIN_DIR "/kelp-image info " + kDrill);
     for (const char *line :
          {"BMP      6 ", "BMP      7 ", "BMP      8 ", "BMP      9 ", "BMP     10 ", "WAVE     0 ",
-          "WAVE     2 ", "WAVE     3 ", "icon 16x16", "icon 128x128",
+          "WAVE     2 ", "WAVE     3 ", "KPPl 65535 ", "icon 16x16", "icon 128x128",
           "version 1 6 0 0 stage 3 region 0 \"1.6\""})
         EXPECT_NE(info.find(line), std::string::npos) << line << " in\n" << info;
 }

@@ -157,6 +157,8 @@ TEST_F(DrillPrint, CancellingEitherDialogLeavesTheWindowAsItWas) {
         TypeName(results, "Robin Marsh");
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
         GdkPixbuf *before = Screenshot(results, "results_named");
+        // The heading's placard, outlined in black left of its labels.
+        EXPECT_GT(CountColour(before, 0x000000, 20, 10, 2, 70), 60);
         Click(results, 246, 366);
         for (const auto &[title, keys] : c.dialogKeys) {
             const std::string dialog = Window(title);

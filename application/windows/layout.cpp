@@ -67,7 +67,7 @@ stringStorage *ControlData(RuntimeClass *klass, const ControlRow &row) {
     MassData m(klass);
     const std::string base = row.base;
     m.Int("Left", row.left).Int("Top", row.top).Int("Width", row.width).Int("Height", row.height);
-    if (base == "Placard") // a bare panel: no text of its own
+    if (base == "Placard" || base == "Canvas") // no text of their own
         return m.Constant();
     m.Text("TextFont", "Arial").Int("TextSize", row.textSize);
     if (row.parent)

@@ -67,11 +67,11 @@ stringStorage *ControlData(RuntimeClass *klass, const ControlRow &row) {
     MassData m(klass);
     const std::string base = row.base;
     m.Int("Left", row.left).Int("Top", row.top).Int("Width", row.width).Int("Height", row.height);
+    if (row.parent)
+        m.Text("InitialParent", row.parent);
     if (base == "Placard" || base == "Canvas") // no text of their own
         return m.Constant();
     m.Text("TextFont", "Arial").Int("TextSize", row.textSize);
-    if (row.parent)
-        m.Text("InitialParent", row.parent);
     if (base == "StaticText") {
         m.Text("Text", row.text).Bool("MultiLine", row.flags & kMultiLine);
         if (row.flags & kCentred)

@@ -65,6 +65,8 @@ TEST_F(DrillWindows, RoundsPlayedWithMouseAndKeysEndInTheirResults) {
             ASSERT_TRUE(drill.AwaitTrace("text wMainProg StaticText2 "));
             GdkPixbuf *shot = Screenshot(practice, "practice");
             EXPECT_GT(CountColour(shot, 0xed181e, 50, 225, 325, 20), 10) << "the tip, in red";
+            EXPECT_GT(CountColour(shot, 0x000000, 9, 12, 2, 27), 20)
+                << "the score's placard, outlined";
             g_object_unref(shot);
         }
         std::string missed;

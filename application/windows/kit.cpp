@@ -150,12 +150,25 @@ RuntimeObject *ControlOf(RuntimeObject *view, const char *name) {
     return RuntimeControlFetch(view, Constant(name));
 }
 
+namespace {
+bool IsEditField(RuntimeObject *control) {
+    static RuntimeClass *const field = RuntimeLookupClass(Constant("EditField"));
+    return control && field && RuntimeObjectIsa(control, field);
+}
+} // namespace
+
 sumbrook::Text LabelText(RuntimeObject *view, const char *name) {
-    return sumbrook::Text::Adopt(staticTextTextGetter(ControlOf(view, name), 0));
+    RuntimeObject *control = ControlOf(view, name);
+    return sumbrook::Text::Adopt(IsEditField(control) ? editTextGetter(control, 0)
+                                                      : staticTextTextGetter(control, 0));
 }
 
 void SetLabelText(RuntimeObject *view, const char *name, const sumbrook::Text &text) {
-    staticTextTextSetter(ControlOf(view, name), 0, text.get());
+    RuntimeObject *control = ControlOf(view, name);
+    if (IsEditField(control))
+        editTextSetter(control, 0, text.get());
+    else
+        staticTextTextSetter(control, 0, text.get());
 }
 
 void SetRadioCaption(RuntimeObject *view, const char *name, const sumbrook::Text &text) {
@@ -168,6 +181,10 @@ void SetRadioValue(RuntimeObject *view, const char *name, bool value) {
 
 void SetVisible(RuntimeObject *view, const char *name, bool visible) {
     ControlVisibleSetter(ControlOf(view, name), 0, visible ? 1 : 0);
+}
+
+void SetEnabled(RuntimeObject *view, const char *name, bool enabled) {
+    controlEnabledSetter(ControlOf(view, name), 0, enabled ? 1 : 0);
 }
 
 void SetLabelColor(RuntimeObject *view, const char *name, uint32_t rgb) {

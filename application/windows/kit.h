@@ -63,12 +63,13 @@ struct EventScope {
 
 // A control of the window by name (borrowed), or null.
 RuntimeObject *ControlOf(RuntimeObject *view, const char *name);
-// Text of a StaticText, Caption of a button, Value of a radio button.
+// Text of a StaticText or an EditField.
 sumbrook::Text LabelText(RuntimeObject *view, const char *name);
 void SetLabelText(RuntimeObject *view, const char *name, const sumbrook::Text &text);
 void SetRadioCaption(RuntimeObject *view, const char *name, const sumbrook::Text &text);
 void SetRadioValue(RuntimeObject *view, const char *name, bool value);
 void SetVisible(RuntimeObject *view, const char *name, bool visible);
+void SetEnabled(RuntimeObject *view, const char *name, bool enabled);
 void SetLabelColor(RuntimeObject *view, const char *name, uint32_t rgb);
 
 } // namespace sumbrook::ui

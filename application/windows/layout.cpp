@@ -67,6 +67,10 @@ stringStorage *ControlData(RuntimeClass *klass, const ControlRow &row) {
     MassData m(klass);
     const std::string base = row.base;
     m.Int("Left", row.left).Int("Top", row.top).Int("Width", row.width).Int("Height", row.height);
+    if (row.parent)
+        m.Text("InitialParent", row.parent);
+    if (base == "Placard" || base == "Canvas") // no text of their own
+        return m.Constant();
     m.Text("TextFont", "Arial").Int("TextSize", row.textSize);
     if (base == "StaticText") {
         m.Text("Text", row.text).Bool("MultiLine", row.flags & kMultiLine);
@@ -74,6 +78,10 @@ stringStorage *ControlData(RuntimeClass *klass, const ControlRow &row) {
             m.Int("TextAlign", 1);
         if (row.colour != kDefaultColour)
             m.Color("TextColor", uint32_t(row.colour));
+    } else if (base == "EditField") {
+        m.Text("Text", row.text).Bool("MultiLine", row.flags & kMultiLine);
+        m.Bool("ReadOnly", row.flags & kReadOnly).Bool("Border", row.flags & kBorder);
+        m.Bool("ScrollBarVertical", row.flags & kScrollBar).Bool("Styled", row.flags & kStyled);
     } else {
         m.Text("Caption", row.text);
     }

@@ -19,18 +19,24 @@ enum ControlFlags : uint32_t {
     kDisabled = 8,
     kCentred = 16,
     kUnderline = 32,
+    // Edit fields only.
+    kReadOnly = 64,
+    kScrollBar = 128, // the vertical one
+    kBorder = 256,
+    kStyled = 512,
 };
 
 inline constexpr int32_t kDefaultColour = -1;
 
 struct ControlRow {
-    const char *base; // library class: "StaticText", "PushButton", ...
+    const char *base; // class: "StaticText", "EditField", "PushButton", "Placard", ...
     const char *name;
     int16_t left, top, width, height;
-    const char *text;                // Text of a label, Caption of the others
+    const char *text;                // Text of a label or field, Caption of the others
     int16_t textSize = 14;           // in Arial
     uint32_t flags = 0;              // ControlFlags
     int32_t colour = kDefaultColour; // text colour 0xRRGGBB of a label
+    const char *parent = nullptr;    // a control it stands in, made before it
 };
 
 // An event of the window (control null) or of one of its controls.

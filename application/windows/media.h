@@ -13,10 +13,6 @@ enum class Sound : int32_t { Wrong = 0, Click = 2, Right = 3 }; // "WAVE" resour
 // Starts the sound and returns it (borrowed; null without the resource).
 RuntimeObject *Play(Sound sound);
 
-// Draws bitmap resource `id` at (left, top), cut to width by height, as a
-// canvas of that place and size shows its backdrop.
-void DrawBitmap(RuntimeObject *graphics, int32_t id, int32_t left, int32_t top, int32_t width,
-                int32_t height);
 // Bitmap resource `id` (borrowed), or null.
 RuntimeObject *Bitmap(int32_t id);
 

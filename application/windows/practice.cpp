@@ -36,6 +36,7 @@ void ShowRemaining(RuntimeObject *self) {
 }
 
 void Open(RuntimeObject *self) {
+    canvasBackdropSetter(ControlOf(self, "Canvas1"), 0, Bitmap(9));
     ModuleState &d = Drill();
     intSetter(self, AnswerOffset(), 0);
     d.iLastProbNumber = kNoProblem;
@@ -56,8 +57,6 @@ void Open(RuntimeObject *self) {
     TraceEvent("open", self);
     UpdateQandA(self);
 }
-
-void Paint(RuntimeObject *, RuntimeObject *g) { DrawBitmap(g, 9, -3, -1, 397, 229); }
 
 // The last answer is in: the final numbers go on the screen at once, the
 // sound just started plays to its end, and only then do the results come.
@@ -114,10 +113,13 @@ template <int N> void Answer(RuntimeObject *control) {
 }
 
 constexpr ControlRow kControls[] = {
-    {"StaticText", "StaticText1", 11, 59, 100, 20, "Problem Is:"},
-    {"StaticText", "StaticText2", 11, 84, 357, 134, "", 14, kMultiLine},
-    {"StaticText", "StaticText3", 27, 17, 100, 20, "Score: 0", 14, 0, kScoreBlue},
-    {"StaticText", "StaticText4", 171, 17, 200, 20, "Questions Remaining: -", 14, 0, kScoreBlue},
+    {"Canvas", "Canvas1", -3, -1, 397, 229, ""},
+    {"Placard", "Placard1", 9, 10, 365, 31, "", 14, 0, kDefaultColour, "Canvas1"},
+    {"StaticText", "StaticText1", 11, 59, 100, 20, "Problem Is:", 14, 0, kDefaultColour, "Canvas1"},
+    {"StaticText", "StaticText2", 11, 84, 357, 134, "", 14, kMultiLine, kDefaultColour, "Canvas1"},
+    {"StaticText", "StaticText3", 27, 17, 100, 20, "Score: 0", 14, 0, kScoreBlue, "Placard1"},
+    {"StaticText", "StaticText4", 171, 17, 200, 20, "Questions Remaining: -", 14, 0, kScoreBlue,
+     "Placard1"},
     {"StaticText", "StaticText5", 12, 225, 30, 20, "Tip:", 14, kHidden},
     {"StaticText", "StaticText6", 50, 225, 325, 20, "", 14, kHidden, kTipRed},
     {"GroupBox", "GroupBox1", 11, 251, 365, 141, "Answer Is:"},
@@ -136,7 +138,6 @@ constexpr ControlRow kControls[] = {
 
 const HandlerRow kHandlers[] = {
     {nullptr, "Open", Code(&Open)},
-    {nullptr, "Paint", Code(&Paint)},
     {nullptr, "EnableMenuItems", Code(&EnableMenuItems)},
     {nullptr, "AddMenuHandlers", Code(&AddMenuHandlers)},
     {"PushButton1", "Action", Code(&Ok)},

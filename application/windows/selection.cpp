@@ -29,6 +29,8 @@ std::string Radio(int n) { return "RadioButton" + std::to_string(n); }
 
 void Open(RuntimeObject *self) {
     ResetForSelection();
+    canvasBackdropSetter(ControlOf(self, "Canvas1"), 0, Bitmap(7)); // the right strip
+    canvasBackdropSetter(ControlOf(self, "Canvas2"), 0, Bitmap(6)); // the left strip
     const ModuleState &d = Drill();
     for (int i = 0; i < 5; ++i)
         if (d.iRoundLength == kLengths[i])
@@ -38,11 +40,6 @@ void Open(RuntimeObject *self) {
     SetRadioValue(self, d.iTipsOn == 1 ? "RadioButton4" : "RadioButton5", true);
     ShowTipSetting(self, d.iTipsOn == 1);
     TraceEvent("open", self);
-}
-
-void Paint(RuntimeObject *, RuntimeObject *g) {
-    DrawBitmap(g, 7, 323, -6, 100, 375); // Canvas1, the right strip
-    DrawBitmap(g, 6, -5, -6, 35, 348);   // Canvas2, the left strip
 }
 
 template <int N> void Mode(RuntimeObject *control) {
@@ -68,6 +65,8 @@ void Begin(RuntimeObject *control) {
 }
 
 constexpr ControlRow kControls[] = {
+    {"Canvas", "Canvas1", 323, -6, 100, 375, ""},
+    {"Canvas", "Canvas2", -5, -6, 35, 348, ""},
     {"GroupBox", "GroupBox1", 37, 7, 282, 87, "Practice"},
     {"RadioButton", "RadioButton1", 46, 27, 239, 20, "Addition and Subtraction"},
     {"RadioButton", "RadioButton2", 46, 48, 255, 20, "Multiplication and Division"},
@@ -87,7 +86,6 @@ constexpr ControlRow kControls[] = {
 
 const HandlerRow kHandlers[] = {
     {nullptr, "Open", Code(&Open)},
-    {nullptr, "Paint", Code(&Paint)},
     {"RadioButton1", "Action", Code(&Mode<1>)},
     {"RadioButton2", "Action", Code(&Mode<2>)},
     {"RadioButton3", "Action", Code(&Mode<3>)},

@@ -25,15 +25,19 @@ std::string_view ClassName(RuntimeObject *view) {
     return {reinterpret_cast<const char *>(name->buffer + 1), size_t(name->length)};
 }
 
-// One line per record: line breaks of a text become \n, backslashes \\.
+// One line per record: line breaks of a text (CR LF in labels, CR in edit
+// fields, LF) become \n, backslashes \\.
 void WriteLine(std::string line) {
     std::string out;
-    for (char c : line) {
+    for (size_t i = 0; i < line.size(); ++i) {
+        const char c = line[i];
         if (c == '\\')
             out += "\\\\";
-        else if (c == '\n')
+        else if (c == '\r' && i + 1 < line.size() && line[i + 1] == '\n')
+            continue; // its LF writes the break
+        else if (c == '\r' || c == '\n')
             out += "\\n";
-        else if (c != '\r')
+        else
             out += c;
     }
     out += '\n';

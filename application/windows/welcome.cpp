@@ -19,6 +19,7 @@ int32_t CounterOffset() { return int32_t(FieldsOf(kWelcome)); } // iTextCounter
 void Open(RuntimeObject *self) {
     DisableAutoWaitCursor();
     gWelcome = self;
+    canvasBackdropSetter(ControlOf(self, "Canvas1"), 0, Bitmap(8)); // the banner
     SetLabelText(self, "stVBox", Text::Borrow(Constant(kVersionLine)));
     SetLabelText(self, "StaticText1", Text::Borrow(Constant(kLegalLine)));
     ModuleState &d = Drill();
@@ -36,8 +37,6 @@ void Close(RuntimeObject *self) {
     if (gWelcome == self)
         gWelcome = nullptr;
 }
-
-void Paint(RuntimeObject *, RuntimeObject *g) { DrawBitmap(g, 8, 1, 1, 439, 100); }
 
 void Begin(RuntimeObject *control) {
     EventScope scope(control);
@@ -68,15 +67,18 @@ constexpr ControlRow kControls[] = {
     {"StaticText", "stVBox", 317, 102, 125, 20, "version", 14},
     {"PushButton", "PushButton1", 17, 151, 425, 22, "Begin", 14, kDefaultButton},
     {"StaticText", "StaticText1", 32, 175, 400, 20, "", 12, kCentred},
-    {"StaticText", "StaticText2", 277, 12, 49, 20, "Addition", 12},
-    {"StaticText", "StaticText3", 339, 12, 64, 20, "Subtraction", 12},
-    {"StaticText", "StaticText4", 277, 26, 74, 20, "Multiplication", 12},
-    {"StaticText", "StaticText5", 357, 26, 50, 20, "Division", 12},
+    {"Canvas", "Canvas1", 1, 1, 439, 100, ""},
+    {"StaticText", "StaticText2", 277, 12, 49, 20, "Addition", 12, 0, kDefaultColour, "Canvas1"},
+    {"StaticText", "StaticText3", 339, 12, 64, 20, "Subtraction", 12, 0, kDefaultColour, "Canvas1"},
+    {"StaticText", "StaticText4", 277, 26, 74, 20, "Multiplication", 12, 0, kDefaultColour,
+     "Canvas1"},
+    {"StaticText", "StaticText5", 357, 26, 50, 20, "Division", 12, 0, kDefaultColour, "Canvas1"},
 };
 
 const HandlerRow kHandlers[] = {
-    {nullptr, "Open", Code(&Open)},    {nullptr, "Close", Code(&Close)},
-    {nullptr, "Paint", Code(&Paint)},  {"PushButton1", "Action", Code(&Begin)},
+    {nullptr, "Open", Code(&Open)},
+    {nullptr, "Close", Code(&Close)},
+    {"PushButton1", "Action", Code(&Begin)},
     {"Timer1", "Action", Code(&Tick)},
 };
 

@@ -41,6 +41,7 @@ constexpr const char *kDescription =
 Text Borrowed(const char *text) { return Text::Borrow(Constant(text)); }
 
 void OpenInfo(RuntimeObject *self, const char *version, const char *legal) {
+    canvasBackdropSetter(ControlOf(self, "Canvas1"), 0, Bitmap(8)); // the banner
     SetLabelText(self, version, Borrowed(Classic() ? kClassicVersion : kVersionLine));
     SetLabelText(self, legal, Borrowed(kLegalLine));
 }
@@ -70,10 +71,9 @@ uint8_t WriteToSupport(RuntimeObject *, int32_t, int32_t) {
     return false;
 }
 
-void PaintHelp(RuntimeObject *, RuntimeObject *g) { DrawBitmap(g, 8, 18, -7, 440, 100); }
-void PaintAbout(RuntimeObject *, RuntimeObject *g) { DrawBitmap(g, 8, 21, -8, 440, 107); }
 
 constexpr ControlRow kHelpControls[] = {
+    {"Canvas", "Canvas1", 18, -7, 440, 100, ""},
     {"StaticText", "StaticText1", 15, 90, 220, 20, "Version -.-"},
     {"StaticText", "StaticText7", 15, 109, 450, 20, ""},
     {"StaticText", "StaticText2", 15, 138, 341, 20, "For info and updates visit us online at:"},
@@ -85,7 +85,6 @@ constexpr ControlRow kHelpControls[] = {
 
 const HandlerRow kHelpHandlers[] = {
     {nullptr, "Open", Code(&OpenHelp)},
-    {nullptr, "Paint", Code(&PaintHelp)},
     {"StaticText3", "MouseDown", Code(&OpenWebPage)},
     {"StaticText5", "MouseDown", Code(&WriteToSupport)},
 };
@@ -95,6 +94,7 @@ const HandlerRow kHelpHandlers[] = {
 // is as wide as its text, its link just behind it.
 constexpr int16_t kMore = 64;
 constexpr ControlRow kAboutControls[] = {
+    {"Canvas", "Canvas1", 21, -8, 440, 107, ""},
     {"StaticText", "StaticText1", 14, 100, 225, 20, "Version -/-", 12},
     {"StaticText", "StaticText2", 14, 113, 400, 20, "", 12},
     {"StaticText", "StaticText8", 11, 138, 480, 148 + kMore, "", 14, kMultiLine},
@@ -109,7 +109,6 @@ constexpr ControlRow kAboutControls[] = {
 
 const HandlerRow kAboutHandlers[] = {
     {nullptr, "Open", Code(&OpenAbout)},
-    {nullptr, "Paint", Code(&PaintAbout)},
     {"StaticText4", "MouseDown", Code(&WriteToSupport)},
     {"StaticText6", "MouseDown", Code(&OpenWebPage)},
 };

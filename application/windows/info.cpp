@@ -71,7 +71,6 @@ uint8_t WriteToSupport(RuntimeObject *, int32_t, int32_t) {
     return false;
 }
 
-
 constexpr ControlRow kHelpControls[] = {
     {"Canvas", "Canvas1", 18, -7, 440, 100, ""},
     {"StaticText", "StaticText1", 15, 90, 220, 20, "Version -.-"},

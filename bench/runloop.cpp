@@ -1,6 +1,7 @@
 // Run loop figures: one idle pass with 100 pollables, the back-edge service
 // call, drawing into a window, and the processor an idle program uses.
 // Starts its own Xvfb when no display is set.
+#include "bench_display.h"
 #include "graphics/graphics_gtk.h"
 #include "objects/definitions.h"
 #include "process/display.h"
@@ -32,33 +33,7 @@ using Clock = std::chrono::steady_clock;
 
 namespace {
 
-pid_t StartXvfb() {
-    if (getenv("DISPLAY"))
-        return -1;
-    for (int n = 150 + getpid() % 50; n < 400; ++n) {
-        std::string lock = "/tmp/.X" + std::to_string(n) + "-lock";
-        if (access(lock.c_str(), F_OK) == 0)
-            continue;
-        std::string name = ":" + std::to_string(n);
-        pid_t pid = fork();
-        if (pid == 0) {
-            freopen("/dev/null", "w", stderr);
-            execlp("Xvfb", "Xvfb", name.c_str(), "-screen", "0", "1280x1024x24", "-nolisten", "tcp",
-                   static_cast<char *>(nullptr));
-            _exit(127);
-        }
-        std::string sock = "/tmp/.X11-unix/X" + std::to_string(n);
-        for (int i = 0; i < 200 && access(sock.c_str(), F_OK) != 0; ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(25));
-        if (access(sock.c_str(), F_OK) == 0) {
-            setenv("DISPLAY", name.c_str(), 1);
-            return pid;
-        }
-        kill(pid, SIGTERM);
-        waitpid(pid, nullptr, 0);
-    }
-    return -1;
-}
+using kelp::bench::StartXvfb;
 
 struct Nothing : kelp::Pollable {
     void Poll() override { ++count; }

@@ -51,8 +51,9 @@ struct MessageLayout {
 MessageLayout LayOutMessage(const MessageWindowSpec &spec, int32_t screenWidth);
 
 // Shows the window modally and answers the button pressed: its number, or
-// the spec's answer for the close box.  A default or cancel button that names
-// a hidden button is reported as an assertion and dropped.  Needs a display.
+// the answer the description gives for the close box.  A default or cancel
+// button that names a hidden button is reported as an assertion and
+// dropped.  Needs a display.
 int32_t RunMessageWindow(const MessageWindowSpec &spec, MessageWait wait);
 
 } // namespace kelp

@@ -116,8 +116,7 @@ void CanvasPane::Draw(Graphics *g) {
 
 void CanvasPane::DrawBackdrop(Graphics &g, const Rect &at) {
     DrawablePane *store = StoreOf(mRecord->backdrop);
-    auto *gtk = dynamic_cast<GraphicsGTK *>(&g);
-    if (!store || !gtk)
+    if (!store)
         return;
     const int32_t w = std::min(store->Width(), width), h = std::min(store->Height(), height);
     if (w <= 0 || h <= 0)
@@ -125,7 +124,7 @@ void CanvasPane::DrawBackdrop(Graphics &g, const Rect &at) {
     mRecord->backdropSerial = store->Width() ^ (store->Height() << 16);
     const bool masked = store->mMask != nullptr ||
                         reinterpret_cast<PictureRecord *>(mRecord->backdrop)->transparent == 1;
-    store->CopyRect(*gtk, RectFromXYWH(0, 0, w, h), RectFromXYWH(at.left, at.top, w, h), masked);
+    store->CopyRect(g, RectFromXYWH(0, 0, w, h), RectFromXYWH(at.left, at.top, w, h), masked);
 }
 
 // Paint with `g` wrapped in a Graphics object for the length of the event;

@@ -119,6 +119,15 @@ public:
         (void)x, (void)y, (void)rgb;
     }
     virtual void DrawFocusRing(const Rect &r) { (void)r; }
+    // Pixels of a picture: `rgba` holds `width` x `height` pixels of four
+    // bytes (red, green, blue, then alpha, not premultiplied), rows `stride`
+    // bytes apart.  They fill `dest` (window coordinates), scaled without
+    // smoothing when the sizes differ.  The screen draws pictures from its
+    // own pixmaps and never comes here; a page or other vector target does.
+    virtual void DrawImage(const uint8_t *rgba, int32_t stride, int32_t width, int32_t height,
+                           const Rect &dest) {
+        (void)rgba, (void)stride, (void)width, (void)height, (void)dest;
+    }
 
     // --- target
     GraphicsTarget *Target() const { return mTarget; }

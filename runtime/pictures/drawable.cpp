@@ -130,43 +130,20 @@ GdkPixbuf *DrawablePane::PixbufOf(const Rect &source, int32_t w, int32_t h) {
     return scaled;
 }
 
-void DrawablePane::CopyRect(GraphicsGTK &g, const Rect &source, const Rect &dest, bool masked) {
-    int32_t sw = source.right - source.left, sh = source.bottom - source.top;
-    int32_t dw = dest.right - dest.left, dh = dest.bottom - dest.top;
-    if (sw < 1 || sh < 1 || dw < 1 || dh < 1 || !Pixmap())
-        return;
-    // The source must lie inside the store (the caller cuts it so).
-    if (source.left < 0 || source.top < 0 || source.right > mWidth || source.bottom > mHeight)
-        return;
-    bool scaled = sw != dw || sh != dh;
-    GdkDrawable *target = g.Target() ? g.Target()->Drawable() : nullptr;
-    GdkGC *gc = g.Target() ? g.Target()->GetGC() : nullptr;
-    if (!target || !gc)
-        return;
-    Rect full = g.ToDrawable(dest, false);
-    Rect clip = g.ToDrawable(dest, true);
-    int32_t cw = clip.right - clip.left, ch = clip.bottom - clip.top;
-    if (cw < 1 || ch < 1)
-        return;
-    int32_t offX = clip.left - full.left, offY = clip.top - full.top;
-    if (!scaled && !mMask && !masked) {
-        gdk_draw_drawable(target, gc, Pixmap(), source.left + offX, source.top + offY, clip.left,
-                          clip.top, cw, ch);
-        return;
-    }
-    GdkPixbuf *pixels = PixbufOf(source, dw, dh);
+GdkPixbuf *DrawablePane::MaskedPixbufOf(const Rect &source, int32_t w, int32_t h, bool masked) {
+    GdkPixbuf *pixels = PixbufOf(source, w, h);
     if (!pixels)
-        return;
+        return nullptr;
     int stride = gdk_pixbuf_get_rowstride(pixels);
     guchar *base = gdk_pixbuf_get_pixels(pixels);
     auto *maskStore = dynamic_cast<DrawablePane *>(mMask);
     GdkPixbuf *maskPixels = nullptr;
     if (maskStore && maskStore->Pixmap() && source.right <= maskStore->Width() &&
         source.bottom <= maskStore->Height())
-        maskPixels = maskStore->PixbufOf(source, dw, dh);
+        maskPixels = maskStore->PixbufOf(source, w, h);
     int maskStride = maskPixels ? gdk_pixbuf_get_rowstride(maskPixels) : 0;
-    for (int32_t y = 0; y < dh; ++y)
-        for (int32_t x = 0; x < dw; ++x) {
+    for (int32_t y = 0; y < h; ++y)
+        for (int32_t x = 0; x < w; ++x) {
             guchar *p = base + y * stride + x * 4;
             if (maskPixels) {
                 // Black in the mask shows the picture, white hides it.
@@ -176,10 +153,52 @@ void DrawablePane::CopyRect(GraphicsGTK &g, const Rect &source, const Rect &dest
                 p[3] = 0;
             }
         }
-    gdk_draw_pixbuf(target, gc, pixels, offX, offY, clip.left, clip.top, cw, ch,
-                    GDK_RGB_DITHER_NONE, 0, 0);
     if (maskPixels)
         g_object_unref(maskPixels);
+    return pixels;
+}
+
+void DrawablePane::CopyRect(Graphics &g, const Rect &source, const Rect &dest, bool masked) {
+    int32_t sw = source.right - source.left, sh = source.bottom - source.top;
+    int32_t dw = dest.right - dest.left, dh = dest.bottom - dest.top;
+    if (sw < 1 || sh < 1 || dw < 1 || dh < 1 || !Pixmap())
+        return;
+    // The source must lie inside the store (the caller cuts it so).
+    if (source.left < 0 || source.top < 0 || source.right > mWidth || source.bottom > mHeight)
+        return;
+    auto *screen = dynamic_cast<GraphicsGTK *>(&g);
+    if (!screen) {
+        // A page has no pixmaps: it takes the picture's pixels once, at the
+        // size the source has, and scales them itself, so a printer with
+        // more dots than the screen gets no blockier a picture than needed.
+        GdkPixbuf *pixels = MaskedPixbufOf(source, sw, sh, masked);
+        if (!pixels)
+            return;
+        g.DrawImage(gdk_pixbuf_get_pixels(pixels), gdk_pixbuf_get_rowstride(pixels), sw, sh, dest);
+        g_object_unref(pixels);
+        return;
+    }
+    bool scaled = sw != dw || sh != dh;
+    GdkDrawable *target = screen->Target() ? screen->Target()->Drawable() : nullptr;
+    GdkGC *gc = screen->Target() ? screen->Target()->GetGC() : nullptr;
+    if (!target || !gc)
+        return;
+    Rect full = screen->ToDrawable(dest, false);
+    Rect clip = screen->ToDrawable(dest, true);
+    int32_t cw = clip.right - clip.left, ch = clip.bottom - clip.top;
+    if (cw < 1 || ch < 1)
+        return;
+    int32_t offX = clip.left - full.left, offY = clip.top - full.top;
+    if (!scaled && !mMask && !masked) {
+        gdk_draw_drawable(target, gc, Pixmap(), source.left + offX, source.top + offY, clip.left,
+                          clip.top, cw, ch);
+        return;
+    }
+    GdkPixbuf *pixels = MaskedPixbufOf(source, dw, dh, masked);
+    if (!pixels)
+        return;
+    gdk_draw_pixbuf(target, gc, pixels, offX, offY, clip.left, clip.top, cw, ch,
+                    GDK_RGB_DITHER_NONE, 0, 0);
     g_object_unref(pixels);
 }
 

@@ -18,7 +18,7 @@
 
 namespace kelp {
 
-class GraphicsGTK;
+class Graphics;
 
 class Drawable {
 public:
@@ -37,8 +37,9 @@ public:
     virtual void ContentChanged() {}
     // Copies `source` of the store into `dest` (window coordinates of `g`),
     // scaling nearest-neighbour when the sizes differ; through the mask, or
-    // with white transparent when `masked`.
-    virtual void CopyRect(GraphicsGTK &g, const Rect &source, const Rect &dest, bool masked) = 0;
+    // with white transparent when `masked`.  Any Graphics: the screen's
+    // gets pixmap copies, a page gets the pixels as an image.
+    virtual void CopyRect(Graphics &g, const Rect &source, const Rect &dest, bool masked) = 0;
 
     int32_t mHorizontalResolution = 72; // dots per inch
     int32_t mVerticalResolution = 72;
@@ -58,7 +59,7 @@ public:
     int32_t Width() const override { return mWidth; }
     int32_t Height() const override { return mHeight; }
     void ContentChanged() override;
-    void CopyRect(GraphicsGTK &g, const Rect &source, const Rect &dest, bool masked) override;
+    void CopyRect(Graphics &g, const Rect &source, const Rect &dest, bool masked) override;
 
     GraphicsTarget *Target() { return &mTarget; }
     GdkPixmap *Pixmap() const { return mTarget.Pixmap(); }
@@ -90,6 +91,8 @@ private:
     GdkPixbuf *Cache();
     // The store's rectangle as an RGBA pixbuf, scaled to w x h.
     GdkPixbuf *PixbufOf(const Rect &source, int32_t w, int32_t h);
+    // The same with the mask (or, when `masked`, white) made transparent.
+    GdkPixbuf *MaskedPixbufOf(const Rect &source, int32_t w, int32_t h, bool masked);
 
     StoreTarget mTarget;
     int32_t mWidth, mHeight;           // as asked, may be below 1

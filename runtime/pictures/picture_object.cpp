@@ -372,15 +372,18 @@ extern "C" void RuntimeGraphicsDrawPicture(RuntimeObject *g, RuntimeObject *pict
                                            int32_t y, int32_t destWidth, int32_t destHeight,
                                            int32_t sourceX, int32_t sourceY, int32_t sourceWidth,
                                            int32_t sourceHeight) {
-    auto *graphics = dynamic_cast<GraphicsGTK *>(GraphicsOfObject(g));
+    Graphics *graphics = GraphicsOfObject(g);
     DrawablePane *store = StoreOf(picture);
     if (!graphics || !store)
         return;
     PictureCut cut{x, y, destWidth, destHeight, sourceX, sourceY, sourceWidth, sourceHeight};
     if (!CutPictureToStore(cut, store->Width(), store->Height()))
         return;
-    graphics->Target()->PrepareForDrawing();
-    Rect bounds = graphics->Target()->Bounds();
+    Rect bounds{};
+    if (GraphicsTarget *target = graphics->Target()) {
+        target->PrepareForDrawing();
+        bounds = target->Bounds();
+    }
     Rect source = RectFromXYWH(cut.sourceX, cut.sourceY, cut.sourceWidth, cut.sourceHeight);
     Rect dest =
         RectFromXYWH(cut.x + bounds.left, cut.y + bounds.top, cut.destWidth, cut.destHeight);

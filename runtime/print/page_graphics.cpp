@@ -323,4 +323,44 @@ void PageGraphics::DrawTextWrapped(std::string_view text, const Rect &r, int32_t
     End();
 }
 
+// ------------------------------------------------------------------ pictures
+
+void PageGraphics::DrawImage(const uint8_t *rgba, int32_t stride, int32_t width, int32_t height,
+                             const Rect &dest) {
+    const int32_t dw = dest.right - dest.left, dh = dest.bottom - dest.top;
+    if (!rgba || width < 1 || height < 1 || dw < 1 || dh < 1 || stride < width * 4)
+        return;
+    cairo_surface_t *image = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height);
+    if (cairo_surface_status(image) != CAIRO_STATUS_SUCCESS) {
+        cairo_surface_destroy(image);
+        return;
+    }
+    // cairo wants native-endian words with the colour premultiplied by alpha.
+    cairo_surface_flush(image);
+    unsigned char *out = cairo_image_surface_get_data(image);
+    const int outStride = cairo_image_surface_get_stride(image);
+    for (int32_t y = 0; y < height; ++y) {
+        const uint8_t *from = rgba + static_cast<size_t>(y) * stride;
+        auto *to = reinterpret_cast<uint32_t *>(out + static_cast<size_t>(y) * outStride);
+        for (int32_t x = 0; x < width; ++x, from += 4) {
+            const uint32_t a = from[3];
+            to[x] =
+                a << 24 | (from[0] * a / 255) << 16 | (from[1] * a / 255) << 8 | from[2] * a / 255;
+        }
+    }
+    cairo_surface_mark_dirty(image);
+    if (Begin(mForeColor)) {
+        cairo_translate(mCairo, dest.left, dest.top);
+        cairo_scale(mCairo, static_cast<double>(dw) / width, static_cast<double>(dh) / height);
+        cairo_set_source_surface(mCairo, image, 0, 0);
+        // Sharp pixels, as on screen: a picture enlarged on paper stays blocky
+        // rather than blurred, and its edges don't bleed into the page.
+        cairo_pattern_set_filter(cairo_get_source(mCairo), CAIRO_FILTER_NEAREST);
+        cairo_rectangle(mCairo, 0, 0, width, height);
+        cairo_fill(mCairo);
+        End();
+    }
+    cairo_surface_destroy(image);
+}
+
 } // namespace kelp

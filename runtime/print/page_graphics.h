@@ -51,6 +51,8 @@ public:
     int32_t TextHeight() override;
     int32_t WrappedHeight(std::string_view text, int32_t width) override;
     void DrawTextWrapped(std::string_view text, const Rect &r, int32_t align) override;
+    void DrawImage(const uint8_t *rgba, int32_t stride, int32_t width, int32_t height,
+                   const Rect &dest) override;
 
 private:
     // Sets up colour and clip for one drawing; false without a page.

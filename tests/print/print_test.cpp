@@ -178,6 +178,51 @@ TEST_F(Print, PagesReachThePdfWithTheirTextShapesAndSize) {
     EXPECT_EQ(Render(Pdf(), 3).At(left + 70, top + 55), 0xFFFFFFu) << "the last page is blank";
 }
 
+// A picture of blue and green halves, drawn as it is, enlarged, and with
+// its white taken as transparent over red: the page shows each where it
+// was drawn, scaled and cut through as on screen.
+TEST_F(Print, PicturesReachThePageAtTheirPlaceAndScale) {
+    RuntimeObject *setup = NewSetup();
+    ASSERT_NE(setup, nullptr);
+    const int left = -printerSetupInfoGetter(setup, 6), top = -printerSetupInfoGetter(setup, 7);
+    RuntimeObject *halves = Keep(newPicture(20, 10, 32));
+    RuntimeObject *holed = Keep(newPicture(20, 10, 32));
+    for (RuntimeObject *p : {halves, holed}) {
+        RuntimeObject *pg = Keep(pictureGraphicsGetter(p, 0));
+        graphicsForeColorSetter(pg, 0, 0x0000FF);
+        RuntimeGraphicsFillRect(pg, 0, 0, 10, 10);
+        graphicsForeColorSetter(pg, 0, p == halves ? 0x00FF00 : 0xFFFFFF);
+        RuntimeGraphicsFillRect(pg, 10, 0, 10, 10);
+    }
+    pictureTransparentSetter(holed, 0, 1);
+    RuntimeObject *g = RuntimeOpenPrinter(setup);
+    ASSERT_NE(g, nullptr);
+    RuntimeGraphicsDrawPicture(g, halves, 20, 30, -10000, -10000, 0, 0, -10000, -10000);
+    RuntimeGraphicsDrawPicture(g, halves, 60, 30, 40, 20, 0, 0, 20, 10);
+    graphicsForeColorSetter(g, 0, 0xFF0000);
+    RuntimeGraphicsFillRect(g, 120, 30, 20, 10);
+    RuntimeGraphicsDrawPicture(g, holed, 120, 30, -10000, -10000, 0, 0, -10000, -10000);
+    RuntimeUnlockObject(g);
+    Rendered page = Render(Pdf(), 1, "print_pictures");
+    struct Probe {
+        int x, y;
+        uint32_t colour;
+    } probes[] = {
+        {25, 35, 0x0000FF},  {35, 35, 0x00FF00}, {45, 35, 0xFFFFFF},  {25, 42, 0xFFFFFF},
+        {65, 45, 0x0000FF},  {78, 48, 0x0000FF}, {82, 35, 0x00FF00},  {98, 48, 0x00FF00},
+        {102, 40, 0xFFFFFF}, {70, 52, 0xFFFFFF}, {125, 35, 0x0000FF}, {135, 35, 0xFF0000},
+    };
+    auto near = [](uint32_t a, uint32_t b) {
+        for (int shift : {0, 8, 16})
+            if (std::abs(int(a >> shift & 255) - int(b >> shift & 255)) > 24)
+                return false;
+        return true;
+    };
+    for (const Probe &p : probes)
+        EXPECT_TRUE(near(page.At(left + p.x, top + p.y), p.colour))
+            << p.x << "," << p.y << " " << std::hex << page.At(left + p.x, top + p.y);
+}
+
 TEST_F(Print, ResolutionsFollowTheLimitsAndScaleToThePaper) {
     struct Case {
         int32_t settingsDpi, maxDpi, setupDpi;

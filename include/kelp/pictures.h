@@ -55,6 +55,17 @@ RuntimeObject *RuntimeGetBitmapFromResourceManager(int32_t id);
 RuntimeObject *FolderItemOpenImage(RuntimeObject *self, int32_t format);
 /* SaveAsPicture: formats 4 and 350 write a 24-bit BMP. */
 void FolderItemSaveAsPicture(RuntimeObject *self, RuntimeObject *picture, int32_t format);
+/* SaveAsJPEG: quality 90; a failure sets the item's LastErrorCode. */
+void FolderItemSaveAsJPEG(RuntimeObject *self, RuntimeObject *picture);
+/* OpenAsVectorPicture: no vector format is read here; the file opens as
+ * OpenAsPicture opens it. */
+RuntimeObject *FolderItemOpenVectorImage(RuntimeObject *self);
+/* OpenAsSound: a Sound on the file when it starts with "RIFF" or "FORM",
+ * else nil. */
+RuntimeObject *FolderItemOpenSound(RuntimeObject *self);
+/* OpenAsMovie and OpenResourceMovie: nil, there being no movie service. */
+RuntimeObject *FolderItemOpenMovie(RuntimeObject *self);
+RuntimeObject *FolderItemOpenResourceMovie(RuntimeObject *self, int32_t index);
 
 void RuntimeGraphicsDrawPicture(RuntimeObject *g, RuntimeObject *picture, int32_t x, int32_t y,
                                 int32_t destWidth, int32_t destHeight, int32_t sourceX,

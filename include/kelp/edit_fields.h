@@ -143,6 +143,13 @@ void styledPrinterDrawBlock(RuntimeObject *self, int32_t x, int32_t y, int32_t h
 uint8_t styledPrinterEOF(RuntimeObject *self);
 void styledPrinterWidthSetter(RuntimeObject *self, int32_t, int32_t value);
 
+/* ---- FolderItem.OpenStyledEditField / SaveStyledEditField: a styled field
+ * is saved as Rich Text with its runs, any other as UTF-8 text; opening reads
+ * either.  1 when the item and the field's widget exist and the file was
+ * read or written; a file error is kept in the item's LastErrorCode. */
+uint8_t FolderItemOpenStyledEditField(RuntimeObject *item, RuntimeObject *field);
+uint8_t FolderItemSaveStyledEditField(RuntimeObject *item, RuntimeObject *field);
+
 #ifdef __cplusplus
 } /* extern "C" */
 #endif

@@ -46,6 +46,22 @@ RuntimeObject *FolderItemDialogShowWithin(RuntimeObject *self, RuntimeObject *pa
 /* Opens the address with the desktop's opener (xdg-open), without a shell. */
 void GlobalShowURL(KelpString url);
 
+/* GetOpenFolderItem(filter), GetSaveFolderItem(filter, defaultName) and
+ * SelectFolder: the file dialogs shown over the front window; the chosen
+ * item (the caller's reference) or nil when cancelled or without a display.
+ * The filter names registered file types, ";"-separated. */
+RuntimeObject *RuntimeGetOpenFolderItem(KelpString filter);
+RuntimeObject *RuntimeGetSaveFolderItem(KelpString filter, KelpString defaultName);
+RuntimeObject *RuntimeSelectFolder(void);
+/* SelectColor(ByRef color, prompt): the colour dialog; 1 and `color` set
+ * (0xRRGGBB) when the person pressed OK, else 0 and `color` unchanged. */
+uint8_t selectColor(uint32_t *color, KelpString prompt);
+/* ExportPicture: asks where, then saves as SaveAsPicture does; 1 when the
+ * file was written.  A nil picture raises NilObjectException. */
+uint8_t exportPicture(RuntimeObject *picture);
+/* Does nothing: text is drawn by Pango on cairo here. */
+void EnableCoreGraphicsTextOnOSX(void);
+
 /* The Keyboard object (one for the process) and its members.  Masks: Shift
  * 0x200, Command 0x100, Option 0x800, Control 0x1000, -1 the menu shortcut
  * key (Control), -2 the alternate one (Shift). */

@@ -8,11 +8,14 @@
 #include "kelp/strings.h"
 
 #include "base/fatal_report.h"
+#include "dialogs/dialog_parent.h"
 #include "exceptions/raise.h"
 #include "folder_items/folder_item_object.h"
 #include "folder_items/folder_item_unix.h"
 #include "folder_items/run_program.h"
+#include "folder_items/special_folders.h"
 #include "objects/definitions.h"
+#include "process/display.h"
 #include "strings/kstring.h"
 #include "windows/runtime_view.h"
 
@@ -115,41 +118,66 @@ KindOf Kind(int32_t type) {
     }
 }
 
-// Runs the chooser and answers the chosen path in the file system's
-// encoding, or "" when nothing was chosen.
-std::string RunChooser(const FileDialogRecord &d) {
+// Adds the chooser's filters for a Filter text: each ";"-separated name of
+// a registered file type becomes a filter of that name with the type's
+// endings; what names no type is taken as endings themselves, gathered in
+// one more filter, so that a bare "txt;.dat" still works.
+void AddFilters(GtkFileChooser *chooser, const std::string &filter) {
+    std::string loose;
+    size_t start = 0;
+    while (start <= filter.size()) {
+        size_t end = filter.find(';', start);
+        if (end == std::string::npos)
+            end = filter.size();
+        const std::string name = filter.substr(start, end - start);
+        std::string endings;
+        if (!name.empty() && FileTypeEndings(name, &endings)) {
+            GtkFileFilter *f = gtk_file_filter_new();
+            gtk_file_filter_set_name(f, name.c_str());
+            for (const std::string &pattern : FilterPatterns(endings))
+                gtk_file_filter_add_pattern(f, pattern.c_str());
+            gtk_file_chooser_add_filter(chooser, f); // the chooser takes it
+        } else if (!name.empty()) {
+            loose += (loose.empty() ? "" : ";") + name;
+        }
+        start = end + 1;
+    }
+    if (!loose.empty()) {
+        GtkFileFilter *f = gtk_file_filter_new();
+        gtk_file_filter_set_name(f, loose.c_str());
+        for (const std::string &pattern : FilterPatterns(loose))
+            gtk_file_filter_add_pattern(f, pattern.c_str());
+        gtk_file_chooser_add_filter(chooser, f);
+    }
+}
+
+} // namespace
+
+std::string RunChooser(const ChooserRequest &r) {
 #if defined(__SANITIZE_ADDRESS__)
     // The toolkit's chooser leaks a few strings each time it is shown (the
     // completion's prefixes, its settings file's path when it hides); they
     // are not ours to free, and the leak check is not to count them.
     __lsan::ScopedDisabler toolkitLeaks;
 #endif
-    const KindOf kind = Kind(d.mType);
-    const std::string title = Text(d.title);
+    if (!RequireDisplay("FolderItemDialog"))
+        return std::string();
+    const KindOf kind = Kind(r.kind);
     GtkWidget *dialog =
-        gtk_file_chooser_dialog_new(title.c_str(), nullptr, kind.action, GTK_STOCK_CANCEL,
+        gtk_file_chooser_dialog_new(r.title.c_str(), nullptr, kind.action, GTK_STOCK_CANCEL,
                                     GTK_RESPONSE_CANCEL, kind.accept, GTK_RESPONSE_OK, nullptr);
+    PlaceOverParent(dialog, r.parentWindow);
     gtk_dialog_set_default_response(GTK_DIALOG(dialog), GTK_RESPONSE_OK);
     auto *chooser = GTK_FILE_CHOOSER(dialog);
-    if (d.mType == kFileDialogSave)
+    if (r.kind == kFileDialogSave)
         gtk_file_chooser_set_do_overwrite_confirmation(chooser, TRUE);
-    if (FolderItemImp *start = d.initialDirectory ? ImpOf(d.initialDirectory) : nullptr) {
-        // A folder that isn't there leaves the chooser where it would start.
-        const std::string path = start->AbsolutePath();
-        if (g_file_test(path.c_str(), G_FILE_TEST_IS_DIR))
-            gtk_file_chooser_set_current_folder(chooser, path.c_str());
-    }
-    const std::string filter = Text(d.filter);
-    if (d.mType != kFileDialogSelectFolder && !filter.empty()) {
-        GtkFileFilter *f = gtk_file_filter_new();
-        gtk_file_filter_set_name(f, filter.c_str());
-        for (const std::string &pattern : FilterPatterns(filter))
-            gtk_file_filter_add_pattern(f, pattern.c_str());
-        gtk_file_chooser_add_filter(chooser, f); // the chooser takes it
-    }
-    if (d.mType == kFileDialogSave) {
-        gchar *name =
-            g_filename_from_utf8(Text(d.suggestedFileName).c_str(), -1, nullptr, nullptr, nullptr);
+    // A folder that isn't there leaves the chooser where it would start.
+    if (!r.startFolder.empty() && g_file_test(r.startFolder.c_str(), G_FILE_TEST_IS_DIR))
+        gtk_file_chooser_set_current_folder(chooser, r.startFolder.c_str());
+    if (r.kind != kFileDialogSelectFolder && !r.filter.empty())
+        AddFilters(chooser, r.filter);
+    if (r.kind == kFileDialogSave) {
+        gchar *name = g_filename_from_utf8(r.suggestedName.c_str(), -1, nullptr, nullptr, nullptr);
         if (name)
             gtk_file_chooser_set_current_name(chooser, name);
         g_free(name);
@@ -163,9 +191,28 @@ std::string RunChooser(const FileDialogRecord &d) {
     }
     gtk_widget_destroy(dialog);
     gdk_flush(); // gone from the screen now, not at the next event
-    if (d.mType != kFileDialogSelectFolder && !chosen.empty() && chosen.back() == '/')
+    if (r.kind != kFileDialogSelectFolder && !chosen.empty() && chosen.back() == '/')
         chosen.clear(); // a folder is no answer to a file dialog
     return chosen;
+}
+
+RuntimeObject *ChooseItem(const ChooserRequest &request) {
+    const std::string path = RunChooser(request);
+    return path.empty() ? nullptr : NewFolderItem(std::make_unique<FolderItemImpUnix>(path));
+}
+
+namespace {
+
+ChooserRequest RequestOf(const FileDialogRecord &d) {
+    ChooserRequest r;
+    r.kind = d.mType;
+    r.title = Text(d.title);
+    r.filter = Text(d.filter);
+    r.suggestedName = Text(d.suggestedFileName);
+    r.parentWindow = d.parent;
+    if (FolderItemImp *start = d.initialDirectory ? ImpOf(d.initialDirectory) : nullptr)
+        r.startFolder = start->AbsolutePath();
+    return r;
 }
 
 } // namespace
@@ -237,11 +284,9 @@ extern "C" RuntimeObject *FolderItemDialogShowModal(RuntimeObject *self) {
         return nullptr;
     RuntimeUnlockObject(d->result);
     d->result = nullptr;
-    const std::string path = RunChooser(*d);
-    if (path.empty())
-        return nullptr;
-    d->result = NewFolderItem(std::make_unique<FolderItemImpUnix>(path));
-    RuntimeLockObject(d->result);
+    d->result = ChooseItem(RequestOf(*d));
+    if (d->result)
+        RuntimeLockObject(d->result); // one for Result, one for the caller
     return d->result;
 }
 

@@ -29,6 +29,19 @@ struct FileDialogRecord {
     KelpString filter;
 };
 
+// One showing of the chooser.
+struct ChooserRequest {
+    int32_t kind = kFileDialogOpen; // FileDialogKind, not the abstract one
+    std::string title, filter, suggestedName;
+    std::string startFolder;               // "" or a missing folder: where the chooser starts
+    RuntimeObject *parentWindow = nullptr; // nil: over the front window
+};
+// Shows the chooser, modal, and answers the chosen path ("" for none, and
+// always "" without a display).  The process's working folder stays.
+std::string RunChooser(const ChooserRequest &request);
+// The same as a new FolderItem (the caller's reference), or nil.
+RuntimeObject *ChooseItem(const ChooserRequest &request);
+
 // FolderItemDialog and its three subclasses.
 std::span<ObjectDefinition *(*const)()> FileDialogDefinitions();
 

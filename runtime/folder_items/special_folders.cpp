@@ -120,4 +120,16 @@ std::string FileTypeOfName(const std::string &fileName) {
     return std::string();
 }
 
+bool FileTypeEndings(const std::string &name, std::string *endings) {
+    bool found = false;
+    for (const FileTypeRecord &record : FileTypes())
+        if (record.name == name) {
+            if (found && !record.extensions.empty())
+                *endings += ';';
+            *endings += record.extensions;
+            found = true;
+        }
+    return found;
+}
+
 } // namespace kelp

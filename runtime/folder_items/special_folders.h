@@ -37,5 +37,8 @@ void DeregisterFileType(const std::string &name);
 // The name of the first registered type one of whose ";"-separated endings
 // ends `fileName` (compared without regard to case); "" for none.
 std::string FileTypeOfName(const std::string &fileName);
+// The ";"-separated endings of every type registered under `name`, appended
+// to `endings`; false when no type has that name.
+bool FileTypeEndings(const std::string &name, std::string *endings);
 
 } // namespace kelp

@@ -1,5 +1,5 @@
 // SelectColor: the toolkit's colour selection dialog, modal.
-#include "dialogs/dialog_parent.h"
+#include "windows/dialog_placement.h"
 
 #include "process/display.h"
 #include "strings/kstring.h"

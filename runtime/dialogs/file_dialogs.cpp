@@ -8,7 +8,7 @@
 #include "kelp/strings.h"
 
 #include "base/fatal_report.h"
-#include "dialogs/dialog_parent.h"
+#include "windows/dialog_placement.h"
 #include "exceptions/raise.h"
 #include "folder_items/folder_item_object.h"
 #include "folder_items/folder_item_unix.h"

@@ -13,6 +13,7 @@
 #include "print/page_graphics.h"
 #include "print/printer_setup.h"
 #include "process/display.h"
+#include "windows/dialog_placement.h"
 
 #include <gtk/gtkunixprint.h>
 
@@ -84,8 +85,9 @@ void TakeRange(GtkPrintSettings *s, int32_t &first, int32_t &last, int32_t &copi
 // Runs the print dialog on the helper's choices.  Print answers the chosen
 // printer (a reference the caller drops) and stores the choices; anything
 // else answers null and leaves the helper as it was.
-GtkPrinter *RunPrintDialog(PrintHelper &h) {
+GtkPrinter *RunPrintDialog(PrintHelper &h, RuntimeObject *parentWindow) {
     GtkWidget *dialog = gtk_print_unix_dialog_new("Print", nullptr);
+    PlaceOverParent(dialog, parentWindow);
     auto *printDialog = GTK_PRINT_UNIX_DIALOG(dialog);
     gtk_print_unix_dialog_set_settings(printDialog, h.settings);
     gtk_print_unix_dialog_set_page_setup(printDialog, h.pageSetup);
@@ -155,7 +157,7 @@ GtkPrinter *DefaultPrinter() {
 // Both entry points.  Takes the setup given, or a new one, as the active
 // object; makes the job; begins the first page; answers the Graphics (the
 // caller's) or null with nothing printed and the active object let go.
-RuntimeObject *OpenPrint(RuntimeObject *setup, bool withDialog) {
+RuntimeObject *OpenPrint(RuntimeObject *setup, bool withDialog, RuntimeObject *parentWindow) {
     if (!DisplayAvailable())
         return nullptr;
     if (gActivePrintObject) {
@@ -179,7 +181,7 @@ RuntimeObject *OpenPrint(RuntimeObject *setup, bool withDialog) {
     GtkPrinter *printer = nullptr;
     const std::string path = PrintToFilePath();
     if (path.empty()) {
-        printer = withDialog ? RunPrintDialog(*helper) : DefaultPrinter();
+        printer = withDialog ? RunPrintDialog(*helper, parentWindow) : DefaultPrinter();
         if (!printer) {
             RuntimeUnlockObject(active);
             return nullptr; // cancelled, or no printer: nothing printed
@@ -248,10 +250,9 @@ void PrintTarget::NextPage() { mJob->NextPage(NextPageName()); }
 using namespace kelp;
 
 extern "C" RuntimeObject *RuntimeOpenPrinterDialog(RuntimeObject *setup, RuntimeObject *parent) {
-    (void)parent;
-    return OpenPrint(setup, true);
+    return OpenPrint(setup, true, parent);
 }
 
 extern "C" RuntimeObject *RuntimeOpenPrinter(RuntimeObject *setup) {
-    return OpenPrint(setup, false);
+    return OpenPrint(setup, false, nullptr);
 }

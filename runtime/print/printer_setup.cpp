@@ -7,6 +7,7 @@
 #include "base/fatal_report.h"
 #include "objects/definitions.h"
 #include "print/print_job.h"
+#include "windows/dialog_placement.h"
 #include "windows/runtime_view.h"
 
 #include <gtk/gtkunixprint.h>
@@ -140,13 +141,13 @@ extern "C" void printerSetupStringSetter(RuntimeObject *, int32_t, KelpString) {
 // KELP_PRINT_TO_FILE set nobody is there to answer: the setup is kept as
 // it is and the answer is true, so that the print goes on to its file.
 extern "C" uint8_t printerSetupPageSetup(RuntimeObject *setup, RuntimeObject *parent) {
-    (void)parent;
     PrintHelper *helper = HelperOf(setup);
     if (!helper)
         return false;
     bool accepted = !PrintToFilePath().empty();
     if (!accepted) {
         GtkWidget *dialog = gtk_page_setup_unix_dialog_new("Page Setup", nullptr);
+        PlaceOverParent(dialog, parent);
         auto *pageDialog = GTK_PAGE_SETUP_UNIX_DIALOG(dialog);
         gtk_page_setup_unix_dialog_set_page_setup(pageDialog, helper->pageSetup);
         gtk_page_setup_unix_dialog_set_print_settings(pageDialog, helper->settings);

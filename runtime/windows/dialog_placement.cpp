@@ -1,4 +1,4 @@
-#include "dialogs/dialog_parent.h"
+#include "windows/dialog_placement.h"
 
 #include "windows/runtime_view.h"
 #include "windows/window.h"

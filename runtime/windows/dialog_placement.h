@@ -1,5 +1,5 @@
 #pragma once
-// Where the toolkit's own dialogs (files, colours) appear: over the window
+// Where the toolkit's own dialogs (files, colours, printing) appear: over the window
 // they belong to.
 #include "kelp/records.h"
 

@@ -29,6 +29,10 @@ void RuntimeControlDrawInto(RuntimeObject *control, RuntimeObject *graphics, int
                             int32_t top);
 /* The window's background, its Paint and its canvases into `graphics`. */
 void formDrawInto(RuntimeObject *view, RuntimeObject *graphics, int32_t left, int32_t top);
+/* The window's back colour, Backdrop and Paint as seen from its point
+ * (x, y), drawn at the origin of `graphics`: what lies behind a control
+ * there.  Controls are not drawn. */
+void formDrawBackground(RuntimeObject *view, RuntimeObject *graphics, int32_t x, int32_t y);
 
 /* Drops onto controls and windows */
 RuntimeObject *controlNewDragItem(RuntimeObject *control, int32_t left, int32_t top, int32_t width,

@@ -369,9 +369,46 @@ extern "C" void RuntimeControlDrawInto(RuntimeObject *control, RuntimeObject *gr
         pane->DrawInto(*g, left, top);
 }
 
-// The window's background (its back colour, else the theme's fill), its
-// Paint, and the canvases on it, into `graphics` with the content's corner
-// at (left, top).
+namespace {
+
+// The window's background into `g` with the content's corner at `at`: the
+// back colour (else the theme's fill), the Backdrop picture at the corner,
+// cut and not scaled, then the window's Paint.  Drawing stays inside `g`'s
+// own clip, if it has one.
+void DrawWindowBackground(Graphics &g, ViewRecord *view, RuntimeViewWindow *window,
+                          const Rect &at) {
+    Rect clip = at;
+    if (const Rect *own = g.ClipRect())
+        clip = Rect{std::max(at.top, own->top), std::max(at.left, own->left),
+                    std::min(at.bottom, own->bottom), std::min(at.right, own->right)};
+    if (IsEmpty(clip))
+        return;
+    {
+        GraphicsStateSaver state(g);
+        g.SetClipRect(&clip);
+        g.SetForeColor(
+            ColorWordToRGB(window->hasBackdropColor ? window->backdropColor : getFillColor()));
+        g.FillRect(at);
+        if (DrawablePane *store = StoreOf(view->backdrop)) {
+            const int32_t w = std::min(store->Width(), window->width);
+            const int32_t h = std::min(store->Height(), window->height);
+            const bool masked = store->mMask != nullptr ||
+                                reinterpret_cast<PictureRecord *>(view->backdrop)->transparent == 1;
+            if (w > 0 && h > 0)
+                store->CopyRect(g, RectFromXYWH(0, 0, w, h), RectFromXYWH(at.left, at.top, w, h),
+                                masked);
+        }
+    }
+    ShiftedTarget shifted(g.Target(), at);
+    GraphicsGTK contents(&shifted);
+    contents.SetClipRect(&clip);
+    window->DrawContents(&contents);
+}
+
+} // namespace
+
+// The window's background, its Paint, and the canvases on it, into
+// `graphics` with the content's corner at (left, top).
 extern "C" void formDrawInto(RuntimeObject *view, RuntimeObject *graphics, int32_t left,
                              int32_t top) {
     Graphics *g = GraphicsOfObject(graphics);
@@ -379,24 +416,28 @@ extern "C" void formDrawInto(RuntimeObject *view, RuntimeObject *graphics, int32
     if (!g || !window || !g->Target())
         return;
     const Rect origin = g->Target()->Bounds();
-    const Rect at =
-        RectFromXYWH(origin.left + left, origin.top + top, window->width, window->height);
-    {
-        GraphicsStateSaver state(*g);
-        g->SetClipRect(&at);
-        g->SetForeColor(
-            ColorWordToRGB(window->hasBackdropColor ? window->backdropColor : getFillColor()));
-        g->FillRect(at);
-    }
-    {
-        ShiftedTarget shifted(g->Target(), at);
-        GraphicsGTK contents(&shifted);
-        contents.SetClipRect(&at);
-        window->DrawContents(&contents);
-    }
+    DrawWindowBackground(
+        *g, reinterpret_cast<ViewRecord *>(view), window,
+        RectFromXYWH(origin.left + left, origin.top + top, window->width, window->height));
     for (SubPane *child : std::vector<SubPane *>(window->Children()))
         if (auto *canvas = dynamic_cast<CanvasPane *>(child))
             canvas->DrawInto(*g, left + child->bounds.left, top + child->bounds.top);
+}
+
+// What lies behind a control at (x, y) of the window, for a control that
+// draws itself and wants to look see-through: the window's background as
+// formDrawInto draws it, shifted so that the window's point (x, y) lands on
+// the origin of `graphics`.  Controls are not background: none is drawn.
+extern "C" void formDrawBackground(RuntimeObject *view, RuntimeObject *graphics, int32_t x,
+                                   int32_t y) {
+    Graphics *g = GraphicsOfObject(graphics);
+    RuntimeViewWindow *window = view ? reinterpret_cast<ViewRecord *>(view)->pane : nullptr;
+    if (!g || !window || !g->Target())
+        return;
+    const Rect origin = g->Target()->Bounds();
+    DrawWindowBackground(
+        *g, reinterpret_cast<ViewRecord *>(view), window,
+        RectFromXYWH(origin.left - x, origin.top - y, window->width, window->height));
 }
 
 namespace kelp {

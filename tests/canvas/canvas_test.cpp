@@ -247,5 +247,42 @@ TEST_F(CanvasTest, DrawIntoPaintsCanvasesAndWindowsIntoAPicture) {
     RuntimeUnlockObject(target);
 }
 
+// What lies behind a control: the window's colour, Backdrop and Paint seen
+// from a point of the window, and no canvas.
+TEST_F(CanvasTest, DrawBackgroundShowsTheWindowBehindAPoint) {
+    RuntimeObject *w =
+        MakeWindow(200, 150,
+                   [](RuntimeObject *view) {
+                       Add(view, "Canvas", "Art", [](MassData &m) { Box(m, 30, 40, 60, 50); },
+                           {{"Paint", H(&PaintBlueSquare)}});
+                   },
+                   {{"Paint", H(&PaintGreenCorner)}});
+    windowHasBackColorSetter(w, 0, 1);
+    windowBackColorSetter(w, 0, 0x336699);
+    RuntimeObject *red = Filled(30, 30, 0xff0000);
+    windowBackdropSetter(w, 0, red);
+    RuntimeUnlockObject(red);
+    RuntimeObject *target = Filled(80, 80, 0x000000);
+    RuntimeObject *g = pictureGraphicsGetter(target, 0);
+    formDrawBackground(w, g, 5, 5);
+    struct Px {
+        int x, y;
+        uint32_t rgb;
+        const char *what;
+    } rows[] = {
+        {0, 0, 0x00ff00, "the window's Paint at (5, 5)"},
+        {4, 4, 0x00ff00, "its last pixel"},
+        {5, 5, 0xff0000, "the Backdrop"},
+        {24, 24, 0xff0000, "the Backdrop's last pixel"},
+        {25, 25, 0x336699, "the back colour"},
+        {40, 50, 0x336699, "under the canvas: not drawn"},
+    };
+    DrawablePane *store = StoreOf(target);
+    for (const Px &p : rows)
+        EXPECT_EQ(store->GetPixel(p.x, p.y), p.rgb) << p.what;
+    RuntimeUnlockObject(g);
+    RuntimeUnlockObject(target);
+}
+
 } // namespace
 } // namespace kelp::test

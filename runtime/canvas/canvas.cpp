@@ -477,6 +477,9 @@ ObjectDefinition *CanvasDefinition() {
         {"MouseDrag", "X As Integer, Y As Integer", nullptr, &gMouseDrag},
         {"MouseUp", "X As Integer, Y As Integer", nullptr, &gMouseUp},
         {"EnableMenuItems", "", nullptr, &gEnableMenuItems},
+        {"DragEnter", "obj As DragItem"},
+        {"DragExit", "obj As DragItem"},
+        {"DragMove", "X As Integer, Y As Integer, obj As DragItem"},
     };
     static const HookInstanceRow hooks[] = {
         {"CreatePane", reinterpret_cast<void *>(&CanvasCreatePane)}};

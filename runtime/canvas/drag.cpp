@@ -67,13 +67,14 @@ struct DragState {
 DragState gDrag;
 RuntimeObject *gCurrentDragItem = nullptr; // the item a toolkit drop is handing over
 
-ObjectHook *DropHook(ObjectDefinition *definition) {
+ObjectHook *HookNamed(ObjectDefinition *definition, const char *name) {
     for (ObjectDefinition *d = definition; d; d = d->super)
         for (ObjectHook *h = d->hooks; h; h = h->next)
-            if (objtext::SameName(h->name, "DropObject"))
+            if (objtext::SameName(h->name, name))
                 return h;
     return nullptr;
 }
+ObjectHook *DropHook(ObjectDefinition *definition) { return HookNamed(definition, "DropObject"); }
 
 SubPane *PaneOfOwner(RuntimeObject *owner) {
     if (IsControl(owner))
@@ -203,14 +204,40 @@ void DestroyOutlines() {
     gDrag.outlines.clear();
 }
 
+// DragEnter, DragExit or DragMove of the window or canvas that owns a pane
+// that takes drops; other controls have none of these events.
+template <typename... Args> void FireDragEvent(SubPane *pane, const char *name, Args... args) {
+    auto it = Accepted().mPanes.find(pane);
+    if (it == Accepted().mPanes.end())
+        return;
+    RuntimeObject *owner = it->second.owner;
+    ObjectHook *hook = IsControl(owner)
+                           ? (CanvasPaneOf(owner) ? HookNamed(CanvasDefinition(), name) : nullptr)
+                           : HookNamed(WindowDefinition(), name);
+    if (!hook || !pane->LockForEvent())
+        return;
+    CallEvent(owner, hook, args...);
+    pane->UnlockAfterEvent();
+}
+
+// The pane under the pointer that would take the drop changed: the old one
+// hears DragExit, the new one DragEnter.  A handler may close windows, so
+// the new pane must still be alive when its turn comes.
 void SetTarget(SubPane *target) {
     if (target == gDrag.target)
         return;
-    if (gDrag.target && gDrag.target->GetWidget())
-        gtk_drag_unhighlight(gDrag.target->GetWidget());
+    if (SubPane *old = gDrag.target) {
+        if (old->GetWidget())
+            gtk_drag_unhighlight(old->GetWidget());
+        gDrag.target = nullptr;
+        FireDragEvent(old, "DragExit", gDrag.item);
+    }
+    if (!target || !Accepted().mPanes.count(target))
+        return;
     gDrag.target = target;
-    if (target && target->GetWidget())
+    if (target->GetWidget())
         gtk_drag_highlight(target->GetWidget());
+    FireDragEvent(target, "DragEnter", gDrag.item);
 }
 
 // One motion of the pointer while dragging.
@@ -218,6 +245,11 @@ void Track() {
     int32_t x = 0, y = 0;
     Window *window = WindowUnderPointer(x, y);
     SetTarget(window ? FindDropTarget(window, x, y, gDrag.item) : nullptr);
+    // Relative to the target, as its mouse events are.
+    if (SubPane *target = gDrag.target)
+        FireDragEvent(target, "DragMove", x - target->bounds.left, y - target->bounds.top,
+                      gDrag.item);
+    window = WindowUnderPointer(x, y); // a handler may have closed it
     const std::vector<Rect> &rects = DragRecord(gDrag.item)->contents->itemRects;
     for (DragState::Outline &o : gDrag.outlines) {
         const bool here = o.window == window;
@@ -474,18 +506,29 @@ extern "C" void DragItemDrag(RuntimeObject *self) {
                 g_signal_handler_disconnect(window->GtkWin(), id);
     }
     DestroyOutlines();
-    SetTarget(nullptr);
+    // The pane that takes the drop hears DropObject instead of DragExit; a
+    // pane left behind without a last motion still hears DragExit.
+    SubPane *last = gDrag.target;
+    if (last && last->GetWidget())
+        gtk_drag_unhighlight(last->GetWidget());
+    gDrag.target = nullptr;
     NoteDragEnded();
-    if (Window *window = WindowUnderPointer(x, y))
-        if (SubPane *target = FindDropTarget(window, x, y, self)) {
-            // The rectangles land where the pointer took them.
-            for (Rect &r : DragRecord(self)->contents->itemRects)
-                r = RectFromXYWH(r.left + x - gDrag.pressX, r.top + y - gDrag.pressY,
-                                 r.right - r.left, r.bottom - r.top);
-            DropOn(target, self);
-            if (target->GetWidget())
-                gtk_drag_unhighlight(target->GetWidget());
-        }
+    Window *under = WindowUnderPointer(x, y);
+    SubPane *dropTarget = under ? FindDropTarget(under, x, y, self) : nullptr;
+    if (last && last != dropTarget) {
+        FireDragEvent(last, "DragExit", self);
+        if (dropTarget && !Accepted().mPanes.count(dropTarget))
+            dropTarget = nullptr; // the handler closed its window
+    }
+    if (SubPane *target = dropTarget) {
+        // The rectangles land where the pointer took them.
+        for (Rect &r : DragRecord(self)->contents->itemRects)
+            r = RectFromXYWH(r.left + x - gDrag.pressX, r.top + y - gDrag.pressY, r.right - r.left,
+                             r.bottom - r.top);
+        DropOn(target, self);
+        if (target->GetWidget())
+            gtk_drag_unhighlight(target->GetWidget());
+    }
     // Each window shows the cursor its panes choose again.
     if (cursor && cursor->cursor)
         for (Window *window : WindowList())

@@ -64,6 +64,21 @@ void LogDrop(RuntimeObject *me, RuntimeObject *item) {
     Events().push_back(line + " at " + std::to_string(left) + "," + std::to_string(top));
 }
 
+// The drag's passage over its targets: "Enter Name", "Exit Name", and
+// "Move Name x,y" for the last of a run of moves over one target.
+std::string NameOrWindow(RuntimeObject *me) { return IsControl(me) ? NameOf(me) : "window"; }
+void LogEnter(RuntimeObject *me, RuntimeObject *) {
+    Events().push_back("Enter " + NameOrWindow(me));
+}
+void LogExit(RuntimeObject *me, RuntimeObject *) { Events().push_back("Exit " + NameOrWindow(me)); }
+void LogMove(RuntimeObject *me, int32_t x, int32_t y, RuntimeObject *item) {
+    const std::string move = "Move " + NameOrWindow(me);
+    if (!Events().empty() && Events().back().rfind(move + " ", 0) == 0)
+        Events().pop_back();
+    Events().push_back(move + " " + std::to_string(x) + "," + std::to_string(y) +
+                       (DragItemTextAvailable(item) ? "" : " without its text"));
+}
+
 class DragTest : public CanvasTest {
 protected:
     // Starts the other program with its window at (x, y) of the screen.
@@ -200,6 +215,35 @@ TEST(UriListTest, OnlyLocalFileLinesBecomePaths) {
     };
     for (const Case &c : cases)
         EXPECT_EQ(PathsOfUriList(c.list), c.paths) << c.list;
+}
+
+TEST_F(DragTest, TargetsHearTheDragEnterMoveOverAndLeave) {
+    RuntimeObject *w = MakeWindow(
+        300, 200,
+        [](RuntimeObject *view) {
+            Add(view, "Canvas", "Source", [](MassData &m) { Box(m, 10, 10, 80, 80); },
+                {{"MouseDown", H(&StartDrag)}});
+            Add(view, "Canvas", "Right", [](MassData &m) { Box(m, 150, 10, 100, 100); },
+                {{"DragEnter", H(&LogEnter)},
+                 {"DragExit", H(&LogExit)},
+                 {"DragMove", H(&LogMove)},
+                 {"DropObject", H(&LogDrop)}});
+        },
+        {{"DragEnter", H(&LogEnter)}, {"DragExit", H(&LogExit)}, {"DragMove", H(&LogMove)}});
+    controlAcceptTextDrop(Find(w, "Right"));
+    formAcceptTextDrop(w);
+    Events().clear();
+    // Over the window, across Right, back to the window, and onto Right.
+    Gesture("mousemove " + At(w, 50, 50) + " mousedown 1 sleep 0.2 mousemove " + At(w, 120, 150) +
+            " sleep 0.1 mousemove " + At(w, 200, 60) + " sleep 0.1 mousemove " + At(w, 210, 70) +
+            " sleep 0.1 mousemove " + At(w, 120, 150) + " sleep 0.1 mousemove " + At(w, 160, 20) +
+            " sleep 0.2 mouseup 1");
+    const std::vector<std::string> expected = {
+        "Enter window", "Move window 120,150", "Exit window",
+        "Enter Right",  "Move Right 60,60",    "Exit Right",
+        "Enter window", "Move window 120,150", "Exit window",
+        "Enter Right",  "Move Right 10,10",    "Drop Right carried with its cursor at -30,-30"};
+    EXPECT_EQ(Events(), expected);
 }
 
 } // namespace

@@ -77,6 +77,9 @@ void appMouseCursorSetter(RuntimeObject *self, int32_t parameter, RuntimeObject 
 /* Application.MenuBar: the counted menu bar object; the getter returns it
  * with a new reference. */
 RuntimeObject *AppMenuBarGetter(RuntimeObject *self, int32_t parameter);
+/* Application.ResourceFork: a new, empty ResourceFork on each read (the
+ * caller's reference); the application's resources are in its image. */
+RuntimeObject *appResourceForkGetter(RuntimeObject *self, int32_t parameter);
 void AppMenuBarSetter(RuntimeObject *self, int32_t parameter, RuntimeObject *menuBar);
 /* Stores `Boolean handler(app, index)` under a menu item's Name; nil code
  * does nothing, a nil self or name is a failed assertion. */

@@ -9,6 +9,7 @@
 #include "menus/dispatch.h"
 #include "objects/definitions.h"
 #include "objects/object_model.h"
+#include "pictures/resource_fork.h"
 #include "process/process_state.h"
 #include "process/quit.h"
 #include "runloop/main_loop.h"
@@ -157,6 +158,7 @@ ObjectDefinition *PollableInterfaceDefinition() {
 
 const TypeRecord kMDIWindowType{kTypeObjectOf, nullptr, nullptr, 0, &MDIWindowDefinition};
 const TypeRecord kMenuBarType{kTypeObjectOf, nullptr, nullptr, 0, &MenuBarDefinition};
+const TypeRecord kResourceForkType{kTypeObjectOf, nullptr, nullptr, 0, &ResourceForkDefinition};
 
 ObjectDefinition *ApplicationDefinition() {
     static const PropertyRow properties[] = {
@@ -169,6 +171,7 @@ ObjectDefinition *ApplicationDefinition() {
         {0, "_CurrentEventTime", &kTypeInteger, KELP_ENTRY(AppGetCurrentEventTime), {}, -9},
         {0, "MenuBar", &kMenuBarType, KELP_ENTRY(AppMenuBarGetter), KELP_ENTRY(AppMenuBarSetter),
          offsetof(ApplicationRecord, menuBar)},
+        {0, "ResourceFork", &kResourceForkType, KELP_ENTRY(appResourceForkGetter), {}, -9},
         // The version block of the image, read-only; the parameter selects
         // the field.
         {0, "MajorVersion", &kTypeInteger, KELP_ENTRY(AppIntegerVersionStuffGetter), {}, 0},
@@ -491,6 +494,13 @@ extern "C" void AppBalloonHelpVisibleSetter(RuntimeObject *self, int32_t, uint8_
 extern "C" void appMouseCursorSetter(RuntimeObject *self, int32_t, RuntimeObject *cursor) {
     if (RuntimeObject *app = AppOf(self))
         SwapCounted(Record(app)->mouseCursor, cursor);
+}
+
+// The application has no resource fork of its own on this platform (its
+// resources are in the image): each read answers a fresh, empty one, so a
+// program written for one finds no resources rather than a nil object.
+extern "C" RuntimeObject *appResourceForkGetter(RuntimeObject *, int32_t) {
+    return NewObjectOfDefinition(ResourceForkDefinition());
 }
 
 extern "C" RuntimeObject *AppMenuBarGetter(RuntimeObject *self, int32_t) {

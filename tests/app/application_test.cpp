@@ -10,13 +10,11 @@
 #include "exceptions/raise.h"
 #include "exceptions/unhandled.h"
 #include "objects/definitions.h"
-#include "objects/text.h"
 #include "process/process_state.h"
 #include "support/language_class.h"
 
 #include "kelp/exceptions.h"
 #include "kelp/objects.h"
-#include "kelp/pictures.h"
 #include "kelp/resources.h"
 #include "kelp/runloop.h"
 #include "kelp/startup.h"
@@ -378,19 +376,6 @@ TEST_F(ApplicationTest, VersionPropertiesReadTheVersionBlockThroughTheirRows) {
         EXPECT_EQ(r->getter, reinterpret_cast<void *>(&AppStringVersionStuffGetter));
         EXPECT_EQ(r->fieldOffset, selector);
     }
-}
-
-// A program written for a resource fork finds an empty one, never nil, and
-// never one another reader changed.
-TEST(ApplicationResourceFork, EachReadIsAFreshEmptyFork) {
-    RuntimeObject *first = appResourceForkGetter(nullptr, 0);
-    RuntimeObject *second = appResourceForkGetter(nullptr, 0);
-    ASSERT_NE(first, nullptr);
-    EXPECT_NE(first, second);
-    EXPECT_EQ(std::string(objtext::View(first->klass->name)), "ResourceFork");
-    EXPECT_EQ(resourceForkResourceCount(first, nullptr), 0);
-    RuntimeUnlockObject(first);
-    RuntimeUnlockObject(second);
 }
 
 } // namespace

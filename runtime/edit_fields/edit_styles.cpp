@@ -153,8 +153,8 @@ void EditPane::SetAttribute(int32_t start, int32_t length, StyleKind kind, int32
         // Sizes outside what a font can show are refused, not drawn huge.
         if (value > 0 && value <= 1000) {
             std::string points = std::to_string(value);
-            gtk_text_buffer_apply_tag(mBuffer, Tag("size" + points, "size", points.c_str()),
-                                      &a, &b);
+            gtk_text_buffer_apply_tag(mBuffer, Tag("size" + points, "size", points.c_str()), &a,
+                                      &b);
         }
         break;
     }

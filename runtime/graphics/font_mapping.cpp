@@ -81,8 +81,7 @@ PangoFontDescription *MakeFontDescription(const FontSpec &spec) {
     const bool themeSize = spec.size < 1;
     // A damaged size of millions would ask the rasteriser for glyphs larger
     // than any screen.
-    const int32_t size =
-        themeSize ? DefaultFontSize() : std::clamp(spec.size, 1, kMaxFontPoints);
+    const int32_t size = themeSize ? DefaultFontSize() : std::clamp(spec.size, 1, kMaxFontPoints);
     auto setSize = [&](PangoFontDescription *d) {
         if (themeSize)
             pango_font_description_set_size(d, size * PANGO_SCALE);

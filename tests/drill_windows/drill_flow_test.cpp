@@ -212,7 +212,7 @@ TEST_F(DrillWindows, TheMenusServeEveryWindowOfTheFlowAndEndThisRoundBreaksOffAR
         FileMenu(window, "Right Down Return");
         ASSERT_TRUE(drill.AwaitTrace("open wAbout", n));
         const std::string about = Window("About");
-        look(about, "about", {{237, 362, kMail}, {17, 405, kWeb}});
+        look(about, "about", {{225, 298, kMail}, {17, 341, kWeb}});
         Keys(window, "ctrl+h");
         ASSERT_TRUE(drill.AwaitTrace("open wHelp", n));
         const std::string help = Window("Help");

@@ -40,10 +40,8 @@ GtkLabel *LabelOf(RuntimeObject *control) {
 // (the toolkit draws a label only there), else what sticks out where.
 std::string Overflow(RuntimeObject *window, const ControlRow &row) {
     GtkLabel *label = LabelOf(ControlOf(window, row.name));
-    if (!label)
-        return "no label";
-    if (!GTK_WIDGET_DRAWABLE(label))
-        return ""; // hidden: nothing of it can be cut off
+    if (!label || !GTK_WIDGET_DRAWABLE(label))
+        return label ? "" : "no label"; // a hidden one shows nothing to cut off
     PangoRectangle ink;
     pango_layout_get_pixel_extents(gtk_label_get_layout(label), &ink, nullptr);
     int x = 0, y = 0;
@@ -59,23 +57,17 @@ std::string Overflow(RuntimeObject *window, const ControlRow &row) {
                         x + ink.x + ink.width - (room.x + room.width),
                         y + ink.y + ink.height - (room.y + room.height)};
     std::string found;
-    const char *sides[4] = {"left", "top", "right", "bottom"};
-    // Pango rounds ink outward to whole pixels: one may be a fraction.
-    for (int i = 0; i < 4; ++i)
+    for (int i = 0; i < 4; ++i) // ink is rounded outward: one pixel may be a fraction
         if (out[i] > 1)
-            found += " " + std::to_string(out[i]) + " px past the " + sides[i];
+            found += " " + std::to_string(out[i]) + " px past side " + "ltrb"[i];
     return found.empty() ? "" : gtk_label_get_text(label) + found;
 }
 
-bool HasText(const ControlRow &row) {
-    const std::string base = row.base;
-    return base == "StaticText" || base == "RadioButton" || base == "PushButton" ||
-           base == "CheckBox";
-}
-
+// Labels, radio buttons and push buttons: the controls that show a text.
 void ExpectAllFit(RuntimeObject *window, const WindowDesign &design, const std::string &when) {
     for (const ControlRow &row : design.controls) {
-        if (HasText(row)) {
+        if (std::string("StaticText RadioButton PushButton CheckBox").find(row.base) !=
+            std::string::npos) {
             EXPECT_EQ(Overflow(window, row), "") << design.className << " " << row.name << when;
         }
     }

@@ -88,22 +88,15 @@ const HandlerRow kHelpHandlers[] = {
     {"StaticText5", "MouseDown", Code(&WriteToSupport)},
 };
 
-// The description runs to eleven lines in Arial 14 here, so it gets the
-// room for them and the rows below move down by as much; the contact label
-// is as wide as its text, its link just behind it.
-constexpr int16_t kMore = 64;
 constexpr ControlRow kAboutControls[] = {
     {"Canvas", "Canvas1", 21, -8, 440, 107, ""},
     {"StaticText", "StaticText1", 14, 100, 225, 20, "Version -/-", 12},
     {"StaticText", "StaticText2", 14, 113, 400, 20, "", 12},
-    {"StaticText", "StaticText8", 11, 138, 480, 148 + kMore, "", 14, kMultiLine},
-    {"StaticText", "StaticText3", 17, 298 + kMore, 218, 20, "Send questions or comments to"},
-    {"StaticText", "StaticText4", 237, 298 + kMore, 225, 20, kSupportShown, 14, kUnderline,
-     kLinkRed},
-    {"StaticText", "StaticText5", 17, 325 + kMore, 300, 20,
-     "Check for info and updates online at "},
-    {"StaticText", "StaticText6", 17, 341 + kMore, 310, 20, kWebPageShown, 14, kUnderline,
-     kLinkRed},
+    {"StaticText", "StaticText8", 11, 138, 480, 148, "", 14, kMultiLine},
+    {"StaticText", "StaticText3", 17, 298, 202, 20, "Send questions or comments to"},
+    {"StaticText", "StaticText4", 225, 298, 225, 20, kSupportShown, 14, kUnderline, kLinkRed},
+    {"StaticText", "StaticText5", 17, 325, 300, 20, "Check for info and updates online at "},
+    {"StaticText", "StaticText6", 17, 341, 310, 20, kWebPageShown, 14, kUnderline, kLinkRed},
 };
 
 const HandlerRow kAboutHandlers[] = {
@@ -117,11 +110,11 @@ const HandlerRow kAboutHandlers[] = {
 const WindowDesign kHelp = {"wHelp", "Help", 472,  235, 472,           235,
                             472,     235,    true, 0,   kHelpControls, kHelpHandlers};
 
-// About is held at the size its texts need: narrower or lower bounds would
-// cut off the description's end and both links.
-constexpr int16_t kAboutHeight = 374 + kMore;
-const WindowDesign kAbout = {"wAbout",       "About",       502,          kAboutHeight, 502,
-                             kAboutHeight,   502,           kAboutHeight, true,         0,
-                             kAboutControls, kAboutHandlers};
+// About keeps the size of its layout, 502 by 374.  The bounds given with
+// it (456 wide, 209 to 238 high) are smaller than the layout itself and
+// would cut off the description's right edge and everything below it, so
+// the window is held at its layout's size instead.
+const WindowDesign kAbout = {"wAbout", "About",        502,           374, 502, 374, 502, 374, true,
+                             0,        kAboutControls, kAboutHandlers};
 
 } // namespace sumbrook::ui

@@ -133,7 +133,9 @@ constexpr ControlRow kControls[] = {
      kMultiLine | kReadOnly | kBorder | kScrollBar},
     {"StaticText", "StaticText5", 20, 323, 120, 21, "Your Name:", 20, kCentred | kHidden},
     {"EditField", "EditField1", 145, 321, 325, 22, "", 14, kBorder | kHidden | kDisabled},
-    {"StaticText", "StaticText4", 28, 356, 165, 20, "DATE", 20, kHidden},
+    // The date and time ("08/28/2026  08:08 PM") run to 196 pixels at size
+    // 20, more than the room before Print; at 18 they keep within it.
+    {"StaticText", "StaticText4", 20, 356, 188, 20, "DATE", 18, kHidden},
     {"PushButton", "PushButton1", 212, 356, 69, 20, "Print", 14, kHidden},
     {"PushButton", "PushButton2", 306, 356, 69, 20, "Again", 14},
     {"PushButton", "PushButton3", 396, 356, 69, 20, "Exit", 14},

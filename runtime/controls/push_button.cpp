@@ -18,10 +18,33 @@ namespace {
 
 ObjectHook *gAction, *gMouseDown, *gMouseUp, *gGotFocus, *gLostFocus;
 
+// Layouts give a button the height its caption needs inside a frame of a
+// pixel or two.  The toolkit's own padding (the inner border, the focus
+// padding and the default button's extra border) would take six more
+// pixels from a 20-pixel button and cut the caption's descenders off, so
+// the runtime's buttons go without it; the focus line and the frame stay.
+constexpr const char *kButtonName = "kelp-push-button";
+
+void UseSlimButtonStyle() {
+    static const bool parsed = [] {
+        gtk_rc_parse_string("style \"kelp-push-button\" {\n"
+                            "  GtkButton::inner-border = {0, 0, 0, 0}\n"
+                            "  GtkButton::default-border = {0, 0, 0, 0}\n"
+                            "  GtkButton::default-outside-border = {0, 0, 0, 0}\n"
+                            "  GtkWidget::focus-padding = 0\n"
+                            "}\n"
+                            "widget \"*.kelp-push-button\" style \"kelp-push-button\"\n");
+        return true;
+    }();
+    (void)parsed;
+}
+
 class PushButtonPane : public CaptionedPane {
 public:
     explicit PushButtonPane(CaptionedControl *record) : CaptionedPane(&record->control) {
+        UseSlimButtonStyle();
         SetWidget(gtk_button_new());
+        gtk_widget_set_name(mWidget, kButtonName);
         SetCaption(record->caption);
         SetFont(record->font);
         ConnectCommonSignals();

@@ -66,6 +66,16 @@ public:
         gtk_label_set_line_wrap(GTK_LABEL(mWidget), flag);
         SetTextAlign(mAlign);
     }
+    // Underline is no part of a font description: the label carries it as
+    // an attribute over its whole text.
+    void SetFont(const ControlFont &font) override {
+        ControlPane::SetFont(font);
+        PangoAttrList *attributes = pango_attr_list_new();
+        if (font.underline)
+            pango_attr_list_insert(attributes, pango_attr_underline_new(PANGO_UNDERLINE_SINGLE));
+        gtk_label_set_attributes(GTK_LABEL(mWidget), attributes);
+        pango_attr_list_unref(attributes);
+    }
     // Each channel times 255, not 257: white gives 65025.
     void SetTextColor(int32_t color) {
         if (color == mColor)

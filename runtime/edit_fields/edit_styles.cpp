@@ -1,10 +1,11 @@
 // Styles of a multi-line field, held as tags of its buffer: "bold",
-// "italic", "underline", "family<name>", "size<points>" and "#" with the
+// "italic", "underline", "family<name>", "size<size>" and "#" with the
 // colour's three 16-bit channels in hex.  A character without a family or
 // size tag shows in the field's own font; one without a colour tag is black.
 #include "edit_fields/edit_pane.h"
 
 #include "edit_fields/utf8_text.h"
+#include "graphics/font_mapping.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -38,9 +39,16 @@ GtkTextTag *EditPane::Tag(const std::string &name, const char *property, const c
     GtkTextTagTable *table = gtk_text_buffer_get_tag_table(mBuffer);
     if (GtkTextTag *tag = gtk_text_tag_table_lookup(table, name.c_str()))
         return tag;
-    if (std::strcmp(property, "size-points") == 0)
-        return gtk_text_buffer_create_tag(mBuffer, name.c_str(), property,
-                                          static_cast<gdouble>(std::atoi(value)), nullptr);
+    if (std::strcmp(property, "size") == 0) {
+        // A run's size is the language's, as the field's own font is: a
+        // description that sets the size alone leaves family and style be.
+        PangoFontDescription *size = pango_font_description_new();
+        SetLanguageSize(size, std::atoi(value));
+        GtkTextTag *tag =
+            gtk_text_buffer_create_tag(mBuffer, name.c_str(), "font-desc", size, nullptr);
+        pango_font_description_free(size);
+        return tag;
+    }
     if (std::strcmp(property, "foreground-gdk") == 0) {
         GdkColor color{};
         gdk_color_parse(value, &color);
@@ -145,8 +153,8 @@ void EditPane::SetAttribute(int32_t start, int32_t length, StyleKind kind, int32
         // Sizes outside what a font can show are refused, not drawn huge.
         if (value > 0 && value <= 1000) {
             std::string points = std::to_string(value);
-            gtk_text_buffer_apply_tag(mBuffer, Tag("size" + points, "size-points", points.c_str()),
-                                      &a, &b);
+            gtk_text_buffer_apply_tag(mBuffer, Tag("size" + points, "size", points.c_str()), &a,
+                                      &b);
         }
         break;
     }

@@ -67,15 +67,27 @@ PangoFontDescription *FromString(const std::string &family, int32_t size) {
 
 } // namespace
 
+void SetLanguageSize(PangoFontDescription *description, int32_t size) {
+    size = std::clamp(size, 1, kMaxFontPoints);
+    pango_font_description_set_absolute_size(description, double(size) * PANGO_SCALE);
+}
+
 PangoFontDescription *MakeFontDescription(const FontSpec &spec) {
     if (!DisplayAvailable())
         return nullptr;
     const std::string name = IsSystemFontName(spec.name) ? DefaultFontFamily() : spec.name;
-    // The language's points are two larger than the toolkit's: 12 is Pango's 10.
-    int32_t size = spec.size < 1 ? DefaultFontSize() : spec.size - 2;
-    // Sizes 1 and 2 would reach Pango as no size at all, and a damaged size of
-    // millions would ask the rasteriser for glyphs larger than any screen.
-    size = std::clamp(size, 1, kMaxFontPoints);
+    // Size 0 is the theme's, in the theme's points; any other size is the
+    // language's, in pixels.
+    const bool themeSize = spec.size < 1;
+    // A damaged size of millions would ask the rasteriser for glyphs larger
+    // than any screen.
+    const int32_t size = themeSize ? DefaultFontSize() : std::clamp(spec.size, 1, kMaxFontPoints);
+    auto setSize = [&](PangoFontDescription *d) {
+        if (themeSize)
+            pango_font_description_set_size(d, size * PANGO_SCALE);
+        else
+            SetLanguageSize(d, size);
+    };
 
     PangoFontDescription *description = nullptr;
     const FamilyList &families = Families();
@@ -87,7 +99,7 @@ PangoFontDescription *MakeFontDescription(const FontSpec &spec) {
         pango_font_family_list_faces(families.families[i], &faces, &faceCount);
         if (faceCount > 0) {
             description = pango_font_face_describe(faces[0]);
-            pango_font_description_set_size(description, size * PANGO_SCALE);
+            setSize(description);
         }
         g_free(faces);
     }
@@ -97,6 +109,8 @@ PangoFontDescription *MakeFontDescription(const FontSpec &spec) {
         description = FromString(name, size);
     if (!description)
         description = FromString(DefaultFontFamily(), size);
+    if (description)
+        setSize(description);
     if (description && !Loads(description)) {
         pango_font_description_free(description);
         description = nullptr;
@@ -104,7 +118,7 @@ PangoFontDescription *MakeFontDescription(const FontSpec &spec) {
     if (!description) {
         description = pango_font_description_new();
         pango_font_description_set_family(description, DefaultFontFamily().c_str());
-        pango_font_description_set_size(description, size * PANGO_SCALE);
+        setSize(description);
     }
     pango_font_description_set_style(description, (spec.style & kStyleItalic) ? PANGO_STYLE_ITALIC
                                                                               : PANGO_STYLE_NORMAL);

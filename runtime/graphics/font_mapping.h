@@ -1,8 +1,12 @@
 #pragma once
 // From the language's font (name, size, style) to a Pango font description.
-// The language's sizes run two points larger than the toolkit's, "System"
-// and "SmallSystem" (and an empty name) mean the theme's family, and size 0
-// means the theme's size.  Widgets and Graphics share this one mapping.
+// A size of the language is a height in pixels: layouts are drawn on a grid
+// of 72 units an inch, where text of size 14 is 14 units high, so size N
+// shows N pixels high whatever dots per inch the screen claims (at 96 that
+// is N x 0.75 points), and text keeps to the boxes it was laid out in.
+// "System" and "SmallSystem" (and an empty name) mean the theme's family,
+// and size 0 means the theme's size, in its own points.  Widgets and
+// Graphics share this one mapping.
 #include <pango/pango.h>
 
 #include <cstdint>
@@ -30,8 +34,12 @@ int32_t DefaultFontSize();
 // True for the names that stand for the theme's font.
 bool IsSystemFontName(const std::string &name);
 
-// The largest size in points that reaches the toolkit.
+// The largest size that reaches the toolkit.
 inline constexpr int32_t kMaxFontPoints = 1000;
+
+// Gives the description the language's size `size` (pixels, clamped to
+// 1..kMaxFontPoints); for every place that turns such a size into Pango's.
+void SetLanguageSize(PangoFontDescription *description, int32_t size);
 
 // A new description the caller frees with pango_font_description_free.
 // Needs the toolkit's Pango context, so a display; null without one.

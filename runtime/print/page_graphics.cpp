@@ -23,14 +23,15 @@ std::string ValidText(std::string_view text) {
     return out;
 }
 
-// The language's sizes run two points above the toolkit's on screen; on
-// paper a point is a point, so the family and style come from the shared
-// mapping and the size is set here.
+// A size of the language is a unit of the 72-per-inch layout grid, a pixel
+// on screen and a point on paper; the theme's size (size 0) is in points
+// too.  So the family and style come as on screen and the size is set here
+// in the page's dots.
 PangoFontDescription *PageFont(const FontSpec &spec, int32_t dotsPerInch) {
     PangoFontDescription *d = pango_font_description_new();
     const bool system = spec.name.empty() || IsSystemFontName(spec.name);
     pango_font_description_set_family(d, system ? DefaultFontFamily().c_str() : spec.name.c_str());
-    int32_t size = spec.size > 0 ? spec.size : DefaultFontSize() + 2;
+    int32_t size = spec.size > 0 ? spec.size : DefaultFontSize();
     size = std::clamp<int32_t>(size, 1, kMaxFontPoints);
     pango_font_description_set_absolute_size(d, double(size) * dotsPerInch / 72 * PANGO_SCALE);
     pango_font_description_set_weight(d, (spec.style & kStyleBold) ? PANGO_WEIGHT_BOLD

@@ -231,5 +231,38 @@ TEST_F(ButtonFamilyTest, StaticTextAlignsWrapsAndColoursAsTold) {
     EXPECT_STREQ(gtk_label_get_text(GTK_LABEL(one)), "changed");
 }
 
+// An underlined label draws a line below its capitals' foot; taking the
+// style off takes the line away.
+TEST_F(ButtonFamilyTest, StaticTextUnderlineDrawsALineBelowTheText) {
+    RuntimeObject *w = MakeWindow(300, 60, [](RuntimeObject *view) {
+        for (int left : {10, 150})
+            Add(view, "StaticText", left == 10 ? "Plain" : "Lined", [left](MassData &m) {
+                Box(m, left, 10, 120, 40).Text("Text", "HHHH").Int("TextSize", 20);
+                m.Bool("Underline", left != 10);
+            });
+    });
+    auto lowestInk = [&](int left) {
+        GdkPixbuf *p = gdk_pixbuf_get_from_drawable(nullptr, Fixed(w)->window, nullptr, left, 10, 0,
+                                                    0, 120, 40);
+        int lowest = -1;
+        for (int y = 0; p && y < 40; ++y)
+            for (int x = 0; x < 120; ++x) {
+                const guchar *px = gdk_pixbuf_get_pixels(p) + y * gdk_pixbuf_get_rowstride(p) +
+                                   x * gdk_pixbuf_get_n_channels(p);
+                if (px[0] < 160 && px[1] < 160 && px[2] < 160) // a thin line is grey
+                    lowest = y;
+            }
+        if (p)
+            g_object_unref(p);
+        return lowest;
+    };
+    const int plain = lowestInk(10);
+    ASSERT_GT(plain, 0);
+    EXPECT_GT(lowestInk(150), plain) << "the line lies below the capitals";
+    staticAttributeSetter(Find(w, "Lined"), 2, 0);
+    Settle(100);
+    EXPECT_EQ(lowestInk(150), plain);
+}
+
 } // namespace
 } // namespace kelp::test

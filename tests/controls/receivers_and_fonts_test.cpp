@@ -113,12 +113,13 @@ TEST_F(ReceiversAndFontsTest, TabCaptionsAndPopupTextTakeTheirFont) {
     ASSERT_EQ(gtk_notebook_get_n_pages(book), 3);
     for (int i = 0; i < 3; ++i) {
         GtkWidget *label = gtk_notebook_get_tab_label(book, gtk_notebook_get_nth_page(book, i));
-        // The toolkit's points are two below the language's sizes.
-        EXPECT_EQ(pango_font_description_get_size(font(label)), 16 * PANGO_SCALE) << i;
+        // The language's sizes are pixels.
+        EXPECT_EQ(pango_font_description_get_size(font(label)), 18 * PANGO_SCALE) << i;
+        EXPECT_TRUE(pango_font_description_get_size_is_absolute(font(label))) << i;
         EXPECT_EQ(pango_font_description_get_weight(font(label)), PANGO_WEIGHT_BOLD) << i;
     }
     GtkWidget *entry = GTK_COMBO(Widget(popup))->entry;
-    EXPECT_EQ(pango_font_description_get_size(font(entry)), 18 * PANGO_SCALE);
+    EXPECT_EQ(pango_font_description_get_size(font(entry)), 20 * PANGO_SCALE);
     EXPECT_EQ(pango_font_description_get_style(font(entry)), PANGO_STYLE_ITALIC);
 }
 

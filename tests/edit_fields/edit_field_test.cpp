@@ -388,6 +388,21 @@ TEST_F(EditFieldTest, StyleDataRoundTripsThroughTheBuffer) {
         EXPECT_EQ(editSelTextSizeGetter(f, 0), s.size) << s.start;
         EXPECT_EQ(editSelTextColorGetter(f, 0), s.color) << s.start;
     }
+    // A run given the field's own size shows as the field's text does.
+    SetText(f, "abc");
+    GtkTextView *view = GTK_TEXT_VIEW(gtk_bin_get_child(GTK_BIN(Widget(f))));
+    auto cRect = [&] {
+        GtkTextIter c;
+        gtk_text_buffer_get_iter_at_offset(gtk_text_view_get_buffer(view), &c, 2);
+        GdkRectangle r;
+        gtk_text_view_get_iter_location(view, &c, &r);
+        return std::pair(r.width, r.height);
+    };
+    const auto plain = cRect();
+    editSelStartSetter(f, 0, 2);
+    editSelLengthSetter(f, 0, 1);
+    editSelTextSizeSetter(f, 0, 12);
+    EXPECT_EQ(cRect(), plain);
     // A style string cut short styles what it covers and stops.
     KelpString cut = string::FromBytes(style.data(), 9, kEncodingUnknown).ExtractStringStorage();
     editSetTextAndStyle(f, text, cut);

@@ -37,34 +37,35 @@ std::string LoadedFamily(const PangoFontDescription *d) {
     return family;
 }
 
-// How a font of the language becomes a description the toolkit loads.
+// How a font of the language becomes a description the toolkit loads:
+// its sizes are pixels, the theme's (size 0) stays in points.
 TEST_F(Text, FontSpecsBecomeLoadableDescriptions) {
     const int boldItalic = kStyleBold | kStyleItalic;
     struct Row {
         FontSpec spec;
-        int points;         // the description's size; 0 for the theme's
+        int pixels;         // the description's absolute size; 0 for the theme's points
         const char *family; // what is loaded; "" for the theme's, nullptr for any
     };
     const Row rows[] = {
-        {{"Arial", 12, 0}, 10, "Liberation Sans"},
+        {{"Arial", 12, 0}, 12, "Liberation Sans"},
         {{"Arial", 1, 0}, 1, "Liberation Sans"},
-        {{"Arial", 2, 0}, 1, "Liberation Sans"},
         {{"Arial", 50000000, 0}, kMaxFontPoints, "Liberation Sans"},
         {{"Arial", 0, 0}, 0, "Liberation Sans"},
         {{"Arial", -7, 0}, 0, "Liberation Sans"},
-        {{"Arial", 14, boldItalic}, 12, "Liberation Sans"},
+        {{"Arial", 14, boldItalic}, 14, "Liberation Sans"},
         {{"System", 0, 0}, 0, ""},
         {{"SmallSystem", 0, 0}, 0, ""},
         {{"system", 0, 0}, 0, ""},
         {{"", 0, 0}, 0, ""},
-        {{"No Such Family Xyzzy", 12, 0}, 10, nullptr},
+        {{"No Such Family Xyzzy", 12, 0}, 12, nullptr},
     };
     for (const Row &row : rows) {
         SCOPED_TRACE(row.spec.name + " " + std::to_string(row.spec.size));
         PangoFontDescription *d = MakeFontDescription(row.spec);
         ASSERT_NE(d, nullptr);
         EXPECT_EQ(pango_font_description_get_size(d),
-                  (row.points ? row.points : DefaultFontSize()) * PANGO_SCALE);
+                  (row.pixels ? row.pixels : DefaultFontSize()) * PANGO_SCALE);
+        EXPECT_EQ(pango_font_description_get_size_is_absolute(d), row.pixels != 0);
         if (!row.family) {
             EXPECT_FALSE(LoadedFamily(d).empty());
         } else if (!*row.family) {
@@ -91,7 +92,7 @@ TEST_F(Text, FontIsRebuiltOnlyWhenAFieldChanges) {
     EXPECT_EQ(g->FontDescription(), first);
     g->SetTextSize(20);
     g->UpdateFont();
-    EXPECT_EQ(pango_font_description_get_size(g->FontDescription()), 18 * PANGO_SCALE);
+    EXPECT_EQ(pango_font_description_get_size(g->FontDescription()), 20 * PANGO_SCALE);
 }
 
 TEST_F(Text, MetricsGrowWithTheSize) {
@@ -107,7 +108,8 @@ TEST_F(Text, WidthsMeasureThePixels) {
     g->SetTextSize(14);
     EXPECT_EQ(g->TextWidth(""), 0);
     const int one = g->TextWidth("MMMM");
-    EXPECT_GT(one, 20);
+    // Size 14 is 14 pixels to the em, and Arial's M is 1706/2048 of an em.
+    EXPECT_NEAR(one, 4 * 14 * 1706 / 2048, 2);
     EXPECT_GT(g->TextWidth("MMMMMMMM"), one + one / 2);
     Colour(0x000000);
     g->DrawText("MMMM", 10, 40, 0);

@@ -42,6 +42,8 @@
 #include "menus/wiring.h"
 #include "plugins/wiring.h"
 #include "print/wiring.h"
+// The ListBox
+#include "listbox/wiring.h"
 
 namespace kelp {
 namespace {

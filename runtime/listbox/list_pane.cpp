@@ -88,6 +88,7 @@ ListPane::ListPane(ListRecord *record)
     g_signal_connect(mView, "focus-in-event", G_CALLBACK(OnFocus), this);
     g_signal_connect(mView, "focus-out-event", G_CALLBACK(OnFocus), this);
     g_signal_connect(mView, "size-allocate", G_CALLBACK(OnSizeAllocate), this);
+    g_signal_connect(mView, "drag-drop", G_CALLBACK(OnDragDrop), this);
     g_signal_connect(mView, "drag-data-received", G_CALLBACK(OnDragReceived), this);
     g_signal_connect_after(mView, "expose-event", G_CALLBACK(OnExposeAfter), this);
     mList->pane = this;
@@ -689,20 +690,34 @@ gboolean ListPane::OnFocus(GtkWidget *, GdkEventFocus *event, gpointer data) {
     return FALSE;
 }
 
-void ListPane::OnDragReceived(GtkWidget *widget, GdkDragContext *context, gint x, gint y,
+gboolean ListPane::OnDragDrop(GtkWidget *, GdkDragContext *, gint x, gint y, guint, gpointer data) {
+    auto *pane = static_cast<ListPane *>(data);
+    pane->mDropping = true;
+    pane->mDropX = x, pane->mDropY = y;
+    return FALSE; // the view asks for the row, which comes to OnDragReceived
+}
+
+void ListPane::OnDragReceived(GtkWidget *widget, GdkDragContext *context, gint, gint,
                               GtkSelectionData *data, guint, guint time, gpointer user) {
     auto *pane = static_cast<ListPane *>(user);
     ListBox *list = pane->mList;
+    // While the pointer moves the view asks for the row only to learn
+    // whether a drop could go there; that is the toolkit's business.
+    if (!pane->mDropping)
+        return;
+    pane->mDropping = false;
     g_signal_stop_emission_by_name(widget, "drag-data-received");
     GtkTreeModel *model = nullptr;
     GtkTreePath *source = nullptr, *dest = nullptr;
     GtkTreeViewDropPosition where = GTK_TREE_VIEW_DROP_AFTER;
+    gint x = 0, y = 0;
     bool done = false;
     if (gtk_tree_get_row_drag_data(data, &model, &source)) {
         GtkTreeIter from, to;
         gtk_tree_model_get_iter(model, &from, source);
         Row *moving = list->RowOfIter(&from);
         Row *target = nullptr;
+        x = pane->mDropX, y = pane->mDropY;
         if (gtk_tree_view_get_dest_row_at_pos(pane->mView, x, y, &dest, &where) &&
             gtk_tree_model_get_iter(model, &to, dest))
             target = list->RowOfIter(&to);

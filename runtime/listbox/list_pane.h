@@ -67,6 +67,7 @@ private:
     static gboolean OnFocus(GtkWidget *, GdkEventFocus *, gpointer);
     static void OnSizeAllocate(GtkWidget *, GtkAllocation *, gpointer);
     static void OnColumnWidth(GObject *, GParamSpec *, gpointer);
+    static gboolean OnDragDrop(GtkWidget *, GdkDragContext *, gint, gint, guint, gpointer);
     static void OnDragReceived(GtkWidget *, GdkDragContext *, gint, gint, GtkSelectionData *, guint,
                                guint, gpointer);
     static gboolean OnExposeAfter(GtkWidget *, GdkEventExpose *, gpointer);
@@ -89,6 +90,8 @@ private:
     int32_t mEditRow = -1, mEditColumn = -1;
     int32_t mForceEditColumn = -1; // EditCell on a cell not editable by type
     int32_t mHorizontalGrid = 0, mVerticalGrid = 0;
+    bool mDropping = false;      // a drop asked for the dragged row
+    gint mDropX = 0, mDropY = 0; // where, in the view's coordinates
 };
 
 template <typename R, typename... Args> R ListBox::Fire(ObjectHook *hook, Args... args) {

@@ -92,6 +92,8 @@ const WiringStep kWiringTable[] = {
      &WireApp},
     // Edit fields and styled text
     {"edit_fields: the EditField class", &WireEditFields},
+    // The ListBox
+    {"listbox: the ListBox, OldListbox and ListColumn classes", &WireListbox},
 };
 
 } // namespace

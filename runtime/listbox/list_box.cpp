@@ -31,7 +31,53 @@ Cell &Row::Get(int32_t column) {
 }
 
 ListBox::ListBox(RuntimeObject *control)
-    : mControl(control), mStore(gtk_tree_store_new(1, G_TYPE_POINTER)) {}
+    : mControl(control), mStore(GTK_TREE_MODEL(gtk_list_store_new(1, G_TYPE_POINTER))) {}
+
+// A flat list keeps its nodes in a list store, whose paths cost a log of
+// the row count; a tree store walks all siblings for each, which a list of
+// many rows can't afford.  Only a hierarchical list needs the tree.
+bool ListBox::Flat() const { return GTK_IS_LIST_STORE(mStore); }
+
+void ListBox::NodeInsert(GtkTreeIter *out, GtkTreeIter *parent, GtkTreeIter *sibling, bool before) {
+    if (Flat() && before)
+        gtk_list_store_insert_before(GTK_LIST_STORE(mStore), out, sibling);
+    else if (Flat())
+        gtk_list_store_insert_after(GTK_LIST_STORE(mStore), out, sibling);
+    else if (before)
+        gtk_tree_store_insert_before(GTK_TREE_STORE(mStore), out, parent, sibling);
+    else
+        gtk_tree_store_insert_after(GTK_TREE_STORE(mStore), out, parent, sibling);
+}
+
+void ListBox::NodeSet(GtkTreeIter *iter, Row *row) {
+    if (Flat())
+        gtk_list_store_set(GTK_LIST_STORE(mStore), iter, 0, row, -1);
+    else
+        gtk_tree_store_set(GTK_TREE_STORE(mStore), iter, 0, row, -1);
+}
+
+void ListBox::NodeRemove(GtkTreeIter *iter) {
+    if (Flat())
+        gtk_list_store_remove(GTK_LIST_STORE(mStore), iter);
+    else
+        gtk_tree_store_remove(GTK_TREE_STORE(mStore), iter);
+}
+
+void ListBox::NewStore(bool tree) {
+    g_object_unref(mStore);
+    mStore = tree ? GTK_TREE_MODEL(gtk_tree_store_new(1, G_TYPE_POINTER))
+                  : GTK_TREE_MODEL(gtk_list_store_new(1, G_TYPE_POINTER));
+    GtkTreeIter *last = nullptr;
+    for (Row *row : mRows) {
+        NodeInsert(&row->iter, nullptr, last, false);
+        NodeSet(&row->iter, row);
+        last = &row->iter;
+        if (row->expanded == 0 && tree)
+            AddPlaceholder(row);
+    }
+    if (pane)
+        pane->ShowModel();
+}
 
 ListBox::~ListBox() {
     for (Row *row : mRows)
@@ -68,26 +114,23 @@ int32_t ListBox::IndexOf(const Row *row) {
 
 Row *ListBox::RowOfIter(GtkTreeIter *iter) const {
     gpointer p = nullptr;
-    gtk_tree_model_get(GTK_TREE_MODEL(mStore), iter, 0, &p, -1);
+    gtk_tree_model_get(mStore, iter, 0, &p, -1);
     return static_cast<Row *>(p);
 }
 
 Row *ListBox::Place(Row *row, GtkTreeIter *parent, GtkTreeIter *before, int32_t position) {
     if (before)
-        gtk_tree_store_insert_before(mStore, &row->iter, parent, before);
+        NodeInsert(&row->iter, parent, before, true);
     else if (!parent && !mRows.empty() && position == Count()) {
         // After the last top-level node: the store would walk all siblings
         // to find the end, which a list of many rows can't afford.
         Row *last = mRows.back();
-        while (last->indent > 0) {
-            GtkTreeIter up;
-            gtk_tree_model_iter_parent(GTK_TREE_MODEL(mStore), &up, &last->iter);
+        for (GtkTreeIter up; gtk_tree_model_iter_parent(mStore, &up, &last->iter);)
             last = RowOfIter(&up);
-        }
-        gtk_tree_store_insert_after(mStore, &row->iter, nullptr, &last->iter);
+        NodeInsert(&row->iter, nullptr, &last->iter, false);
     } else
-        gtk_tree_store_append(mStore, &row->iter, parent);
-    gtk_tree_store_set(mStore, &row->iter, 0, row, -1);
+        NodeInsert(&row->iter, parent, nullptr, true); // at the end of the parent's rows
+    NodeSet(&row->iter, row);
     mRows.insert(mRows.begin() + position, row);
     if (position + 1 == Count() && !mStale)
         row->index = position;
@@ -130,8 +173,7 @@ Row *ListBox::Insert(int32_t position, std::string_view text, bool folder, int32
     Row *beside = mRows[size_t(position)];
     row->indent = beside->indent;
     GtkTreeIter parent;
-    bool hasParent =
-        gtk_tree_model_iter_parent(GTK_TREE_MODEL(mStore), &parent, &beside->iter) != FALSE;
+    bool hasParent = gtk_tree_model_iter_parent(mStore, &parent, &beside->iter) != FALSE;
     return Place(row, hasParent ? &parent : nullptr, &beside->iter, position);
 }
 
@@ -153,7 +195,7 @@ void ListBox::Remove(int32_t index) {
     mRows.erase(mRows.begin() + index, mRows.begin() + end);
     mStale = true;
     std::erase_if(mExpanding, [&](Row *r) { return std::count(gone.begin(), gone.end(), r); });
-    gtk_tree_store_remove(mStore, &iter);
+    NodeRemove(&iter);
     for (Row *r : gone)
         FreeRow(r);
     if (hadSelection)
@@ -166,7 +208,10 @@ void ListBox::Clear() {
     gone.swap(mRows);
     mSelCount = 0;
     mExpanding.clear();
-    gtk_tree_store_clear(mStore);
+    if (Flat())
+        gtk_list_store_clear(GTK_LIST_STORE(mStore));
+    else
+        gtk_tree_store_clear(GTK_TREE_STORE(mStore));
     for (Row *r : gone)
         FreeRow(r);
     lastIndex = -1;
@@ -193,7 +238,7 @@ void CopyChildren(GtkTreeStore *store, GtkTreeIter *from, GtkTreeIter *to) {
 } // namespace
 
 bool ListBox::Move(Row *row, Row *target, bool before, bool into) {
-    GtkTreeModel *model = GTK_TREE_MODEL(mStore);
+    GtkTreeModel *model = mStore;
     if (!row || row == target)
         return false;
     GtkTreeIter up, at;
@@ -207,24 +252,20 @@ bool ListBox::Move(Row *row, Row *target, bool before, bool into) {
     GtkTreeIter old = row->iter, made;
     int16_t indent = 0;
     if (into) {
-        gtk_tree_store_insert_after(mStore, &made, &target->iter, nullptr);
+        NodeInsert(&made, &target->iter, nullptr, false);
         indent = int16_t(target->indent + 1);
     } else if (target) {
         GtkTreeIter parent;
         bool hasParent = gtk_tree_model_iter_parent(model, &parent, &target->iter);
-        if (before)
-            gtk_tree_store_insert_before(mStore, &made, hasParent ? &parent : nullptr,
-                                         &target->iter);
-        else
-            gtk_tree_store_insert_after(mStore, &made, hasParent ? &parent : nullptr,
-                                        &target->iter);
+        NodeInsert(&made, hasParent ? &parent : nullptr, &target->iter, before);
         indent = target->indent;
     } else {
-        gtk_tree_store_append(mStore, &made, nullptr);
+        NodeInsert(&made, nullptr, nullptr, true);
     }
-    gtk_tree_store_set(mStore, &made, 0, row, -1);
-    CopyChildren(mStore, &old, &made);
-    gtk_tree_store_remove(mStore, &old);
+    NodeSet(&made, row);
+    if (!Flat())
+        CopyChildren(GTK_TREE_STORE(mStore), &old, &made);
+    NodeRemove(&old);
     row->iter = made;
     const int16_t shift = int16_t(indent - row->indent);
     const int32_t from = IndexOf(row);
@@ -256,9 +297,11 @@ void ListBox::SetCellText(int32_t row, int32_t column, std::string_view text) {
 }
 
 void ListBox::RowChanged(Row *row) {
-    GtkTreePath *path = gtk_tree_model_get_path(GTK_TREE_MODEL(mStore), &row->iter);
-    gtk_tree_model_row_changed(GTK_TREE_MODEL(mStore), path, &row->iter);
-    gtk_tree_path_free(path);
+    // The view draws cells from the rows themselves, so a repaint shows the
+    // change; telling the store would cost a path, which is dear in a tree.
+    (void)row;
+    if (pane)
+        gtk_widget_queue_draw(GTK_WIDGET(pane->View()));
 }
 
 uint8_t ListBox::EffectiveType(const Row *row, int32_t column) const {
@@ -370,28 +413,28 @@ std::string ListBox::HeadingText(int32_t column) const {
 
 void ListBox::AddPlaceholder(Row *folder) {
     GtkTreeIter child;
-    if (!gtk_tree_model_iter_has_child(GTK_TREE_MODEL(mStore), &folder->iter))
-        gtk_tree_store_append(mStore, &child, &folder->iter); // holds no row
+    if (!gtk_tree_model_iter_has_child(mStore, &folder->iter))
+        gtk_tree_store_append(GTK_TREE_STORE(mStore), &child, &folder->iter); // holds no row
 }
 
 void ListBox::RemovePlaceholder(Row *folder) {
     GtkTreeIter child;
-    if (gtk_tree_model_iter_children(GTK_TREE_MODEL(mStore), &child, &folder->iter) &&
-        !RowOfIter(&child))
-        gtk_tree_store_remove(mStore, &child);
+    if (gtk_tree_model_iter_children(mStore, &child, &folder->iter) && !RowOfIter(&child))
+        gtk_tree_store_remove(GTK_TREE_STORE(mStore), &child);
 }
 
 void ListBox::SetHierarchical(bool on) {
     if (on == mHierarchical)
         return;
     mHierarchical = on;
-    for (Row *row : mRows)
-        if (row->expanded == 0) {
-            if (on)
-                AddPlaceholder(row);
-            else
-                RemovePlaceholder(row);
-        }
+    // Rows inside open folders become rows of their own in a flat list.
+    for (Row *row : mRows) {
+        row->indent = 0;
+        if (row->expanded == 1)
+            row->expanded = 0;
+    }
+    mExpanding.clear();
+    NewStore(on);
 }
 
 void ListBox::Expand(Row *row, bool byView) {
@@ -503,7 +546,7 @@ ListBox *sSorting = nullptr;
 } // namespace
 
 void ListBox::SortSiblings(GtkTreeIter *parent, int32_t column) {
-    GtkTreeModel *model = GTK_TREE_MODEL(mStore);
+    GtkTreeModel *model = mStore;
     std::vector<Row *> siblings;
     GtkTreeIter it;
     for (bool ok = gtk_tree_model_iter_children(model, &it, parent); ok;
@@ -521,26 +564,31 @@ void ListBox::SortSiblings(GtkTreeIter *parent, int32_t column) {
     for (size_t i = 0; i < order.size(); ++i)
         order[i] = int(i);
     const int32_t direction = mColumns[size_t(std::min(column, kMaxColumns - 1))].sortDirection;
+    // Looked up once: a list without the handler compares text only.
+    const bool asks = gHooks.compareRows && FindEventHandler(mControl, gHooks.compareRows);
     auto less = [&](int a, int b) {
         Row *ra = siblings[size_t(a)], *rb = siblings[size_t(b)];
         int32_t result = 0;
-        if (gHooks.compareRows &&
-            Fire<uint8_t>(gHooks.compareRows, ra->index, rb->index, column, &result)) {
+        if (asks && Fire<uint8_t>(gHooks.compareRows, ra->index, rb->index, column, &result)) {
             return direction < 0 ? result > 0 : result < 0;
         }
+        static const std::string kNone;
         const Cell *ca = ra->Find(column), *cb = rb->Find(column);
-        const std::string &ta = ca ? ca->text : std::string(), &tb = cb ? cb->text : std::string();
+        const std::string &ta = ca ? ca->text : kNone, &tb = cb ? cb->text : kNone;
         int c =
             UTF8StringCompare(reinterpret_cast<const uint8_t *>(ta.data()), long(ta.size()),
                               reinterpret_cast<const uint8_t *>(tb.data()), long(tb.size()), true);
         return direction < 0 ? c > 0 : c < 0;
     };
     std::stable_sort(order.begin(), order.end(), less);
-    gtk_tree_store_reorder(mStore, parent, order.data());
+    if (Flat())
+        gtk_list_store_reorder(GTK_LIST_STORE(mStore), order.data());
+    else
+        gtk_tree_store_reorder(GTK_TREE_STORE(mStore), parent, order.data());
 }
 
 void ListBox::Rebuild() {
-    GtkTreeModel *model = GTK_TREE_MODEL(mStore);
+    GtkTreeModel *model = mStore;
     std::vector<Row *> rows;
     rows.reserve(mRows.size());
     std::function<void(GtkTreeIter *)> walk = [&](GtkTreeIter *parent) {

@@ -1,5 +1,5 @@
 #pragma once
-// The rows, cells and columns of a ListBox, kept in a GtkTreeStore that the
+// The rows, cells and columns of a ListBox, kept in a store that the
 // pane's tree view shows.  The list exists from the control's construction,
 // so rows added before the window opens are there when it does; the pane
 // only views the store and reports clicks back here.
@@ -94,7 +94,7 @@ public:
     ListBox &operator=(const ListBox &) = delete;
 
     RuntimeObject *Control() const { return mControl; }
-    GtkTreeStore *Store() const { return mStore; }
+    GtkTreeModel *Store() const { return mStore; }
     ListPane *pane = nullptr; // set while bound
 
     // ---- rows, in display order
@@ -177,6 +177,11 @@ public:
 
 private:
     void Renumber();
+    bool Flat() const;
+    void NodeInsert(GtkTreeIter *out, GtkTreeIter *parent, GtkTreeIter *sibling, bool before);
+    void NodeSet(GtkTreeIter *iter, Row *row);
+    void NodeRemove(GtkTreeIter *iter);
+    void NewStore(bool tree); // the rows into a new store of the kind
     void AddPlaceholder(Row *folder);
     void RemovePlaceholder(Row *folder);
     void RemoveChildren(Row *folder);
@@ -186,7 +191,7 @@ private:
     Row *Place(Row *row, GtkTreeIter *parent, GtkTreeIter *before, int32_t position);
 
     RuntimeObject *mControl;
-    GtkTreeStore *mStore;
+    GtkTreeModel *mStore;     // a list store, or a tree store when hierarchical
     std::vector<Row *> mRows; // display order, owned
     bool mStale = false;      // Row::index needs renumbering
     bool mHierarchical = false;

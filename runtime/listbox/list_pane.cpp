@@ -117,6 +117,13 @@ ListPane::~ListPane() {
         g_signal_handlers_disconnect_by_data(mEditor, this);
 }
 
+void ListPane::ShowModel() {
+    mQuiet = true;
+    gtk_tree_view_set_model(mView, mList->Store());
+    mQuiet = false;
+    ShowSelection();
+}
+
 void ListPane::SetFont(const ControlFont &font) { ApplyFont(GTK_WIDGET(mView), font); }
 
 // ------------------------------------------------------------------ columns

@@ -20,6 +20,7 @@ public:
     void SetFont(const ControlFont &font) override;
 
     // Shows what changed in the list.
+    void ShowModel();   // the list's store, new or changed in kind
     void ShowColumns(); // count, headings, widths, types
     void ShowWidths();
     void ShowSelection(); // the rows' flags into the view

@@ -52,6 +52,8 @@ const RelocEntry kRows[] = {
 // Print, dialogs and the keyboard
 #include "dialogs/exports.inc"
 #include "print/exports.inc"
+// The ListBox
+#include "listbox/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

@@ -42,6 +42,8 @@
 #include "menus/wiring.h"
 #include "plugins/wiring.h"
 #include "print/wiring.h"
+// The ListBox
+#include "listbox/wiring.h"
 
 namespace kelp {
 namespace {
@@ -90,6 +92,8 @@ const WiringStep kWiringTable[] = {
      &WireApp},
     // Edit fields and styled text
     {"edit_fields: the EditField class", &WireEditFields},
+    // The ListBox
+    {"listbox: the ListBox, OldListbox and ListColumn classes", &WireListbox},
 };
 
 } // namespace

@@ -1,0 +1,133 @@
+#pragma once
+// The pane of a ListBox: a GtkTreeView on the list's store inside a
+// GtkScrolledWindow.  Every column draws a picture (column 0), a check box
+// and the text of its cells through one data function that reads the row;
+// what the user does in the view goes back to the ListBox as events.
+#include "listbox/list_box.h"
+
+#include "controls/control.h"
+
+namespace kelp::listbox {
+
+struct ListRecord;
+
+class ListPane : public ControlPane {
+public:
+    explicit ListPane(ListRecord *record);
+    ~ListPane() override;
+
+    GtkTreeView *View() const { return mView; }
+    void SetFont(const ControlFont &font) override;
+
+    // Shows what changed in the list.
+    void ShowModel();   // the list's store, new or changed in kind
+    void ShowColumns(); // count, headings, widths, types
+    void ShowWidths();
+    void ShowSelection(); // the rows' flags into the view
+    void ShowHeading(bool on);
+    void ShowExpanded(Row *row);
+    void ShowSortIndicator();
+    void ShowGridLines(int32_t horizontal, int32_t vertical);
+    void ShowScrollBars(bool horizontal, bool vertical);
+    void ShowDragReorder(bool on);
+    void SetRowHeight(int32_t rowHeight);
+
+    // Positions relative to the control's top left.
+    int32_t RowFromXY(int32_t x, int32_t y);
+    int32_t ColumnFromXY(int32_t x, int32_t y);
+    int32_t ScrollPosition();
+    void SetScrollPosition(int32_t row);
+    int32_t ScrollPositionX();
+    void SetScrollPositionX(int32_t x);
+    // Opens the cell's editor.
+    void EditCell(int32_t row, int32_t column);
+    bool Editing() const { return mEditor != nullptr; }
+
+    template <typename R, typename... Args> R FireEvent(ObjectHook *hook, bool *alive, Args... a) {
+        return FireLocked<R>(hook, alive, a...);
+    }
+
+private:
+    static void DataFunc(GtkTreeViewColumn *, GtkCellRenderer *, GtkTreeModel *, GtkTreeIter *,
+                         gpointer);
+    static void OnSelectionChanged(GtkTreeSelection *, gpointer);
+    static void OnRowActivated(GtkTreeView *, GtkTreePath *, GtkTreeViewColumn *, gpointer);
+    static gboolean OnTestExpand(GtkTreeView *, GtkTreeIter *, GtkTreePath *, gpointer);
+    static gboolean OnTestCollapse(GtkTreeView *, GtkTreeIter *, GtkTreePath *, gpointer);
+    static void OnToggled(GtkCellRendererToggle *, gchar *, gpointer);
+    static void OnEditingStarted(GtkCellRenderer *, GtkCellEditable *, gchar *, gpointer);
+    static void OnEdited(GtkCellRendererText *, gchar *, gchar *, gpointer);
+    static void OnEditingCanceled(GtkCellRenderer *, gpointer);
+    static void OnEditorChanged(GtkEditable *, gpointer);
+    static gboolean OnEditorKey(GtkWidget *, GdkEventKey *, gpointer);
+    static void OnHeaderClicked(GtkTreeViewColumn *, gpointer);
+    static gboolean OnButtonPress(GtkWidget *, GdkEventButton *, gpointer);
+    static gboolean OnMotion(GtkWidget *, GdkEventMotion *, gpointer);
+    static gboolean OnButtonRelease(GtkWidget *, GdkEventButton *, gpointer);
+    static gboolean OnKeyPress(GtkWidget *, GdkEventKey *, gpointer);
+    static gboolean OnFocus(GtkWidget *, GdkEventFocus *, gpointer);
+    static void OnSizeAllocate(GtkWidget *, GtkAllocation *, gpointer);
+    static void OnColumnWidth(GObject *, GParamSpec *, gpointer);
+    static gboolean OnDragDrop(GtkWidget *, GdkDragContext *, gint, gint, guint, gpointer);
+    static void OnDragReceived(GtkWidget *, GdkDragContext *, gint, gint, GtkSelectionData *, guint,
+                               guint, gpointer);
+    static gboolean OnExposeAfter(GtkWidget *, GdkEventExpose *, gpointer);
+
+    // Control coordinates of a point of the tree's bin window, and back.
+    void BinToControl(int32_t bx, int32_t by, int32_t *x, int32_t *y);
+    void ControlToBin(int32_t x, int32_t y, int32_t *bx, int32_t *by);
+    int32_t ColumnIndex(GtkTreeViewColumn *column) const;
+    void CloseEditor(bool keep);
+    void DrawBorders(GdkWindow *window);
+
+    ListRecord *mRecord;
+    ListBox *mList;
+    GtkTreeView *mView;
+    std::vector<GtkTreeViewColumn *> mColumns;
+    std::vector<GtkCellRenderer *> mTextRenderers;
+    bool mQuiet = false;     // our own changes to the view: no events
+    int32_t mRowHeight = -1; // DefaultRowHeight; negative: the text's
+    GtkCellEditable *mEditor = nullptr;
+    int32_t mEditRow = -1, mEditColumn = -1;
+    int32_t mForceEditColumn = -1; // EditCell on a cell not editable by type
+    int32_t mHorizontalGrid = 0, mVerticalGrid = 0;
+    bool mDropping = false;      // a drop asked for the dragged row
+    gint mDropX = 0, mDropY = 0; // where, in the view's coordinates
+};
+
+template <typename R, typename... Args> R ListBox::Fire(ObjectHook *hook, Args... args) {
+    if (pane) {
+        bool alive = true;
+        if constexpr (std::is_void_v<R>) {
+            pane->FireEvent<R>(hook, &alive, args...);
+            mAlive = alive;
+        } else {
+            R r = pane->FireEvent<R>(hook, &alive, args...);
+            mAlive = alive;
+            return r;
+        }
+    } else {
+        mAlive = true;
+        return CallEvent<R>(mControl, hook, args...);
+    }
+}
+
+// The control's record: what the class keeps beside the list.
+struct ListRecord {
+    RuntimeControl control;
+    ListBox *list;           // owned, from construction to destruction
+    KelpString initialValue; // counted
+    ControlFont font;
+    int32_t defaultRowHeight;
+    int32_t selectionType; // 0 single, 1 multiple
+    int32_t gridHorizontal, gridVertical;
+    uint8_t hasHeading, enableDrag, enableDragReorder, columnsResizable;
+    uint8_t scrollHorizontal, scrollVertical, useFocusRing;
+    KelpString dataField;      // counted
+    RuntimeObject *dataSource; // counted
+};
+
+inline ListRecord *Record(RuntimeObject *o) { return reinterpret_cast<ListRecord *>(o); }
+inline ListBox *ListOf(RuntimeObject *o) { return o ? Record(o)->list : nullptr; }
+
+} // namespace kelp::listbox

@@ -1,0 +1,2 @@
+# One test runs an image on the runtime program.
+add_dependencies(${target} kelp)

@@ -1,0 +1,251 @@
+// A ListBox on a real window, driven through the X server: clicks on rows,
+// headings, check boxes and disclosure triangles, editing by typing, drag
+// reorder; the properties after, and the events in the order they came.
+#include "controls/control_fixture.h"
+
+#include "kelp/listbox.h"
+
+#include <atomic>
+#include <filesystem>
+#include <thread>
+
+namespace kelp::test {
+namespace {
+
+std::string Text(KelpString s) {
+    std::string text = Str(s);
+    RuntimeUnlockString(s);
+    return text;
+}
+
+void Log(const std::string &what, std::initializer_list<int32_t> numbers = {}) {
+    std::string line = what;
+    for (int32_t n : numbers)
+        line += (line.size() == what.size() ? " " : ",") + std::to_string(n);
+    Events().push_back(line);
+}
+
+void OnChange(RuntimeObject *) { Log("Change"); }
+void OnDoubleClick(RuntimeObject *) { Log("DoubleClick"); }
+uint8_t OnHeaderPressed(RuntimeObject *, int32_t c) { return Log("HeaderPressed", {c}), 0; }
+uint8_t OnSortColumn(RuntimeObject *, int32_t c) { return Log("SortColumn", {c}), 0; }
+uint8_t OnCellClick(RuntimeObject *, int32_t r, int32_t c, int32_t, int32_t) {
+    return Log("CellClick", {r, c}), 0;
+}
+void OnCellAction(RuntimeObject *, int32_t r, int32_t c) { Log("CellAction", {r, c}); }
+void OnCellGotFocus(RuntimeObject *, int32_t r, int32_t c) { Log("CellGotFocus", {r, c}); }
+void OnCellLostFocus(RuntimeObject *, int32_t r, int32_t c) { Log("CellLostFocus", {r, c}); }
+void OnCellTextChange(RuntimeObject *, int32_t r, int32_t c) { Log("CellTextChange", {r, c}); }
+uint8_t OnDragReorder(RuntimeObject *, int32_t at, int32_t parent) {
+    return Log("DragReorderRows", {at, parent}), 0;
+}
+// Column 1 holds numbers: compared as numbers, not as text.
+uint8_t OnCompareRows(RuntimeObject *me, int32_t a, int32_t b, int32_t column, int32_t *result) {
+    if (column != 1)
+        return 0;
+    *result = std::stoi(Text(listGetCell(me, a, 1))) - std::stoi(Text(listGetCell(me, b, 1)));
+    return 1;
+}
+void OnExpandRow(RuntimeObject *me, int32_t row) {
+    Log("ExpandRow", {row});
+    RuntimeListAddRow(me, Lit("apple"));
+    RuntimeListAddRow(me, Lit("pear"));
+}
+void OnCollapseRow(RuntimeObject *, int32_t row) { Log("CollapseRow", {row}); }
+
+class ListBoxWindowTest : public ControlFixture {
+protected:
+    RuntimeObject *MakeList(const char *initial, std::initializer_list<Handler> handlers,
+                            bool hierarchical = false) {
+        mWindow = MakeWindow(400, 280, [&](RuntimeObject *view) {
+            Add(
+                view, "ListBox", "List1",
+                [&](MassData &m) {
+                    Box(m, 10, 10, 360, 240)
+                        .Int("ColumnCount", 3)
+                        .Bool("HasHeading", true)
+                        .Text("ColumnWidths", "50%, 25%, *")
+                        .Bool("Hierarchical", hierarchical)
+                        .Text("InitialValue", initial);
+                },
+                handlers);
+        });
+        RuntimeObject *list = Find(mWindow, "List1");
+        Focus(mWindow);
+        return list;
+    }
+    GtkTreeView *View(RuntimeObject *list) {
+        return GTK_TREE_VIEW(gtk_bin_get_child(GTK_BIN(Widget(list))));
+    }
+    // A point of a cell (top-level row) in the view's own coordinates: its
+    // middle, or `dx` pixels in from its left and `fy` of its height down.
+    GdkPoint CellPoint(RuntimeObject *list, int row, int column, int dx = -1, double fy = 0.5) {
+        GtkTreeView *view = View(list);
+        GtkTreePath *path = gtk_tree_path_new_from_indices(row, -1);
+        GdkRectangle r;
+        gtk_tree_view_get_cell_area(view, path, gtk_tree_view_get_column(view, column), &r);
+        gtk_tree_path_free(path);
+        gint x, y;
+        gtk_tree_view_convert_bin_window_to_widget_coords(
+            view, dx < 0 ? r.x + r.width / 2 : r.x + dx, r.y + int(r.height * fy), &x, &y);
+        return {x, y};
+    }
+    void ClickCell(RuntimeObject *list, int row, int column, int dx = -1) {
+        GdkPoint p = CellPoint(list, row, column, dx);
+        ASSERT_TRUE(ClickAt(GTK_WIDGET(View(list)), p.x, p.y));
+        Settle(120);
+    }
+    // The disclosure triangle of the first row, left of its text.
+    void ClickTriangle(RuntimeObject *list) {
+        GtkTreeView *view = View(list);
+        GtkTreePath *path = gtk_tree_path_new_first();
+        GdkRectangle cell, row;
+        gtk_tree_view_get_cell_area(view, path, gtk_tree_view_get_column(view, 0), &cell);
+        gtk_tree_view_get_background_area(view, path, gtk_tree_view_get_column(view, 0), &row);
+        gtk_tree_path_free(path);
+        gint x, y;
+        gtk_tree_view_convert_bin_window_to_widget_coords(view, (row.x + cell.x) / 2,
+                                                          cell.y + cell.height / 2, &x, &y);
+        ASSERT_TRUE(ClickAt(GTK_WIDGET(view), x, y));
+        Settle(120);
+    }
+    void ClickHeading(RuntimeObject *list, int column) {
+        GtkWidget *button = gtk_tree_view_get_column(View(list), column)->button;
+        ASSERT_NE(button, nullptr);
+        ASSERT_TRUE(ClickAt(button, button->allocation.width / 2, button->allocation.height / 2));
+        Settle(120);
+    }
+    std::vector<std::string> Column0(RuntimeObject *list) {
+        std::vector<std::string> rows;
+        for (int32_t i = 0; i < listCountGetter(list, 0); ++i)
+            rows.push_back(Text(RuntimeGetRow(list, i)));
+        return rows;
+    }
+    RuntimeObject *mWindow = nullptr;
+};
+
+TEST_F(ListBoxWindowTest, HeadingsSortRowsSelectAndCheckBoxesToggle) {
+    RuntimeObject *list = MakeList("Name\tAge\tOk\rpear\t30\rApple\t4\rfig\t100",
+                                   {{"Change", H(&OnChange)},
+                                    {"HeaderPressed", H(&OnHeaderPressed)},
+                                    {"SortColumn", H(&OnSortColumn)},
+                                    {"CompareRows", H(&OnCompareRows)},
+                                    {"CellClick", H(&OnCellClick)},
+                                    {"CellAction", H(&OnCellAction)}});
+    listColumnTypeSetter(list, 2, 2); // check boxes
+    listSetCellBold(list, 0, 0, 1);
+    listSetCellItalic(list, 1, 0, 1);
+    listSetCellBorderBottom(list, 2, 1, 4);
+    Settle(100);
+    EXPECT_EQ(Text(listGetHeading(list, 1)), "Age");
+    EXPECT_EQ(Text(listColumnWidthsGetter(list, 0)), "50%, 25%, *");
+    RuntimeObject *age = listColumnGetter(list, 1);
+    EXPECT_NEAR(listColWidthActualGetter(age, 0), 90, 3) << "a quarter of the content width";
+    RuntimeUnlockObject(age);
+
+    ClickHeading(list, 1);
+    EXPECT_EQ(Column0(list), (std::vector<std::string>{"Apple", "pear", "fig"}))
+        << "CompareRows orders by number";
+    ClickHeading(list, 1);
+    EXPECT_EQ(Column0(list), (std::vector<std::string>{"fig", "pear", "Apple"}))
+        << "a second press turns the order round";
+    EXPECT_EQ(listSortedColumnGetter(list, 0), 1);
+    EXPECT_EQ(listColumnSortDirectionGetter(list, 1), -1);
+    EXPECT_TRUE(listGetCellBold(list, 1, 0)) << "styles travel with their rows";
+
+    ClickCell(list, 1, 0);
+    EXPECT_EQ(listSelectionGetter(list, 0), 1);
+    EXPECT_EQ(Text(listTextGetter(list, 0)), "pear");
+    GdkPoint p = CellPoint(list, 1, 0);
+    gint cx, cy;
+    gtk_widget_translate_coordinates(GTK_WIDGET(View(list)), Widget(list), p.x, p.y, &cx, &cy);
+    EXPECT_EQ(listRowFromXY(list, cx, cy), 1);
+    EXPECT_EQ(listColFromXY(list, cx, cy), 0);
+
+    ClickCell(list, 2, 2, 8); // on the check box at the cell's left
+    EXPECT_TRUE(listCellCheckGetter(list, 2, 2));
+    EXPECT_EQ(Events(),
+              (std::vector<std::string>{"HeaderPressed 1", "SortColumn 1", "HeaderPressed 1",
+                                        "SortColumn 1", "CellClick 1,0", "Change", "CellClick 2,2",
+                                        "CellAction 2,2", "Change"}));
+    std::filesystem::create_directories("screenshots");
+    EXPECT_TRUE(SaveScreenshot(Fixed(mWindow), "screenshots/listbox.png"));
+}
+
+TEST_F(ListBoxWindowTest, ASecondSlowClickEditsTheCellAndReturnKeepsTheText) {
+    RuntimeObject *list =
+        MakeList("Name\tAge\tOk\rpear\t30\rfig\t100", {{"DoubleClick", H(&OnDoubleClick)},
+                                                       {"CellGotFocus", H(&OnCellGotFocus)},
+                                                       {"CellTextChange", H(&OnCellTextChange)},
+                                                       {"CellLostFocus", H(&OnCellLostFocus)},
+                                                       {"CellAction", H(&OnCellAction)}});
+    listColumnTypeSetter(list, 0, 3); // editable
+    ClickCell(list, 0, 0);
+    Settle(700); // past the double-click time
+    ClickCell(list, 0, 0);
+    for (const char *key : {"k", "i", "w", "i", "Return"})
+        Key(key);
+    EXPECT_EQ(Text(listGetCell(list, 0, 0)), "kiwi");
+    Events().clear();
+    GdkPoint p = CellPoint(list, 1, 1);
+    gint ox, oy;
+    gdk_window_get_origin(GTK_WIDGET(View(list))->window, &ox, &oy);
+    ASSERT_TRUE(XDoTool("mousemove " + std::to_string(ox + p.x) + " " + std::to_string(oy + p.y) +
+                        " click --repeat 2 --delay 60 1"));
+    Settle(150);
+    listEditCell(list, 1, 1); // not editable by type, but asked for
+    Settle(100);
+    Key("Escape");
+    EXPECT_EQ(Text(listGetCell(list, 1, 1)), "100") << "Escape keeps the old text";
+    EXPECT_EQ(Events(),
+              (std::vector<std::string>{"DoubleClick", "CellGotFocus 1,1", "CellLostFocus 1,1"}));
+}
+
+TEST_F(ListBoxWindowTest, ADisclosureTriangleAsksTheProgramForTheRows) {
+    RuntimeObject *list =
+        MakeList("Name\tAge\tOk",
+                 {{"ExpandRow", H(&OnExpandRow)}, {"CollapseRow", H(&OnCollapseRow)}}, true);
+    RuntimeListAddParent(list, Lit("Fruit"));
+    RuntimeListAddRow(list, Lit("Nuts"));
+    Settle(100);
+    ClickTriangle(list);
+    EXPECT_EQ(Column0(list), (std::vector<std::string>{"Fruit", "apple", "pear", "Nuts"}));
+    EXPECT_TRUE(listGetExpanded(list, 0));
+    ClickTriangle(list);
+    EXPECT_EQ(Column0(list), (std::vector<std::string>{"Fruit", "Nuts"}));
+    EXPECT_FALSE(listGetExpanded(list, 0));
+    EXPECT_EQ(Events(), (std::vector<std::string>{"ExpandRow 0", "CollapseRow 0"}));
+}
+
+TEST_F(ListBoxWindowTest, ARowDraggedBelowAnotherMovesThere) {
+    RuntimeObject *list =
+        MakeList("Name\tAge\tOk\ra\t1\rb\t2\rc\t3\rd\t4", {{"DragReorderRows", H(&OnDragReorder)}});
+    ListEnableDragReorderSetter(list, 0, 1);
+    Settle(50);
+    // The person moves in steps, as a hand does, while the loop runs here.
+    GdkPoint from = CellPoint(list, 0, 0), to = CellPoint(list, 2, 0, -1, 0.8);
+    gint fx, fy, tx, ty;
+    gdk_window_get_origin(GTK_WIDGET(View(list))->window, &fx, &fy);
+    tx = fx + to.x, ty = fy + to.y;
+    fx += from.x, fy += from.y;
+    std::atomic<bool> done{false};
+    std::thread hand([&] {
+        std::string steps =
+            "mousemove " + std::to_string(fx) + " " + std::to_string(fy) + " mousedown 1 sleep 0.2";
+        for (int i = 1; i <= 6; ++i)
+            steps += " mousemove " + std::to_string(fx + (tx - fx) * i / 6) + " " +
+                     std::to_string(fy + (ty - fy) * i / 6) + " sleep 0.15";
+        XDoToolQuiet(steps + " mouseup 1");
+        done = true;
+    });
+    for (int i = 0; i < 100 && !done; ++i)
+        Settle(50);
+    hand.join();
+    Settle(200);
+    EXPECT_EQ(Column0(list), (std::vector<std::string>{"b", "c", "a", "d"}));
+    EXPECT_EQ(Text(listGetCell(list, 2, 1)), "1") << "the row moves with its cells";
+    EXPECT_EQ(Events(), (std::vector<std::string>{"DragReorderRows 3,-1"}));
+}
+
+} // namespace
+} // namespace kelp::test

@@ -1,0 +1,1 @@
+set(KELP_TEST_FOLDERS database)

@@ -310,4 +310,40 @@ TEST(DatabaseStorage, FileLeftInATransactionIsRepairedFromItsMarks) {
     EXPECT_EQ(Get32(header + 12), 0u);
 }
 
+std::string Slurp(const std::string &path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+void Spill(const std::string &path, const std::string &bytes) {
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+}
+
+// A commit torn half-way (some pages new, some old, the flag still set) is
+// put back from the journal to the state before it.
+TEST(DatabaseStorage, TornCommitIsRestoredFromTheJournal) {
+    TempFolder folder;
+    std::string path = folder.File("torn.db");
+    Storage db;
+    ASSERT_TRUE(db.Create(path));
+    ASSERT_TRUE(db.CreateTable("t", {Col("k", kInteger, 1), Col("v", kText)}));
+    for (int i = 0; i < 300; ++i)
+        ASSERT_TRUE(Put(db, "t", i * 2, std::string(200, 'a')));
+    ASSERT_TRUE(db.Commit());
+    auto before = Scan(db, "t");
+    std::string old = Slurp(path);
+    for (int i = 0; i < 300; ++i) // lands in every leaf and splits them
+        ASSERT_TRUE(Put(db, "t", i * 2 + 1, std::string(300, 'b')));
+    ASSERT_TRUE(db.Commit());
+    std::string torn = Slurp(path), journal = Slurp(path + "-journal");
+    ASSERT_TRUE(db.Close());
+    for (size_t page = 0; 64 + (page + 1) * 8192 <= old.size(); page += 2)
+        torn.replace(64 + page * 8192, 8192, old, 64 + page * 8192, 8192);
+    torn[15] = 1; // still inside the transaction
+    Spill(path, torn);
+    Spill(path + "-journal", journal);
+    ASSERT_TRUE(db.Open(path)) << db.LastError().message;
+    EXPECT_TRUE(Scan(db, "t") == before);
+    EXPECT_EQ(Slurp(path).size(), old.size());
+}
+
 } // namespace

@@ -60,6 +60,7 @@ const Column *Table::Find(std::string_view columnName) const {
 Storage::~Storage() { Close(); }
 
 void Storage::Forget() {
+    ++mEpoch;
     mTables.clear();
     mTrees.clear();
     mDirectory.reset();

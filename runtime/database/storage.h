@@ -67,6 +67,9 @@ public:
     bool DeleteBlob(uint32_t id);
 
     Pager &pager() { return mPager; }
+    // Changes whenever the tables are read again (a rollback, a reopening):
+    // walks over the old ones must end.
+    uint64_t Epoch() const { return mEpoch; }
     Error &LastError() { return mError; }
     // A tree of the directory by storage name; null when missing.
     Tree *OpenTree(const std::string &name, KeySpec spec, bool unique);
@@ -89,6 +92,7 @@ private:
     Tree *mSysTables = nullptr;
     Tree *mSysFields = nullptr;
     Tree *mSysBlob = nullptr;
+    uint64_t mEpoch = 0;
 };
 
 } // namespace kelp::db

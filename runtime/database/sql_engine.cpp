@@ -229,8 +229,8 @@ Row RowOf(const Table &table, const Values &values) {
         if (values[i].IsNull())
             continue;
         FieldValue v = values[i];
-        if (IsBlobType(v.type))
-            v.bytes.clear();
+        if (IsBlobType(v.type) && v.integer)
+            v.bytes.clear(); // stored already
         row.Set(table.columns[i].number, std::move(v));
     }
     return row;

@@ -90,7 +90,7 @@ struct DataStatement {
 
 // Longer statements, and conditions nested deeper, are refused: the parser
 // and the evaluator recurse once per AND or OR.
-constexpr size_t kMaxStatementLength = 1 << 20;
+constexpr size_t kMaxStatementLength = 16 << 20;
 constexpr int kMaxConditionDepth = 500;
 
 } // namespace kelp::db

@@ -45,72 +45,93 @@ void Row::Set(uint8_t number, FieldValue value) {
     fields.push_back({number, std::move(value)});
 }
 
-bool DecodeRow(const uint8_t *rec, uint32_t length, Row &row, Error &error) {
-    row.fields.clear();
-    if (length < kRowHead)
-        return error.Damaged("a row record is too short");
-    row.id = Get32(rec + kRecordHead);
-    uint32_t at = kRowHead;
-    while (at < length) {
-        if (length - at < 2)
-            return error.Damaged("a field runs past its record");
-        Field f{rec[at], {}};
-        uint8_t type = rec[at + 1];
-        at += 2;
-        uint32_t left = length - at;
-        const uint8_t *p = rec + at;
-        FieldValue &v = f.value;
-        v.type = type;
-        uint32_t width;
-        switch (type) {
-        case kSmallInt: width = 2; break;
-        case kInteger:
-        case kFloat:
-        case kLongText:
-        case kLongBinary: width = 4; break;
-        case kDouble: width = 8; break;
-        case kDate:
-        case kTime: width = 6; break;
-        case kBoolean: width = 1; break;
-        case kText:
-        case kBinary:
-            if (left < 4 || Get32(p) > left - 4)
-                return error.Damaged("a text field runs past its record");
-            width = 4 + Get32(p);
-            break;
-        default: return error.Damaged("a field has an unknown type code");
-        }
-        if (width > left)
-            return error.Damaged("a field runs past its record");
-        switch (type) {
-        case kSmallInt: v.integer = int16_t(Get16(p)); break;
-        case kInteger: v.integer = int32_t(Get32(p)); break;
-        case kLongText:
-        case kLongBinary: v.integer = Get32(p); break;
-        case kBoolean: v.integer = p[0] != 0; break;
-        case kFloat: {
-            uint32_t bits = Get32(p);
-            float x;
-            std::memcpy(&x, &bits, 4);
-            v.real = x;
-            break;
-        }
-        case kDouble: {
-            uint64_t bits = uint64_t(Get32(p)) << 32 | Get32(p + 4);
-            std::memcpy(&v.real, &bits, 8);
-            break;
-        }
-        case kDate:
-        case kTime:
-            for (int i = 0; i < 3; ++i)
-                v.parts[i] = Get16(p + 2 * i);
-            break;
-        default: v.bytes.assign(reinterpret_cast<const char *>(p + 4), width - 4);
-        }
-        at += width;
-        row.fields.push_back(std::move(f));
+// One field value of `type` at `p`, with `left` bytes to the record's end.
+// With `out` null only the width is found.
+static bool DecodeField(uint8_t type, const uint8_t *p, uint32_t left, FieldValue *out,
+                        uint32_t &width, Error &error) {
+    switch (type) {
+    case kSmallInt: width = 2; break;
+    case kInteger:
+    case kFloat:
+    case kLongText:
+    case kLongBinary: width = 4; break;
+    case kDouble: width = 8; break;
+    case kDate:
+    case kTime: width = 6; break;
+    case kBoolean: width = 1; break;
+    case kText:
+    case kBinary:
+        if (left < 4 || Get32(p) > left - 4)
+            return error.Damaged("a text field runs past its record");
+        width = 4 + Get32(p);
+        break;
+    default: return error.Damaged("a field has an unknown type code");
+    }
+    if (width > left)
+        return error.Damaged("a field runs past its record");
+    if (!out)
+        return true;
+    FieldValue &v = *out;
+    v = FieldValue{};
+    v.type = type;
+    switch (type) {
+    case kSmallInt: v.integer = int16_t(Get16(p)); break;
+    case kInteger: v.integer = int32_t(Get32(p)); break;
+    case kLongText:
+    case kLongBinary: v.integer = Get32(p); break;
+    case kBoolean: v.integer = p[0] != 0; break;
+    case kFloat: {
+        uint32_t bits = Get32(p);
+        float x;
+        std::memcpy(&x, &bits, 4);
+        v.real = x;
+        break;
+    }
+    case kDouble: {
+        uint64_t bits = uint64_t(Get32(p)) << 32 | Get32(p + 4);
+        std::memcpy(&v.real, &bits, 8);
+        break;
+    }
+    case kDate:
+    case kTime:
+        for (int i = 0; i < 3; ++i)
+            v.parts[i] = Get16(p + 2 * i);
+        break;
+    default: v.bytes.assign(reinterpret_cast<const char *>(p + 4), width - 4);
     }
     return true;
+}
+
+// Calls `visit(number, type, p, left)` for each field head; the visitor
+// answers the field's width, or 0 after setting the error.
+template <typename Visit>
+static bool WalkFields(const uint8_t *rec, uint32_t length, Error &error, Visit visit) {
+    if (length < kRowHead)
+        return error.Damaged("a row record is too short");
+    for (uint32_t at = kRowHead; at < length;) {
+        if (length - at < 2)
+            return error.Damaged("a field runs past its record");
+        uint32_t width = visit(rec[at], rec[at + 1], rec + at + 2, length - at - 2);
+        if (!width)
+            return false;
+        at += 2 + width;
+    }
+    return true;
+}
+
+bool DecodeRow(const uint8_t *rec, uint32_t length, Row &row, Error &error) {
+    row.fields.clear();
+    if (length >= kRowHead)
+        row.id = Get32(rec + kRecordHead);
+    return WalkFields(rec, length, error,
+                      [&](uint8_t number, uint8_t type, const uint8_t *p, uint32_t left) {
+                          Field f{number, {}};
+                          uint32_t width = 0;
+                          if (!DecodeField(type, p, left, &f.value, width, error))
+                              return 0u;
+                          row.fields.push_back(std::move(f));
+                          return width;
+                      });
 }
 
 static void AppendValue(std::string &out, const FieldValue &v) {
@@ -235,10 +256,36 @@ bool KeyOfLeafRecord(const KeySpec &spec, const uint8_t *rec, uint32_t length, s
         key = RowIdKey(Get32(rec + kRecordHead));
         return true;
     }
-    Row row;
-    if (!DecodeRow(rec, length, row, error))
+    // Only the key columns are decoded: this runs for every record a search
+    // compares.
+    FieldValue values[8];
+    const FieldValue *found[8] = {};
+    size_t count = spec.fields.size();
+    if (count > 8) {
+        Row row;
+        if (!DecodeRow(rec, length, row, error))
+            return false;
+        key = KeyOfRow(spec, row);
+        return true;
+    }
+    bool ok = WalkFields(
+        rec, length, error, [&](uint8_t number, uint8_t type, const uint8_t *p, uint32_t left) {
+            size_t i = 0;
+            while (i < count && spec.fields[i] != number)
+                ++i;
+            uint32_t width = 0;
+            if (!DecodeField(type, p, left, i < count ? &values[i] : nullptr, width, error))
+                return 0u;
+            if (i < count)
+                found[i] = &values[i];
+            return width;
+        });
+    if (!ok)
         return false;
-    key = KeyOfRow(spec, row);
+    key.clear();
+    static const FieldValue kMissing;
+    for (size_t i = 0; i < count; ++i)
+        AppendKeyValue(key, found[i] ? *found[i] : kMissing);
     return true;
 }
 

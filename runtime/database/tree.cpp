@@ -150,9 +150,29 @@ bool Tree::Put(std::vector<Level> &stack, size_t level, const std::string &data,
 
 // ---- cursor ----
 
-bool TreeCursor::Descend(uint32_t number, const std::string *key, bool includeDead, Error &error) {
+// Records of every state stay in key order in a page, so a binary search
+// finds the first whose key is not below `key` (its index in mOffsets).
+bool TreeCursor::FirstNotBelow(Page *page, const std::string &key, size_t &first, Error &error) {
+    const uint8_t *r = page->Records();
+    mOffsets.clear();
+    for (uint32_t at = 0; at < page->Used(); at += Get16(r + at))
+        mOffsets.push_back(at);
+    size_t low = 0, high = mOffsets.size();
+    while (low < high) {
+        size_t middle = (low + high) / 2;
+        if (!mTree.KeyOf(page->Type(), r + mOffsets[middle], mFound, error))
+            return false;
+        if (CompareKeys(mFound, key) < 0)
+            low = middle + 1;
+        else
+            high = middle;
+    }
+    first = low;
+    return true;
+}
+
+bool TreeCursor::Descend(uint32_t number, const std::string *key, Error &error) {
     Pager &pager = mTree.mPager;
-    std::string found;
     for (;;) {
         if (mStack.size() >= kMaxDepth)
             return error.Damaged("a tree is deeper than any real file");
@@ -171,12 +191,12 @@ bool TreeCursor::Descend(uint32_t number, const std::string *key, bool includeDe
             if (used == 0)
                 return error.Damaged("an interior page is empty");
             uint32_t chosen = 0;
-            for (; key && at < used; at += Get16(r + at)) {
-                if (!mTree.KeyOf(kInterior, r + at, found, error))
+            if (key) {
+                // The last record whose key is below the search key, or the first.
+                size_t first;
+                if (!FirstNotBelow(page, *key, first, error))
                     return false;
-                if (CompareKeys(found, *key) >= 0)
-                    break;
-                chosen = at;
+                chosen = mOffsets[first ? first - 1 : 0];
             }
             mStack.push_back({number, chosen});
             number = Get32(r + chosen + 8);
@@ -184,13 +204,11 @@ bool TreeCursor::Descend(uint32_t number, const std::string *key, bool includeDe
         }
         if (page->Type() != mTree.LeafType())
             return error.Damaged("a leaf is of the wrong kind");
-        for (; key && at < used; at += Get16(r + at)) {
-            if (!includeDead && r[at + 2] != kLive)
-                continue;
-            if (!mTree.KeyOf(page->Type(), r + at, found, error))
+        if (key) {
+            size_t first;
+            if (!FirstNotBelow(page, *key, first, error))
                 return false;
-            if (CompareKeys(found, *key) >= 0)
-                break;
+            at = first < mOffsets.size() ? mOffsets[first] : used;
         }
         mStack.push_back({number, at});
         return true;
@@ -221,7 +239,7 @@ bool TreeCursor::Step(Error &error) {
             return false;
         up.offset += Get16(parent->Records() + up.offset);
         if (up.offset < parent->Used() &&
-            !Descend(Get32(parent->Records() + up.offset + 8), nullptr, false, error))
+            !Descend(Get32(parent->Records() + up.offset + 8), nullptr, error))
             return false;
     }
 }
@@ -270,7 +288,7 @@ bool TreeCursor::Accept(Error &error) {
 bool TreeCursor::Locate(const std::string &key, bool *equal, Error &error) {
     mStack.clear();
     mEntered = 0;
-    if (!Descend(mTree.mRoot, &key, false, error))
+    if (!Descend(mTree.mRoot, &key, error))
         return false;
     TreeCursor peek(*this);
     if (!peek.Settle(false, error))
@@ -287,15 +305,15 @@ bool TreeCursor::Locate(const std::string &key, bool *equal, Error &error) {
 bool TreeCursor::First(Error &error) {
     mStack.clear();
     mEntered = 0;
-    bool ok = mFilter.empty() ? Descend(mTree.mRoot, nullptr, false, error)
-                              : Descend(mTree.mRoot, &mFilter, false, error);
+    bool ok = mFilter.empty() ? Descend(mTree.mRoot, nullptr, error)
+                              : Descend(mTree.mRoot, &mFilter, error);
     return ok && Settle(false, error) && Accept(error);
 }
 
 bool TreeCursor::Seek(const std::string &key, Error &error) {
     mStack.clear();
     mEntered = 0;
-    return Descend(mTree.mRoot, &key, false, error) && Settle(false, error) && Accept(error);
+    return Descend(mTree.mRoot, &key, error) && Settle(false, error) && Accept(error);
 }
 
 // After a change to the tree's shape: down again by key, then on to the
@@ -305,7 +323,7 @@ bool TreeCursor::Refind(bool &found, Error &error) {
     found = false;
     mStack.clear();
     mEntered = 0;
-    if (!Descend(mTree.mRoot, &mKey, true, error))
+    if (!Descend(mTree.mRoot, &mKey, error))
         return false;
     std::string key;
     for (;;) {

@@ -88,7 +88,8 @@ public:
 
 private:
     friend class Tree;
-    bool Descend(uint32_t page, const std::string *key, bool includeDead, Error &error);
+    bool Descend(uint32_t page, const std::string *key, Error &error);
+    bool FirstNotBelow(Page *page, const std::string &key, size_t &first, Error &error);
     bool Settle(bool includeDead, Error &error);
     bool Step(Error &error);
     bool Accept(Error &error);
@@ -105,6 +106,8 @@ private:
     std::string mKey;      // the current record's key and row id, to find it again
     uint32_t mRowId = 0;
     std::vector<std::string> mMoved; // updated rows waiting for Finish
+    std::vector<uint32_t> mOffsets;  // scratch of the binary search
+    std::string mFound;
 };
 
 } // namespace kelp::db

@@ -96,7 +96,7 @@ TEST(DatabaseCrash, CommittedRowsSurviveKills) {
         rows = expect;
         ASSERT_TRUE(db.Close());
     }
-    EXPECT_GT(rows, 200); // the kills fell on a growing, splitting tree
+    EXPECT_GT(rows, 30); // the kills fell on a tree that had split (about 15 rows a page)
     RecordProperty("KilledInsideCommit", killedInCommit);
 }
 

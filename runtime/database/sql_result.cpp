@@ -59,7 +59,8 @@ bool JoinCursor::Open(size_t level, Error &) {
             continue;
         if (other && other->tableIndex >= int(level))
             continue;
-        const Column &key = l.table->columns[size_t(keyField)];
+        const Column &key =
+            l.table->columns[size_t(isKey(t->left) ? t->left.column : t->right.column)];
         if (key.type != kSmallInt && key.type != kInteger)
             continue;
         std::string text =

@@ -21,8 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     for (const std::string &name : db.TableNames()) {
         auto rows = SqlSelect(db, "SELECT * FROM [" + name + "] ORDER BY 1");
         Error error;
-        for (int n = 0; rows && n < 100000 && rows->Next(error); ++n) {
-        }
+        for (int n = 0; rows && n < 100000 && rows->Next(error); ++n) {}
     }
     // Every BLOB piece, through its row id.
     if (Tree *blobs = db.OpenTree("sys$blob", {KeySpec::kRowId, {}}, false)) {

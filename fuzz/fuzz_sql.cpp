@@ -47,8 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     auto rows = SqlSelect(db, sql);
     if (rows) {
         Error error;
-        for (int n = 0; n < 10000 && rows->Next(error); ++n) {
-        }
+        for (int n = 0; n < 10000 && rows->Next(error); ++n) {}
     } else if (!db.LastError().Failed()) {
         std::abort(); // a refusal always says why
     }

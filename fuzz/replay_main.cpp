@@ -1,7 +1,11 @@
 // Feeds every file of the corpus folders named on the command line through
 // the fuzz entry once, so that the test suite replays what the fuzzer found
 // without a fuzzing compiler.  Exit status 0 when every input came back.
+#ifdef KELP_REPLAY_HEADER
+#include KELP_REPLAY_HEADER
+#else
 #include "image_input.h"
+#endif
 
 #include <dirent.h>
 #include <sys/stat.h>

@@ -16,6 +16,8 @@ packages=(
   xclip
   # the print tests read their PDFs back
   poppler-utils
+  # the database's reference engine for its corpus and benchmark
+  sqlite3 libsqlite3-dev
 )
 missing=()
 for p in "${packages[@]}"; do

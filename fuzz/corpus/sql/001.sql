@@ -1,0 +1,1 @@
+CREATE TABLE item (id integer, name varchar(30), price double, qty smallint, PRIMARY KEY (id))

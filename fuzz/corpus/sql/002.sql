@@ -1,0 +1,1 @@
+INSERT INTO item VALUES (1, 'pencil', 0.5, 100)

@@ -1,0 +1,1 @@
+INSERT INTO item VALUES (2, 'eraser', 0.25, 40)

@@ -1,0 +1,1 @@
+INSERT INTO item (id, name, price, qty) VALUES (3, 'ruler', 1.75, 12)

@@ -1,0 +1,1 @@
+INSERT INTO item (id, name) VALUES (4, 'compass')

@@ -1,0 +1,1 @@
+INSERT INTO item VALUES (5, 'it''s', 3, 1)

@@ -1,0 +1,1 @@
+SELECT name FROM item WHERE price > 0.4 ORDER BY price DESC

@@ -1,0 +1,1 @@
+SELECT name, qty FROM item WHERE qty IS NULL

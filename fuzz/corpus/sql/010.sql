@@ -1,0 +1,1 @@
+SELECT count(*) FROM item WHERE qty IS NOT NULL

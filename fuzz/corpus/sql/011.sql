@@ -1,0 +1,1 @@
+SELECT count(*), sum(qty), min(price), max(price) FROM item

@@ -1,0 +1,1 @@
+SELECT avg(qty) FROM item WHERE id < 3

@@ -1,0 +1,1 @@
+SELECT name FROM item WHERE name NOT LIKE '%e%' ORDER BY 1

@@ -1,0 +1,1 @@
+SELECT id FROM item WHERE id >= 2 AND id <= 4 ORDER BY id DESC

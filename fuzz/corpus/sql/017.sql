@@ -1,0 +1,1 @@
+SELECT id FROM item WHERE id = 1 OR id = 5

@@ -1,0 +1,1 @@
+SELECT name FROM item WHERE id <> 1 AND qty < 50 ORDER BY name

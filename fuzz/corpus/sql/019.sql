@@ -1,0 +1,1 @@
+UPDATE item SET price = 0.3, qty = 41 WHERE id = 2

@@ -1,0 +1,1 @@
+SELECT price, qty FROM item WHERE id = 2

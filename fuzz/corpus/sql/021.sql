@@ -1,0 +1,1 @@
+UPDATE item SET id = 10 WHERE id = 1

@@ -1,0 +1,1 @@
+SELECT id, name FROM item ORDER BY id

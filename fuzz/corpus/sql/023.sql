@@ -1,0 +1,1 @@
+DELETE FROM item WHERE qty < 20

@@ -1,0 +1,1 @@
+SELECT id FROM item ORDER BY id

@@ -1,0 +1,1 @@
+CREATE TABLE sale (item integer, day integer, amount integer)

@@ -1,0 +1,1 @@
+INSERT INTO sale VALUES (2, 1, 5)

@@ -1,0 +1,1 @@
+INSERT INTO sale VALUES (10, 1, 3)

@@ -1,0 +1,1 @@
+INSERT INTO sale VALUES (99, 1, 1)

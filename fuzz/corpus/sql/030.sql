@@ -1,0 +1,1 @@
+SELECT name, amount FROM item, sale WHERE item.id = sale.item ORDER BY name, amount

@@ -1,0 +1,1 @@
+SELECT name, amount FROM item, sale WHERE sale.item = item.id ORDER BY name, amount

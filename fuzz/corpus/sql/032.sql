@@ -1,0 +1,1 @@
+SELECT i.name, s.day FROM item i, sale s WHERE i.id = s.item AND s.day = 1 ORDER BY 1

@@ -1,0 +1,1 @@
+SELECT day, count(*), sum(amount) FROM sale GROUP BY day

@@ -1,0 +1,1 @@
+SELECT item, max(amount) FROM sale GROUP BY item

@@ -1,0 +1,1 @@
+CREATE TABLE word (k integer, w varchar(20), d date, PRIMARY KEY (k))

@@ -1,0 +1,1 @@
+INSERT INTO word VALUES (1, 'Apple', '2024-03-01')

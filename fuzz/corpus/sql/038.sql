@@ -1,0 +1,1 @@
+INSERT INTO word VALUES (2, 'apple', '2023-12-31')

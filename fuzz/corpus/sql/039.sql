@@ -1,0 +1,1 @@
+INSERT INTO word VALUES (3, 'Banana', '2024-01-15')

@@ -1,0 +1,1 @@
+INSERT INTO word VALUES (4, 'cherry', '2022-06-30')

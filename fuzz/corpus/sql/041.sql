@@ -1,0 +1,1 @@
+SELECT k FROM word WHERE k = 4 AND k = 1 OR k = 3

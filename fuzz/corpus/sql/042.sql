@@ -1,0 +1,1 @@
+SELECT k FROM word WHERE k = 2 AND k = 2 OR k = 4

@@ -1,0 +1,1 @@
+SELECT k FROM word WHERE w = 'APPLE'

@@ -1,0 +1,1 @@
+SELECT w FROM word ORDER BY w

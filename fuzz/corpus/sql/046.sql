@@ -1,0 +1,1 @@
+SELECT k FROM word WHERE d > '2024-1-1'

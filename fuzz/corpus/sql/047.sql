@@ -1,0 +1,1 @@
+CREATE TABLE t (a integer, b varchar(10) NOT NULL, c double, PRIMARY KEY (a))

@@ -1,0 +1,1 @@
+INSERT INTO t (a, zz) VALUES (2, 'q')

@@ -1,0 +1,1 @@
+INSERT INTO nowhere VALUES (1)

@@ -1,0 +1,1 @@
+ALTER TABLE nowhere ADD COLUMN c integer

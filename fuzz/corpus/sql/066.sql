@@ -1,0 +1,1 @@
+UPDATE t SET zz = 1

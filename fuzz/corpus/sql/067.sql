@@ -1,0 +1,1 @@
+UPDATE t b = 1

@@ -1,0 +1,1 @@
+UPDATE t SET b 1

@@ -1,0 +1,1 @@
+SELECT zz FROM t

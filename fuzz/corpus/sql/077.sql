@@ -1,0 +1,1 @@
+SELECT median(a) FROM t

@@ -1,0 +1,1 @@
+INSERT INTO u (a, d) VALUES (1 2)

@@ -1,0 +1,1 @@
+INSERT INTO t (a, b, e) VALUES (5, 'q', '2024-2-29')

@@ -1,0 +1,1 @@
+INSERT INTO u VALUES (7, 'a''b');;

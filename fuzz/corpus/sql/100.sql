@@ -1,0 +1,1 @@
+SELECT a, d FROM u WHERE d = 'A''B';

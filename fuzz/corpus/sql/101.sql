@@ -1,0 +1,1 @@
+SELECT a, e FROM t ORDER BY 2 DESC, a

@@ -1,0 +1,1 @@
+SELECT [a] FROM [t] WHERE upper(b) = 'X' AND lower(b) LIKE 'x'

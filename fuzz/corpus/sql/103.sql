@@ -1,0 +1,1 @@
+SELECT t.*, u.e FROM t, u WHERE t.a = u.a OR u.g = 'true' ORDER BY 2 DESC

@@ -1,0 +1,1 @@
+SELECT b, count(*), avg(c) FROM t GROUP BY b

@@ -1,0 +1,1 @@
+SELECT [a] FROM t x WHERE lower(x.b) LIKE '%o_' AND d > '2000-1-1'

@@ -1,0 +1,1 @@
+UPDATE u SET f = 'new blob', e = a WHERE h < '12:00:00'

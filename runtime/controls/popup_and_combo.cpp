@@ -10,6 +10,7 @@
 #include "objects/definitions.h"
 #include "objects/text.h"
 
+#include "kelp/control_accessors.h"
 #include "kelp/controls.h"
 #include "kelp/objects.h"
 
@@ -336,6 +337,32 @@ extern "C" void RuntimeComboBoxTextSizeSetter(RuntimeObject *self, int32_t, int3
 extern "C" void RuntimeComboBoxStyleSetter(RuntimeObject *self, int32_t selector, uint8_t value) {
     if (self)
         SetFontStyle(self, Record(self)->font, selector, value);
+}
+
+extern "C" KelpString RuntimeComboBoxTextFontGetter(RuntimeObject *self, int32_t) {
+    KelpString name = self ? Record(self)->font.textFont : nullptr;
+    objtext::Retain(name);
+    return name;
+}
+
+extern "C" int32_t RuntimeComboBoxTextSizeGetter(RuntimeObject *self, int32_t) {
+    return self ? Record(self)->font.textSize : 0;
+}
+
+extern "C" uint8_t RuntimeComboBoxBoldGetter(RuntimeObject *self, int32_t) {
+    return self ? Record(self)->font.bold : 0;
+}
+
+extern "C" uint8_t RuntimeComboBoxItalicGetter(RuntimeObject *self, int32_t) {
+    return self ? Record(self)->font.italic : 0;
+}
+
+extern "C" uint8_t RuntimeComboBoxUnderlineGetter(RuntimeObject *self, int32_t) {
+    return self ? Record(self)->font.underline : 0;
+}
+
+extern "C" KelpString RuntimeComboBoxGetString(RuntimeObject *self) {
+    return RuntimeComboBoxTextGetter(self, 0);
 }
 
 namespace kelp {

@@ -8,6 +8,7 @@
 #include "objects/definitions.h"
 #include "objects/text.h"
 
+#include "kelp/control_accessors.h"
 #include "kelp/controls.h"
 #include "kelp/objects.h"
 
@@ -122,6 +123,11 @@ extern "C" void staticTextTextSetter(RuntimeObject *self, int32_t, KelpString va
     StoreString(Record(self)->text, value);
     if (StaticTextPane *pane = PaneOf<StaticTextPane>(self))
         pane->SetCaption(value);
+}
+
+// setString of a data-aware control: a bound source's value becomes the text.
+extern "C" void StaticTextSetString(RuntimeObject *self, KelpString value) {
+    staticTextTextSetter(self, 0, value);
 }
 
 extern "C" KelpString staticTextTextGetter(RuntimeObject *self, int32_t) {

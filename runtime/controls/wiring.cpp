@@ -58,6 +58,7 @@ void WireControls() {
     client.embed = &MakeEmbeddedControl;
     client.containers = &ContainersOfView;
     client.closeContainer = &CloseContainer;
+    client.layout = &LayOutLockedControls;
     SetViewControlsClient(client);
     SetControlRelations(&WindowOfControl, &ContainerOf);
     SetFocusMoveHook(&FollowContainerFocus);

@@ -130,6 +130,53 @@ void eWindowHelpTagSetter(RuntimeObject *view, int32_t parameter, KelpString val
 void eWindowDisabledBalloonHelpSetter(RuntimeObject *view, int32_t parameter, KelpString value);
 void eWindowTabPanelIndexSetter(RuntimeObject *view, int32_t parameter, int32_t value);
 
+/* ---- data binding: a data-aware control keeps its DataSource (an object)
+ * and DataField; a control that is a source tells its
+ * dataNotificationReceivers when its data changes */
+
+RuntimeObject *StaticTextDataSourceGetter(RuntimeObject *control, int32_t parameter);
+void StaticTextDataSourceSetter(RuntimeObject *control, int32_t parameter, RuntimeObject *source);
+void StaticTextDataFieldSetter(RuntimeObject *control, int32_t parameter, KelpString field);
+RuntimeObject *CheckBoxDataSourceGetter(RuntimeObject *control, int32_t parameter);
+void CheckBoxDataSourceSetter(RuntimeObject *control, int32_t parameter, RuntimeObject *source);
+void CheckBoxDataFieldSetter(RuntimeObject *control, int32_t parameter, KelpString field);
+RuntimeObject *PopupDataSourceGetter(RuntimeObject *control, int32_t parameter);
+void PopupDataSourceSetter(RuntimeObject *control, int32_t parameter, RuntimeObject *source);
+void PopupDataFieldSetter(RuntimeObject *control, int32_t parameter, KelpString field);
+
+/* The check box as a BooleanProvider and dataNotifier: setBoolean turns
+ * the box, which tells the receivers as a click would. */
+uint8_t checkBoxGetBoolean(RuntimeObject *control);
+void checkBoxSetBoolean(RuntimeObject *control, uint8_t value);
+void checkBoxAddDataNotificationReceiver(RuntimeObject *control, RuntimeObject *receiver);
+void checkBoxRemoveDataNotificationReceiver(RuntimeObject *control, RuntimeObject *receiver);
+
+/* The popup menu as a dataNotifier (told at each Change) and a
+ * DataAvailableProvider (a row is chosen).  getBoundPart("rowTag") gives a
+ * part that provides the chosen row's tag as a string. */
+void popupAddDNR(RuntimeObject *control, RuntimeObject *receiver);
+void popupRemoveDNR(RuntimeObject *control, RuntimeObject *receiver);
+uint8_t popupDataAvailable(RuntimeObject *control);
+RuntimeObject *popupGetBoundPart(RuntimeObject *control, KelpString name);
+void popupRowTagAddDNR(RuntimeObject *part, RuntimeObject *receiver);
+void popupRowTagRemoveDNR(RuntimeObject *part, RuntimeObject *receiver);
+void popupRowTagDataChanged(RuntimeObject *part);
+uint8_t popupRowTagDataAvailable(RuntimeObject *part);
+KelpString popupRowTagGetString(RuntimeObject *part);
+void popupRowTagDestructor(RuntimeObject *part);
+
+/* A control follows a source: Enabled from a BooleanProvider, the text
+ * (caption) from a StringProvider, each reloaded now and whenever the
+ * source, if a dataNotifier, says its data changed.  Nil ends the
+ * binding.  actionBinderBind makes a button's Action tell the receiver. */
+void enablingBinderBind(RuntimeObject *control, RuntimeObject *source);
+void enablingBinderReload(RuntimeObject *control);
+void stringBinderBind(RuntimeObject *control, RuntimeObject *source);
+void stringBinderReload(RuntimeObject *control);
+void actionBinderBind(RuntimeObject *control, RuntimeObject *receiver);
+void BindingDataChanged(RuntimeObject *binding);
+void BindingFinalizer(RuntimeObject *binding);
+
 #ifdef __cplusplus
 }
 #endif

@@ -3,6 +3,7 @@
 #include "controls/control.h"
 
 #include "controls/control_map.h"
+#include "controls/data_binding.h"
 #include "controls/embedded.h"
 
 #include "base/fatal_report.h"
@@ -193,6 +194,7 @@ extern "C" void RuntimeControlFinalizer(RuntimeObject *self) {
     if (!self)
         return;
     RuntimeControl *c = Ctl(self);
+    ForgetBindings(self);
     // A bound pane holds a reference, so none is left here; a pane that
     // lost its control forgets it.
     if (ControlPane *pane = PaneOf(self))

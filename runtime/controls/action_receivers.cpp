@@ -63,6 +63,15 @@ void ClearReceivers(ReceiverLink *&list) {
     }
 }
 
+void *InterfaceMethod(RuntimeObject *object, RuntimeClass *iface, int index) {
+    if (!object || !iface || !RuntimeObjectIsa(object, iface))
+        return nullptr;
+    RuntimeMethodRow *table = RuntimeLookupInterfaceVtable(object, iface);
+    if (!table)
+        return nullptr;
+    return table[0].code ? table[index].code : table[index + 1].code;
+}
+
 void PerformActions(const ReceiverLink *list) { TellEach(list, ReceiverInterface()); }
 
 void TellEach(const ReceiverLink *list, RuntimeClass *iface) {
@@ -72,9 +81,8 @@ void TellEach(const ReceiverLink *list, RuntimeClass *iface) {
         receivers.push_back(link->receiver);
     }
     for (RuntimeObject *receiver : receivers) {
-        RuntimeMethodRow *table = RuntimeLookupInterfaceVtable(receiver, iface);
-        if (table && table[0].code)
-            CallHandlerCode(table[0].code, receiver);
+        if (void *code = InterfaceMethod(receiver, iface, 0))
+            CallHandlerCode(code, receiver);
         RuntimeUnlockObject(receiver);
     }
 }

@@ -24,6 +24,11 @@ void ClearReceivers(ReceiverLink *&list);
 // Calls PerformAction on every receiver, newest first.  The walk is over a
 // copy, so a receiver may add or remove receivers, or close the control.
 void PerformActions(const ReceiverLink *list);
+// Method `index` (from 0, in the interface's order) of `iface` on the
+// object, or null when it doesn't implement it.  Tables the library builds
+// leave slot 0 free; an image may fill its own from slot 0: a table whose
+// slot 0 holds code counts from there.
+void *InterfaceMethod(RuntimeObject *object, RuntimeClass *iface, int index);
 // The same walk calling the first method of `iface` on each receiver.
 void TellEach(const ReceiverLink *list, RuntimeClass *iface);
 

@@ -33,11 +33,7 @@ RuntimeClass *ReceiverIface() {
 // Method `slot` of the interface on the object, or null when the object
 // doesn't implement it.
 void *Method(RuntimeObject *object, ObjectDefinition *(*definition)(), int slot) {
-    RuntimeClass *iface = Iface(definition);
-    if (!object || !RuntimeObjectIsa(object, iface))
-        return nullptr;
-    RuntimeMethodRow *table = RuntimeLookupInterfaceVtable(object, iface);
-    return table ? table[slot].code : nullptr;
+    return InterfaceMethod(object, Iface(definition), slot);
 }
 
 // What a control follows: its Enabled state, or its text.

@@ -4,6 +4,7 @@
 #define KELP_CONTROLS_H
 
 #include "kelp/records.h"
+#include "kelp/control_accessors.h"
 
 #ifdef __cplusplus
 extern "C" {

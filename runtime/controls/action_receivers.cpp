@@ -37,8 +37,8 @@ ReceiverLink **ListOf(RuntimeObject *part) {
 
 } // namespace
 
-void AddReceiver(ReceiverLink *&list, RuntimeObject *receiver) {
-    if (!receiver || !RuntimeObjectIsa(receiver, ReceiverInterface()))
+void AddReceiver(ReceiverLink *&list, RuntimeObject *receiver, RuntimeClass *iface) {
+    if (!receiver || !RuntimeObjectIsa(receiver, iface ? iface : ReceiverInterface()))
         return;
     RuntimeLockObject(receiver);
     list = new ReceiverLink{list, receiver};
@@ -63,16 +63,26 @@ void ClearReceivers(ReceiverLink *&list) {
     }
 }
 
-void PerformActions(const ReceiverLink *list) {
+void *InterfaceMethod(RuntimeObject *object, RuntimeClass *iface, int index) {
+    if (!object || !iface || !RuntimeObjectIsa(object, iface))
+        return nullptr;
+    RuntimeMethodRow *table = RuntimeLookupInterfaceVtable(object, iface);
+    if (!table)
+        return nullptr;
+    return table[0].code ? table[index].code : table[index + 1].code;
+}
+
+void PerformActions(const ReceiverLink *list) { TellEach(list, ReceiverInterface()); }
+
+void TellEach(const ReceiverLink *list, RuntimeClass *iface) {
     std::vector<RuntimeObject *> receivers;
     for (const ReceiverLink *link = list; link; link = link->next) {
         RuntimeLockObject(link->receiver);
         receivers.push_back(link->receiver);
     }
     for (RuntimeObject *receiver : receivers) {
-        RuntimeMethodRow *table = RuntimeLookupInterfaceVtable(receiver, ReceiverInterface());
-        if (table && table[0].code)
-            CallHandlerCode(table[0].code, receiver);
+        if (void *code = InterfaceMethod(receiver, iface, 0))
+            CallHandlerCode(code, receiver);
         RuntimeUnlockObject(receiver);
     }
 }

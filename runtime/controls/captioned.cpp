@@ -81,6 +81,7 @@ extern "C" void CaptionedControlFinalizer(RuntimeObject *self) {
     Captioned(self)->caption = Captioned(self)->font.textFont = nullptr;
     ClearReceivers(Captioned(self)->receivers[0]);
     ClearReceivers(Captioned(self)->receivers[1]);
+    ReleaseDataLink(Captioned(self)->data);
 }
 
 // getBoundPart of a radio button or check box: the source of one side of

@@ -5,6 +5,7 @@
 #include "controls/action_receivers.h"
 #include "controls/caption.h"
 #include "controls/control.h"
+#include "controls/data_binding.h"
 
 namespace kelp {
 
@@ -20,6 +21,7 @@ struct CaptionedControl {
     // Told of the action: [0] a push button's clicks or a toggle's turning
     // on, [1] a toggle's turning off.
     ReceiverLink *receivers[2];
+    DataLink data; // check box: its DataSource, DataField and data receivers
 };
 
 inline CaptionedControl *Captioned(RuntimeObject *object) {

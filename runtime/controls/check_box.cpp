@@ -3,9 +3,12 @@
 #include "controls/captioned.h"
 
 #include "controls/classes.h"
+#include "objects/data_interfaces.h"
 #include "objects/definitions.h"
 
+#include "kelp/control_accessors.h"
 #include "kelp/controls.h"
+#include "kelp/objects.h"
 
 #include <cstddef>
 
@@ -53,9 +56,13 @@ private:
             return;
         RuntimeLockObject(control);
         record->busy = 1;
-        bool alive;
-        pane->FireLocked(gAction, &alive);
-        PerformActions(record->receivers[record->value ? 0 : 1]);
+        bool alive = true;
+        // Bound data hears first; a receiver may close the window.
+        NotifyDataChanged(record->data);
+        if (Ctl(control)->pane == pane && !window->closing)
+            pane->FireLocked(gAction, &alive);
+        if (alive && Ctl(control)->pane == pane)
+            PerformActions(record->receivers[record->value ? 0 : 1]);
         record->busy = 0;
         RuntimeUnlockObject(control);
     }
@@ -78,6 +85,45 @@ extern "C" void checkBoxValueSetter(RuntimeObject *self, int32_t, uint8_t value)
     SetCaptionedValue(self, value);
 }
 
+extern "C" RuntimeObject *CheckBoxDataSourceGetter(RuntimeObject *self, int32_t) {
+    RuntimeObject *source = self ? Captioned(self)->data.source : nullptr;
+    RuntimeLockObject(source);
+    return source;
+}
+
+extern "C" void CheckBoxDataSourceSetter(RuntimeObject *self, int32_t, RuntimeObject *source) {
+    if (self)
+        SetDataSource(Captioned(self)->data, source);
+}
+
+extern "C" void CheckBoxDataFieldSetter(RuntimeObject *self, int32_t, KelpString field) {
+    if (self)
+        StoreString(Captioned(self)->data.field, field);
+}
+
+extern "C" uint8_t checkBoxGetBoolean(RuntimeObject *self) { return CaptionedValue(self); }
+
+// Without a pane nothing toggles, so the receivers are told here.
+extern "C" void checkBoxSetBoolean(RuntimeObject *self, uint8_t value) {
+    if (!self)
+        return;
+    bool changed = CaptionedValue(self) != (value != 0);
+    SetCaptionedValue(self, value);
+    if (changed && !PaneOf(self))
+        NotifyDataChanged(Captioned(self)->data);
+}
+
+extern "C" void checkBoxAddDataNotificationReceiver(RuntimeObject *self, RuntimeObject *receiver) {
+    if (self)
+        AddDataReceiver(Captioned(self)->data.receivers, receiver);
+}
+
+extern "C" void checkBoxRemoveDataNotificationReceiver(RuntimeObject *self,
+                                                       RuntimeObject *receiver) {
+    if (self)
+        RemoveReceiver(Captioned(self)->data.receivers, receiver);
+}
+
 namespace kelp {
 
 ObjectDefinition *CheckBoxDefinition() {
@@ -90,11 +136,27 @@ ObjectDefinition *CheckBoxDefinition() {
          KELP_ENTRY(checkBoxValueSetter), offsetof(CaptionedControl, value)},
         KELP_FONT_ROWS(CaptionedControl, font, captionFontSetter, captionSizeSetter,
                        captionStyleSetter),
+        {0, "DataSource", &kTypePtr, KELP_ENTRY(CheckBoxDataSourceGetter),
+         KELP_ENTRY(CheckBoxDataSourceSetter), -9},
+        {0, "DataField", &kTypeString, KELP_ENTRY(stringGetter),
+         KELP_ENTRY(CheckBoxDataFieldSetter), offsetof(CaptionedControl, data.field)},
     };
     static const ParameterRow partParams[] = {{"name", &kTypeString}};
+    static const ParameterRow flagParams[] = {{"value", &kTypeBoolean}};
+    static const TypeRecord receiverType{kTypeObjectOf, nullptr, nullptr, 0,
+                                         &DataNotificationReceiverInterfaceDefinition};
+    static const ParameterRow receiverParams[] = {{"receiver", &receiverType}};
     static const MethodRow methods[] = {
         {"getBoundPart", &kTypePtr, partParams, 1, KELP_ENTRY(checkBoxGetBoundPart)},
+        {"getBoolean", &kTypeBoolean, nullptr, 0, KELP_ENTRY(checkBoxGetBoolean)},
+        {"setBoolean", nullptr, flagParams, 1, KELP_ENTRY(checkBoxSetBoolean)},
+        {"addDataNotificationReceiver", nullptr, receiverParams, 1,
+         KELP_ENTRY(checkBoxAddDataNotificationReceiver)},
+        {"removeDataNotificationReceiver", nullptr, receiverParams, 1,
+         KELP_ENTRY(checkBoxRemoveDataNotificationReceiver)},
     };
+    static const DefinitionAccessor interfaces[] = {&BooleanProviderInterfaceDefinition,
+                                                    &DataNotifierInterfaceDefinition};
     static const EventRow events[] = {
         {"Action", "", nullptr, &gAction},
         {"MouseDown", "X As Integer, Y As Integer", "Boolean", &gMouseDown},
@@ -114,6 +176,7 @@ ObjectDefinition *CheckBoxDefinition() {
         .methods = methods,
         .events = events,
         .hookInstances = hooks,
+        .interfaces = interfaces,
     };
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;

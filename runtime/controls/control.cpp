@@ -3,6 +3,7 @@
 #include "controls/control.h"
 
 #include "controls/control_map.h"
+#include "controls/data_binding.h"
 #include "controls/embedded.h"
 
 #include "base/fatal_report.h"
@@ -11,6 +12,7 @@
 #include "objects/text.h"
 #include "windows/menu_handlers.h"
 
+#include "kelp/control_accessors.h"
 #include "kelp/controls.h"
 #include "kelp/objects.h"
 
@@ -192,6 +194,7 @@ extern "C" void RuntimeControlFinalizer(RuntimeObject *self) {
     if (!self)
         return;
     RuntimeControl *c = Ctl(self);
+    ForgetBindings(self);
     // A bound pane holds a reference, so none is left here; a pane that
     // lost its control forgets it.
     if (ControlPane *pane = PaneOf(self))
@@ -294,11 +297,7 @@ extern "C" uint8_t controlActiveGetter(RuntimeObject *self, int32_t) {
 }
 
 extern "C" void ControlTabPanelIndexSetter(RuntimeObject *self, int32_t, int32_t value) {
-    if (!self)
-        return;
-    Ctl(self)->tabPanelIndex = value;
-    if (ControlPane *pane = PaneOf(self))
-        pane->panelIndex = value + 1;
+    SetPanelIndex(self, value);
 }
 
 extern "C" RuntimeObject *ControlParentGetter(RuntimeObject *self, int32_t) {
@@ -422,6 +421,8 @@ ObjectDefinition *ControlDefinition() {
          offsetof(RuntimeControl, index)},
         {0, "TabPanelIndex", &kTypeInteger, KELP_ENTRY(intGetter),
          KELP_ENTRY(ControlTabPanelIndexSetter), offsetof(RuntimeControl, tabPanelIndex)},
+        {0, "PanelIndex", &kTypeInteger, KELP_ENTRY(ControlPanelIndexGetter),
+         KELP_ENTRY(ControlPanelIndexSetter), offsetof(RuntimeControl, tabPanelIndex)},
         {0, "MouseX", &kTypeInteger, KELP_ENTRY(controlMouseXGetter), {}, -9},
         {0, "MouseY", &kTypeInteger, KELP_ENTRY(controlMouseYGetter), {}, -9},
         {0, "Window", &kTypePtr, KELP_ENTRY(controlWindowGetter), {}, -9},
@@ -466,18 +467,20 @@ ObjectDefinition *RectControlDefinition() {
         {0, "Enabled", &kTypeBoolean, KELP_ENTRY(controlEnabledGetter),
          KELP_ENTRY(controlEnabledSetter), offsetof(RuntimeControl, enabled)},
         {0, "Active", &kTypeBoolean, KELP_ENTRY(controlActiveGetter), {}, -9},
-        {0, "AutoDeactivate", &kTypeBoolean, KELP_ENTRY(boolGetter),
+        {0, "AutoDeactivate", &kTypeBoolean, KELP_ENTRY(controlAutoDeactivateGetter),
          KELP_ENTRY(controlAutoDeactivateSetter), offsetof(RuntimeControl, autoDeactivate)},
-        {0, "LockLeft", &kTypeBoolean, KELP_ENTRY(boolGetter), KELP_PLAIN_FIELD,
-         offsetof(RuntimeControl, lockLeft)},
-        {0, "LockTop", &kTypeBoolean, KELP_ENTRY(boolGetter), KELP_PLAIN_FIELD,
-         offsetof(RuntimeControl, lockTop)},
-        {0, "LockRight", &kTypeBoolean, KELP_ENTRY(boolGetter), KELP_PLAIN_FIELD,
-         offsetof(RuntimeControl, lockRight)},
-        {0, "LockBottom", &kTypeBoolean, KELP_ENTRY(boolGetter), KELP_PLAIN_FIELD,
-         offsetof(RuntimeControl, lockBottom)},
+        {0, "LockLeft", &kTypeBoolean, KELP_ENTRY(controlLockLeftGetter),
+         KELP_ENTRY(controlLockLeftSetter), offsetof(RuntimeControl, lockLeft)},
+        {0, "LockTop", &kTypeBoolean, KELP_ENTRY(controlLockTopGetter),
+         KELP_ENTRY(controlLockTopSetter), offsetof(RuntimeControl, lockTop)},
+        {0, "LockRight", &kTypeBoolean, KELP_ENTRY(controlLockRightGetter),
+         KELP_ENTRY(controlLockRightSetter), offsetof(RuntimeControl, lockRight)},
+        {0, "LockBottom", &kTypeBoolean, KELP_ENTRY(controlLockBottomGetter),
+         KELP_ENTRY(controlLockBottomSetter), offsetof(RuntimeControl, lockBottom)},
         {0, "Parent", &kTypePtr, KELP_ENTRY(ControlParentGetter), KELP_ENTRY(ControlParentSetter),
          -9},
+        {0, "MouseCursor", &kTypePtr, KELP_ENTRY(objGetter), KELP_ENTRY(controlMouseCursorSetter),
+         offsetof(RuntimeControl, mouseCursor)},
         {0, "InitialParent", &kTypeString, {}, KELP_ENTRY(ControlInitialParentSetter), -9},
     };
     static const ParameterRow moveParams[] = {{"left", &kTypeInteger},
@@ -487,6 +490,8 @@ ObjectDefinition *RectControlDefinition() {
     static const ParameterRow menuParams[] = {{"name", &kTypeString}, {"code", &kTypePtr}};
     static const MethodRow methods[] = {
         {"Refresh", nullptr, nullptr, 0, KELP_ENTRY(RuntimeControlRefresh)},
+        {"RefreshRect", nullptr, moveParams, 4, KELP_ENTRY(RuntimeControlRefreshRect)},
+        {"RectControl", nullptr, nullptr, 0, KELP_ENTRY(RectControlDefaultConstructor)},
         {"SetFocus", nullptr, nullptr, 0, KELP_ENTRY(RuntimeSetFocus)},
         {"_Move", nullptr, moveParams, 4, KELP_ENTRY(RuntimeControlMove)},
         {"_AddMenuHandler", nullptr, menuParams, 2, KELP_ENTRY(ControlAddMenuHandler)},

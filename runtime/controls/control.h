@@ -212,6 +212,13 @@ void SetFontStyle(RuntimeObject *self, ControlFont &font, int32_t selector, uint
     {0, "Underline", &kTypeBoolean, {}, KELP_ENTRY(styleSetter), 2}
 // clang-format on
 
+// The window's content grew by (dw, dh): the controls with Lock flags
+// follow its edges (the windows layer calls it through its client slot).
+void LayOutLockedControls(ViewRecord *view, int32_t dw, int32_t dh);
+// TabPanelIndex and PanelIndex: the control, and what lies on it, go to
+// the 0-based page `value`, and show only while it is up.
+void SetPanelIndex(RuntimeObject *self, int32_t value);
+
 // A counted string field takes a new value: the new one retained, the old
 // one released.
 void StoreString(KelpString &field, KelpString value);

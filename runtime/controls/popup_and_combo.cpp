@@ -5,11 +5,14 @@
 #include "controls/caption.h"
 #include "controls/classes.h"
 #include "controls/control.h"
+#include "controls/data_binding.h"
 
 #include "exceptions/raise.h"
+#include "objects/data_interfaces.h"
 #include "objects/definitions.h"
 #include "objects/text.h"
 
+#include "kelp/control_accessors.h"
 #include "kelp/controls.h"
 #include "kelp/objects.h"
 
@@ -34,6 +37,7 @@ struct ListRecord {
     int32_t listIndex;      // -1: none
     std::vector<Row> *rows; // owned
     uint8_t isCombo;        // ComboBox rather than PopupMenu
+    DataLink data;          // told at each Change
 };
 
 ListRecord *Record(RuntimeObject *o) { return reinterpret_cast<ListRecord *>(o); }
@@ -97,9 +101,8 @@ public:
         gtk_entry_set_text(GTK_ENTRY(mEntry), text.c_str());
         mQuiet = false;
         mRecord->listIndex = IndexOfText();
-        bool alive;
         if (notify && mRecord->listIndex >= 0)
-            FireLocked(mRecord->isCombo ? gComboChange : gPopupChange, &alive);
+            FireChange(mRecord->isCombo ? gComboChange : gPopupChange);
     }
 
     // The font is the entry's, where the chosen row shows.
@@ -109,6 +112,17 @@ public:
     void SetText(const std::string &text) { gtk_entry_set_text(GTK_ENTRY(mEntry), text.c_str()); }
 
 private:
+    // Change, then the bound data, unless the handler closed the control.
+    void FireChange(const ObjectHook *hook) {
+        RuntimeObject *control = mRunControl;
+        RuntimeLockObject(control);
+        bool alive;
+        FireLocked(hook, &alive);
+        if (alive)
+            NotifyDataChanged(mRecord->data);
+        RuntimeUnlockObject(control);
+    }
+
     // The first row whose text is the entry's, or -1.
     int32_t IndexOfText() const {
         std::string text = Text();
@@ -128,7 +142,7 @@ private:
         if (pane->mRecord->isCombo)
             pane->FireLocked(gComboTextChanged, &alive);
         else if (pane->mRecord->listIndex >= 0)
-            pane->FireLocked(gPopupChange, &alive);
+            pane->FireChange(gPopupChange);
     }
     static void OnComboChanged(GtkComboBox *box, gpointer data) {
         auto *pane = static_cast<ListPane *>(data);
@@ -138,8 +152,7 @@ private:
         if (index < 0)
             return; // typing: TextChanged tells of it
         pane->mRecord->listIndex = index;
-        bool alive;
-        pane->FireLocked(gComboChange, &alive);
+        pane->FireChange(gComboChange);
     }
 
     ListRecord *mRecord;
@@ -188,6 +201,7 @@ extern "C" void PopupMenuFinalizer(RuntimeObject *self) {
     objtext::Release(Record(self)->initialValue);
     objtext::Release(Record(self)->font.textFont);
     Record(self)->initialValue = Record(self)->font.textFont = nullptr;
+    ReleaseDataLink(Record(self)->data);
 }
 
 extern "C" void PopupMenuCreatePane(RuntimeObject *self) {
@@ -338,6 +352,84 @@ extern "C" void RuntimeComboBoxStyleSetter(RuntimeObject *self, int32_t selector
         SetFontStyle(self, Record(self)->font, selector, value);
 }
 
+extern "C" KelpString RuntimeComboBoxTextFontGetter(RuntimeObject *self, int32_t) {
+    KelpString name = self ? Record(self)->font.textFont : nullptr;
+    objtext::Retain(name);
+    return name;
+}
+
+extern "C" int32_t RuntimeComboBoxTextSizeGetter(RuntimeObject *self, int32_t) {
+    return self ? Record(self)->font.textSize : 0;
+}
+
+extern "C" uint8_t RuntimeComboBoxBoldGetter(RuntimeObject *self, int32_t) {
+    return self ? Record(self)->font.bold : 0;
+}
+
+extern "C" uint8_t RuntimeComboBoxItalicGetter(RuntimeObject *self, int32_t) {
+    return self ? Record(self)->font.italic : 0;
+}
+
+extern "C" uint8_t RuntimeComboBoxUnderlineGetter(RuntimeObject *self, int32_t) {
+    return self ? Record(self)->font.underline : 0;
+}
+
+extern "C" KelpString RuntimeComboBoxGetString(RuntimeObject *self) {
+    return RuntimeComboBoxTextGetter(self, 0);
+}
+
+extern "C" RuntimeObject *PopupDataSourceGetter(RuntimeObject *self, int32_t) {
+    RuntimeObject *source = self ? Record(self)->data.source : nullptr;
+    RuntimeLockObject(source);
+    return source;
+}
+
+extern "C" void PopupDataSourceSetter(RuntimeObject *self, int32_t, RuntimeObject *source) {
+    if (self)
+        SetDataSource(Record(self)->data, source);
+}
+
+extern "C" void PopupDataFieldSetter(RuntimeObject *self, int32_t, KelpString field) {
+    if (self)
+        StoreString(Record(self)->data.field, field);
+}
+
+extern "C" void popupAddDNR(RuntimeObject *self, RuntimeObject *receiver) {
+    if (self)
+        AddDataReceiver(Record(self)->data.receivers, receiver);
+}
+
+extern "C" void popupRemoveDNR(RuntimeObject *self, RuntimeObject *receiver) {
+    if (self)
+        RemoveReceiver(Record(self)->data.receivers, receiver);
+}
+
+extern "C" uint8_t popupDataAvailable(RuntimeObject *self) {
+    return self && Record(self)->listIndex >= 0 &&
+                   Record(self)->listIndex < int32_t(Rows(self).size())
+               ? 1
+               : 0;
+}
+
+// "rowTag": the chosen row's tag as a source of data; nil for any other name.
+extern "C" RuntimeObject *popupGetBoundPart(RuntimeObject *self, KelpString name) {
+    if (!self || !objtext::SameName(objtext::View(name), "rowTag"))
+        return nullptr;
+    return NewRowTagPart(self);
+}
+
+namespace kelp {
+
+DataLink *PopupDataLink(RuntimeObject *popup) { return popup ? &Record(popup)->data : nullptr; }
+
+RuntimeObject *ChosenRowTag(RuntimeObject *popup) {
+    if (!popupDataAvailable(popup))
+        return nullptr;
+    return Rows(popup)[size_t(Record(popup)->listIndex)].tag;
+}
+
+} // namespace kelp
+
 namespace kelp {
 namespace {
 
@@ -352,7 +444,15 @@ template <bool combo> ObjectDefinition *ListDefinition(const char *name, EntryPo
          KELP_ENTRY(RuntimeComboBoxInitialValueSetter), offsetof(ListRecord, initialValue)},
         KELP_FONT_ROWS(ListRecord, font, RuntimeComboBoxTextFontSetter,
                        RuntimeComboBoxTextSizeSetter, RuntimeComboBoxStyleSetter),
+        {0, "DataSource", &kTypePtr, KELP_ENTRY(PopupDataSourceGetter),
+         KELP_ENTRY(PopupDataSourceSetter), -9},
+        {0, "DataField", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(PopupDataFieldSetter),
+         offsetof(ListRecord, data.field)},
     };
+    static const TypeRecord receiverType{kTypeObjectOf, nullptr, nullptr, 0,
+                                         &DataNotificationReceiverInterfaceDefinition};
+    static const ParameterRow receiverParams[] = {{"receiver", &receiverType}};
+    static const ParameterRow partParams[] = {{"name", &kTypeString}};
     static const ParameterRow textParams[] = {{"text", &kTypeString}};
     static const ParameterRow indexParams[] = {{"index", &kTypeInteger}};
     static const ParameterRow insertParams[] = {{"index", &kTypeInteger}, {"text", &kTypeString}};
@@ -366,7 +466,13 @@ template <bool combo> ObjectDefinition *ListDefinition(const char *name, EntryPo
         {"List", &kTypeString, indexParams, 1, KELP_ENTRY(RuntimeComboBoxList)},
         {"RowTag", &kTypePtr, tagParams, 1, KELP_ENTRY(RuntimeComboBoxRowTag),
          KELP_ENTRY(RuntimeComboBoxRowTagSetter)},
+        {"addDataNotificationReceiver", nullptr, receiverParams, 1, KELP_ENTRY(popupAddDNR)},
+        {"removeDataNotificationReceiver", nullptr, receiverParams, 1, KELP_ENTRY(popupRemoveDNR)},
+        {"DataAvailable", &kTypeBoolean, nullptr, 0, KELP_ENTRY(popupDataAvailable)},
+        {"getBoundPart", &kTypePtr, partParams, 1, KELP_ENTRY(popupGetBoundPart)},
     };
+    static const DefinitionAccessor interfaces[] = {&DataNotifierInterfaceDefinition,
+                                                    &DataAvailableProviderInterfaceDefinition};
     static const EventRow popupEvents[] = {{"Change", "", nullptr, &gPopupChange}};
     static const EventRow comboEvents[] = {{"Change", "", nullptr, &gComboChange},
                                            {"TextChanged", "", nullptr, &gComboTextChanged}};
@@ -383,6 +489,7 @@ template <bool combo> ObjectDefinition *ListDefinition(const char *name, EntryPo
         .events =
             combo ? std::span<const EventRow>(comboEvents) : std::span<const EventRow>(popupEvents),
         .hookInstances = hooks,
+        .interfaces = interfaces,
     };
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;

@@ -8,6 +8,7 @@
 #include "objects/definitions.h"
 #include "runloop/background_task.h"
 
+#include "kelp/control_accessors.h"
 #include "kelp/controls.h"
 #include "kelp/objects.h"
 
@@ -110,6 +111,15 @@ extern "C" void progressBarValueSetter(RuntimeObject *self, int32_t, int32_t val
 
 extern "C" void progressBarMaximumSetter(RuntimeObject *self, int32_t, int32_t value) {
     StoreAndShow(self, &ProgressRecord::maximum, value, &ProgressBarPane::SetMaximum);
+}
+
+// The bar shows what the record holds, so the record answers.
+extern "C" int32_t progressValueGetter(RuntimeObject *self, int32_t) {
+    return self ? reinterpret_cast<ProgressRecord *>(self)->value : 0;
+}
+
+extern "C" int32_t progressMaximumGetter(RuntimeObject *self, int32_t) {
+    return self ? reinterpret_cast<ProgressRecord *>(self)->maximum : 0;
 }
 
 namespace kelp {

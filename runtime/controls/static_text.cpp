@@ -3,11 +3,13 @@
 // what lies beneath unless a MouseDown handler takes them.
 #include "controls/caption.h"
 #include "controls/control.h"
+#include "controls/data_binding.h"
 
 #include "controls/classes.h"
 #include "objects/definitions.h"
 #include "objects/text.h"
 
+#include "kelp/control_accessors.h"
 #include "kelp/controls.h"
 #include "kelp/objects.h"
 
@@ -26,6 +28,7 @@ struct StaticTextRecord {
     int32_t textColor; // 0xRRGGBB
     uint8_t multiLine;
     uint8_t mouseHandled;
+    DataLink data; // DataSource and DataField; a source sends setString
 };
 
 StaticTextRecord *Record(RuntimeObject *object) {
@@ -134,6 +137,11 @@ extern "C" void staticTextTextSetter(RuntimeObject *self, int32_t, KelpString va
         pane->SetCaption(value);
 }
 
+// setString of a data-aware control: a bound source's value becomes the text.
+extern "C" void StaticTextSetString(RuntimeObject *self, KelpString value) {
+    staticTextTextSetter(self, 0, value);
+}
+
 extern "C" KelpString staticTextTextGetter(RuntimeObject *self, int32_t) {
     KelpString text = self ? Record(self)->text : nullptr;
     objtext::Retain(text);
@@ -175,6 +183,23 @@ extern "C" void StaticTextFinalizer(RuntimeObject *self) {
     objtext::Release(Record(self)->text);
     objtext::Release(Record(self)->font.textFont);
     Record(self)->text = Record(self)->font.textFont = nullptr;
+    ReleaseDataLink(Record(self)->data);
+}
+
+extern "C" RuntimeObject *StaticTextDataSourceGetter(RuntimeObject *self, int32_t) {
+    RuntimeObject *source = self ? Record(self)->data.source : nullptr;
+    RuntimeLockObject(source);
+    return source;
+}
+
+extern "C" void StaticTextDataSourceSetter(RuntimeObject *self, int32_t, RuntimeObject *source) {
+    if (self)
+        SetDataSource(Record(self)->data, source);
+}
+
+extern "C" void StaticTextDataFieldSetter(RuntimeObject *self, int32_t, KelpString field) {
+    if (self)
+        StoreString(Record(self)->data.field, field);
 }
 
 namespace kelp {
@@ -193,6 +218,14 @@ ObjectDefinition *StaticTextDefinition() {
                        staticAttributeSetter),
         {0, "MultiLine", &kTypeBoolean, KELP_ENTRY(boolGetter),
          KELP_ENTRY(staticTextMultiLineSetter), offsetof(StaticTextRecord, multiLine)},
+        {0, "DataSource", &kTypePtr, KELP_ENTRY(StaticTextDataSourceGetter),
+         KELP_ENTRY(StaticTextDataSourceSetter), -9},
+        {0, "DataField", &kTypeString, KELP_ENTRY(stringGetter),
+         KELP_ENTRY(StaticTextDataFieldSetter), offsetof(StaticTextRecord, data.field)},
+    };
+    static const ParameterRow textParams[] = {{"text", &kTypeString}};
+    static const MethodRow methods[] = {
+        {"setString", nullptr, textParams, 1, KELP_ENTRY(StaticTextSetString)},
     };
     static const EventRow events[] = {
         {"AcceleratorKey", "Key As String", nullptr, &gAcceleratorKey},
@@ -209,6 +242,7 @@ ObjectDefinition *StaticTextDefinition() {
         .instanceSize = sizeof(StaticTextRecord),
         .finalizer = KELP_ENTRY(StaticTextFinalizer),
         .properties = properties,
+        .methods = methods,
         .events = events,
         .hookInstances = hooks,
     };

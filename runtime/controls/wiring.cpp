@@ -4,6 +4,7 @@
 #include "controls/classes.h"
 #include "controls/control.h"
 #include "controls/control_map.h"
+#include "controls/data_binding.h"
 #include "controls/embedded.h"
 
 #include "objects/definitions.h"
@@ -51,6 +52,8 @@ void WireControls() {
     AddIntrinsicClassAccessor(&ContainerControlDefinition);
     AddIntrinsicClassAccessor(&RadioButtonActionDefinition);
     AddIntrinsicClassAccessor(&CheckBoxActionDefinition);
+    AddIntrinsicClassAccessor(&BindingDefinition);
+    AddIntrinsicClassAccessor(&PopupRowTagDefinition);
     ViewControlsClient client;
     client.bind = &BindViewControls;
     client.fireClose = &FireViewControlsClose;
@@ -58,6 +61,7 @@ void WireControls() {
     client.embed = &MakeEmbeddedControl;
     client.containers = &ContainersOfView;
     client.closeContainer = &CloseContainer;
+    client.layout = &LayOutLockedControls;
     SetViewControlsClient(client);
     SetControlRelations(&WindowOfControl, &ContainerOf);
     SetFocusMoveHook(&FollowContainerFocus);

@@ -1,6 +1,7 @@
 #include "objects/wiring.h"
 
 #include "objects/action_interfaces.h"
+#include "objects/data_interfaces.h"
 #include "objects/definitions.h"
 #include "objects/object_model.h"
 
@@ -10,6 +11,11 @@ void WireObjects() {
     AddIntrinsicClassAccessor(&RuntimeClassDefinition);
     AddIntrinsicClassAccessor(&ActionSourceInterfaceDefinition);
     AddIntrinsicClassAccessor(&ActionNotificationReceiverInterfaceDefinition);
+    AddIntrinsicClassAccessor(&DataNotifierInterfaceDefinition);
+    AddIntrinsicClassAccessor(&DataNotificationReceiverInterfaceDefinition);
+    AddIntrinsicClassAccessor(&BooleanProviderInterfaceDefinition);
+    AddIntrinsicClassAccessor(&StringProviderInterfaceDefinition);
+    AddIntrinsicClassAccessor(&DataAvailableProviderInterfaceDefinition);
 }
 
 } // namespace kelp

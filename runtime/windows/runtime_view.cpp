@@ -163,7 +163,8 @@ bool CloseViewWindowsForQuit() {
 
 RuntimeViewWindow::RuntimeViewWindow(ViewRecord *view, const std::string &windowTitle,
                                      int32_t windowKind, bool isResizable, Rect screenBounds)
-    : Window(windowTitle, windowKind, isResizable, screenBounds), mView(view) {
+    : Window(windowTitle, windowKind, isResizable, screenBounds), mView(view),
+      mLaidOutWidth(view->width), mLaidOutHeight(view->height) {
     RuntimeLockObject(Obj(view));
     view->pane = this;
 }
@@ -207,8 +208,18 @@ void RuntimeViewWindow::Resized() {
         bounds = Rect{0, 0, static_cast<int16_t>(h), static_cast<int16_t>(w)};
         width = w, height = h;
     }
+    LayOutControls();
     if (mView->built)
         Fire(mView, gResized);
+}
+
+void RuntimeViewWindow::LayOutControls() {
+    int32_t dw = width - mLaidOutWidth, dh = height - mLaidOutHeight;
+    if (!dw && !dh)
+        return;
+    mLaidOutWidth = width, mLaidOutHeight = height;
+    if (gControls.layout)
+        gControls.layout(mView, dw, dh);
 }
 
 // The pane has the dragged size already; the view follows it at once so
@@ -216,6 +227,7 @@ void RuntimeViewWindow::Resized() {
 void RuntimeViewWindow::Resizing() {
     if (!mView || closing)
         return;
+    LayOutControls();
     mView->width = width;
     mView->height = height;
     if (mView->built)

@@ -62,8 +62,12 @@ public:
     void GetMinMaxSize(int32_t &minW, int32_t &minH, int32_t &maxW, int32_t &maxH) override;
 
 private:
+    // Lays the controls out for the size the pane has now.
+    void LayOutControls();
+
     ViewRecord *mView; // one reference while the pane lives
     bool mViewClosing = false;
+    int32_t mLaidOutWidth, mLaidOutHeight; // the size the controls are placed for
 };
 
 // The quit sequence's walk over the view windows, newest first: false when
@@ -92,6 +96,9 @@ struct ViewControlsClient {
     // window of its own to close.
     void (*containers)(ViewRecord *view, std::vector<ViewRecord *> &out) = nullptr;
     void (*closeContainer)(ViewRecord *view) = nullptr;
+    // The window's content grew by (dw, dh), either negative: the controls
+    // with Lock flags follow its edges.
+    void (*layout)(ViewRecord *view, int32_t dw, int32_t dh) = nullptr;
 };
 void SetViewControlsClient(const ViewControlsClient &client);
 

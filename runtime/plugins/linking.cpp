@@ -278,6 +278,8 @@ void Finish(Registered *r, Rows &rows, ClassDescription description, ObjectDefin
         ClassMap()[r->klass] = r;
     for (size_t i = 0; i < rows.events.size(); ++i)
         rows.eventRecords[i]->forSystemUse = *rows.events[i].slot;
+    if (r->oldControlRecord) // a plug-in of the first version reads its class there
+        r->oldControlRecord->klass = r->klass;
 }
 
 // Plug-in constructors run root first, after the library's initializers;

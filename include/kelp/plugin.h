@@ -176,7 +176,11 @@ typedef struct KELPcontrolBehaviour {
 /* Control flags the runtime reads. */
 #define KELP_CONTROL_FOCUSABLE 0x01     /* takes the keyboard focus */
 #define KELP_CONTROL_PLAIN_CONTROL 0x04 /* superclass Control, not RectControl */
+/* Left and Top read and write the stored bounds as they are, in window
+ * coordinates, also inside a container control. */
 #define KELP_CONTROL_STORED_POSITION 0x08
+/* The control sets the pointer's shape itself (with GDK, on its widget's
+ * parent window); the window leaves it so while the pointer is over it. */
 #define KELP_CONTROL_OWN_CURSOR 0x20
 
 typedef struct KELPcontrol {

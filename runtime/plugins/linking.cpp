@@ -358,6 +358,8 @@ void LinkControl(Registered *r) {
     description.initializer = KELP_ENTRY(CustomControlConstructor);
     description.finalizer = KELP_ENTRY(CustomControlDestructor);
     Finish(r, *rows, description, super, c->version >= 4 ? c->interfaces : nullptr);
+    if (c->flags & KELP_CONTROL_STORED_POSITION)
+        AnswerStoredPosition(r->klass);
 }
 
 void LinkInterface(Registered *r) {

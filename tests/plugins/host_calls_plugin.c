@@ -1,9 +1,9 @@
 /* A plug-in for the tests: a module whose methods call the host's picture,
- * string and database calls, so that the test reaches each call the way a
+ * string and database calls, and a control with flags 0x08 and 0x20, so that the test reaches each call the way a
  * plug-in does, through the resolver. */
 #include "kelp/plugin.h"
 
-#include <gdk-pixbuf/gdk-pixbuf.h>
+#include <gtk/gtk.h>
 
 #define EXPORT __attribute__((visibility("default")))
 
@@ -13,6 +13,7 @@ static struct {
     int32_t (*lock)(RuntimeObject *, KELPpictureDescription *, int32_t);
     void (*unlock)(RuntimeObject *, KELPpictureDescription *);
     KelpString (*convert)(KelpString, uint32_t);
+    void *(*handle)(RuntimeObject *);
 } host;
 
 /* Pixel (x, y) of a ramp: red 40 x, green 60 y, blue 0x80; in RGBA every
@@ -76,6 +77,40 @@ static KELPmethodDefinition methods[] = {
 };
 static KELPmoduleDefinition module = {7, "HostCalls", methods, 4};
 
+/* Pad: a control that keeps its own position and sets the pointer to a
+ * hand when the pointer enters it. */
+static void PadEnter(RuntimeObject *self) {
+    GtkWidget *widget = (GtkWidget *)host.handle(self);
+    GdkWindow *parent = widget ? gtk_widget_get_parent_window(widget) : NULL;
+    if (!parent)
+        return;
+    GdkCursor *hand = gdk_cursor_new(GDK_HAND2);
+    gdk_window_set_cursor(parent, hand);
+    gdk_cursor_unref(hand);
+}
+static KELPcontrolBehaviour padBehaviour = {.mouseEnter = PadEnter};
+static KELPcontrol pad = {
+    7,
+    "Pad",
+    0,
+    KELP_CONTROL_STORED_POSITION | KELP_CONTROL_OWN_CURSOR,
+    0,
+    0,
+    40,
+    40,
+    NULL,
+    0,
+    NULL,
+    0,
+    NULL,
+    0,
+    &padBehaviour,
+    0,
+    NULL,
+    0,
+    NULL,
+};
+
 static int32_t engine[4] = {4, 0, 0, 0}; /* an engine that offers nothing */
 static void *OpenSource(void) { return NULL; }
 
@@ -89,8 +124,10 @@ EXPORT void KELPPluginMain(KELPResolver resolve) {
     host.unlock =
         (void (*)(RuntimeObject *, KELPpictureDescription *))resolve("unlockPictureDescription");
     host.convert = (KelpString(*)(KelpString, uint32_t))resolve("KELPConvertString");
+    host.handle = (void *(*)(RuntimeObject *))resolve("KELPGetControlHandle");
     ((void (*)(int32_t))resolve("RegisterPluginVersion"))(KELP_PLUGIN_VERSION);
     ((void (*)(KELPmoduleDefinition *))resolve("PluginRegisterModule"))(&module);
+    ((void (*)(KELPcontrol *))resolve("PluginRegisterControl"))(&pad);
     ((void (*)(void *))resolve("PluginRegisterDBEngine"))(engine);
     ((void (*)(const char *, void *))resolve("RegisterDataSource"))("HostCallsSource",
                                                                     (void *)OpenSource);

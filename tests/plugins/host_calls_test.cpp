@@ -6,6 +6,7 @@
 #include "pictures/picture_object.h"
 #include "plugins/database_registry.h"
 #include "plugins/host.h"
+#include "test_plugins.h"
 
 #include "objects/text.h"
 #include "support/xvfb.h"
@@ -25,27 +26,6 @@
 
 namespace kelp::plugins {
 namespace {
-
-void *Entry(const std::string &name) {
-    KelpString s = objtext::Make(name);
-    void *e = RuntimeLookupPluginEntrypoint(s);
-    objtext::Release(s);
-    return e;
-}
-
-void LoadTestPlugins() {
-    static const bool loaded = [] {
-        RuntimeInitExternalClasses();
-        std::string error;
-        bool ok = LoadPluginLibrary(KELP_BIN_DIR "/libKPHostCalls.so", "", error) &&
-                  LoadPluginLibrary(KELP_BIN_DIR "/libKPOldStyle.so", "", error);
-        EXPECT_EQ(error, "");
-        LinkPluginClasses(nullptr);
-        ForgetEntryTableForTest();
-        return ok;
-    }();
-    ASSERT_TRUE(loaded);
-}
 
 // The bytes iconv makes of `text` in `encoding`.
 std::string Iconv(const std::string &text, const char *encoding) {

@@ -74,6 +74,8 @@ TEST_F(ControlFlagsTest, StoredPositionAndOwnCursor) {
         EXPECT_TRUE(KELPGetPropValueInt(c.control, c.property, &v)) << c.property;
         EXPECT_EQ(v, c.value) << NameOf(c.control) << " " << c.property;
     }
+    EXPECT_EQ(KELPGetWindowHandle(w), gtk_widget_get_toplevel(Fixed(w)));
+    EXPECT_EQ(KELPGetWindowHandle(gPad), nullptr);       // a control is no window
     ASSERT_TRUE(KELPSetPropValueInt(gPad, "Left", 100)); // window coordinates again
     EXPECT_EQ(Ctl(gPad)->bounds.left, 100);
 

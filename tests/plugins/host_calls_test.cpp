@@ -13,6 +13,7 @@
 
 #include "kelp/exceptions.h"
 #include "kelp/objects.h"
+#include "kelp/pictures.h"
 #include "kelp/plugin.h"
 #include "kelp/strings.h"
 #include "kelp/variants.h"
@@ -23,6 +24,7 @@
 
 #include <cstdio>
 #include <string>
+#include <tuple>
 
 namespace kelp::plugins {
 namespace {
@@ -231,6 +233,52 @@ TEST_F(PluginPictures, LockedPixelsGoBackAndCopy) {
     EXPECT_FALSE(invert(nullptr));
     RuntimeUnlockObject(twin);
     RuntimeUnlockObject(p);
+}
+
+// A plug-in drawing on a picture's Graphics: the style it sets is the style
+// it reads, its GC draws in the ForeColor, and pictures scale into a rect.
+TEST_F(PluginPictures, GraphicsCallsOnAPicture) {
+    Picture canvas = NewPictureOfSize(20, 20);
+    RuntimeObject *g = pictureGraphicsGetter(canvas, 0);
+    ASSERT_NE(g, nullptr);
+    KelpString arial = objtext::Make("Arial");
+    const KELPgraphicsStyle set{arial, 14, 1, 0, 1, 0x336699};
+    KELPSetGraphicsStyle(g, &set);
+    objtext::Release(arial);
+    KELPgraphicsStyle got{};
+    KELPGetGraphicsFontStyle(g, &got);
+    EXPECT_EQ(objtext::View(got.font), "Arial");
+    EXPECT_EQ(std::tuple(got.size, got.bold, got.italic, got.underline, got.color),
+              std::tuple(14, 1, 0, 1, 0x336699u));
+    RuntimeUnlockString(got.font);
+
+    auto *gc = static_cast<GdkGC *>(KELPGraphicsDC(g));
+    ASSERT_NE(gc, nullptr);
+    gdk_draw_rectangle(static_cast<GdkDrawable *>(KELPGraphicsGdkDrawable(g)), gc, TRUE, 0, 0, 5,
+                       5);
+    g_object_unref(gc);
+    KELPPictureClearCache(canvas); // drawn behind the runtime's back
+
+    Picture ramp = Ramp(2, 2, KELP_PIXELS_RGB24);
+    const KelpRect into{10, 10, 14, 14}; // top, left, bottom, right: 2 x 2 scaled to 4 x 4
+    KELPDrawPicturePrimitive(g, ramp, &into);
+    struct Case {
+        int x, y;
+        uint32_t rgb;
+    } pixels[] = {{2, 2, 0x336699},          {6, 6, 0xFFFFFF},          {10, 10, RampPixel(0, 0)},
+                  {12, 10, RampPixel(1, 0)}, {11, 13, RampPixel(0, 1)}, {13, 13, RampPixel(1, 1)},
+                  {14, 14, 0xFFFFFF}};
+    Picture copy = KELPBuildPictureFromGWorld(StoreOf(canvas)->Pixmap(), 0);
+    ASSERT_NE(copy, nullptr);
+    for (const Case &c : pixels) {
+        EXPECT_EQ(StoreOf(canvas)->GetPixel(c.x, c.y), c.rgb) << c.x << "," << c.y;
+        EXPECT_EQ(StoreOf(copy)->GetPixel(c.x, c.y), c.rgb) << c.x << "," << c.y;
+    }
+    EXPECT_EQ(KELPGetPictureMask(canvas, 0), nullptr);
+    RuntimeObject *mask = KELPGetPictureMask(canvas, 1);
+    EXPECT_NE(mask, nullptr);
+    for (RuntimeObject *o : {mask, copy, ramp, g, canvas})
+        RuntimeUnlockObject(o);
 }
 
 } // namespace

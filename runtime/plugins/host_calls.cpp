@@ -138,12 +138,14 @@ bool ReadByMethod(RuntimeObject *object, const char *name, Want want, Value &out
 
 // A Variant holding a value (a number, text, boolean, colour or date)
 // answers Value, Type and the typed ...Value properties by converting, as
-// the language's Variant does.  A conversion that raises gives false and
-// leaves no exception behind.
+// the language's Variant does.  A conversion that raises (text that is no
+// date) gives false: the exception is caught here, in a handler region of
+// its own, and goes no further.
 bool ReadVariant(RuntimeObject *v, std::string_view name, Want want, Value &out) {
     constexpr int32_t kVarObject = 9;
     if (VarType(v) == kVarObject || RuntimePendingException())
         return false;
+    RuntimeEnterHandlerRegion();
     auto is = [&](const char *n) { return AsciiEqualNoCase(name, n); };
     const bool number = want == Want::Int || want == Want::Double;
     bool ok = true;
@@ -168,8 +170,13 @@ bool ReadVariant(RuntimeObject *v, std::string_view name, Want want, Value &out)
     } else {
         ok = false;
     }
-    if (RuntimeObject *raised = RuntimeTakeException()) {
+    RuntimeObject *raised = RuntimeTakeException();
+    RuntimeLeaveHandlerRegion();
+    if (raised) {
         RuntimeUnlockObject(raised);
+        RuntimeUnlockObject(out.o); // whatever the raising call gave back
+        RuntimeUnlockString(out.s);
+        out = Value{};
         return false;
     }
     return ok;

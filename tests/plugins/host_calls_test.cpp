@@ -87,15 +87,8 @@ TEST(PluginHostCalls, VersionOneRecordsAreConverted) {
     ASSERT_NE(knob->klass, nullptr);
     EXPECT_EQ(old->klass, knob->klass); // written back for the plug-in
 
-    auto spin = reinterpret_cast<int32_t (*)(RuntimeObject *, int32_t)>(
-        Entry("OldKnob.Spin(n As Integer) As Integer"));
-    auto halve = reinterpret_cast<int32_t (*)(int32_t)>(Entry("Halve(n As Integer) As Integer"));
-    ASSERT_NE(spin, nullptr);
-    ASSERT_NE(halve, nullptr);
-    EXPECT_EQ(halve(9), 4);
-    RuntimeObject *control = PluginNewInstance("OldKnob");
+    RuntimeObject *control = PluginNewInstance("OldKnob"); // its methods: image_run_test
     ASSERT_NE(control, nullptr);
-    EXPECT_EQ(spin(control, 3), 30);
     // The five-word properties work on the host's accessors.
     KelpString label = objtext::Make("dial");
     EXPECT_TRUE(KELPSetPropValueInt(control, "Turns", 12));
@@ -158,8 +151,8 @@ TEST(PluginHostCalls, VariantsAnswerByName) {
     int32_t flag = 0;
     EXPECT_TRUE(KELPGetPropValueBool(values[2], "BooleanValue", &flag));
     EXPECT_EQ(flag, 1);
-    RuntimeObject *date = nullptr;
-    EXPECT_FALSE(KELPGetPropValueObject(values[0], "Nonsense", &date));
+    RuntimeObject *date = nullptr; // "3.75" is no date: the raise stays inside
+    EXPECT_FALSE(KELPGetPropValueObject(values[1], "DateValue", &date));
     EXPECT_EQ(RuntimePendingException(), nullptr);
     for (RuntimeObject *v : values)
         RuntimeUnlockObject(v);

@@ -176,7 +176,11 @@ typedef struct KELPcontrolBehaviour {
 /* Control flags the runtime reads. */
 #define KELP_CONTROL_FOCUSABLE 0x01     /* takes the keyboard focus */
 #define KELP_CONTROL_PLAIN_CONTROL 0x04 /* superclass Control, not RectControl */
+/* Left and Top read and write the stored bounds as they are, in window
+ * coordinates, also inside a container control. */
 #define KELP_CONTROL_STORED_POSITION 0x08
+/* The control sets the pointer's shape itself (with GDK, on its widget's
+ * parent window); the window leaves it so while the pointer is over it. */
 #define KELP_CONTROL_OWN_CURSOR 0x20
 
 typedef struct KELPcontrol {
@@ -213,6 +217,56 @@ typedef struct KELPinterfaceDefinition {
     void *methods;
     int32_t methodCount;
 } KELPinterfaceDefinition;
+
+/* ------------------------------------------- records of interface version 1
+ *
+ * Plug-ins of the first interface wrote shorter records and named their
+ * functions by index into a table of their own (RegisterPluginExports).
+ * The runtime converts them when they are registered; new plug-ins have no
+ * use for these. */
+
+/* A row of the exports table: the code is the second word.  The table ends
+ * at the first row whose code is null. */
+typedef struct KELPexportRow {
+    const char *name; /* for the plug-in's own use */
+    void *code;
+    intptr_t reserved;
+} KELPexportRow;
+
+/* A property of version 1: five words, always on the default accessors. */
+typedef struct KELPpropertyV1 {
+    const char *group;
+    const char *name;
+    const char *type;
+    uint32_t flags;
+    int32_t parameter; /* offset of the field in the instance data */
+} KELPpropertyV1;
+
+/* A method row of version 1: the functions are indexes into the exports
+ * table; a setter index of -1 is none. */
+typedef struct KELPmethodDefinitionV1 {
+    intptr_t function;
+    intptr_t setterFunction;
+    const char *declaration;
+} KELPmethodDefinitionV1;
+
+/* A control of record version 1.  `klass` receives the class the runtime
+ * made for it, once the plug-ins are linked. */
+typedef struct KELPcontrolV1 {
+    int32_t version; /* 1 */
+    const char *name;
+    int32_t dataSize;
+    uint32_t flags;
+    int32_t toolbarPicture, toolbarPicturePressed;
+    KELPpropertyV1 *properties;
+    int32_t propertyCount;
+    KELPmethodDefinitionV1 *methods;
+    int32_t methodCount;
+    KELPevent *events;
+    int32_t eventCount;
+    KELPcontrolBehaviour *behaviour;
+    RuntimeClass *klass;
+} KELPcontrolV1;
 
 /* A control object: the control fields, the definition the runtime found
  * for it, its custom flag, then the plug-in's data. */
@@ -355,6 +409,93 @@ void KELPYieldToKP(void);
 KelpString PluginInterpretConstantValue(KelpString value); /* the value, a new reference */
 void PluginMarkSocketUsage(void);
 
+/* Pictures.  A picture built here is a new Picture object, one reference
+ * the caller's.  Pixels handed over are copied; nothing keeps the buffer. */
+
+/* Pixel layouts of KELPBuildPictureFromBuffer; rows top first, no padding. */
+#define KELP_PIXELS_RGB24 0  /* three bytes a pixel: red, green, blue */
+#define KELP_PIXELS_XRGB32 1 /* a 32-bit word a pixel: 0x00RRGGBB */
+#define KELP_PIXELS_RGBA32 2 /* four bytes: red, green, blue, alpha; alpha below 255 gives a mask */
+
+/* What a picture's pixels are when a plug-in locks them. */
+#define KELP_PICTURE_GDK_PIXBUF 1 /* pictureData: a GdkPixbuf, RGB with alpha, 8 bits */
+#define KELP_PICTURE_GDK_PIXMAP 2 /* pictureData: the picture's own GdkPixmap */
+
+typedef struct KELPpictureDescription {
+    int32_t pictureType; /* KELP_PICTURE_GDK_PIXBUF or KELP_PICTURE_GDK_PIXMAP */
+    void *pictureData;
+    int32_t width, height;
+    int32_t transparent; /* the picture's Transparent */
+} KELPpictureDescription;
+
+/* Null for a size below 1 or above 32767, an unknown layout or no pixels. */
+RuntimeObject *KELPBuildPictureFromBuffer(int32_t width, int32_t height, const void *pixels,
+                                          int32_t pixelType);
+/* A copy of a GdkPixmap (or GdkPixbuf, by the type); with `giveOwnership`
+ * the runtime takes the caller's reference of it, whatever the result. */
+RuntimeObject *KELPBuildPictureFromPictureDescription(const KELPpictureDescription *description,
+                                                      int32_t giveOwnership);
+RuntimeObject *KELPBuildPictureFromGWorld(void *pixmap, int32_t giveOwnership);
+/* Fills `out` for reading or writing the pixels in the form asked for.
+ * A pixbuf is a copy that unlocking writes back; a pixmap is the picture's
+ * own.  False (and `out` left empty) for a vector picture or an unknown
+ * type.  Every successful lock needs one unlock. */
+int32_t lockPictureDescription(RuntimeObject *picture, KELPpictureDescription *out,
+                               int32_t pictureType);
+int32_t KELPLockPictureDescription(RuntimeObject *picture, KELPpictureDescription *out,
+                                   int32_t pictureType);
+void unlockPictureDescription(RuntimeObject *picture, KELPpictureDescription *description);
+/* The picture's Mask (a reference the caller owns); with `create` 0 only
+ * one that exists already, else null. */
+RuntimeObject *KELPGetPictureMask(RuntimeObject *picture, int32_t create);
+/* Call after drawing into a picture's pixmap with GDK directly. */
+void KELPPictureClearCache(RuntimeObject *picture);
+/* The whole picture scaled into `rect` (the Graphics' coordinates), its
+ * mask or Transparent honoured. */
+void KELPDrawPicturePrimitive(RuntimeObject *graphics, RuntimeObject *picture,
+                              const KelpRect *rect);
+
+/* Graphics.  The text style of a Graphics as a plug-in reads and sets it;
+ * `font` is a reference: Get gives one to the caller, Set only reads it. */
+typedef struct KELPgraphicsStyle {
+    KelpString font;
+    int32_t size;
+    int32_t bold, italic, underline;
+    uint32_t color; /* the ForeColor, 0xRRGGBB */
+} KELPgraphicsStyle;
+void KELPGetGraphicsFontStyle(RuntimeObject *graphics, KELPgraphicsStyle *out);
+void KELPSetGraphicsStyle(RuntimeObject *graphics, const KELPgraphicsStyle *style);
+void KELPSetGraphicsOrigin(RuntimeObject *graphics, int32_t x, int32_t y);
+/* A new GdkGC (the caller unrefs it) on the Graphics' drawable, with its
+ * ForeColor and clipped to where the Graphics may draw; null off screen. */
+void *KELPGraphicsDC(RuntimeObject *graphics);
+
+/* Strings and system. */
+/* A new string of the text in `encoding` (a text encoding word). */
+KelpString KELPConvertString(KelpString s, uint32_t encoding);
+/* Fonts here are Unicode fonts: UTF-8 for every name. */
+uint32_t KELPGetFontEncoding(KelpString fontName);
+/* The interface version the runtime speaks (KELP_PLUGIN_VERSION). */
+int32_t KELPGetKPVersion(void);
+/* The folder the program runs in, as a FolderItem the caller owns. */
+RuntimeObject *KELPGetProjectFolder(void);
+/* The current thread's stack limit, an address; a plug-in that runs code on
+ * a stack of its own sets it for that stack and puts it back after. */
+uintptr_t KELPGetStackLimit(void);
+void KELPSetStackLimit(uintptr_t limit);
+/* The GtkWindow of a shown window, or null. */
+void *KELPGetWindowHandle(RuntimeObject *window);
+/* There is nothing to install on this platform. */
+void Win32InstallPlugins(void);
+
+/* Database engines, cursors and data sources: kept for the database
+ * classes, which read them when a program opens one. */
+void PluginRegisterDBEngine(void *engineDefinition);
+void PluginRegisterDBCursor(void *cursorDefinition);
+void RegisterDataSource(const char *name, void *opener);
+void RegisterDataSourceInterface(void *sourceInterface);
+void DesignAddDataSource(const char *name, void *opener);
+
 /* ------------------------------------------------------- layout, pinned */
 
 KELP_STATIC_ASSERT(sizeof(KELPproperty) == 80, "KELPproperty size");
@@ -378,6 +519,14 @@ KELP_STATIC_ASSERT(offsetof(KELPcontrol, forSystemUse) == 96, "KELPcontrol.forSy
 KELP_STATIC_ASSERT(offsetof(KELPcontrol, eventInstances) == 104, "KELPcontrol.eventInstances");
 KELP_STATIC_ASSERT(offsetof(KELPcontrol, interfaces) == 120, "KELPcontrol.interfaces");
 KELP_STATIC_ASSERT(offsetof(KELPmoduleDefinition, methods) == 16, "KELPmoduleDefinition.methods");
+KELP_STATIC_ASSERT(sizeof(KELPexportRow) == 24, "exports row: three words");
+KELP_STATIC_ASSERT(sizeof(KELPpropertyV1) == 32, "property of version 1");
+KELP_STATIC_ASSERT(sizeof(KELPmethodDefinitionV1) == 24, "method row of version 1");
+KELP_STATIC_ASSERT(offsetof(KELPcontrolV1, properties) == 32, "KELPcontrolV1.properties");
+KELP_STATIC_ASSERT(offsetof(KELPcontrolV1, behaviour) == 80, "KELPcontrolV1.behaviour");
+KELP_STATIC_ASSERT(offsetof(KELPcontrolV1, klass) == 88, "KELPcontrolV1.klass");
+KELP_STATIC_ASSERT(offsetof(KELPpictureDescription, pictureData) == 8, "picture data");
+KELP_STATIC_ASSERT(offsetof(KELPgraphicsStyle, color) == 24, "style colour");
 KELP_STATIC_ASSERT(offsetof(RuntimeCustomControl, definition) == 160, "custom control definition");
 KELP_STATIC_ASSERT(offsetof(RuntimeCustomControl, customFlag) == 168, "custom control flag");
 KELP_STATIC_ASSERT(sizeof(RuntimeCustomControl) == KELP_CONTROL_DATA_OFFSET, "control data offset");

@@ -4,6 +4,7 @@
 #include "objects/object_model.h"
 #include "objects/text.h"
 
+#include "base/ascii.h"
 #include "base/fatal_report.h"
 #include "kelp/objects.h"
 #include "objects/standard_exceptions.h"
@@ -11,6 +12,9 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <string>
+#include <unordered_map>
+#include <vector>
 
 namespace kelp {
 namespace {
@@ -48,11 +52,61 @@ const RuntimeInterfaceRow *FindInterfaceRow(const RuntimeClass *klass, const Run
 
 RuntimeClass *AllClassesHead() { return gAllClasses; }
 
+namespace {
+
+// The all-classes list by lowered name, so that making a thousand classes
+// doesn't walk the list once per class.  Classes join the list at its head
+// and keep their name once it is given; the image names a class just after
+// making it, so a class seen without a name waits in `unnamed` until it has
+// one.  The newest class of a name wins, as in a walk from the head.
+struct ClassIndex {
+    std::unordered_map<std::string, RuntimeClass *> byName;
+    std::unordered_map<const RuntimeClass *, uint64_t> age; // rank in the list, oldest 0
+    std::vector<RuntimeClass *> unnamed;
+    RuntimeClass *indexedHead = nullptr; // the list's head at the last catch-up
+};
+
+ClassIndex &Index() {
+    static auto *index = new ClassIndex(); // lives as long as the classes
+    return *index;
+}
+
+void CatchUp(ClassIndex &index) {
+    std::vector<RuntimeClass *> fresh; // newest first
+    for (RuntimeClass *c = gAllClasses; c && c != index.indexedHead; c = c->nextClass)
+        fresh.push_back(c);
+    index.indexedHead = gAllClasses;
+    std::vector<RuntimeClass *> waiting;
+    waiting.swap(index.unnamed);
+    for (auto it = fresh.rbegin(); it != fresh.rend(); ++it) {
+        index.age.emplace(*it, index.age.size());
+        waiting.push_back(*it);
+    }
+    for (RuntimeClass *c : waiting) {
+        std::string_view name = objtext::View(c->name);
+        if (name.empty()) {
+            index.unnamed.push_back(c);
+            continue;
+        }
+        RuntimeClass *&slot = index.byName[AsciiLowered(name)];
+        if (!slot || index.age[slot] < index.age[c]) // a class named late may be older
+            slot = c;
+    }
+}
+
+} // namespace
+
 RuntimeClass *FindClassByName(const char *name) {
-    for (RuntimeClass *c = gAllClasses; c; c = c->nextClass)
-        if (objtext::SameName(objtext::View(c->name), name))
-            return c;
-    return nullptr;
+    if (!name)
+        return nullptr;
+    ClassIndex &index = Index();
+    if (index.indexedHead != gAllClasses || !index.unnamed.empty())
+        CatchUp(index);
+    auto it = index.byName.find(AsciiLowered(name));
+    if (it == index.byName.end())
+        return nullptr;
+    RuntimeClass *c = it->second;
+    return objtext::SameName(objtext::View(c->name), name) ? c : nullptr;
 }
 
 bool ClassInherits(const RuntimeClass *klass, const RuntimeClass *ancestor) {

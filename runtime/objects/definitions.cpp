@@ -434,13 +434,8 @@ RuntimeClass *ClassForDefinition(ObjectDefinition *definition) {
     auto &cache = R().classOfDefinition;
     if (auto it = cache.find(definition); it != cache.end())
         return it->second;
-    RuntimeClass *klass = nullptr;
-    std::string_view name = objtext::View(definition->className);
-    for (RuntimeClass *c = AllClassesHead(); c; c = c->nextClass)
-        if (objtext::SameName(objtext::View(c->name), name)) {
-            klass = c;
-            break;
-        }
+    const std::string name(objtext::View(definition->className));
+    RuntimeClass *klass = FindClassByName(name.c_str());
     if (!klass)
         klass = Convert(definition);
     else

@@ -99,6 +99,14 @@ GdkCursor *gShownCursor = nullptr;
 GdkCursor *gGlobalCursor = nullptr; // counted
 bool gCursorApplied = false;
 
+SubPane *TopPaneAt(SubPane *pane, int32_t x, int32_t y) {
+    const auto &kids = pane->Children();
+    for (size_t i = kids.size(); i-- > 0;)
+        if (kids[i]->visible && kids[i]->HitTest(x, y))
+            return TopPaneAt(kids[i], x, y);
+    return pane;
+}
+
 GdkCursor *TopCursorAt(SubPane *pane, int32_t x, int32_t y) {
     const auto &kids = pane->Children();
     for (size_t i = kids.size(); i-- > 0;) {
@@ -145,6 +153,15 @@ void ApplyCursor(PaneRoot *root, GdkCursor *cursor) {
     gdk_window_set_cursor(drawable, cursor);
     gShownCursor = cursor;
     gCursorApplied = true;
+}
+
+void AdjustCursorAt(PaneRoot *root, int32_t x, int32_t y) {
+    SubPane *top = TopPaneAt(root, x, y);
+    if (top != root && top->AdjustCursor(x, y)) {
+        gCursorApplied = false; // the shape shown is the pane's, not the one remembered
+        return;
+    }
+    ApplyCursor(root, ChooseCursor(root, x, y));
 }
 
 PaneDeathNotificationReceiver::PaneDeathNotificationReceiver() { DeathReceivers().push_back(this); }

@@ -51,6 +51,12 @@ public:
     virtual void MouseExit() {}
     virtual bool MouseWheel(int32_t x, int32_t y, int32_t delta);
     virtual bool PassesClicksThrough() { return false; }
+    // True when the pane has set the pointer's shape itself: the window then
+    // leaves the shape alone while the pointer is over the pane.
+    virtual bool AdjustCursor(int32_t x, int32_t y) {
+        (void)x, (void)y;
+        return false;
+    }
 
     // --- keyboard and focus
     virtual bool KeyDown(int32_t character, int32_t code, int32_t modifiers);
@@ -160,6 +166,9 @@ GdkCursor *GlobalPaneCursor();
 // top-most visible child under the point, the global cursor, the window's.
 GdkCursor *ChooseCursor(PaneRoot *root, int32_t x, int32_t y);
 void ApplyCursor(PaneRoot *root, GdkCursor *cursor);
+// The pointer moved to (x, y): the top-most visible pane there may keep the
+// shape it set (AdjustCursor); otherwise ChooseCursor's choice is applied.
+void AdjustCursorAt(PaneRoot *root, int32_t x, int32_t y);
 
 // Keys held now, as FollowKeyEvent saw them.  The panes' Wire function makes
 // it the process's key snoop hook, which sees every key event the toolkit

@@ -6,11 +6,16 @@
 
 #include "plugins/host.h"
 
+#include "base/ascii.h"
 #include "base/fatal_report.h"
 #include "controls/control.h"
+#include "controls/embedded.h"
 #include "graphics/graphics_object.h"
+#include "objects/object_model.h"
+#include "objects/text.h"
 #include "runloop/background_task.h"
 
+#include "kelp/controls.h"
 #include "kelp/objects.h"
 
 namespace kelp::plugins {
@@ -65,6 +70,11 @@ public:
     // are its children.
     bool HoldsControls() const override { return true; }
     bool PassesClicksThrough() override { return true; }
+    // A control that sets the pointer itself keeps it while under it.
+    bool AdjustCursor(int32_t, int32_t) override {
+        const KELPcontrol *c = ControlRecordOf(mObject);
+        return c && (c->flags & KELP_CONTROL_OWN_CURSOR);
+    }
     bool CanFocus() override {
         const KELPcontrol *c = ControlRecordOf(mObject);
         return c && (c->flags & KELP_CONTROL_FOCUSABLE) && ControlPane::CanFocus();
@@ -184,7 +194,40 @@ private:
     bool mTracking = false, mClosed = false;
 };
 
+// Left (selector 0) and Top (1) as the control's record keeps them.
+int32_t StoredPositionGetter(RuntimeObject *self, int32_t selector) {
+    if (!self || (selector != 0 && selector != 1))
+        return ctlPosGetter(self, selector);
+    return selector == 0 ? Ctl(self)->bounds.left : Ctl(self)->bounds.top;
+}
+
+// The mirror: the value is in window coordinates, where the ordinary
+// setter counts from the container view.
+void StoredPositionSetter(RuntimeObject *self, int32_t selector, int32_t value) {
+    if (!self || (selector != 0 && selector != 1))
+        return ctlPosSetter(self, selector, value);
+    auto [dx, dy] = ViewOrigin(Ctl(self)->view);
+    ctlPosSetter(self, selector, value - (selector == 0 ? dx : dy));
+}
+
 } // namespace
+
+void AnswerStoredPosition(RuntimeClass *control) {
+    for (RuntimeClass *c = AllClassesHead(); c && control; c = c->nextClass) {
+        if (!ClassInherits(c, control))
+            continue;
+        for (int32_t i = 0; i < c->propertyCount; ++i) {
+            RuntimePropertyRow &row = c->propertyTable[i];
+            std::string_view sig = objtext::View(row.signature);
+            const std::string_view name = sig.substr(0, sig.find('%'));
+            if (row.getter == reinterpret_cast<void *>(&ctlPosGetter) &&
+                (AsciiEqualNoCase(name, "Left") || AsciiEqualNoCase(name, "Top"))) {
+                row.getter = reinterpret_cast<void *>(&StoredPositionGetter);
+                row.setter = reinterpret_cast<void *>(&StoredPositionSetter);
+            }
+        }
+    }
+}
 
 const KELPcontrol *ControlRecordOf(RuntimeObject *object) {
     if (!object || !object->klass)

@@ -40,6 +40,7 @@ struct Registered {
     PluginRecord *plugin = nullptr;
     KELPclassDefinition *classRecord = nullptr;
     KELPcontrol *controlRecord = nullptr;
+    KELPcontrolV1 *oldControlRecord = nullptr; // the version-1 record converted, if any
     KELPinterfaceDefinition *interfaceRecord = nullptr;
     KELPmoduleDefinition *moduleRecord = nullptr;
     ObjectDefinition *definition = nullptr; // made by linking

@@ -15,8 +15,10 @@
 #include "strings/kstring.h"
 
 #include "kelp/controls.h"
+#include "kelp/exceptions.h"
 #include "kelp/objects.h"
 #include "kelp/strings.h"
+#include "kelp/variants.h"
 
 #include <cstring>
 #include <string>
@@ -134,12 +136,60 @@ bool ReadByMethod(RuntimeObject *object, const char *name, Want want, Value &out
     return true;
 }
 
+// A Variant holding a value (a number, text, boolean, colour or date)
+// answers Value, Type and the typed ...Value properties by converting, as
+// the language's Variant does.  A conversion that raises (text that is no
+// date) gives false: the exception is caught here, in a handler region of
+// its own, and goes no further.
+bool ReadVariant(RuntimeObject *v, std::string_view name, Want want, Value &out) {
+    constexpr int32_t kVarObject = 9;
+    if (VarType(v) == kVarObject || RuntimePendingException())
+        return false;
+    RuntimeEnterHandlerRegion();
+    auto is = [&](const char *n) { return AsciiEqualNoCase(name, n); };
+    const bool number = want == Want::Int || want == Want::Double;
+    bool ok = true;
+    if (is("Type") && number) {
+        out.i = VarType(v), out.d = out.i;
+    } else if ((is("IntegerValue") || is("Value")) && want == Want::Int) {
+        out.i = variantToInt(v);
+    } else if ((is("DoubleValue") || is("Value")) && want == Want::Double) {
+        out.d = variantToDouble(v);
+    } else if (is("DoubleValue") && want == Want::Int) {
+        out.i = int32_t(variantToDouble(v));
+    } else if (is("IntegerValue") && want == Want::Double) {
+        out.d = variantToInt(v);
+    } else if ((is("StringValue") || is("Value")) && want == Want::String) {
+        out.s = variantToString(v);
+    } else if ((is("BooleanValue") || is("Value")) && want == Want::Bool) {
+        out.i = variantToBoolean(v) != 0;
+    } else if ((is("ObjectValue") || is("Value")) && want == Want::Object) {
+        out.o = variantToObject(v);
+    } else if (is("DateValue") && want == Want::Object) {
+        out.o = VariantToDate(v);
+    } else {
+        ok = false;
+    }
+    RuntimeObject *raised = RuntimeTakeException();
+    RuntimeLeaveHandlerRegion();
+    if (raised) {
+        RuntimeUnlockObject(raised);
+        RuntimeUnlockObject(out.o); // whatever the raising call gave back
+        RuntimeUnlockString(out.s);
+        out = Value{};
+        return false;
+    }
+    return ok;
+}
+
 bool Get(RuntimeObject *object, const char *name, Want want, Value &out) {
     if (!object || !name)
         return false;
     std::string_view type;
     if (const RuntimePropertyRow *row = FindProperty(object, name, type))
         return Read(object, row, type, want, out);
+    if (ReadVariant(object, name, want, out))
+        return true;
     return ReadByMethod(object, name, want, out);
 }
 

@@ -278,6 +278,8 @@ void Finish(Registered *r, Rows &rows, ClassDescription description, ObjectDefin
         ClassMap()[r->klass] = r;
     for (size_t i = 0; i < rows.events.size(); ++i)
         rows.eventRecords[i]->forSystemUse = *rows.events[i].slot;
+    if (r->oldControlRecord) // a plug-in of the first version reads its class there
+        r->oldControlRecord->klass = r->klass;
 }
 
 // Plug-in constructors run root first, after the library's initializers;
@@ -356,6 +358,8 @@ void LinkControl(Registered *r) {
     description.initializer = KELP_ENTRY(CustomControlConstructor);
     description.finalizer = KELP_ENTRY(CustomControlDestructor);
     Finish(r, *rows, description, super, c->version >= 4 ? c->interfaces : nullptr);
+    if (c->flags & KELP_CONTROL_STORED_POSITION)
+        AnswerStoredPosition(r->klass);
 }
 
 void LinkInterface(Registered *r) {

@@ -3,6 +3,7 @@
 // below its gate, or made while no plug-in is loading, is ignored without a
 // word: an old plug-in keeps working with what it can express.
 #include "plugins/host.h"
+#include "plugins/old_records.h"
 
 #include "base/ascii.h"
 #include "base/fatal_report.h"
@@ -111,13 +112,22 @@ extern "C" void PluginRegisterClass(KELPclassDefinition *record) {
     Index(r);
 }
 
-// Record version 1 predates the layout a control has now; 2 was never
-// released.  Both are left alone.
+// Record version 1 predates the layout a control has now and is converted;
+// 2 was never released and is left alone.
 extern "C" void PluginRegisterControl(KELPcontrol *record) {
-    if (!Host().current || !record || record->version < 3 || !NameIsFree(record->name))
+    PluginRecord *p = Host().current;
+    if (!p || !record || record->version == 2 || record->version < 1)
+        return;
+    KELPcontrolV1 *old = nullptr;
+    if (record->version == 1) {
+        old = reinterpret_cast<KELPcontrolV1 *>(record);
+        record = ConvertControlV1(*old, *p);
+    }
+    if (!record || !NameIsFree(record->name))
         return;
     Registered *r = Push(Host().controls, Kind::Control);
     r->controlRecord = record;
+    r->oldControlRecord = old;
     Index(r);
 }
 
@@ -137,9 +147,15 @@ extern "C" void PluginRegisterInterface(KELPinterfaceDefinition *record) {
     Index(r);
 }
 
+// A plug-in of version 1 names the function by its index in its exports;
+// version 2 is left alone.
 extern "C" void PluginRegisterMethod(KELPmethodDefinition *record) {
     PluginRecord *p = Host().current;
-    if (!p || p->version < 3 || !record || !record->declaration)
+    if (!p || p->version == 2 || p->version < 1 || !record)
+        return;
+    if (p->version == 1)
+        record = ConvertMethodV1(*reinterpret_cast<KELPmethodDefinitionV1 *>(record), *p);
+    if (!record || !record->declaration)
         return;
     auto *m = new GlobalMethod();
     m->plugin = p;

@@ -122,6 +122,7 @@ TextStyle &DialogDefaultTextStyle() {
 
 uintptr_t StackLimit() { return tStackLimit; }
 uintptr_t StackBase() { return tStackBase; }
+void SetStackLimit(uintptr_t limit) { tStackLimit = limit; }
 
 } // namespace kelp
 

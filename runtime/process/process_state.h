@@ -66,5 +66,7 @@ TextStyle &DialogDefaultTextStyle();
 // the position it was set at; 0 before.
 uintptr_t StackLimit();
 uintptr_t StackBase();
+// Moves the current thread's limit, for code that runs on a stack of its own.
+void SetStackLimit(uintptr_t limit);
 
 } // namespace kelp

@@ -52,7 +52,7 @@ gboolean OnMotion(GtkWidget *, GdkEventMotion *event, gpointer data) {
     SetCurrentModifiers(ModifiersFromState(event->state));
     int x = 0, y = 0;
     ContentPointer(window, x, y);
-    ApplyCursor(window, ChooseCursor(window, x, y));
+    AdjustCursorAt(window, x, y);
     if (MouseCapturePane())
         return FALSE;
     if (window->LockForEvent()) {

@@ -1,10 +1,13 @@
 // Class records, class tests and casts, interface tables, event tables.
 #include "objects/object_model.h"
+#include "objects/text.h"
 #include "support/class_kit.h"
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
+#include <vector>
 
 using namespace kelp::test;
 
@@ -60,6 +63,39 @@ TEST(Classes, NewClassCopiesInheritedRowsAndChecksCounts) {
     RuntimeClass *odd = RuntimeNewClass(nullptr, -5, -1, -1, -1, -1);
     ASSERT_NE(odd, nullptr);
     EXPECT_EQ(odd->methodCount, 0);
+}
+
+// The name index against a plain walk of the list, newest first: classes
+// made with and without names, named later, looked up in any case.
+TEST(Classes, FindByNameAgreesWithAWalkOfTheList) {
+    auto walk = [](const std::string &name) -> RuntimeClass * {
+        for (RuntimeClass *c = kelp::AllClassesHead(); c; c = c->nextClass)
+            if (kelp::objtext::SameName(kelp::objtext::View(c->name), name))
+                return c;
+        return nullptr;
+    };
+    std::mt19937 random(16);
+    std::vector<RuntimeClass *> unnamed;
+    for (int step = 0; step < 3000; ++step) {
+        const std::string name = "Fx" + std::to_string(random() % 200);
+        switch (random() % 4) {
+        case 0: MakeClass(nullptr, name.c_str(), sizeof(RuntimeObject)); break;
+        case 1: unnamed.push_back(RuntimeNewClass(nullptr, 0, 0, 0, 0, 0)); break;
+        case 2:
+            if (!unnamed.empty()) {
+                unnamed.back()->name = Lit(name);
+                unnamed.pop_back();
+            }
+            break;
+        default: {
+            std::string asked = name;
+            if (random() % 2)
+                asked[0] = 'f', asked[1] = 'X';
+            ASSERT_EQ(kelp::FindClassByName(asked.c_str()), walk(asked)) << step << " " << asked;
+        }
+        }
+    }
+    EXPECT_EQ(kelp::FindClassByName("NoSuchFx"), nullptr);
 }
 
 struct CastKit {

@@ -67,6 +67,43 @@ image::Segments CallingImage() {
     return b.Build();
 }
 
+// The entry for a plug-in of the first interface: print Halve(9) and a new
+// OldKnob's Spin(3), both reached by their entry names.
+image::Segments OldStyleImage() {
+    ImageBuilder b;
+    const uint32_t numbers = b.AddCString("%d %d\n");
+    const uint32_t knob = b.AddCString("OldKnob");
+    b.Prologue();
+    b.Push(Reg::RBX);
+    b.Push(Reg::R12);
+    b.CallImport("RuntimeInit");
+    b.CallImport("RuntimeInitExternalClasses");
+    b.LoadString(Reg::RDI, "Halve(n As Integer) As Integer");
+    b.CallImport("RuntimeLookupPluginEntrypoint");
+    b.MovImm(Reg::RDI, 9);
+    b.CallReg(Reg::RAX);
+    b.MovReg(Reg::R12, Reg::RAX);
+    b.LoadDataAddress(Reg::RDI, knob);
+    b.CallImport("PluginNewInstance");
+    b.MovReg(Reg::RBX, Reg::RAX);
+    b.LoadString(Reg::RDI, "OldKnob.Spin(n As Integer) As Integer");
+    b.CallImport("RuntimeLookupPluginEntrypoint");
+    b.MovReg(Reg::RDI, Reg::RBX);
+    b.MovImm(Reg::RSI, 3);
+    b.CallReg(Reg::RAX);
+    b.LoadDataAddress(Reg::RDI, numbers);
+    b.MovReg(Reg::RSI, Reg::R12);
+    b.MovReg(Reg::RDX, Reg::RAX);
+    b.MovImm(Reg::RAX, 0);
+    b.CallSoftImport("printf", "libc.so.6");
+    b.MovImm(Reg::RDI, 0);
+    b.CallSoftImport("fflush", "libc.so.6");
+    b.Pop(Reg::R12);
+    b.Pop(Reg::RBX);
+    b.Epilogue();
+    return b.Build();
+}
+
 std::vector<uint8_t> PluginBody(const std::string &name, const std::vector<uint8_t> &library) {
     std::vector<uint8_t> body(1 + name.size() + library.size());
     body[0] = uint8_t(name.size());
@@ -109,6 +146,19 @@ TEST(PluginImage, PackedByTheToolLoadedAndCalledByName) {
     EXPECT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.out, "42\n5\n(null)\n") << r.err;
     EXPECT_EQ(EntriesIn(temp.path()), 0u); // the extracted library went at the run-down
+}
+
+TEST(PluginImage, FirstInterfaceVersionConvertedAndCalled) {
+    TempDir work, temp, loose;
+    ASSERT_TRUE(WriteLoose(OldStyleImage(), loose.path()));
+    const std::string program = work / "app";
+    RunResult pack =
+        test::Run(KELP_BIN_DIR "/kelp-image", {"pack", "-o", program, loose.path(), "--plugin",
+                                               "65535:" KELP_BIN_DIR "/libKPOldStyle.so"});
+    ASSERT_EQ(pack.status, 0) << pack.err;
+    RunResult r = RunWithPrivateTemp(program, work, temp);
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out, "4 30\n") << r.err;
 }
 
 TEST(PluginImage, LibraryBesideTheProgramIsLoadedInPlace) {

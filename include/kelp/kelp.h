@@ -47,5 +47,7 @@
 /* Print, dialogs and the keyboard */
 #include "kelp/dialogs.h"
 #include "kelp/print.h"
+/* 2D shapes */
+#include "kelp/shapes.h"
 
 #endif

@@ -52,6 +52,8 @@ const RelocEntry kRows[] = {
 // Print, dialogs and the keyboard
 #include "dialogs/exports.inc"
 #include "print/exports.inc"
+// 2D shapes
+#include "shapes/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

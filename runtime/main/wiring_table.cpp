@@ -42,6 +42,8 @@
 #include "menus/wiring.h"
 #include "plugins/wiring.h"
 #include "print/wiring.h"
+// 2D shapes
+#include "shapes/wiring.h"
 
 namespace kelp {
 namespace {
@@ -90,6 +92,8 @@ const WiringStep kWiringTable[] = {
      &WireApp},
     // Edit fields and styled text
     {"edit_fields: the EditField class", &WireEditFields},
+    // 2D shapes
+    {"shapes: the Object2D classes; the pictures' vector part", &WireShapes},
 };
 
 } // namespace

@@ -1,0 +1,19 @@
+#include "shapes/wiring.h"
+
+#include "objects/definitions.h"
+#include "pictures/picture_object.h"
+#include "shapes/draw_object.h"
+#include "shapes/shape_record.h"
+
+namespace kelp {
+
+void WireShapes() {
+    for (DefinitionAccessor accessor :
+         {&Object2DDefinition, &RectShapeDefinition, &RoundRectShapeDefinition,
+          &OvalShapeDefinition, &ArcShapeDefinition, &PixmapShapeDefinition, &StringShapeDefinition,
+          &CurveShapeDefinition, &Group2DDefinition, &FigureShapeDefinition})
+        AddIntrinsicClassAccessor(accessor);
+    SetVectorPictureHooks({&NewGroup2D, &DrawVectorPicture});
+}
+
+} // namespace kelp

@@ -1,0 +1,5 @@
+#pragma once
+namespace kelp {
+// The shape classes; the pictures' vector part.
+void WireShapes();
+} // namespace kelp

@@ -1,9 +1,22 @@
 #include "shapes/transforms.h"
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace kelp {
 namespace {
+
+// The shapes one change has reached: each moves once, however often it is
+// held (a group may hold a shape twice, or itself).
+using Reached = std::vector<const ShapeRecord *>;
+
+bool FirstVisit(Reached &reached, const ShapeRecord &s) {
+    if (std::find(reached.begin(), reached.end(), &s) != reached.end())
+        return false;
+    reached.push_back(&s);
+    return true;
+}
 
 // Applies `f` to a curve's end and control points.
 template <typename F> void EachCurvePoint(ShapeRecord &s, F f) {
@@ -18,21 +31,21 @@ template <typename F> void EachMember(ShapeRecord &s, F f) {
             f(*Shape(member));
 }
 
-} // namespace
-
-void MoveShape(ShapeRecord &s, double dx, double dy, int32_t depth) {
-    if (!std::isfinite(dx) || !std::isfinite(dy) || depth < 0)
+void Move(ShapeRecord &s, double dx, double dy, int32_t depth, Reached &reached) {
+    if (depth < 0 || !FirstVisit(reached, s))
         return;
     s.x += dx;
     s.y += dy;
     if (s.tag == kTagCurve)
         EachCurvePoint(s, [&](double &x, double &y) { x += dx, y += dy; });
     if (IsGroupTag(s.tag))
-        EachMember(s, [&](ShapeRecord &m) { MoveShape(m, dx, dy, depth - 1); });
+        EachMember(s, [&](ShapeRecord &m) { Move(m, dx, dy, depth - 1, reached); });
 }
 
-void ScaleShape(ShapeRecord &s, double factor, int32_t depth) {
-    if (!(factor > 0) || !std::isfinite(factor) || depth < 0)
+// Each member's centre goes to c + (centre - c) * factor, its scale is
+// multiplied by factor: so Move before Scale, each reaching a shape once.
+void Scale(ShapeRecord &s, double factor, int32_t depth, Reached &reached) {
+    if (depth < 0 || !FirstVisit(reached, s))
         return;
     s.scale *= factor;
     const double cx = s.x, cy = s.y;
@@ -43,13 +56,16 @@ void ScaleShape(ShapeRecord &s, double factor, int32_t depth) {
         });
     if (IsGroupTag(s.tag))
         EachMember(s, [&](ShapeRecord &m) {
-            MoveShape(m, (m.x - cx) * (factor - 1), (m.y - cy) * (factor - 1), depth - 1);
-            ScaleShape(m, factor, depth - 1);
+            if (std::find(reached.begin(), reached.end(), &m) != reached.end())
+                return;
+            Reached moved;
+            Move(m, (m.x - cx) * (factor - 1), (m.y - cy) * (factor - 1), depth - 1, moved);
+            Scale(m, factor, depth - 1, reached);
         });
 }
 
-void RotateShape(ShapeRecord &s, double delta, int32_t depth) {
-    if (!std::isfinite(delta) || depth < 0)
+void Rotate(ShapeRecord &s, double delta, int32_t depth, Reached &reached) {
+    if (depth < 0 || !FirstVisit(reached, s))
         return;
     s.rotation += delta;
     const double cx = s.x, cy = s.y, c = std::cos(delta), n = std::sin(delta);
@@ -62,11 +78,37 @@ void RotateShape(ShapeRecord &s, double delta, int32_t depth) {
         EachCurvePoint(s, turn);
     if (IsGroupTag(s.tag))
         EachMember(s, [&](ShapeRecord &m) {
+            if (std::find(reached.begin(), reached.end(), &m) != reached.end())
+                return;
             double x = m.x, y = m.y;
             turn(x, y);
-            MoveShape(m, x - m.x, y - m.y, depth - 1);
-            RotateShape(m, delta, depth - 1);
+            Reached moved;
+            Move(m, x - m.x, y - m.y, depth - 1, moved);
+            Rotate(m, delta, depth - 1, reached);
         });
+}
+
+} // namespace
+
+void MoveShape(ShapeRecord &s, double dx, double dy, int32_t depth) {
+    if (!std::isfinite(dx) || !std::isfinite(dy))
+        return;
+    Reached reached;
+    Move(s, dx, dy, depth, reached);
+}
+
+void ScaleShape(ShapeRecord &s, double factor, int32_t depth) {
+    if (!(factor > 0) || !std::isfinite(factor))
+        return;
+    Reached reached;
+    Scale(s, factor, depth, reached);
+}
+
+void RotateShape(ShapeRecord &s, double delta, int32_t depth) {
+    if (!std::isfinite(delta))
+        return;
+    Reached reached;
+    Rotate(s, delta, depth, reached);
 }
 
 } // namespace kelp

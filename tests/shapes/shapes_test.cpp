@@ -14,6 +14,7 @@
 #include <cairo.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <filesystem>
@@ -326,6 +327,186 @@ TEST_F(Shapes, MatchCairoAcrossRotationAndScale) {
         }
     }
     cairo_surface_destroy(source);
+}
+
+// Sizes and angles no drawing can honour draw what the numbers allow, and
+// never crash or hang: a mirrored size is the same shape, a shape with no
+// area or no finite point draws nothing, a NaN turn is no turn.
+TEST_F(Shapes, BadSizesAndAnglesDrawWhatTheNumbersAllow) {
+    enum Expect { kNothing, kAsPlain, kSomething };
+    const struct Row {
+        const char *name;
+        DefinitionAccessor kind;
+        std::function<void(ShapeRecord &)> spoil;
+        Expect expect;
+    } rows[] = {
+        {"negative width", RectShapeDefinition, [](ShapeRecord &s) { s.width = -s.width; },
+         kAsPlain},
+        {"negative height oval", OvalShapeDefinition, [](ShapeRecord &s) { s.height = -60; },
+         kAsPlain},
+        {"zero width", RectShapeDefinition, [](ShapeRecord &s) { s.width = 0; }, kNothing},
+        {"zero scale", OvalShapeDefinition, [](ShapeRecord &s) { s.scale = 0; }, kNothing},
+        {"NaN rotation", RectShapeDefinition, [](ShapeRecord &s) { s.rotation = NAN; }, kAsPlain},
+        {"NaN width", RectShapeDefinition, [](ShapeRecord &s) { s.width = NAN; }, kNothing},
+        {"infinite X", OvalShapeDefinition, [](ShapeRecord &s) { s.x = INFINITY; }, kNothing},
+        {"NaN arc angle", ArcShapeDefinition, [](ShapeRecord &s) { s.arcAngle = NAN; }, kNothing},
+        {"NaN start angle", ArcShapeDefinition, [](ShapeRecord &s) { s.startAngle = NAN; },
+         kNothing},
+        {"huge scale", OvalShapeDefinition, [](ShapeRecord &s) { s.scale = 1e12; }, kSomething},
+        {"huge border", RectShapeDefinition,
+         [](ShapeRecord &s) { s.border = 1, s.borderWidth = 1e9; }, kSomething},
+        {"NaN border width", RectShapeDefinition,
+         [](ShapeRecord &s) { s.border = 1, s.borderWidth = NAN; }, kAsPlain},
+        {"NaN text size", StringShapeDefinition, [](ShapeRecord &s) { s.textSize = NAN; },
+         kSomething},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        Held plain(Make(row.kind, 110, 90, 80, 60));
+        Held spoilt(Make(row.kind, 110, 90, 80, 60));
+        row.spoil(*spoilt);
+        const Pixels drawn = Drawn(spoilt.o);
+        if (row.expect == kNothing)
+            EXPECT_EQ(Ink(drawn), 0);
+        else if (row.expect == kSomething)
+            EXPECT_GT(Ink(drawn), 0);
+        else
+            EXPECT_LE(Mismatches(drawn, Drawn(plain.o), {0xCC2200, 0x0033AA}), 4);
+        EXPECT_FALSE(RectShapeContains(spoilt.o, NAN, 90));
+    }
+}
+
+// What the language sees of shapes: the inside test, the percent and angle
+// accessors, a group's setters carrying its members, and its bounds.
+TEST_F(Shapes, ContainsAndSetters) {
+    Held rect(Make(RectShapeDefinition, 0, 0, 100, 100));
+    Held arc(Make(ArcShapeDefinition, 0, 0, 100, 100)); // 0 to pi / 2: the lower right
+    Held round(Make(RoundRectShapeDefinition, 0, 0, 100, 100));
+    round->cornerWidth = round->cornerHeight = 60;
+    const struct Row {
+        RuntimeObject *shape;
+        double x, y;
+        bool inside;
+    } rows[] = {
+        {rect.o, 50, 50, true},  {rect.o, 51, 0, false},  {arc.o, 20, 20, true},
+        {arc.o, -20, 20, false}, {arc.o, 20, -20, false}, {round.o, 48, 48, false},
+        {round.o, 30, 48, true}, {round.o, 0, 50, true},
+    };
+    for (const Row &row : rows)
+        EXPECT_EQ(RectShapeContains(row.shape, row.x, row.y), row.inside)
+            << Shape(row.shape)->tag << " at " << row.x << ", " << row.y;
+    SetDouble(rect.o, offsetof(ShapeRecord, rotation), kPi / 4);
+    EXPECT_TRUE(RectShapeContains(rect.o, 0, 65)); // a diamond now
+    EXPECT_FALSE(RectShapeContains(rect.o, 45, 45));
+
+    doublePercentSetter(rect.o, offsetof(ShapeRecord, fill), 49);
+    EXPECT_DOUBLE_EQ(rect->fill, 0.49);
+    EXPECT_DOUBLE_EQ(doublePercentGetter(rect.o, offsetof(ShapeRecord, fill)), 49);
+    ArcStartAngleSetter(arc.o, offsetof(ShapeRecord, startAngle), -1);
+    EXPECT_DOUBLE_EQ(arc->startAngle, 2 * kPi - 1);
+
+    Held group(NewObjectOfDefinition(Group2DDefinition()));
+    Held a(Make(RectShapeDefinition, 10, 0, 4, 4)), b(Make(OvalShapeDefinition, -10, 0, 4, 4));
+    Group2DAppend(group.o, a.o);
+    Group2DInsert(group.o, 0, b.o);
+    ASSERT_EQ(Group2DCount(group.o), 2);
+    EXPECT_EQ(Group2DGetItem(group.o, 0), b.o);
+    RuntimeUnlockObject(b.o); // the reference Item gave
+    SetDouble(group.o, offsetof(ShapeRecord, x), 5);
+    SetDouble(group.o, offsetof(ShapeRecord, scale), 0); // ignored
+    SetDouble(group.o, offsetof(ShapeRecord, scale), 2);
+    SetDouble(group.o, offsetof(ShapeRecord, rotation), kPi / 2);
+    EXPECT_NEAR(a->x, 5, 1e-9);
+    EXPECT_NEAR(a->y, 20, 1e-9);
+    EXPECT_DOUBLE_EQ(a->scale, 2);
+    EXPECT_DOUBLE_EQ(a->rotation, kPi / 2);
+    EXPECT_NEAR(b->y, -20, 1e-9);
+    Group2DAppend(group.o, group.o); // holds itself: drawing and moving stop
+    Drawn(group.o, 3, 4);
+    EXPECT_NEAR(a->x, 5, 1e-9); // moved for the draw and back
+    Group2DRemoveByObject(group.o, group.o);
+
+    const struct Bad {
+        const char *name;
+        std::function<void()> call;
+    } bad[] = {
+        {"Item(2)", [&] { Group2DGetItem(group.o, 2); }},
+        {"Item(-1) =", [&] { Group2DSetItem(group.o, -1, a.o); }},
+        {"Remove(5)", [&] { Group2DRemoveByIndex(group.o, 5); }},
+        {"Insert(3)", [&] { Group2DInsert(group.o, 3, a.o); }},
+        {"ControlX(2)", [&] { CurveGetControlX(a.o, 2); }},
+        {"ControlY(-1) =", [&] { CurveSetControlY(a.o, -1, 1); }},
+        {"Count of nil", [&] { Group2DCount(nullptr); }},
+    };
+    for (const Bad &row : bad) {
+        RuntimeEnterHandlerRegion();
+        row.call();
+        RuntimeObject *e = RuntimeTakeException();
+        RuntimeLeaveHandlerRegion();
+        EXPECT_NE(e, nullptr) << row.name;
+        RuntimeUnlockObject(e);
+    }
+    EXPECT_EQ(Group2DCount(group.o), 2);
+}
+
+// Fill and Border are all or nothing on this target; segment counts follow
+// the shape's size and are capped.
+TEST_F(Shapes, StyleThresholdsAndSegmentCounts) {
+    Held rect(Make(RectShapeDefinition, 110, 90, 40, 40));
+    const struct Row {
+        double fill, border, borderWidth;
+        bool filled, bordered;
+    } rows[] = {{0.49, 0, 1, false, false},
+                {0.5, 0, 1, true, false},
+                {0, 1, 0, false, false},
+                {0, 1, 3, false, true},
+                {0, 0.49, 3, false, false}};
+    for (const Row &row : rows) {
+        rect->fill = row.fill, rect->border = row.border, rect->borderWidth = row.borderWidth;
+        const Pixels p = Drawn(rect.o);
+        EXPECT_EQ(p[90 * kW + 110] == 0xCC2200, row.filled) << row.fill;
+        EXPECT_EQ(p[90 * kW + 90] == 0x0033AA, row.bordered) << row.border;
+    }
+    Held oval(Make(OvalShapeDefinition, 0, 0, 100, 100));
+    std::vector<PointD> points;
+    const struct Count {
+        int32_t segments;
+        double scale;
+        size_t points;
+    } counts[] = {{2, 1, 40}, {0, 0.1, 8}, {5000, 1, 1024}, {0, 1e9, 1024}, {12, 1, 12}};
+    for (const Count &c : counts) {
+        oval->segments = c.segments, oval->scale = c.scale;
+        ClosedOutline(*oval, points);
+        EXPECT_EQ(points.size(), c.points) << c.segments << " at scale " << c.scale;
+    }
+}
+
+// A string is centred on X with its baseline on Y; turned a quarter, its
+// ink is as tall as it was wide.
+TEST_F(Shapes, StringsStandAndTurn) {
+    Held text(Make(StringShapeDefinition, 110, 90, 0, 0));
+    SSToStringSetter(text.o, 0, Lit("Shapes"));
+    text->textSize = 24, text->fillColor = 0x000000;
+    KelpString back = StringToSSGetter(text.o, 0);
+    EXPECT_EQ(Str(back), "Shapes");
+    ReleaseString(back);
+    auto box = [](const Pixels &p) {
+        int left = kW, right = -1, top = kH, bottom = -1;
+        for (int i = 0; i < kW * kH; ++i)
+            if (p[i] != 0xFFFFFF)
+                left = std::min(left, i % kW), right = std::max(right, i % kW),
+                top = std::min(top, i / kW), bottom = std::max(bottom, i / kW);
+        return std::array<int, 4>{left, top, right, bottom};
+    };
+    const auto flat = box(Drawn(text.o));
+    EXPECT_NEAR((flat[0] + flat[2]) / 2.0, 110, 2);
+    EXPECT_LE(flat[3], 96); // the descent, at most
+    EXPECT_GE(flat[1], 60);
+    text->rotation = kPi / 2;
+    const auto turned = box(Drawn(text.o));
+    EXPECT_NEAR(turned[3] - turned[1], flat[2] - flat[0], 3);
+    EXPECT_NEAR(turned[2] - turned[0], flat[3] - flat[1], 3);
+    EXPECT_LT(turned[0], 110); // turned clockwise: the tops of the letters face right
 }
 
 } // namespace

@@ -1,22 +1,16 @@
 #include "shapes/transforms.h"
 
-#include <algorithm>
 #include <cmath>
-#include <vector>
+#include <unordered_set>
 
 namespace kelp {
 namespace {
 
 // The shapes one change has reached: each moves once, however often it is
 // held (a group may hold a shape twice, or itself).
-using Reached = std::vector<const ShapeRecord *>;
+using Reached = std::unordered_set<const ShapeRecord *>;
 
-bool FirstVisit(Reached &reached, const ShapeRecord &s) {
-    if (std::find(reached.begin(), reached.end(), &s) != reached.end())
-        return false;
-    reached.push_back(&s);
-    return true;
-}
+bool FirstVisit(Reached &reached, const ShapeRecord &s) { return reached.insert(&s).second; }
 
 // Applies `f` to a curve's end and control points.
 template <typename F> void EachCurvePoint(ShapeRecord &s, F f) {
@@ -56,7 +50,7 @@ void Scale(ShapeRecord &s, double factor, int32_t depth, Reached &reached) {
         });
     if (IsGroupTag(s.tag))
         EachMember(s, [&](ShapeRecord &m) {
-            if (std::find(reached.begin(), reached.end(), &m) != reached.end())
+            if (reached.count(&m))
                 return;
             Reached moved;
             Move(m, (m.x - cx) * (factor - 1), (m.y - cy) * (factor - 1), depth - 1, moved);
@@ -78,7 +72,7 @@ void Rotate(ShapeRecord &s, double delta, int32_t depth, Reached &reached) {
         EachCurvePoint(s, turn);
     if (IsGroupTag(s.tag))
         EachMember(s, [&](ShapeRecord &m) {
-            if (std::find(reached.begin(), reached.end(), &m) != reached.end())
+            if (reached.count(&m))
                 return;
             double x = m.x, y = m.y;
             turn(x, y);

@@ -4,6 +4,7 @@
 #include "pictures/picture_object.h"
 #include "shapes/draw_object.h"
 #include "shapes/shape_record.h"
+#include "system/window_picture.h"
 
 namespace kelp {
 
@@ -14,6 +15,7 @@ void WireShapes() {
           &CurveShapeDefinition, &Group2DDefinition, &FigureShapeDefinition})
         AddIntrinsicClassAccessor(accessor);
     SetVectorPictureHooks({&NewGroup2D, &DrawVectorPicture});
+    SetWindowPictureMaker(&MakeWindowPicture);
 }
 
 } // namespace kelp

@@ -509,5 +509,58 @@ TEST_F(Shapes, StringsStandAndTurn) {
     EXPECT_LT(turned[0], 110); // turned clockwise: the tops of the letters face right
 }
 
+// System._DrawWindow: the fill, then the backdrop at the top left, cut to
+// the picture, or stretched over it.
+TEST_F(Shapes, SystemDrawsAWindowPicture) {
+    Pixels quarters;
+    Held backdrop(QuarterPicture(quarters)); // 40 x 30
+    const struct Row {
+        const char *name;
+        int32_t width, height;
+        bool withBackdrop, stretch;
+        struct Spot {
+            int x, y;
+            uint32_t colour;
+        } spots[4];
+    } rows[] = {
+        {"fill only",
+         30,
+         20,
+         false,
+         false,
+         {{0, 0, 0x336699}, {29, 19, 0x336699}, {15, 10, 0x336699}, {29, 0, 0x336699}}},
+        {"backdrop at the top left",
+         60,
+         50,
+         true,
+         false,
+         {{0, 0, 0x00AA00}, {39, 29, 0xDDAA00}, {40, 0, 0x336699}, {0, 30, 0x336699}}},
+        {"backdrop cut to the picture",
+         25,
+         10,
+         true,
+         false,
+         {{0, 0, 0x00AA00}, {24, 9, 0xAA00AA}, {19, 9, 0x00AA00}, {20, 0, 0xAA00AA}}},
+        {"backdrop stretched",
+         80,
+         90,
+         true,
+         true,
+         {{0, 0, 0x00AA00}, {79, 89, 0xDDAA00}, {41, 10, 0xAA00AA}, {10, 46, 0x0000CC}}},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        Held picture(SystemDrawWindow(nullptr, Lit("Untitled"), row.width, row.height, 0, 1, 1, 1,
+                                      1, row.withBackdrop ? backdrop.o : nullptr, row.stretch,
+                                      0x336699));
+        ASSERT_NE(picture.o, nullptr);
+        EXPECT_EQ(pictureWidthGetter(picture.o, 0), row.width);
+        EXPECT_EQ(PictureDepthGetter(picture.o, 0), 32);
+        for (const auto &spot : row.spots)
+            EXPECT_EQ(StoreOf(picture.o)->GetPixel(spot.x, spot.y), spot.colour)
+                << spot.x << ", " << spot.y;
+    }
+}
+
 } // namespace
 } // namespace kelp::test

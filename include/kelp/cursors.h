@@ -38,6 +38,12 @@ RuntimeObject *RuntimeGetCursorFromResourceManager(int32_t id);
 /* Always 1; getScreen(0) is a new Screen, any other index null. */
 int32_t getScreenCount(void);
 RuntimeObject *getScreen(int32_t index);
+/* The properties of a Screen; 0 for nil. */
+int32_t screenLeftGetter(RuntimeObject *self, int32_t unused);
+int32_t screenTopGetter(RuntimeObject *self, int32_t unused);
+int32_t screenWidthGetter(RuntimeObject *self, int32_t unused);
+int32_t screenHeightGetter(RuntimeObject *self, int32_t unused);
+int32_t screenDepthGetter(RuntimeObject *self, int32_t unused);
 
 void TrayItemInitializer(RuntimeObject *item);
 void TrayItemFinalizer(RuntimeObject *item);

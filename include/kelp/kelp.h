@@ -49,5 +49,7 @@
 #include "kelp/print.h"
 /* The ListBox */
 #include "kelp/listbox.h"
+/* 2D shapes */
+#include "kelp/shapes.h"
 
 #endif

@@ -41,6 +41,16 @@ void SystemDebugLogger(RuntimeObject *system, stringStorage *message);
 void *LoadFunctionPointerFromLibrary(stringStorage *function, stringStorage *library);
 uint8_t IsFunctionAvailable(RuntimeObject *system, stringStorage *function, stringStorage *library);
 
+/* A Picture (depth 32, the caller's reference) of a window's content with
+ * no frame: filled with pictureFillColor, with the backdrop picture drawn
+ * from its top left corner, or stretched over the whole when asked.  The
+ * title, frame and box arguments are taken and not used.  Nil without a
+ * display. */
+RuntimeObject *SystemDrawWindow(RuntimeObject *system, stringStorage *title, int32_t width,
+                                int32_t height, int32_t frameType, uint8_t minBox, uint8_t maxBox,
+                                uint8_t closeBox, uint8_t growBox, RuntimeObject *backDrop,
+                                uint8_t stretchBackDrop, uint32_t pictureFillColor);
+
 /* Members without a counterpart here. */
 int32_t systemGetKeyScript(RuntimeObject *system, int32_t parameter);
 void systemSetKeyScript(RuntimeObject *system, int32_t parameter, int32_t value);

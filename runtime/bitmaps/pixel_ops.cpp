@@ -173,10 +173,12 @@ bool RotateByShears(const PixelBuffer &source, PixelBuffer &dest, double angle, 
     const int32_t ox = side / 2 - w / 2, oy = side / 2 - h / 2;
     for (int32_t y = 0; y < h; ++y)
         std::memcpy(&work.At(ox, oy + y), &dest.At(0, y), static_cast<size_t>(w) * 4);
+    // x += t y, y -= sin(angle) x, x += t y: a turn counter-clockwise on the
+    // screen (y grows downward), the same way as the quarter turns above.
     double t = std::tan(angle / 2);
-    ShearX(work, -t, flags, fill);
+    ShearX(work, t, flags, fill);
     ShearY(work, -2 * t / (t * t + 1), flags, fill);
-    ShearX(work, -t, flags, fill);
+    ShearX(work, t, flags, fill);
     for (int32_t y = 0; y < h; ++y)
         std::memcpy(&dest.At(0, y), &work.At(ox, oy + y), static_cast<size_t>(w) * 4);
     return true;

@@ -24,18 +24,21 @@ constexpr const char *kFile = "runtime/cursors/screen_and_tray.cpp";
 ObjectDefinition *ScreenDefinition() {
 #define KELP_SCREEN_FIELD(name, field)                                                             \
     { 0, name, &kTypeInteger, KELP_PLAIN_FIELD, {}, offsetof(ScreenObject, field) }
+#define KELP_SCREEN_GETTER(name, getter, field)                                                    \
+    { 0, name, &kTypeInteger, KELP_ENTRY(getter), {}, offsetof(ScreenObject, field) }
     static const PropertyRow properties[] = {
-        KELP_SCREEN_FIELD("Left", left),
-        KELP_SCREEN_FIELD("Top", top),
-        KELP_SCREEN_FIELD("Width", width),
-        KELP_SCREEN_FIELD("Height", height),
-        KELP_SCREEN_FIELD("Depth", depth),
+        KELP_SCREEN_GETTER("Left", screenLeftGetter, left),
+        KELP_SCREEN_GETTER("Top", screenTopGetter, top),
+        KELP_SCREEN_GETTER("Width", screenWidthGetter, width),
+        KELP_SCREEN_GETTER("Height", screenHeightGetter, height),
+        KELP_SCREEN_GETTER("Depth", screenDepthGetter, depth),
         KELP_SCREEN_FIELD("AvailableLeft", availableLeft),
         KELP_SCREEN_FIELD("AvailableTop", availableTop),
         KELP_SCREEN_FIELD("AvailableWidth", availableWidth),
         KELP_SCREEN_FIELD("AvailableHeight", availableHeight),
     };
 #undef KELP_SCREEN_FIELD
+#undef KELP_SCREEN_GETTER
     static const ClassDescription description = {
         .name = "Screen", .instanceSize = sizeof(ScreenObject), .properties = properties};
     static ObjectDefinition *definition = BuildDefinition(description);
@@ -81,6 +84,18 @@ extern "C" RuntimeObject *getScreen(int32_t index) {
     screen->depth = display ? gdk_drawable_get_depth(gdk_get_default_root_window()) : 24;
     return object;
 }
+
+// The Screen's properties read what getScreen saw when it made the object.
+#define KELP_SCREEN_READER(fn, field)                                                              \
+    extern "C" int32_t fn(RuntimeObject *self, int32_t) {                                          \
+        return self ? reinterpret_cast<ScreenObject *>(self)->field : 0;                           \
+    }
+KELP_SCREEN_READER(screenLeftGetter, left)
+KELP_SCREEN_READER(screenTopGetter, top)
+KELP_SCREEN_READER(screenWidthGetter, width)
+KELP_SCREEN_READER(screenHeightGetter, height)
+KELP_SCREEN_READER(screenDepthGetter, depth)
+#undef KELP_SCREEN_READER
 
 extern "C" void TrayItemInitializer(RuntimeObject *self) {
     if (!self)

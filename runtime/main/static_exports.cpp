@@ -54,6 +54,8 @@ const RelocEntry kRows[] = {
 #include "print/exports.inc"
 // The ListBox
 #include "listbox/exports.inc"
+// 2D shapes
+#include "shapes/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

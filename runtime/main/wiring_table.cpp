@@ -44,6 +44,8 @@
 #include "print/wiring.h"
 // The ListBox
 #include "listbox/wiring.h"
+// 2D shapes
+#include "shapes/wiring.h"
 
 namespace kelp {
 namespace {
@@ -94,6 +96,8 @@ const WiringStep kWiringTable[] = {
     {"edit_fields: the EditField class", &WireEditFields},
     // The ListBox
     {"listbox: the ListBox, OldListbox and ListColumn classes", &WireListbox},
+    // 2D shapes
+    {"shapes: the Object2D classes; the pictures' vector part", &WireShapes},
 };
 
 } // namespace

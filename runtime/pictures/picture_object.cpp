@@ -54,7 +54,11 @@ bool ReadMap(RuntimeArray *map, uint8_t out[256]) {
     return true;
 }
 
+VectorPictureHooks gVectorHooks;
+
 } // namespace
+
+void SetVectorPictureHooks(const VectorPictureHooks &hooks) { gVectorHooks = hooks; }
 
 DrawablePane *StoreOf(RuntimeObject *picture) { return picture ? Record(picture)->store : nullptr; }
 
@@ -154,7 +158,8 @@ extern "C" void PictureConstructor(RuntimeObject *self, int32_t width, int32_t h
     p->height = height;
     if (depth >= 1)
         p->store = new DrawablePane(width, height, depth);
-    // A vector picture's Objects group comes with the shape classes.
+    else if (gVectorHooks.makeGroup && !p->objects)
+        p->objects = gVectorHooks.makeGroup();
 }
 
 extern "C" void RuntimePictureDestructor(RuntimeObject *self) {
@@ -373,20 +378,25 @@ extern "C" void RuntimeGraphicsDrawPicture(RuntimeObject *g, RuntimeObject *pict
                                            int32_t sourceX, int32_t sourceY, int32_t sourceWidth,
                                            int32_t sourceHeight) {
     Graphics *graphics = GraphicsOfObject(g);
-    DrawablePane *store = StoreOf(picture);
-    if (!graphics || !store)
+    if (!graphics || !picture)
         return;
     PictureCut cut{x, y, destWidth, destHeight, sourceX, sourceY, sourceWidth, sourceHeight};
-    if (!CutPictureToStore(cut, store->Width(), store->Height()))
-        return;
-    Rect bounds{};
-    if (GraphicsTarget *target = graphics->Target()) {
-        target->PrepareForDrawing();
-        bounds = target->Bounds();
+    DrawablePane *store = StoreOf(picture);
+    if (store && CutPictureToStore(cut, store->Width(), store->Height())) {
+        Rect bounds{};
+        if (GraphicsTarget *target = graphics->Target()) {
+            target->PrepareForDrawing();
+            bounds = target->Bounds();
+        }
+        Rect source = RectFromXYWH(cut.sourceX, cut.sourceY, cut.sourceWidth, cut.sourceHeight);
+        Rect dest =
+            RectFromXYWH(cut.x + bounds.left, cut.y + bounds.top, cut.destWidth, cut.destHeight);
+        // White is transparent only for a picture without a mask.
+        store->CopyRect(*graphics, source, dest, Record(picture)->transparent == 1);
     }
-    Rect source = RectFromXYWH(cut.sourceX, cut.sourceY, cut.sourceWidth, cut.sourceHeight);
-    Rect dest =
-        RectFromXYWH(cut.x + bounds.left, cut.y + bounds.top, cut.destWidth, cut.destHeight);
-    // White is transparent only for a picture without a mask.
-    store->CopyRect(*graphics, source, dest, Record(picture)->transparent == 1);
+    if (Record(picture)->objects && gVectorHooks.draw)
+        gVectorHooks.draw(
+            *graphics, Record(picture)->objects,
+            PictureCut{x, y, destWidth, destHeight, sourceX, sourceY, sourceWidth, sourceHeight},
+            pictureWidthGetter(picture, 0), pictureHeightGetter(picture, 0));
 }

@@ -9,6 +9,7 @@
 namespace kelp {
 
 struct ObjectDefinition;
+class Graphics;
 
 struct PictureRecord {
     RuntimeObject object;
@@ -36,5 +37,17 @@ RuntimeObject *NewPictureOfSize(int32_t width, int32_t height);
 DrawablePane *StoreOf(RuntimeObject *picture);
 // A picture from the bytes of a BMP file; nil for anything it refuses.
 RuntimeObject *PictureFromBmp(const uint8_t *data, size_t size);
+
+// The vector part of a picture belongs to the shapes, which stand above
+// the pictures: they make a vector picture's empty group and draw a
+// picture's group where the picture is drawn (the placement as the caller
+// gave it, and the picture's own size).
+struct PictureCut;
+struct VectorPictureHooks {
+    RuntimeObject *(*makeGroup)() = nullptr;
+    void (*draw)(Graphics &g, RuntimeObject *group, const PictureCut &cut, int32_t width,
+                 int32_t height) = nullptr;
+};
+void SetVectorPictureHooks(const VectorPictureHooks &hooks);
 
 } // namespace kelp

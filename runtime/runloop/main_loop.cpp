@@ -16,6 +16,7 @@ namespace {
 WindowLoopClient gWindows;
 ApplicationLoopClient gApplication;
 SerialPortPoller gSerialPoller = nullptr;
+ThreadSleeper gThreadSleeper = nullptr;
 SocketPoller gSocketPoller = nullptr;
 bool gBlockWhenIdle = true;
 bool gAppRunning = false;
@@ -37,6 +38,7 @@ bool AutoQuitOn() { return gApplication.autoQuitOn && gApplication.autoQuitOn();
 } // namespace
 
 void SetSerialPortPoller(SerialPortPoller poller) { gSerialPoller = poller; }
+void SetThreadSleeper(ThreadSleeper sleeper) { gThreadSleeper = sleeper; }
 void SetSocketPoller(SocketPoller poller) { gSocketPoller = poller; }
 
 bool BlockWhenIdle() { return gBlockWhenIdle; }
@@ -109,6 +111,10 @@ extern "C" uint8_t getUserCancelled(void) {
 extern "C" void AppSleepCurrentThread(RuntimeObject *, int32_t milliseconds) {
     if (milliseconds <= 0)
         return;
+    if (kelp::gThreadSleeper) {
+        kelp::gThreadSleeper(milliseconds);
+        return;
+    }
     struct timespec pause = {milliseconds / 1000, (milliseconds % 1000) * 1000000L};
     nanosleep(&pause, nullptr);
 }

@@ -1,5 +1,7 @@
 #pragma once
 // One pass of the run loop, and the services other subsystems hook into it.
+#include <cstdint>
+
 namespace kelp {
 
 // Window and pane work of a pass, supplied by the window layer.
@@ -31,6 +33,12 @@ using SerialPortPoller = void (*)();
 using SocketPoller = void (*)(bool fromDebugger);
 void SetSerialPortPoller(SerialPortPoller poller);
 void SetSocketPoller(SocketPoller poller);
+
+// How Application.SleepCurrentThread sleeps: the thread scheduler puts the
+// calling thread to sleep and lets the others run meanwhile.  Without one
+// the whole process sleeps.
+using ThreadSleeper = void (*)(int32_t milliseconds);
+void SetThreadSleeper(ThreadSleeper sleeper);
 
 // The eleven steps between two toolkit events.  `block` lets the toolkit
 // wait for an event when nothing else needs the processor.  Re-entrant:

@@ -1,12 +1,15 @@
 // The pointer and the screen, read from the display at the moment of the
 // call.
 #include "process/display.h"
+#include "system/window_picture.h"
 
 #include "kelp/system.h"
 
 #include <gdk/gdk.h>
 
 namespace {
+
+kelp::WindowPictureMaker gWindowPictureMaker = nullptr;
 
 bool ReadPointer(gint &x, gint &y, GdkModifierType &state) {
     if (!kelp::DisplayAvailable())
@@ -16,6 +19,8 @@ bool ReadPointer(gint &x, gint &y, GdkModifierType &state) {
 }
 
 } // namespace
+
+void kelp::SetWindowPictureMaker(WindowPictureMaker maker) { gWindowPictureMaker = maker; }
 
 extern "C" int32_t getMouseX(RuntimeObject *, int32_t) {
     gint x = 0, y = 0;
@@ -46,4 +51,14 @@ extern "C" int32_t systemPixel(RuntimeObject *, int32_t x, int32_t y) {
     const int32_t rgb = (int32_t(p[0]) << 16) | (int32_t(p[1]) << 8) | p[2];
     g_object_unref(pixel);
     return rgb;
+}
+
+extern "C" RuntimeObject *SystemDrawWindow(RuntimeObject *, stringStorage *, int32_t width,
+                                           int32_t height, int32_t, uint8_t, uint8_t, uint8_t,
+                                           uint8_t, RuntimeObject *backDrop,
+                                           uint8_t stretchBackDrop, uint32_t pictureFillColor) {
+    if (!gWindowPictureMaker || !kelp::DisplayAvailable())
+        return nullptr;
+    return gWindowPictureMaker(width, height, backDrop, stretchBackDrop != 0,
+                               pictureFillColor & 0xFFFFFF);
 }

@@ -50,6 +50,14 @@ ObjectDefinition *SystemDefinition() {
     static const ParameterRow functionParams[] = {{"name", &kTypeString},
                                                   {"library", &kTypeString}};
     static const ParameterRow indexParams[] = {{"index", &kTypeInteger}};
+    static const TypeRecord pictureType = {kTypeObjectOf, "Picture"};
+    static const ParameterRow drawWindowParams[] = {
+        {"title", &kTypeString},          {"width", &kTypeInteger},
+        {"height", &kTypeInteger},        {"frameType", &kTypeInteger},
+        {"minBox", &kTypeBoolean},        {"maxBox", &kTypeBoolean},
+        {"closeBox", &kTypeBoolean},      {"growBox", &kTypeBoolean},
+        {"backDrop", &pictureType},       {"stretchBackDrop", &kTypeBoolean},
+        {"pictureFillColor", &kTypeColor}};
     static const MethodRow methods[] = {
         {"CommandLine", &kTypeString, nullptr, 0, KELP_ENTRY(SystemGetCommandLine)},
         {"Pixel", &kTypeColor, pixelParams, 2, KELP_ENTRY(systemPixel)},
@@ -59,6 +67,7 @@ ObjectDefinition *SystemDefinition() {
         {"DebugLog", nullptr, messageParams, 1, KELP_ENTRY(SystemDebugLogger)},
         {"IsFunctionAvailable", &kTypeBoolean, functionParams, 2, KELP_ENTRY(IsFunctionAvailable)},
         {"PenButtonPushed", &kTypeBoolean, indexParams, 1, KELP_ENTRY(SystemGetPenButton)},
+        {"_DrawWindow", &pictureType, drawWindowParams, 11, KELP_ENTRY(SystemDrawWindow)},
     };
     static const ClassDescription description = {
         .name = "_SystemClass",

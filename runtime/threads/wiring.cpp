@@ -1,9 +1,21 @@
 #include "threads/wiring.h"
 
 #include "objects/definitions.h"
+#include "runloop/main_loop.h"
+#include "threads/scheduler.h"
 #include "threads/thread_objects.h"
 
 namespace kelp {
+namespace {
+
+// The calling thread sleeps in the scheduler: other threads run meanwhile,
+// and with none the process waits in the scheduler's own sleep.
+void SleepCurrentThread(int32_t milliseconds) {
+    if (ThreadRecord *me = CurrentThread())
+        SleepThread(me, static_cast<uint32_t>(milliseconds), false);
+}
+
+} // namespace
 
 void WireThreads() {
     TakeRunLockForMainThread();
@@ -11,6 +23,7 @@ void WireThreads() {
     AddIntrinsicClassAccessor(&SemaphoreDefinition);
     AddIntrinsicClassAccessor(&CriticalSectionDefinition);
     AddIntrinsicClassAccessor(&MutexDefinition);
+    SetThreadSleeper(&SleepCurrentThread);
 }
 
 } // namespace kelp

@@ -109,9 +109,11 @@ TEST_F(Cursors, ResourceCursorsScreensTrayItemsAndTheBeep) {
     RuntimeObject *screen = getScreen(0);
     ASSERT_NE(screen, nullptr);
     const auto *s = reinterpret_cast<const ScreenObject *>(screen);
-    EXPECT_EQ(std::vector<int32_t>({s->left, s->top, s->width, s->height, s->depth,
-                                    s->availableWidth, s->availableHeight}),
-              std::vector<int32_t>({0, 0, 1280, 1024, 24, 1280, 1024}));
+    EXPECT_EQ(
+        std::vector<int32_t>({screenLeftGetter(screen, 0), screenTopGetter(screen, 0),
+                              screenWidthGetter(screen, 0), screenHeightGetter(screen, 0),
+                              screenDepthGetter(screen, 0), s->availableWidth, s->availableHeight}),
+        std::vector<int32_t>({0, 0, 1280, 1024, 24, 1280, 1024}));
     RuntimeUnlockObject(screen);
 
     test::ReportRecorder reports;

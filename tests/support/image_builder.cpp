@@ -121,6 +121,32 @@ void ImageBuilder::CallReg(Reg r) {
     mCode.push_back(uint8_t(0xD0 | Low(r)));
 }
 
+void ImageBuilder::CompareImm(Reg r, int8_t value) {
+    if (Ext(r))
+        mCode.push_back(0x41);
+    mCode.push_back(0x83);
+    mCode.push_back(uint8_t(0xF8 | Low(r)));
+    mCode.push_back(uint8_t(value));
+}
+
+uint32_t ImageBuilder::Jump(When when) {
+    if (when == When::Always) {
+        mCode.push_back(0xE9);
+    } else {
+        mCode.push_back(0x0F);
+        mCode.push_back(when == When::Equal ? 0x84 : 0x85);
+    }
+    const uint32_t hole = uint32_t(mCode.size());
+    AppendU32(mCode, 0);
+    return hole;
+}
+
+void ImageBuilder::SetJumpTarget(uint32_t hole, uint32_t codeOffset) {
+    const uint32_t rel = uint32_t(int32_t(codeOffset) - int32_t(hole + 4));
+    for (int i = 0; i < 4; ++i)
+        mCode[hole + i] = uint8_t(rel >> (8 * i));
+}
+
 // Threads a new hole at the end of the code onto the chain named key: the
 // new hole ends the chain (link 0) and the previous last hole links to it.
 // heads keeps "head" and "last" per key as key and key + '\n'.

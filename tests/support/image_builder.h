@@ -71,6 +71,12 @@ public:
     void StoreMem(Reg base, int32_t displacement, Reg from); // mov [base + disp], from (64-bit)
     void AddImm(Reg r, int32_t value);                       // add r, value
     void CallReg(Reg r);                                     // call r
+    // Branches within the code: cmp r32, imm8, then a jmp / je / jne rel32
+    // whose hole SetJumpTarget fills once the target is known.
+    enum class When : uint8_t { Always, Equal, NotEqual };
+    void CompareImm(Reg r, int8_t value);
+    uint32_t Jump(When when); // returns the hole
+    void SetJumpTarget(uint32_t hole, uint32_t codeOffset);
 
     // Calls an export by name through a type 1 chain of `call rel32` holes:
     // one link record per name, however many calls.

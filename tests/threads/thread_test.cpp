@@ -8,6 +8,7 @@
 #include "threads/thread_objects.h"
 
 #include "kelp/exceptions.h"
+#include "kelp/runloop.h"
 #include "kelp/threads.h"
 
 #include <gtest/gtest.h>
@@ -148,7 +149,7 @@ TEST(Threads, SleepSuspendAndResume) {
              }}},
            [&](std::vector<RuntimeObject *> &) {
                const auto before = Clock::now();
-               SleepThread(MainThreadRecord(), 300, false);
+               AppSleepCurrentThread(nullptr, 300); // sleeps in the scheduler
                EXPECT_TRUE(ran);
                EXPECT_LT(Clock::now() - before, std::chrono::seconds(3));
            });

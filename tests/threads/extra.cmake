@@ -1,0 +1,2 @@
+# The image test runs the runtime program.
+add_dependencies(${target} kelp)

@@ -47,5 +47,7 @@
 /* Print, dialogs and the keyboard */
 #include "kelp/dialogs.h"
 #include "kelp/print.h"
+/* Virtual volumes */
+#include "kelp/volumes.h"
 
 #endif

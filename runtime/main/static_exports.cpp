@@ -52,6 +52,8 @@ const RelocEntry kRows[] = {
 // Print, dialogs and the keyboard
 #include "dialogs/exports.inc"
 #include "print/exports.inc"
+// Virtual volumes
+#include "volumes/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

@@ -42,6 +42,7 @@
 #include "menus/wiring.h"
 #include "plugins/wiring.h"
 #include "print/wiring.h"
+#include "volumes/wiring.h"
 
 namespace kelp {
 namespace {
@@ -90,6 +91,8 @@ const WiringStep kWiringTable[] = {
      &WireApp},
     // Edit fields and styled text
     {"edit_fields: the EditField class", &WireEditFields},
+    // Virtual volumes
+    {"volumes: the VirtualVolume class; FolderItem's volume members", &WireVolumes},
 };
 
 } // namespace

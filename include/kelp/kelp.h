@@ -51,5 +51,7 @@
 #include "kelp/listbox.h"
 /* 2D shapes */
 #include "kelp/shapes.h"
+/* Virtual volumes */
+#include "kelp/volumes.h"
 
 #endif

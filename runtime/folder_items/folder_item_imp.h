@@ -55,6 +55,12 @@ public:
     virtual bool IsWriteable();
 
     virtual int64_t CreationSeconds() { return 0; }
+    virtual bool SetCreationSeconds(int64_t) { return false; }
+    // The four-character type code, where the item keeps one; "" otherwise.
+    virtual std::string MacType() { return std::string(); }
+    virtual bool SetMacType(const std::string &) { return false; }
+    // The number of the folder that holds the item, where there is one.
+    virtual int32_t MacDirID() { return 0; }
     virtual int64_t ModificationSeconds() { return 0; }
     virtual bool SetModificationSeconds(int64_t) { return false; }
 
@@ -78,6 +84,10 @@ public:
     // A folder and everything in it, children first; false at the first failure.
     virtual bool DeleteWithContents();
     virtual bool CopyTo(FolderItemImp &destination) = 0;
+    // The copy that works between any two kinds of item: the bytes through
+    // the items' own mechanisms, a folder with everything in it.  Into a
+    // folder, the copy is its child of the same name.
+    bool CopyContentsTo(FolderItemImp &destination);
     virtual bool MoveTo(FolderItemImp &destination) = 0;
     virtual bool Launch(const std::string &parameters) = 0;
     virtual void MakeExecutable() {}

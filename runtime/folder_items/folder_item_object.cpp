@@ -437,12 +437,17 @@ extern "C" void fileVisibleSetter(RuntimeObject *self, int32_t, uint8_t value) {
 
 extern "C" uint8_t FileExtensionVisibleGetter(RuntimeObject *, int32_t) { return 0; }
 extern "C" void FileExtensionVisibleSetter(RuntimeObject *, int32_t, uint8_t) {}
-extern "C" KelpString fileMacTypeGetter(RuntimeObject *, int32_t) { return nullptr; }
-extern "C" void fileMacTypeSetter(RuntimeObject *, int32_t, KelpString) {}
+KELP_TEXT_GETTER(fileMacTypeGetter, imp.MacType())
+extern "C" void fileMacTypeSetter(RuntimeObject *self, int32_t, KelpString value) {
+    if (FolderItemImp *imp = ImpOf(self))
+        imp->SetMacType(SystemPath(value));
+}
 extern "C" KelpString fileMacCreatorGetter(RuntimeObject *, int32_t) { return nullptr; }
 extern "C" void fileMacCreatorSetter(RuntimeObject *, int32_t, KelpString) {}
 extern "C" int32_t fileVRefNumGetter(RuntimeObject *, int32_t) { return 0; }
-extern "C" int32_t fileDirIDGetter(RuntimeObject *, int32_t) { return 0; }
+extern "C" int32_t fileDirIDGetter(RuntimeObject *self, int32_t) {
+    return WithImp<int32_t>(self, 0, [](FolderItemImp &imp) { return imp.MacDirID(); });
+}
 
 extern "C" RuntimeObject *folderParentGetter(RuntimeObject *self, int32_t) {
     FolderItemImp *imp = ImpOf(self);
@@ -723,9 +728,18 @@ extern "C" RuntimeObject *folderGetModified(RuntimeObject *self, int32_t) {
     return FileDate(self, &FolderItemImp::ModificationSeconds);
 }
 
-// The system keeps no settable birth time: the assignment is refused and
-// the file is left alone.
-extern "C" void folderSetCreation(RuntimeObject *self, int32_t, RuntimeObject *) { ImpOf(self); }
+// The host system keeps no settable birth time: there the assignment is
+// refused and the file is left alone.  An item that keeps one takes it.
+extern "C" void folderSetCreation(RuntimeObject *self, int32_t, RuntimeObject *date) {
+    FolderItemImp *imp = ImpOf(self);
+    if (!imp)
+        return;
+    if (!date) {
+        RaiseNilObject();
+        return;
+    }
+    imp->SetCreationSeconds(static_cast<int64_t>(std::floor(TotalSecondsOf(date))));
+}
 
 // Sets the modification time to the date's moment, in whole seconds, so
 // that reading the property back gives the date that was set.

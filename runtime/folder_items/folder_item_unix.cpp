@@ -323,6 +323,8 @@ bool FolderItemImpUnix::Delete() {
 }
 
 bool FolderItemImpUnix::CopyTo(FolderItemImp &destination) {
+    if (destination.IsVirtual()) // no path of the host system to give cp
+        return CopyContentsTo(destination);
     std::vector<std::string> argv = {"cp"};
     if (IsDirectory() && !IsAlias())
         argv.push_back("-R"); // a folder is copied whole
@@ -332,6 +334,8 @@ bool FolderItemImpUnix::CopyTo(FolderItemImp &destination) {
 }
 
 bool FolderItemImpUnix::MoveTo(FolderItemImp &destination) {
+    if (destination.IsVirtual())
+        return CopyContentsTo(destination) && DeleteWithContents();
     errno = 0;
     return RunAndWait({"mv", "-f", "--", WithoutSlash(mPath),
                        WithoutSlash(destination.AbsolutePath())}) == 0

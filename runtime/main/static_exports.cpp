@@ -56,6 +56,8 @@ const RelocEntry kRows[] = {
 #include "listbox/exports.inc"
 // 2D shapes
 #include "shapes/exports.inc"
+// Virtual volumes
+#include "volumes/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

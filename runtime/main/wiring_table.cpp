@@ -46,6 +46,7 @@
 #include "listbox/wiring.h"
 // 2D shapes
 #include "shapes/wiring.h"
+#include "volumes/wiring.h"
 
 namespace kelp {
 namespace {
@@ -98,6 +99,8 @@ const WiringStep kWiringTable[] = {
     {"listbox: the ListBox, OldListbox and ListColumn classes", &WireListbox},
     // 2D shapes
     {"shapes: the Object2D classes; the pictures' vector part", &WireShapes},
+    // Virtual volumes
+    {"volumes: the VirtualVolume class; FolderItem's volume members", &WireVolumes},
 };
 
 } // namespace

@@ -316,18 +316,7 @@ ObjectDefinition *BuildDefinition(const ClassDescription &description) {
     d->initializer.name = description.initializer.name;
     d->finalizer.toc = description.finalizer.code;
     d->finalizer.name = description.finalizer.name;
-    for (const PropertyRow &row : description.properties) {
-        auto *v = new InstanceVariable();
-        v->userFlags = row.flags;
-        v->row = &row;
-        Append(d->instanceVariables, v);
-    }
-    for (const MethodRow &row : description.methods) {
-        auto *m = new ObjectMethod();
-        m->userFlags = row.flags;
-        m->row = &row;
-        Append(d->methods, m);
-    }
+    ExtendDefinition(d, description.properties, description.methods);
     for (const EventRow &row : description.events) {
         auto *h = new ObjectHook();
         h->name = row.name;
@@ -351,6 +340,22 @@ ObjectDefinition *BuildDefinition(const ClassDescription &description) {
     d->nextDefinition = R().allDefinitions;
     R().allDefinitions = d;
     return d;
+}
+
+void ExtendDefinition(ObjectDefinition *definition, std::span<const PropertyRow> properties,
+                      std::span<const MethodRow> methods) {
+    for (const PropertyRow &row : properties) {
+        auto *v = new InstanceVariable();
+        v->userFlags = row.flags;
+        v->row = &row;
+        Append(definition->instanceVariables, v);
+    }
+    for (const MethodRow &row : methods) {
+        auto *m = new ObjectMethod();
+        m->userFlags = row.flags;
+        m->row = &row;
+        Append(definition->methods, m);
+    }
 }
 
 const char *TargetConditionText(const ObjectDefinition *definition) {

@@ -237,6 +237,11 @@ struct ObjectDefinition {
 // Builds a definition from its rows and links it in the list of all
 // definitions.  Call it once, from the definition's accessor.
 ObjectDefinition *BuildDefinition(const ClassDescription &description);
+// Adds rows to a definition from a folder above the one that built it (a
+// class whose members reach a higher subsystem).  Call it from a Wire
+// function, before the class is first used.
+void ExtendDefinition(ObjectDefinition *definition, std::span<const PropertyRow> properties,
+                      std::span<const MethodRow> methods);
 
 // The text of the class's target condition: "not TargetHasGUI", "true" or
 // "TargetHasGUI".

@@ -1,0 +1,6 @@
+#pragma once
+
+namespace kelp {
+// The VirtualVolume class, and FolderItem's members that reach volumes.
+void WireVolumes();
+} // namespace kelp

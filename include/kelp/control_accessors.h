@@ -107,9 +107,6 @@ RuntimeObject *paneObjGetter(RuntimeObject *object, int32_t offset);
 void paneObjSetter(RuntimeObject *object, int32_t offset, RuntimeObject *value);
 KelpString paneStringGetter(RuntimeObject *object, int32_t offset);
 void paneStringSetter(RuntimeObject *object, int32_t offset, KelpString value);
-/* A Double field kept as a fraction and shown as a percentage. */
-double doublePercentGetter(RuntimeObject *object, int32_t offset);
-void doublePercentSetter(RuntimeObject *object, int32_t offset, double value);
 
 /* ---- a ContainerControl's properties, which its embedded control holds;
  * selectors as for ctlPosGetter (0 to 3), 4 TabPanelIndex; Boolean fields

@@ -144,12 +144,3 @@ extern "C" void paneStringSetter(RuntimeObject *object, int32_t offset, KelpStri
     Repaint(object);
 }
 
-// The language shows 0 to 100; the record keeps the fraction.
-extern "C" double doublePercentGetter(RuntimeObject *object, int32_t offset) {
-    return doubleGetter(object, offset) * 100.0;
-}
-
-extern "C" void doublePercentSetter(RuntimeObject *object, int32_t offset, double value) {
-    doubleSetter(object, offset, std::isfinite(value) ? value * 0.01 : 0.0);
-    Repaint(object);
-}

@@ -35,10 +35,23 @@ template <typename F> bool Find(void *handle, const char *name, F &out) {
     return out != nullptr;
 }
 
+// The library reports a missing or busy device on standard error, many lines
+// a time; for this program a missing device only means silence.
+void IgnoreAlsaMessage(const char *, int, const char *, int, const char *, ...) {}
+
+void SilenceAlsaMessages(void *handle) {
+    using Handler = void (*)(const char *, int, const char *, int, const char *, ...);
+    int (*setHandler)(Handler) = nullptr;
+    if (Find(handle, "snd_lib_error_set_handler", setHandler))
+        setHandler(&IgnoreAlsaMessage);
+}
+
 const AlsaApi *Alsa() {
     static AlsaApi api{};
     static const bool available = [] {
         void *h = OpenOptionalLibrary("libasound.so.2");
+        if (h)
+            SilenceAlsaMessages(h);
         return h && Find(h, "snd_pcm_open", api.open) &&
                Find(h, "snd_pcm_set_params", api.setParams) &&
                Find(h, "snd_pcm_writei", api.writei) &&

@@ -58,6 +58,30 @@ private:
     Rect mBounds;
 };
 
+// Lends a Graphics for a Paint drawn into `g` with its corner at `at` and
+// clipped to `clip`.  The screen's drawing goes through a GraphicsGTK on a
+// target shifted to `at`; any other Graphics (a printed page) is lent
+// itself with its origin moved to `at`, so a print-out gets the Paint too.
+template <typename Paint>
+void PaintInto(Graphics &g, const Rect &at, const Rect &clip, Paint &&paint) {
+    if (dynamic_cast<GraphicsGTK *>(&g)) {
+        ShiftedTarget shifted(g.Target(), at);
+        GraphicsGTK lent(&shifted);
+        lent.SetClipRect(&clip);
+        paint(&lent);
+        return;
+    }
+    GraphicsStateSaver state(g);
+    const int32_t x = g.OriginX(), y = g.OriginY();
+    const Rect own{
+        static_cast<int16_t>(clip.top - at.top), static_cast<int16_t>(clip.left - at.left),
+        static_cast<int16_t>(clip.bottom - at.top), static_cast<int16_t>(clip.right - at.left)};
+    g.SetOrigin(x - at.left, y - at.top);
+    g.SetClipRect(&own);
+    paint(&g);
+    g.SetOrigin(x, y);
+}
+
 // The window makes the pane that took a press the capture pane when
 // MouseDown returns; after a drag the button is already up, so nothing would
 // end that capture.  The pane is only compared, never touched: it may be
@@ -147,12 +171,8 @@ void CanvasPane::DrawInto(Graphics &g, int32_t x, int32_t y) {
         g.SetClipRect(&at);
         DrawBackdrop(g, at);
     }
-    if (mRunControl && FindEventHandler(mRunControl, gPaint)) {
-        ShiftedTarget shifted(g.Target(), at);
-        GraphicsGTK paint(&shifted);
-        paint.SetClipRect(&at);
-        FirePaint(&paint);
-    }
+    if (mRunControl && FindEventHandler(mRunControl, gPaint))
+        PaintInto(g, at, at, [this](Graphics *lent) { FirePaint(lent); });
     for (SubPane *child : std::vector<SubPane *>(mChildren))
         if (auto *canvas = dynamic_cast<CanvasPane *>(child))
             canvas->DrawInto(g, x + child->bounds.left - bounds.left,
@@ -399,10 +419,7 @@ void DrawWindowBackground(Graphics &g, ViewRecord *view, RuntimeViewWindow *wind
                                 masked);
         }
     }
-    ShiftedTarget shifted(g.Target(), at);
-    GraphicsGTK contents(&shifted);
-    contents.SetClipRect(&clip);
-    window->DrawContents(&contents);
+    PaintInto(g, at, clip, [window](Graphics *lent) { window->DrawContents(lent); });
 }
 
 } // namespace

@@ -8,7 +8,6 @@
 #include "kelp/strings.h"
 
 #include "base/fatal_report.h"
-#include "windows/dialog_placement.h"
 #include "exceptions/raise.h"
 #include "folder_items/folder_item_object.h"
 #include "folder_items/folder_item_unix.h"
@@ -17,6 +16,7 @@
 #include "objects/definitions.h"
 #include "process/display.h"
 #include "strings/kstring.h"
+#include "windows/dialog_placement.h"
 #include "windows/runtime_view.h"
 
 #include <gtk/gtk.h>

@@ -73,6 +73,9 @@ void EscapeText(std::string &out, std::string_view text) {
     }
 }
 
+// Control characters other than tab and line end are no text of a field.
+bool IsTextCodePoint(uint32_t c) { return c >= 0x20 || c == '\t' || c == '\n'; }
+
 struct ReadState {
     bool bold = false, italic = false, underline = false;
     int32_t font = -1, halfPoints = 0, colour = 0;
@@ -111,7 +114,12 @@ public:
             } else if (pendingSkip > 0) {
                 --pendingSkip;
             } else {
-                Text(s, std::string(1, c));
+                // RTF is 7-bit; a raw byte above that is read as Latin-1, so
+                // the text handed on is always valid UTF-8.
+                std::string utf8;
+                AppendUtf8(utf8, static_cast<unsigned char>(c));
+                if (IsTextCodePoint(static_cast<unsigned char>(c)))
+                    Text(s, utf8);
             }
         }
         return std::move(mRuns);
@@ -135,9 +143,11 @@ private:
                     --pendingSkip;
                     return;
                 }
+                const auto byte = static_cast<uint32_t>(std::strtoul(hex.c_str(), nullptr, 16));
                 std::string utf8;
-                AppendUtf8(utf8, static_cast<uint32_t>(std::strtoul(hex.c_str(), nullptr, 16)));
-                Text(s, utf8);
+                AppendUtf8(utf8, byte);
+                if (IsTextCodePoint(byte))
+                    Text(s, utf8);
             } else if (first == '*') {
                 s.skip = true; // an optional destination this reader doesn't know
             } else if (first == '~') {
@@ -211,7 +221,7 @@ private:
             Text(s, "\t");
         } else if (word == "uc") {
             s.unicodeSkip = std::max(0, value);
-        } else if (word == "u") {
+        } else if (word == "u" && hasNumber) {
             uint32_t unit = static_cast<uint16_t>(static_cast<int16_t>(value));
             if (unit >= 0xD800 && unit < 0xDC00) {
                 mHighSurrogate = unit;
@@ -221,7 +231,8 @@ private:
                 mHighSurrogate = 0;
                 std::string utf8;
                 AppendUtf8(utf8, unit);
-                Text(s, utf8);
+                if (IsTextCodePoint(unit) && (unit < 0xD800 || unit >= 0xE000))
+                    Text(s, utf8);
             }
             pendingSkip = s.unicodeSkip;
         }

@@ -49,6 +49,8 @@ TEST(RichText, DocumentsOfOtherWritersReadAsRuns) {
         // Damage: groups never closed, closed too often, numbers out of range.
         {R"({\rtf1 {{{\b x}}}}}} y\fs99999999999999 z\'4)",
          {"x|b--|0||000000", " y|---|0||000000", "z|---|50000||000000"}},
+        // No NUL, no stray byte: what goes to the widget is valid UTF-8.
+        {"{\\rtf1 a\\u b\\'00c\xff}", {"abc\u00ff|---|0||000000"}},
         {R"({\rtf1\cf7 colour past the table\f9 and an unknown font})",
          {"colour past the tableand an unknown font|---|0||000000"}},
     };

@@ -2,6 +2,7 @@
 // each page, the page count and size, and the pixels where shapes were
 // drawn.  The print and page setup dialogs are answered through the X
 // server as a person would.
+#include "controls/control_fixture.h"
 #include "support/class_kit.h"
 #include "support/image_builder.h"
 #include "support/person.h"
@@ -221,6 +222,51 @@ TEST_F(Print, PicturesReachThePageAtTheirPlaceAndScale) {
     for (const Probe &p : probes)
         EXPECT_TRUE(near(page.At(left + p.x, top + p.y), p.colour))
             << p.x << "," << p.y << " " << std::hex << page.At(left + p.x, top + p.y);
+}
+
+void PaintGreenCorner(RuntimeObject *, RuntimeObject *g) {
+    graphicsForeColorSetter(g, 0, 0x00FF00);
+    RuntimeGraphicsFillRect(g, 0, 0, 10, 10);
+}
+void PaintBlueSquare(RuntimeObject *, RuntimeObject *g) {
+    graphicsForeColorSetter(g, 0, 0x0000FF);
+    RuntimeGraphicsFillRect(g, 5, 5, 10, 10);
+}
+
+// A window drawn onto a page: its colour, its Paint and its canvas's Paint,
+// each where it is on the window.
+class PrintWindow : public test::ControlFixture {};
+TEST_F(PrintWindow, DrawIntoAPageGivesThePaintsOfTheWindowAndItsCanvases) {
+    test::TempDir dir;
+    setenv("KELP_PRINT_TO_FILE", (dir / "w.pdf").c_str(), 1);
+    RuntimeObject *w = MakeWindow(100, 80,
+                                  [](RuntimeObject *view) {
+                                      Add(view, "Canvas", "Art",
+                                          [](test::MassData &m) { test::Box(m, 40, 30, 30, 30); },
+                                          {{"Paint", test::H(&PaintBlueSquare)}});
+                                  },
+                                  {{"Paint", test::H(&PaintGreenCorner)}});
+    windowHasBackColorSetter(w, 0, 1);
+    windowBackColorSetter(w, 0, 0xFF0000);
+    RuntimeInitExternalClasses();
+    KelpString name = test::Lit("PrinterSetup");
+    RuntimeObject *setup = RuntimeNewObject(RuntimeLookupClass(name));
+    RuntimeUnlockString(name);
+    const int left = -printerSetupInfoGetter(setup, 6), top = -printerSetupInfoGetter(setup, 7);
+    RuntimeObject *g = RuntimeOpenPrinter(setup);
+    ASSERT_NE(g, nullptr);
+    formDrawInto(w, g, 20, 20);
+    RuntimeUnlockObject(g);
+    unsetenv("KELP_PRINT_TO_FILE");
+    Rendered page = Render(dir / "w.pdf", 1);
+    for (auto [x, y, colour] : {std::tuple{21, 21, 0x00FF00u},
+                                {28, 28, 0x00FF00u},
+                                {32, 32, 0xFF0000u},
+                                {66, 56, 0x0000FFu},
+                                {76, 66, 0xFF0000u},
+                                {121, 101, 0xFFFFFFu}})
+        EXPECT_EQ(page.At(left + x, top + y), colour) << x << "," << y;
+    RuntimeUnlockObject(setup);
 }
 
 TEST_F(Print, ResolutionsFollowTheLimitsAndScaleToThePaper) {

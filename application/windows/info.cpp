@@ -77,8 +77,7 @@ constexpr ControlRow kHelpControls[] = {
     {"StaticText", "StaticText7", 15, 109, 450, 20, ""},
     {"StaticText", "StaticText2", 15, 138, 341, 20, "For info and updates visit us online at:"},
     {"StaticText", "StaticText3", 15, 153, 325, 20, kWebPageShown, 14, kUnderline, kLinkRed},
-    // As wide as the window allows, so the line shows to its end.
-    {"StaticText", "StaticText4", 15, 188, 440, 20, "Send comments, suggestions, or questions to:"},
+    {"StaticText", "StaticText4", 15, 188, 300, 20, "Send comments, suggestions, or questions to:"},
     {"StaticText", "StaticText5", 15, 202, 300, 20, kSupportShown, 14, kUnderline, kLinkRed},
 };
 

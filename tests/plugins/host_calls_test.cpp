@@ -203,6 +203,7 @@ TEST_F(PluginPictures, BuiltFromBuffersInEachLayout) {
     // Sizes a Rect can't hold, and layouts nobody defined, build nothing.
     EXPECT_EQ(Ramp(0, 4, KELP_PIXELS_RGB24), nullptr);
     EXPECT_EQ(Ramp(40000, 1, KELP_PIXELS_RGB24), nullptr);
+    EXPECT_EQ(Ramp(5000, 5000, KELP_PIXELS_XRGB32), nullptr); // too many pixels
     EXPECT_EQ(Ramp(2, 2, 7), nullptr);
 }
 

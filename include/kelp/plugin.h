@@ -428,7 +428,8 @@ typedef struct KELPpictureDescription {
     int32_t transparent; /* the picture's Transparent */
 } KELPpictureDescription;
 
-/* Null for a size below 1 or above 32767, an unknown layout or no pixels. */
+/* Null for an edge below 1 or above 32767, more than 16,777,216 pixels, an
+ * unknown layout or no pixels. */
 RuntimeObject *KELPBuildPictureFromBuffer(int32_t width, int32_t height, const void *pixels,
                                           int32_t pixelType);
 /* A copy of a GdkPixmap (or GdkPixbuf, by the type); with `giveOwnership`

@@ -22,9 +22,13 @@ namespace {
 
 // The largest edge a picture may have: the language's Rect keeps 16 bits.
 constexpr int32_t kMaxEdge = 32767;
+// And the most pixels: many screens' worth, and a copy of them fits in
+// memory, so a size read from damaged data can't ask for gigabytes.
+constexpr int64_t kMaxPixels = int64_t(1) << 24;
 
 bool SizeIsSound(int32_t width, int32_t height) {
-    return width >= 1 && height >= 1 && width <= kMaxEdge && height <= kMaxEdge;
+    return width >= 1 && height >= 1 && width <= kMaxEdge && height <= kMaxEdge &&
+           int64_t(width) * height <= kMaxPixels;
 }
 
 PictureRecord *Record(RuntimeObject *picture) { return reinterpret_cast<PictureRecord *>(picture); }
@@ -214,6 +218,10 @@ void unlockPictureDescription(RuntimeObject *picture, KELPpictureDescription *de
     DrawablePane *store = StoreOf(picture);
     if (description->pictureType == KELP_PICTURE_GDK_PIXBUF) {
         auto *pixbuf = static_cast<GdkPixbuf *>(description->pictureData);
+        if (!GDK_IS_PIXBUF(pixbuf)) {
+            description->pictureData = nullptr;
+            return;
+        }
         if (store && store->Pixmap() && gdk_pixbuf_get_width(pixbuf) == store->Width() &&
             gdk_pixbuf_get_height(pixbuf) == store->Height()) {
             std::vector<uint32_t> pixels;

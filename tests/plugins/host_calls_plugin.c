@@ -1,6 +1,6 @@
 /* A plug-in for the tests: a module whose methods call the host's picture,
- * string and database calls, and a control with flags 0x08 and 0x20, so that the test reaches each call the way a
- * plug-in does, through the resolver. */
+ * string and database calls, and a control with the flags 0x08 and 0x20, so
+ * that the tests reach each call the way a plug-in does. */
 #include "kelp/plugin.h"
 
 #include <gtk/gtk.h>

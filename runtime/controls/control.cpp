@@ -74,7 +74,9 @@ Window *WindowForControl(RuntimeControl *control) {
 ControlPane::ControlPane(RuntimeControl *control)
     : ContainerPane(WindowForControl(control),
                     Rect{control->bounds.top, control->bounds.left, control->bounds.bottom,
-                         control->bounds.right}) {}
+                         control->bounds.right}) {
+    cursor = CursorOfObject(control->mouseCursor); // set before the pane was made
+}
 
 ControlPane::~ControlPane() {
     // The widget dies after this, in the SubPane's destructor: its signals
@@ -449,6 +451,7 @@ ObjectDefinition *ControlDefinition() {
 }
 
 ObjectDefinition *RectControlDefinition() {
+    static const TypeRecord kMouseCursorType{kTypeObjectOf, "MouseCursor"};
     static const PropertyRow properties[] = {
         {0, "HelpTag", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(controlHelpTagSetter),
          offsetof(RuntimeControl, helpTag)},
@@ -466,6 +469,8 @@ ObjectDefinition *RectControlDefinition() {
         {0, "Enabled", &kTypeBoolean, KELP_ENTRY(controlEnabledGetter),
          KELP_ENTRY(controlEnabledSetter), offsetof(RuntimeControl, enabled)},
         {0, "Active", &kTypeBoolean, KELP_ENTRY(controlActiveGetter), {}, -9},
+        {0, "MouseCursor", &kMouseCursorType, KELP_ENTRY(objGetter),
+         KELP_ENTRY(controlMouseCursorSetter), offsetof(RuntimeControl, mouseCursor)},
         {0, "AutoDeactivate", &kTypeBoolean, KELP_ENTRY(boolGetter),
          KELP_ENTRY(controlAutoDeactivateSetter), offsetof(RuntimeControl, autoDeactivate)},
         {0, "LockLeft", &kTypeBoolean, KELP_ENTRY(boolGetter), KELP_PLAIN_FIELD,

@@ -65,9 +65,6 @@ uint8_t controlLockRightGetter(RuntimeObject *control, int32_t parameter);
 void controlLockRightSetter(RuntimeObject *control, int32_t parameter, uint8_t value);
 uint8_t controlLockBottomGetter(RuntimeObject *control, int32_t parameter);
 void controlLockBottomSetter(RuntimeObject *control, int32_t parameter, uint8_t value);
-/* The pointer shape over the control (a MouseCursor, or nil for the
- * window's). */
-void controlMouseCursorSetter(RuntimeObject *control, int32_t parameter, RuntimeObject *cursor);
 /* PanelIndex: the 0-based page of the panel the control lies on; the
  * control shows only while that page is up. */
 int32_t ControlPanelIndexGetter(RuntimeObject *control, int32_t parameter);

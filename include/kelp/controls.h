@@ -201,6 +201,10 @@ void captionFontSetter(RuntimeObject *control, int32_t parameter, KelpString val
 void captionSizeSetter(RuntimeObject *control, int32_t parameter, int32_t value);
 void captionStyleSetter(RuntimeObject *control, int32_t parameter, uint8_t value);
 
+/* The MouseCursor shown while the pointer is over the control (counted);
+ * nil gives the window's. */
+void controlMouseCursorSetter(RuntimeObject *control, int32_t parameter, RuntimeObject *cursor);
+
 #ifdef __cplusplus
 }
 #endif

@@ -9,6 +9,7 @@
 #include "menus/dispatch.h"
 #include "objects/definitions.h"
 #include "objects/object_model.h"
+#include "panes/pane.h"
 #include "pictures/resource_fork.h"
 #include "process/process_state.h"
 #include "process/quit.h"
@@ -17,6 +18,7 @@
 #include "windows/mdi_window.h"
 #include "windows/menu_handlers.h"
 #include "windows/runtime_view.h"
+#include "windows/window.h"
 
 #include "kelp/objects.h"
 #include "kelp/resources.h"
@@ -491,9 +493,21 @@ extern "C" void AppBalloonHelpVisibleSetter(RuntimeObject *self, int32_t, uint8_
         Record(app)->balloonHelpVisible = value ? 1 : 0;
 }
 
+GdkCursor *kelp::ApplicationCursor() {
+    RuntimeObject *app = ApplicationObject();
+    return app ? CursorOfObject(Record(app)->mouseCursor) : nullptr;
+}
+
 extern "C" void appMouseCursorSetter(RuntimeObject *self, int32_t, RuntimeObject *cursor) {
-    if (RuntimeObject *app = AppOf(self))
-        SwapCounted(Record(app)->mouseCursor, cursor);
+    RuntimeObject *app = AppOf(self);
+    if (!app)
+        return;
+    SwapCounted(Record(app)->mouseCursor, cursor);
+    // Shown at once (a Wait cursor must appear before a long task, with no
+    // pointer motion to bring it); the pointer's own place decides the rest
+    // at its next move.
+    for (Window *window : WindowList())
+        ApplyCursor(window, ChooseCursor(window, -1, -1));
 }
 
 // The application has no resource fork of its own on this platform (its

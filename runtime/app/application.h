@@ -3,6 +3,8 @@
 // and what the run loop asks of it.
 #include "kelp/records.h"
 
+#include <gdk/gdk.h>
+
 #include <cstdint>
 
 namespace kelp {
@@ -59,5 +61,8 @@ ApplicationMenuClient MenusApplicationClient();
 // What the run loop asks of the application, for the Wire function.
 struct ApplicationLoopClient;
 ApplicationLoopClient RunLoopApplicationClient();
+// The pointer shape of the application's MouseCursor, which stands above
+// every pane's and window's; null when it has none.
+GdkCursor *ApplicationCursor();
 
 } // namespace kelp

@@ -6,6 +6,7 @@
 #include "exceptions/unhandled.h"
 #include "menus/dispatch.h"
 #include "objects/definitions.h"
+#include "panes/pane.h"
 #include "runloop/main_loop.h"
 
 namespace kelp {
@@ -19,6 +20,7 @@ void WireApp() {
     SetApplicationLoopClient(RunLoopApplicationClient());
     SetApplicationMenuClient(MenusApplicationClient());
     SetUnhandledHandler(&StandardUnhandledHandler);
+    SetApplicationCursorSource(&ApplicationCursor);
 }
 
 } // namespace kelp

@@ -76,7 +76,9 @@ Window *WindowForControl(RuntimeControl *control) {
 ControlPane::ControlPane(RuntimeControl *control)
     : ContainerPane(WindowForControl(control),
                     Rect{control->bounds.top, control->bounds.left, control->bounds.bottom,
-                         control->bounds.right}) {}
+                         control->bounds.right}) {
+    cursor = CursorOfObject(control->mouseCursor); // set before the pane was made
+}
 
 ControlPane::~ControlPane() {
     // The widget dies after this, in the SubPane's destructor: its signals
@@ -450,6 +452,7 @@ ObjectDefinition *ControlDefinition() {
 }
 
 ObjectDefinition *RectControlDefinition() {
+    static const TypeRecord kMouseCursorType{kTypeObjectOf, "MouseCursor"};
     static const PropertyRow properties[] = {
         {0, "HelpTag", &kTypeString, KELP_ENTRY(stringGetter), KELP_ENTRY(controlHelpTagSetter),
          offsetof(RuntimeControl, helpTag)},
@@ -479,8 +482,8 @@ ObjectDefinition *RectControlDefinition() {
          KELP_ENTRY(controlLockBottomSetter), offsetof(RuntimeControl, lockBottom)},
         {0, "Parent", &kTypePtr, KELP_ENTRY(ControlParentGetter), KELP_ENTRY(ControlParentSetter),
          -9},
-        {0, "MouseCursor", &kTypePtr, KELP_ENTRY(objGetter), KELP_ENTRY(controlMouseCursorSetter),
-         offsetof(RuntimeControl, mouseCursor)},
+        {0, "MouseCursor", &kMouseCursorType, KELP_ENTRY(objGetter),
+         KELP_ENTRY(controlMouseCursorSetter), offsetof(RuntimeControl, mouseCursor)},
         {0, "InitialParent", &kTypeString, {}, KELP_ENTRY(ControlInitialParentSetter), -9},
     };
     static const ParameterRow moveParams[] = {{"left", &kTypeInteger},

@@ -116,20 +116,6 @@ KELP_LOCK_ACCESSORS(Right, 2)
 KELP_LOCK_ACCESSORS(Bottom, 3)
 #undef KELP_LOCK_ACCESSORS
 
-extern "C" void controlMouseCursorSetter(RuntimeObject *self, int32_t, RuntimeObject *cursor) {
-    if (!self)
-        return;
-    RuntimeControl *c = Ctl(self);
-    RuntimeLockObject(cursor);
-    // The pane lets go of the old shape before the object that owns it goes.
-    if (ControlPane *pane = PaneOf(self)) {
-        const CursorHolder *holder = HolderOf(cursor);
-        pane->cursor = holder ? holder->cursor : nullptr;
-    }
-    RuntimeUnlockObject(c->mouseCursor);
-    c->mouseCursor = cursor;
-}
-
 extern "C" int32_t ControlPanelIndexGetter(RuntimeObject *self, int32_t) {
     return self ? Ctl(self)->tabPanelIndex : 0;
 }

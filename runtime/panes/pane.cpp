@@ -95,6 +95,7 @@ bool KeyIsDown(guint keyval) { return KeysDown().count(keyval) != 0; }
 
 namespace {
 ApplicationCursorSource gAppCursor = nullptr;
+MouseCursorReader gCursorReader = nullptr;
 GdkCursor *gShownCursor = nullptr;
 GdkCursor *gGlobalCursor = nullptr; // counted
 bool gCursorApplied = false;
@@ -123,6 +124,10 @@ GdkCursor *TopCursorAt(SubPane *pane, int32_t x, int32_t y) {
 } // namespace
 
 void SetApplicationCursorSource(ApplicationCursorSource source) { gAppCursor = source; }
+void SetMouseCursorReader(MouseCursorReader reader) { gCursorReader = reader; }
+GdkCursor *CursorOfObject(RuntimeObject *mouseCursor) {
+    return mouseCursor && gCursorReader ? gCursorReader(mouseCursor) : nullptr;
+}
 
 void SetGlobalPaneCursor(GdkCursor *cursor) {
     if (cursor)

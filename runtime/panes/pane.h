@@ -4,6 +4,7 @@
 // pane owns its widget.  Toolkit signals enter at the window and become
 // virtual calls here.
 #include "graphics/geometry.h"
+#include "kelp/records.h"
 
 #include <gtk/gtk.h>
 
@@ -158,6 +159,12 @@ void SetCurrentModifiers(int32_t modifiers);
 // own, else the toolkit's default (null).  Applied only when it changes.
 using ApplicationCursorSource = GdkCursor *(*)();
 void SetApplicationCursorSource(ApplicationCursorSource source);
+// The toolkit cursor a MouseCursor object shows: the cursors layer, which
+// owns those objects, reads it for the layers that only hold them.  Null
+// for nil and for the toolkit's default.
+using MouseCursorReader = GdkCursor *(*)(RuntimeObject *mouseCursor);
+void SetMouseCursorReader(MouseCursorReader reader);
+GdkCursor *CursorOfObject(RuntimeObject *mouseCursor);
 // The cursor set globally, which stands between a pane's and the window's;
 // null when none.  Setting takes a reference and drops the old one.
 void SetGlobalPaneCursor(GdkCursor *cursor);

@@ -157,17 +157,6 @@ TEST_F(Shapes, MatchCairoAcrossRotationAndScale) {
         std::function<void(cairo_t *)> local;  // around (0, 0), before the turn
         std::set<uint32_t> palette;
     } rows[] = {
-        {"rect, thin border",
-         [] {
-             RuntimeObject *o = Make(RectShapeDefinition, 110, 90, 80, 50);
-             Shape(o)->border = 1;
-             return o;
-         },
-         [](cairo_t *cr) {
-             cairo_rectangle(cr, -40, -25, 80, 50);
-             Paint(cr, true, 0);
-         },
-         {0xCC2200}},
         {"rect, wide border only",
          [] {
              RuntimeObject *o = Make(RectShapeDefinition, 110, 90, 90, 60);
@@ -523,12 +512,6 @@ TEST_F(Shapes, SystemDrawsAWindowPicture) {
             uint32_t colour;
         } spots[4];
     } rows[] = {
-        {"fill only",
-         30,
-         20,
-         false,
-         false,
-         {{0, 0, 0x336699}, {29, 19, 0x336699}, {15, 10, 0x336699}, {29, 0, 0x336699}}},
         {"backdrop at the top left",
          60,
          50,

@@ -16,6 +16,8 @@ packages=(
   xclip
   # the print tests read their PDFs back
   poppler-utils
+  # the volume benchmark's archive to compare with; the fuzzers' compiler
+  sqlite3 clang
 )
 missing=()
 for p in "${packages[@]}"; do

@@ -16,7 +16,8 @@ packages=(
   xclip
   # the print tests read their PDFs back
   poppler-utils
-  # the database's reference engine for its corpus and benchmark
+  # the database's reference engine for its corpus and benchmark; the volume
+  # benchmark's archive to compare with
   sqlite3 libsqlite3-dev
 )
 missing=()

@@ -6,6 +6,8 @@
 #include "volumes/vfs_volume.h"
 
 #include <algorithm>
+#include <cstring>
+#include <vector>
 
 namespace kelp::volume {
 
@@ -184,10 +186,64 @@ bool VFSVolume::Write(int16_t handle, const void *buffer, int64_t count) {
             if (ReadHeader(record->blockStart, onDisk) && HeaderUsable(record->blockStart, onDisk))
                 record->header.next = onDisk.next;
         }
-        if (record->header.next > 0 ? !Advance(*record) : !Grow(*record))
+        if (record->header.next > 0) {
+            if (!Advance(*record))
+                return false;
+        } else if (mMap.FreeCount() == 0 && count - done > kNewBlockLength - kBlockOverhead) {
+            const int64_t taken = AppendRun(*record, in + done, count - done);
+            if (taken <= 0)
+                return false;
+            done += taken;
+        } else if (!Grow(*record)) {
             return false;
+        }
     }
     return true;
+}
+
+// With no free block to fill, the blocks a long write needs go on the end
+// of the file in one piece, data and links included, and only then does
+// the current last block link to them.  Returns the bytes taken, or -1.
+int64_t VFSVolume::AppendRun(OpenFileRecord &record, const uint8_t *data, int64_t count) {
+    constexpr int64_t kData = kNewBlockLength - kBlockOverhead;
+    constexpr int64_t kMaxRun = 1024; // blocks per piece, so memory stays bounded
+    const int64_t blocks = std::min(kMaxRun, (count + kData - 1) / kData);
+    const int64_t taken = std::min(count, blocks * kData);
+    if (!Writable() || (mTornTail && !mDisk->SetLength(mDiskLength)))
+        return -1;
+    mTornTail = false;
+    const int64_t start = mDiskLength;
+    const bool bigDoubles = mVersion != 1;
+    std::vector<uint8_t> run(size_t(blocks * kNewBlockLength), 0);
+    for (int64_t i = 0; i < blocks; ++i) {
+        uint8_t *block = run.data() + i * kNewBlockLength;
+        PutBig32(block, kBlockMagic);
+        PutBig32(block + 4, record.idnum);
+        PutBig32(block + 8, record.header.sequence + 1 + uint32_t(i));
+        PutDouble(block + 12, double(kNewBlockLength), bigDoubles);
+        PutDouble(block + 20, i + 1 < blocks ? double(start + (i + 1) * kNewBlockLength) : 0.0,
+                  bigDoubles);
+        std::memcpy(block + kBlockHeaderSize, data + i * kData,
+                    size_t(std::min(kData, taken - i * kData)));
+        PutBig32(block + kNewBlockLength - 4, kBlockTrailer);
+    }
+    mDisk->SetPosition(start);
+    if (!mDisk->Write(run.data(), int64_t(run.size())))
+        return -1;
+    mDiskLength += int64_t(run.size());
+    for (int64_t i = 0; i < blocks; ++i)
+        mMap.Add(record.idnum, start + i * kNewBlockLength,
+                 record.header.sequence + 1 + uint32_t(i));
+    mMapDirty = true;
+    record.header.next = start;
+    if (!WriteHeader(record.blockStart, record.header))
+        return -1;
+    record.header = {kBlockMagic, record.idnum, record.header.sequence + uint32_t(blocks),
+                     kNewBlockLength, 0};
+    record.blockStart = start + (blocks - 1) * kNewBlockLength;
+    record.posWithinBlock = kBlockHeaderSize + (taken - (blocks - 1) * kData);
+    record.filePosition += taken;
+    return taken;
 }
 
 int64_t VFSVolume::Capacity(int16_t handle) {

@@ -113,6 +113,7 @@ private:
     bool Reload(OpenFileRecord &record, int64_t blockStart, uint32_t expected);
     bool Advance(OpenFileRecord &record);
     bool Grow(OpenFileRecord &record);
+    int64_t AppendRun(OpenFileRecord &record, const uint8_t *data, int64_t count);
     bool Writable() const { return mValid && !mReadOnly; }
     bool RepairMetadataChain();
     bool ReadTyped(int16_t handle, uint8_t *bytes, int64_t width);

@@ -145,8 +145,9 @@ EntryRef VHFSVolume::GetRoot() {
     return {kRootIdnum, record.name, record.type};
 }
 
-bool VHFSVolume::GetFolderContents(const EntryRef &folder, std::vector<EntryRef> &out) {
-    out.clear();
+// Calls `visit` with each child a listing shows, in list order, until it
+// answers true.  False for no folder.
+template <typename Visit> bool VHFSVolume::ForEachChild(const EntryRef &folder, Visit &&visit) {
     if (!IsValid() || !folder.IsFolder())
         return false;
     std::vector<uint32_t> ids;
@@ -157,25 +158,35 @@ bool VHFSVolume::GetFolderContents(const EntryRef &folder, std::vector<EntryRef>
             return false;
         ReadChildIds(handle, record, ids); // a damaged list reads as empty
     }
-    out.reserve(ids.size());
     std::unordered_set<uint32_t> listed;
     for (uint32_t id : ids) {
         EntryRecord child;
         if (id != kRootIdnum && id != folder.idnum && GetRecord(id, child) &&
-            child.parent == folder.idnum && child.type != 0 && listed.insert(id).second)
-            out.push_back({id, child.name, child.type});
+            child.parent == folder.idnum && child.type != 0 && listed.insert(id).second &&
+            visit(EntryRef{id, std::move(child.name), child.type}))
+            break;
     }
     return true;
 }
 
+bool VHFSVolume::GetFolderContents(const EntryRef &folder, std::vector<EntryRef> &out) {
+    out.clear();
+    return ForEachChild(folder, [&](EntryRef &&child) {
+        out.push_back(std::move(child));
+        return false;
+    });
+}
+
 EntryRef VHFSVolume::FindChild(const EntryRef &folder, const std::string &name,
                                bool (*same)(const std::string &, const std::string &)) {
-    std::vector<EntryRef> children;
-    GetFolderContents(folder, children);
-    for (EntryRef &child : children)
-        if (same(child.name, name))
-            return std::move(child);
-    return {};
+    EntryRef found;
+    ForEachChild(folder, [&](EntryRef &&child) {
+        if (!same(child.name, name))
+            return false;
+        found = std::move(child);
+        return true;
+    });
+    return found;
 }
 
 EntryRef VHFSVolume::GetParent(const EntryRef &entry) {

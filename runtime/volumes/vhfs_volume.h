@@ -102,6 +102,7 @@ private:
     bool AppendChild(uint32_t folder, uint32_t child);
     bool RemoveChild(uint32_t folder, uint32_t child);
     bool IsInside(uint32_t idnum, uint32_t ancestor);
+    template <typename Visit> bool ForEachChild(const EntryRef &folder, Visit &&visit);
 
     std::unique_ptr<VFSVolume> mVolume;
     VolumeClock mClock = nullptr;

@@ -116,6 +116,12 @@ TEST(FileContent, RoundTripsAtBlockEdges) {
     }
     auto vhfs = test::OpenVolume(path);
     ASSERT_TRUE(vhfs->IsValid());
+    // Writing past the end leaves zeros in the gap, as a file on disk does.
+    EntryRef gap = vhfs->CreateEntry(vhfs->GetRoot(), "gap", kUnknownType);
+    std::unique_ptr<VFile> file = vhfs->OpenFile(gap);
+    file->SetPosition(5000);
+    ASSERT_TRUE(file->Write("x", 1) && file->Close());
+    EXPECT_EQ(test::ReadEntry(*vhfs, gap), std::string(5000, '\0') + "x");
     for (size_t n : sizes) {
         const std::string bytes = RandomBytes(n, unsigned(n));
         EntryRef ref = vhfs->FindChild(vhfs->GetRoot(), std::to_string(n),

@@ -100,10 +100,20 @@ TEST_F(VolumeItems, TreeOperationsAndTheirRefusals) {
         {"delete an empty folder", [&] { return Imp("docs/sub").Delete(); }, true},
         {"set a folder's type", [&] { return Imp("docs").SetMacType("TEXT"); }, false},
         {"set a file's type", [&] { return Imp("pics/b.txt").SetMacType("TEXT"); }, true},
+        {"date a folder", [&] { return Imp("pics").SetCreationSeconds(5); }, false},
+        {"date a file", [&] { return Imp("pics/b.txt").SetCreationSeconds(3000000000); }, true},
+        {"size a folder", [&] { return Imp("pics").SetLength(9); }, false},
+        {"size a file", [&] { return Imp("pics/b.txt").SetLength(3); }, true},
     };
     for (const Case &c : cases)
         EXPECT_EQ(c.operation(), c.succeeds) << c.what;
     EXPECT_EQ(Imp("pics/b.txt").MacType(), "TEXT");
+    EXPECT_EQ(Imp("pics/b.txt").CreationSeconds(), 3000000000);
+    RuntimeObject *in = FolderItemOpenTextFile(At("pics/b.txt"));
+    KelpString text = TextInputStreamReadAll(in, nullptr);
+    EXPECT_EQ(test::Str(text), "bra") << "the length field decides";
+    RuntimeUnlockString(text);
+    RuntimeUnlockObject(in);
     EXPECT_EQ(Imp("pics").MacDirID(), 2) << "the root's idnum";
     EXPECT_GT(Imp("pics/b.txt").MacDirID(), 2);
     EXPECT_EQ(Tree(), "['/', '//docs', '//pics', '//pics/b.txt', '//pics/c2.bin']");

@@ -106,6 +106,10 @@ ListPane::ListPane(ListRecord *record)
 ListPane::~ListPane() {
     if (mList->pane == this)
         mList->pane = nullptr;
+    // Parts of this list listen to it and hold it: the list closing lets go.
+    for (RuntimeObject *r : mList->selectionReceivers)
+        RuntimeUnlockObject(r);
+    mList->selectionReceivers.clear();
     // The view may outlive the pane for a moment: it must call back no more.
     g_signal_handlers_disconnect_by_data(gtk_tree_view_get_selection(mView), this);
     g_signal_handlers_disconnect_by_data(mView, this);

@@ -462,8 +462,8 @@ void ListBox::Collapse(Row *row, bool byView) {
     if (!row || row->expanded != 1)
         return;
     Fire(gHooks.collapseRow, IndexOf(row));
-    if (IndexOf(row) < 0 && std::find(mRows.begin(), mRows.end(), row) == mRows.end())
-        return; // the handler removed it
+    if (std::find(mRows.begin(), mRows.end(), row) == mRows.end())
+        return; // the handler removed it: the pointer is only compared
     row->expanded = 0;
     AddPlaceholder(row);
     RemoveChildren(row);

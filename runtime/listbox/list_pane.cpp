@@ -601,9 +601,14 @@ void ListPane::OnColumnWidth(GObject *column, GParamSpec *, gpointer data) {
         return;
     const int32_t width = gtk_tree_view_column_get_width(GTK_TREE_VIEW_COLUMN(column));
     ListBox *list = pane->mList;
-    if (width <= 1 || width == list->Column(index).width.actual)
+    if (width <= 1 || width == list->Column(index).width.actual || !pane->mRecord->columnsResizable)
         return;
-    // A drag on a column's edge.
+    // Only a drag on a column's edge counts; the view also widens the last
+    // column to the list's edge, which changes no expression.
+    GdkModifierType buttons = GdkModifierType(0);
+    gdk_window_get_pointer(GTK_WIDGET(pane->mView)->window, nullptr, nullptr, &buttons);
+    if (!(buttons & GDK_BUTTON1_MASK))
+        return;
     std::vector<ColumnWidth> widths = list->Widths();
     if (SetActualWidth(widths, size_t(index), width))
         list->StoreWidths(widths);

@@ -52,6 +52,15 @@ void OnExpandRow(RuntimeObject *me, int32_t row) {
     RuntimeListAddRow(me, Lit("pear"));
 }
 void OnCollapseRow(RuntimeObject *, int32_t row) { Log("CollapseRow", {row}); }
+// Letters are taken; other keys go on to the list.
+uint8_t OnKeyDown(RuntimeObject *, KelpString key) {
+    std::string k = Str(key);
+    Log("KeyDown", {k.empty() ? 0 : int32_t(uint8_t(k[0]))});
+    return !k.empty() && std::isalpha(uint8_t(k[0]));
+}
+uint8_t gTakeMouse = 0;
+uint8_t OnMouseDown(RuntimeObject *, int32_t, int32_t) { return Log("MouseDown"), gTakeMouse; }
+void OnMouseUp(RuntimeObject *, int32_t, int32_t) { Log("MouseUp"); }
 
 class ListBoxWindowTest : public ControlFixture {
 protected:
@@ -142,6 +151,14 @@ TEST_F(ListBoxWindowTest, HeadingsSortRowsSelectAndCheckBoxesToggle) {
     RuntimeObject *age = listColumnGetter(list, 1);
     EXPECT_NEAR(listColWidthActualGetter(age, 0), 90, 3) << "a quarter of the content width";
     RuntimeUnlockObject(age);
+    listColumnWidthsSetter(list, 0, Lit("100, 60"));
+    Settle(60);
+    EXPECT_EQ(Text(listColumnWidthsGetter(list, 0)), "100, 60, 1*");
+    listColumnWidthsSetter(list, 0, Lit("100, 60, 80"));
+    Settle(60);
+    EXPECT_EQ(Text(listColumnWidthsGetter(list, 0)), "100, 60, 80")
+        << "the view filling the row to its edge is no change of width";
+    listColumnWidthsSetter(list, 0, Lit("50%, 25%, *"));
 
     ClickHeading(list, 1);
     EXPECT_EQ(Column0(list), (std::vector<std::string>{"Apple", "pear", "fig"}))
@@ -199,6 +216,24 @@ TEST_F(ListBoxWindowTest, ASecondSlowClickEditsTheCellAndReturnKeepsTheText) {
     EXPECT_EQ(Text(listGetCell(list, 1, 1)), "100") << "Escape keeps the old text";
     EXPECT_EQ(Events(),
               (std::vector<std::string>{"DoubleClick", "CellGotFocus 1,1", "CellLostFocus 1,1"}));
+}
+
+TEST_F(ListBoxWindowTest, KeysAndPressesGoToTheProgramFirst) {
+    RuntimeObject *list =
+        MakeList("Name\tAge\tOk\ra\t1\rb\t2\rc\t3", {{"KeyDown", H(&OnKeyDown)},
+                                                     {"MouseDown", H(&OnMouseDown)},
+                                                     {"MouseUp", H(&OnMouseUp)},
+                                                     {"Change", H(&OnChange)}});
+    gTakeMouse = 0;
+    ClickCell(list, 0, 0);
+    Key("x");
+    Key("Down");
+    EXPECT_EQ(listSelectionGetter(list, 0), 1) << "Down moves the selection";
+    gTakeMouse = 1;
+    ClickCell(list, 2, 0);
+    EXPECT_EQ(listSelectionGetter(list, 0), 1) << "a press the program took selects nothing";
+    EXPECT_EQ(Events(), (std::vector<std::string>{"MouseDown", "Change", "KeyDown 120",
+                                                  "KeyDown 31", "Change", "MouseDown", "MouseUp"}));
 }
 
 TEST_F(ListBoxWindowTest, ADisclosureTriangleAsksTheProgramForTheRows) {

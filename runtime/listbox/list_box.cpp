@@ -427,6 +427,7 @@ void ListBox::SetHierarchical(bool on) {
     if (on == mHierarchical)
         return;
     mHierarchical = on;
+    Record(mControl)->hierarchical = on;
     // Rows inside open folders become rows of their own in a flat list.
     for (Row *row : mRows) {
         row->indent = 0;
@@ -638,7 +639,7 @@ void ListBox::PressHeader(int32_t column) {
     // A second press on the sorted column turns its direction round.
     if (headingIndex == column && c.sortDirection != 0)
         c.sortDirection = -c.sortDirection;
-    headingIndex = column;
+    headingIndex = Record(mControl)->headingIndex = column;
     Sort(column);
 }
 

@@ -120,6 +120,8 @@ struct ListRecord {
     ControlFont font;
     int32_t defaultRowHeight;
     int32_t selectionType; // 0 single, 1 multiple
+    int32_t headingIndex;  // the heading pressed last, -1 none
+    uint8_t hierarchical, requiresSelection;
     int32_t gridHorizontal, gridVertical;
     uint8_t hasHeading, enableDrag, enableDragReorder, columnsResizable;
     uint8_t scrollHorizontal, scrollVertical, useFocusRing;

@@ -2,6 +2,7 @@
 
 #include "listbox/utf8.h"
 
+#include "kelp/canvas.h"
 #include "kelp/objects.h"
 
 #include "kelp/strings.h"
@@ -658,11 +659,36 @@ gboolean ListPane::OnButtonPress(GtkWidget *, GdkEventButton *event, gpointer da
         pane->CloseEditor(true);
     if (!list->pane)
         return TRUE;
-    return list->Fire<uint8_t>(gHooks.cellClick, list->IndexOf(row), pane->ColumnIndex(column),
-                               int32_t(cx), int32_t(cy)) ||
-                   !list->pane
-               ? TRUE
-               : FALSE;
+    if (list->Fire<uint8_t>(gHooks.cellClick, list->IndexOf(row), pane->ColumnIndex(column),
+                            int32_t(cx), int32_t(cy)) ||
+        !list->pane)
+        return TRUE;
+    if (pane->mRecord->enableDrag && !(event->state & (GDK_SHIFT_MASK | GDK_CONTROL_MASK)))
+        return pane->DragOut(row) ? TRUE : FALSE;
+    return FALSE;
+}
+
+// A drag out of the list: the row is selected, DragRow gets an item that
+// carries the row's text, and the drag runs when it answers true.
+bool ListPane::DragOut(Row *row) {
+    if (!row->selected)
+        mList->SelectOnly(row);
+    GdkRectangle area;
+    GtkTreePath *path = gtk_tree_model_get_path(mList->Store(), &row->iter);
+    gtk_tree_view_get_background_area(mView, path, nullptr, &area);
+    gtk_tree_path_free(path);
+    int32_t left, top;
+    BinToControl(0, area.y, &left, &top);
+    RuntimeObject *drag =
+        controlNewDragItem(mRunControl, 0, top, bounds.right - bounds.left, area.height);
+    KelpString text = MakeUtf8(mList->CellText(mList->IndexOf(row), 0));
+    dragItemTextSetter(drag, 0, text);
+    RuntimeUnlockString(text);
+    const bool start = mList->Fire<uint8_t>(gHooks.dragRow, drag, mList->IndexOf(row));
+    if (start && mList->pane)
+        DragItemDrag(drag);
+    RuntimeUnlockObject(drag);
+    return start;
 }
 
 gboolean ListPane::OnMotion(GtkWidget *, GdkEventMotion *event, gpointer data) {

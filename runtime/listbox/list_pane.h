@@ -78,6 +78,7 @@ private:
     void ControlToBin(int32_t x, int32_t y, int32_t *bx, int32_t *by);
     int32_t ColumnIndex(GtkTreeViewColumn *column) const;
     void CloseEditor(bool keep);
+    bool DragOut(Row *row);
     void DrawBorders(GdkWindow *window);
 
     ListRecord *mRecord;

@@ -204,7 +204,7 @@ extern "C" void listHierarchicalSetter(RuntimeObject *self, int32_t, uint8_t val
     if (ListBox *list = ListOf(self))
         list->SetHierarchical(value != 0);
 }
-// Dragging rows out of the list is the DragRow event's; the flag is kept.
+// A press on a row then offers a drag out of the list through DragRow.
 extern "C" void listEnableDragSetter(RuntimeObject *self, int32_t, uint8_t value) {
     if (self)
         Record(self)->enableDrag = value != 0;

@@ -3,6 +3,7 @@
 // reorder; the properties after, and the events in the order they came.
 #include "controls/control_fixture.h"
 
+#include "kelp/canvas.h"
 #include "kelp/listbox.h"
 
 #include <atomic>
@@ -57,6 +58,10 @@ uint8_t OnKeyDown(RuntimeObject *, KelpString key) {
     std::string k = Str(key);
     Log("KeyDown", {k.empty() ? 0 : int32_t(uint8_t(k[0]))});
     return !k.empty() && std::isalpha(uint8_t(k[0]));
+}
+uint8_t OnDragRow(RuntimeObject *, RuntimeObject *drag, int32_t row) {
+    Events().push_back("DragRow " + std::to_string(row) + " " + Text(dragItemTextGetter(drag, 0)));
+    return 1;
 }
 uint8_t gTakeMouse = 0;
 uint8_t OnMouseDown(RuntimeObject *, int32_t, int32_t) { return Log("MouseDown"), gTakeMouse; }
@@ -123,6 +128,27 @@ protected:
         ASSERT_NE(button, nullptr);
         ASSERT_TRUE(ClickAt(button, button->allocation.width / 2, button->allocation.height / 2));
         Settle(120);
+    }
+    // The person drags in steps, as a hand does, while the loop runs here.
+    void Drag(RuntimeObject *list, GdkPoint from, GdkPoint to) {
+        gint fx, fy, tx, ty;
+        gdk_window_get_origin(GTK_WIDGET(View(list))->window, &fx, &fy);
+        tx = fx + to.x, ty = fy + to.y;
+        fx += from.x, fy += from.y;
+        std::atomic<bool> done{false};
+        std::thread hand([&] {
+            std::string steps = "mousemove " + std::to_string(fx) + " " + std::to_string(fy) +
+                                " mousedown 1 sleep 0.2";
+            for (int i = 1; i <= 6; ++i)
+                steps += " mousemove " + std::to_string(fx + (tx - fx) * i / 6) + " " +
+                         std::to_string(fy + (ty - fy) * i / 6) + " sleep 0.15";
+            XDoToolQuiet(steps + " mouseup 1");
+            done = true;
+        });
+        for (int i = 0; i < 100 && !done; ++i)
+            Settle(50);
+        hand.join();
+        Settle(200);
     }
     std::vector<std::string> Column0(RuntimeObject *list) {
         std::vector<std::string> rows;
@@ -252,31 +278,21 @@ TEST_F(ListBoxWindowTest, ADisclosureTriangleAsksTheProgramForTheRows) {
     EXPECT_EQ(Events(), (std::vector<std::string>{"ExpandRow 0", "CollapseRow 0"}));
 }
 
+TEST_F(ListBoxWindowTest, ARowDraggedOutOffersItsText) {
+    RuntimeObject *list = MakeList("Name\tAge\tOk\ra\t1\rb\t2\rc\t3", {{"DragRow", H(&OnDragRow)}});
+    listEnableDragSetter(list, 0, 1);
+    Drag(list, CellPoint(list, 1, 0), CellPoint(list, 1, 0, 400));
+    EXPECT_EQ(listSelectionGetter(list, 0), 1) << "the dragged row is selected first";
+    EXPECT_EQ(Column0(list), (std::vector<std::string>{"a", "b", "c"}));
+    EXPECT_EQ(Events(), (std::vector<std::string>{"DragRow 1 b"}));
+}
+
 TEST_F(ListBoxWindowTest, ARowDraggedBelowAnotherMovesThere) {
     RuntimeObject *list =
         MakeList("Name\tAge\tOk\ra\t1\rb\t2\rc\t3\rd\t4", {{"DragReorderRows", H(&OnDragReorder)}});
     ListEnableDragReorderSetter(list, 0, 1);
     Settle(50);
-    // The person moves in steps, as a hand does, while the loop runs here.
-    GdkPoint from = CellPoint(list, 0, 0), to = CellPoint(list, 2, 0, -1, 0.8);
-    gint fx, fy, tx, ty;
-    gdk_window_get_origin(GTK_WIDGET(View(list))->window, &fx, &fy);
-    tx = fx + to.x, ty = fy + to.y;
-    fx += from.x, fy += from.y;
-    std::atomic<bool> done{false};
-    std::thread hand([&] {
-        std::string steps =
-            "mousemove " + std::to_string(fx) + " " + std::to_string(fy) + " mousedown 1 sleep 0.2";
-        for (int i = 1; i <= 6; ++i)
-            steps += " mousemove " + std::to_string(fx + (tx - fx) * i / 6) + " " +
-                     std::to_string(fy + (ty - fy) * i / 6) + " sleep 0.15";
-        XDoToolQuiet(steps + " mouseup 1");
-        done = true;
-    });
-    for (int i = 0; i < 100 && !done; ++i)
-        Settle(50);
-    hand.join();
-    Settle(200);
+    Drag(list, CellPoint(list, 0, 0), CellPoint(list, 2, 0, -1, 0.8));
     EXPECT_EQ(Column0(list), (std::vector<std::string>{"b", "c", "a", "d"}));
     EXPECT_EQ(Text(listGetCell(list, 2, 1)), "1") << "the row moves with its cells";
     EXPECT_EQ(Events(), (std::vector<std::string>{"DragReorderRows 3,-1"}));

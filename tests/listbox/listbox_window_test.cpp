@@ -260,6 +260,14 @@ TEST_F(ListBoxWindowTest, KeysAndPressesGoToTheProgramFirst) {
     EXPECT_EQ(listSelectionGetter(list, 0), 1) << "a press the program took selects nothing";
     EXPECT_EQ(Events(), (std::vector<std::string>{"MouseDown", "Change", "KeyDown 120",
                                                   "KeyDown 31", "Change", "MouseDown", "MouseUp"}));
+    gTakeMouse = 0;
+    for (uint8_t keep : {1, 0}) { // a press below the last row
+        listRequiresSelectionSetter(list, 0, keep);
+        GdkPoint below = CellPoint(list, 2, 0, -1, 4.0);
+        ASSERT_TRUE(ClickAt(GTK_WIDGET(View(list)), below.x, below.y));
+        Settle(120);
+        EXPECT_EQ(listSelectionGetter(list, 0), keep ? 1 : -1) << int(keep);
+    }
 }
 
 TEST_F(ListBoxWindowTest, ADisclosureTriangleAsksTheProgramForTheRows) {

@@ -43,6 +43,11 @@ public:
     void EditCell(int32_t row, int32_t column);
     bool Editing() const { return mEditor != nullptr; }
 
+    // Offer the program a cell of `row` to paint, the column's renderer
+    // drawing into the view's `window`: true when a handler drew it.
+    bool OfferBackground(GdkWindow *window, Row *row, GtkCellRenderer *renderer);
+    bool OfferText(GdkWindow *window, Row *row, GtkCellRenderer *renderer, int32_t textX);
+
     template <typename R, typename... Args> R FireEvent(ObjectHook *hook, bool *alive, Args... a) {
         return FireLocked<R>(hook, alive, a...);
     }
@@ -80,12 +85,15 @@ private:
     void CloseEditor(bool keep);
     bool DragOut(Row *row);
     void DrawBorders(GdkWindow *window);
+    bool OfferPaint(ObjectHook *hook, GdkWindow *window, Row *row, GtkCellRenderer *renderer,
+                    int32_t textX);
 
     ListRecord *mRecord;
     ListBox *mList;
     GtkTreeView *mView;
     std::vector<GtkTreeViewColumn *> mColumns;
     std::vector<GtkCellRenderer *> mTextRenderers;
+    std::vector<GtkCellRenderer *> mBackgroundRenderers;
     bool mQuiet = false;     // our own changes to the view: no events
     int32_t mRowHeight = -1; // DefaultRowHeight; negative: the text's
     GtkCellEditable *mEditor = nullptr;

@@ -63,6 +63,25 @@ uint8_t OnDragRow(RuntimeObject *, RuntimeObject *drag, int32_t row) {
     Events().push_back("DragRow " + std::to_string(row) + " " + Text(dragItemTextGetter(drag, 0)));
     return 1;
 }
+// Cell 1,1 gets a red background, far past its edges: what shows must stay
+// in the cell.  Cell 0,0 gets a blue mark for text at the base position.
+uint8_t OnCellBackgroundPaint(RuntimeObject *, RuntimeObject *g, int32_t r, int32_t c) {
+    if (r != 1 || c != 1)
+        return 0;
+    graphicsForeColorSetter(g, 0, 0xff0000);
+    RuntimeGraphicsFillRect(g, -500, -500, 2000, 2000);
+    return 1;
+}
+GdkPoint gTextAt = {-1, -1};
+uint8_t OnCellTextPaint(RuntimeObject *, RuntimeObject *g, int32_t r, int32_t c, int32_t x,
+                        int32_t y) {
+    if (r != 0 || c != 0)
+        return 0;
+    gTextAt = {x, y};
+    graphicsForeColorSetter(g, 0, 0x0000ff);
+    RuntimeGraphicsFillRect(g, x, y - 6, 6, 6);
+    return 1;
+}
 uint8_t gTakeMouse = 0;
 uint8_t OnMouseDown(RuntimeObject *, int32_t, int32_t) { return Log("MouseDown"), gTakeMouse; }
 void OnMouseUp(RuntimeObject *, int32_t, int32_t) { Log("MouseUp"); }
@@ -306,5 +325,53 @@ TEST_F(ListBoxWindowTest, ARowDraggedBelowAnotherMovesThere) {
     EXPECT_EQ(Events(), (std::vector<std::string>{"DragReorderRows 3,-1"}));
 }
 
+TEST_F(ListBoxWindowTest, PaintHandlersDrawCellsInsteadOfTheList) {
+    RuntimeObject *list = MakeList("Name\tAge\tOk\rpear\t30\rApple\t4\rfig\t100",
+                                   {{"CellBackgroundPaint", H(&OnCellBackgroundPaint)},
+                                    {"CellTextPaint", H(&OnCellTextPaint)}});
+    Settle(150);
+    GtkTreeView *view = View(list);
+    // Points of the window: a cell's origin plus an offset into it.
+    auto at = [&](int row, int column, int dx, int dy) {
+        GdkPoint p = CellPoint(list, row, column, 0, 0.0);
+        gint x, y;
+        gtk_widget_translate_coordinates(GTK_WIDGET(view), Fixed(mWindow), p.x, p.y, &x, &y);
+        return GdkPoint{x + dx, y + dy};
+    };
+    const int width = gtk_tree_view_column_get_width(gtk_tree_view_get_column(view, 1));
+    struct {
+        int row, column, dx, dy;
+        uint32_t rgb;
+        const char *what;
+    } cases[] = {
+        {1, 1, 2, 2, 0xff0000, "the handled background"},
+        {1, 1, width - 12, 8, 0xff0000, "to the cell's right"},
+        {1, 2, 4, 4, 0xffffff, "the next cell is not drawn over"},
+        {2, 1, 4, 4, 0xffffff, "nor the next row"},
+        {1, 0, 4, 4, 0xffffff, "nor the cell before"},
+    };
+    for (const auto &c : cases) {
+        GdkPoint p = at(c.row, c.column, c.dx, c.dy);
+        EXPECT_EQ(Pixel(mWindow, p.x, p.y), c.rgb) << c.what;
+    }
+    ASSERT_GE(gTextAt.x, 0) << "CellTextPaint ran";
+    GdkPoint mark = at(0, 0, gTextAt.x + 3, gTextAt.y - 3);
+    EXPECT_EQ(Pixel(mWindow, mark.x, mark.y), 0x0000ffu) << "the text's mark at its base position";
+    // "pear" is not drawn: along the text's line only the mark is dark.
+    int dark = 0;
+    for (int x = gTextAt.x + 8; x < gTextAt.x + 60; ++x) {
+        GdkPoint p = at(0, 0, x, gTextAt.y - 3);
+        dark += Pixel(mWindow, p.x, p.y) != 0xffffff;
+    }
+    EXPECT_EQ(dark, 0);
+    GdkPoint apple = at(2, 0, 0, 0);
+    int drawn = 0; // the rows not handled keep their text
+    for (int x = gTextAt.x; x < gTextAt.x + 40; ++x)
+        for (int y = 2; y < 16; ++y)
+            drawn += Pixel(mWindow, apple.x + x, apple.y + y) != 0xffffff;
+    EXPECT_GT(drawn, 10);
+    std::filesystem::create_directories("screenshots");
+    EXPECT_TRUE(SaveScreenshot(Fixed(mWindow), "screenshots/listbox-cell-paint.png"));
+}
 } // namespace
 } // namespace kelp::test

@@ -298,5 +298,43 @@ TEST(ListBoxRows, FoldersOpenThroughTheProgramAndSortWithTheirChildren) {
     RuntimeUnlockObject(gTree);
 }
 
+// InsertRow's indent in an open folder "F" with children "leaf 0" and the
+// closed folder "inner 0", before the top-level "G": where "m" lands shows
+// in the store's order after a sort, and in what closing "F" takes away.
+TEST(ListBoxRows, InsertRowPutsTheRowAtTheIndentTheRowsAroundAllow) {
+    using Rows = std::vector<std::string>;
+    const Rows child = {"F", "inner 0", "leaf 0", "m", "G"},
+               top = {"F", "inner 0", "leaf 0", "G", "m"};
+    struct {
+        int32_t at, indent;
+        Rows sorted, closed;
+    } cases[] = {
+        {3, 1, child, {"F", "G"}},    {3, 0, top, {"F", "G", "m"}},
+        {3, 5, child, {"F", "G"}},    // no deeper than a sibling of the closed folder
+        {1, 0, child, {"F", "G"}},    // not above "leaf 0", which would become its child
+        {4, 1, top, {"F", "G", "m"}}, // "G" is no folder
+    };
+    for (const auto &c : cases) {
+        gTree = NewList("IndentList", {{"ExpandRow", H(&AddChildren)}});
+        listHierarchicalSetter(gTree, 0, 1);
+        RuntimeListAddParent(gTree, Lit("F"));
+        listSetExpanded(gTree, 0, 1);
+        RuntimeListAddRow(gTree, Lit("G"));
+        RuntimeListInsertRow(gTree, c.at, Lit("m"), c.indent);
+        auto read = [] {
+            Rows rows;
+            for (int32_t i = 0; i < listCountGetter(gTree, 0); ++i)
+                rows.push_back(Text(RuntimeGetRow(gTree, i)));
+            return rows;
+        };
+        listSortedColumnSetter(gTree, 0, 0);
+        RuntimeListResort(gTree);
+        EXPECT_EQ(read(), c.sorted) << c.at << "," << c.indent;
+        listSetExpanded(gTree, 0, 0);
+        EXPECT_EQ(read(), c.closed) << c.at << "," << c.indent;
+        RuntimeUnlockObject(gTree);
+    }
+}
+
 } // namespace
 } // namespace kelp::test

@@ -40,17 +40,16 @@ void ReleasePart(RuntimeObject *self) {
     Part(self)->list = nullptr;
 }
 
-ObjectDefinition *PartDefinition(const char *name, EntryPoint destructor,
-                                 std::span<const MethodRow> methods) {
-    // One description per part class; the names keep them apart.
-    auto *description = new ClassDescription{
-        .name = name,
-        .instanceSize = sizeof(PartRecord),
-        .finalizer = destructor,
-        .methods = methods,
-    };
-    return BuildDefinition(*description);
-}
+// A part class: the part's record, its destructor and its methods.
+#define KELP_PART_CLASS(className, destructor, methodRows)                                         \
+    static const ClassDescription description = {                                                  \
+        .name = className,                                                                         \
+        .instanceSize = sizeof(PartRecord),                                                        \
+        .finalizer = KELP_ENTRY(destructor),                                                       \
+        .methods = methodRows,                                                                     \
+    };                                                                                             \
+    static ObjectDefinition *definition = BuildDefinition(description);                            \
+    return definition
 
 ObjectDefinition *ActionPartDefinition() {
     static const ParameterRow receiver[] = {{"receiver", &kTypePtr}};
@@ -60,9 +59,7 @@ ObjectDefinition *ActionPartDefinition() {
         {"removeActionNotificationReceiver", nullptr, receiver, 1,
          KELP_ENTRY(lbaRemoveActionNotificationReceiver)},
     };
-    static ObjectDefinition *definition =
-        PartDefinition("Sys$ListboxAction", KELP_ENTRY(listboxActionDestructor), methods);
-    return definition;
+    KELP_PART_CLASS("Sys$ListboxAction", listboxActionDestructor, methods);
 }
 
 ObjectDefinition *SelectionPartDefinition() {
@@ -79,9 +76,7 @@ ObjectDefinition *SelectionPartDefinition() {
         {"selectionChanging", nullptr, list, 1, KELP_ENTRY(listSelectionChanging)},
         {"selectionChanged", nullptr, list, 1, KELP_ENTRY(listSelectionChanged)},
     };
-    static ObjectDefinition *definition = PartDefinition(
-        "listSelectionProvider", KELP_ENTRY(listSelectionProviderDestructor), methods);
-    return definition;
+    KELP_PART_CLASS("listSelectionProvider", listSelectionProviderDestructor, methods);
 }
 
 ObjectDefinition *ColumnPartDefinition() {
@@ -99,9 +94,8 @@ ObjectDefinition *ColumnPartDefinition() {
         {"selectionChanging", nullptr, list, 1, KELP_ENTRY(lcvpSelectionChanging)},
         {"selectionChanged", nullptr, list, 1, KELP_ENTRY(lcvpSelectionChanged)},
     };
-    static ObjectDefinition *definition = PartDefinition(
-        "listColumnValueProvider", KELP_ENTRY(listColumnValueProviderDestructor), methods);
-    return definition;
+    KELP_PART_CLASS("listColumnValueProvider", listColumnValueProviderDestructor, methods);
+#undef KELP_PART_CLASS
 }
 
 RuntimeObject *NewPart(ObjectDefinition *definition, RuntimeObject *list, int32_t which) {

@@ -118,9 +118,10 @@ Row *ListBox::RowOfIter(GtkTreeIter *iter) const {
     return static_cast<Row *>(p);
 }
 
-Row *ListBox::Place(Row *row, GtkTreeIter *parent, GtkTreeIter *before, int32_t position) {
-    if (before)
-        NodeInsert(&row->iter, parent, before, true);
+Row *ListBox::Place(Row *row, GtkTreeIter *parent, GtkTreeIter *sibling, int32_t position,
+                    bool before) {
+    if (sibling)
+        NodeInsert(&row->iter, parent, sibling, before);
     else if (!parent && !mRows.empty() && position == Count()) {
         // After the last top-level node: the store would walk all siblings
         // to find the end, which a list of many rows can't afford.
@@ -166,15 +167,39 @@ Row *ListBox::Insert(int32_t position, std::string_view text, bool folder, int32
     auto *row = new Row;
     row->expanded = folder ? 0 : -1;
     row->Get(0).text = std::string(text);
-    if (position == Count()) {
+    if (position == Count() && (!mHierarchical || position == 0 || Flat())) {
         row->indent = mHierarchical ? 0 : int16_t(std::max(indent, 0));
         return Place(row, nullptr, nullptr, position);
     }
-    Row *beside = mRows[size_t(position)];
-    row->indent = beside->indent;
-    GtkTreeIter parent;
-    bool hasParent = gtk_tree_model_iter_parent(mStore, &parent, &beside->iter) != FALSE;
-    return Place(row, hasParent ? &parent : nullptr, &beside->iter, position);
+    Row *beside = position < Count() ? mRows[size_t(position)] : nullptr;
+    if (beside && (!mHierarchical || position == 0 || Flat())) {
+        row->indent = beside->indent;
+        GtkTreeIter parent;
+        bool hasParent = gtk_tree_model_iter_parent(mStore, &parent, &beside->iter) != FALSE;
+        return Place(row, hasParent ? &parent : nullptr, &beside->iter, position);
+    }
+    // The indent asked for, as far as the rows around allow: no deeper than
+    // a child of the row above (an open folder) or its sibling, and no
+    // shallower than the row below, which would otherwise become a child
+    // of the new row.
+    Row *above = mRows[size_t(position - 1)];
+    const int32_t shallowest = beside ? beside->indent : 0;
+    const int32_t deepest = std::max(shallowest, above->indent + (above->expanded == 1 ? 1 : 0));
+    row->indent = int16_t(std::clamp(indent, shallowest, deepest));
+    if (beside && beside->indent == row->indent) {
+        GtkTreeIter parent;
+        bool hasParent = gtk_tree_model_iter_parent(mStore, &parent, &beside->iter) != FALSE;
+        return Place(row, hasParent ? &parent : nullptr, &beside->iter, position);
+    }
+    if (row->indent > above->indent) // the only child of the open folder above
+        return Place(row, &above->iter, nullptr, position);
+    // Behind the row above's ancestor at this indent, among its siblings;
+    // indents grow by at most one a row, so that ancestor is the first row
+    // up at the indent.
+    Row *sibling = above;
+    for (int32_t at = position - 1; at >= 0 && mRows[size_t(at)]->indent >= row->indent; --at)
+        sibling = mRows[size_t(at)];
+    return Place(row, nullptr, &sibling->iter, position, false);
 }
 
 void ListBox::Remove(int32_t index) {
@@ -427,6 +452,7 @@ void ListBox::SetHierarchical(bool on) {
     if (on == mHierarchical)
         return;
     mHierarchical = on;
+    Record(mControl)->hierarchical = on;
     // Rows inside open folders become rows of their own in a flat list.
     for (Row *row : mRows) {
         row->indent = 0;
@@ -462,8 +488,8 @@ void ListBox::Collapse(Row *row, bool byView) {
     if (!row || row->expanded != 1)
         return;
     Fire(gHooks.collapseRow, IndexOf(row));
-    if (IndexOf(row) < 0 && std::find(mRows.begin(), mRows.end(), row) == mRows.end())
-        return; // the handler removed it
+    if (std::find(mRows.begin(), mRows.end(), row) == mRows.end())
+        return; // the handler removed it: the pointer is only compared
     row->expanded = 0;
     AddPlaceholder(row);
     RemoveChildren(row);
@@ -638,7 +664,7 @@ void ListBox::PressHeader(int32_t column) {
     // A second press on the sorted column turns its direction round.
     if (headingIndex == column && c.sortDirection != 0)
         c.sortDirection = -c.sortDirection;
-    headingIndex = column;
+    headingIndex = Record(mControl)->headingIndex = column;
     Sort(column);
 }
 

@@ -188,7 +188,10 @@ private:
     void Rebuild(); // the vector from the store, after a reorder
     void FreeRow(Row *row);
     void SortSiblings(GtkTreeIter *parent, int32_t column);
-    Row *Place(Row *row, GtkTreeIter *parent, GtkTreeIter *before, int32_t position);
+    // Into the store next to `sibling` (before it, or after), or at the end
+    // of `parent`'s rows; and into the vector at `position`.
+    Row *Place(Row *row, GtkTreeIter *parent, GtkTreeIter *sibling, int32_t position,
+               bool before = true);
 
     RuntimeObject *mControl;
     GtkTreeModel *mStore;     // a list store, or a tree store when hierarchical

@@ -1,7 +1,12 @@
 #include "listbox/list_pane.h"
 
+#include "listbox/cell_renderer.h"
 #include "listbox/utf8.h"
 
+#include "graphics/graphics_gtk.h"
+#include "graphics/graphics_object.h"
+
+#include "kelp/canvas.h"
 #include "kelp/objects.h"
 
 #include "kelp/strings.h"
@@ -106,13 +111,21 @@ ListPane::ListPane(ListRecord *record)
 ListPane::~ListPane() {
     if (mList->pane == this)
         mList->pane = nullptr;
+    // Parts of this list listen to it and hold it: the list closing lets go.
+    for (RuntimeObject *r : mList->selectionReceivers)
+        RuntimeUnlockObject(r);
+    mList->selectionReceivers.clear();
     // The view may outlive the pane for a moment: it must call back no more.
     g_signal_handlers_disconnect_by_data(gtk_tree_view_get_selection(mView), this);
     g_signal_handlers_disconnect_by_data(mView, this);
     for (GtkTreeViewColumn *c : mColumns)
         g_signal_handlers_disconnect_by_data(c, this);
-    for (GtkCellRenderer *r : mTextRenderers)
+    for (GtkCellRenderer *r : mTextRenderers) {
         g_signal_handlers_disconnect_by_data(r, this);
+        DetachRenderer(r);
+    }
+    for (GtkCellRenderer *r : mBackgroundRenderers)
+        DetachRenderer(r);
     if (mEditor)
         g_signal_handlers_disconnect_by_data(mEditor, this);
 }
@@ -135,7 +148,10 @@ void ListPane::ShowColumns() {
         g_signal_handlers_disconnect_by_data(c, this);
         gtk_tree_view_remove_column(mView, c);
         mColumns.pop_back();
+        DetachRenderer(mTextRenderers.back());
+        DetachRenderer(mBackgroundRenderers.back());
         mTextRenderers.pop_back();
+        mBackgroundRenderers.pop_back();
     }
     while (int32_t(mColumns.size()) < count) {
         const int32_t index = int32_t(mColumns.size());
@@ -143,27 +159,28 @@ void ListPane::ShowColumns() {
         g_object_set_data(G_OBJECT(c), kColumnKey, GINT_TO_POINTER(index));
         gtk_tree_view_column_set_sizing(c, GTK_TREE_VIEW_COLUMN_FIXED);
         gtk_tree_view_column_set_clickable(c, TRUE);
-        GtkCellRenderer *renderers[] = {index == 0 ? gtk_cell_renderer_pixbuf_new() : nullptr,
-                                        gtk_cell_renderer_toggle_new(),
-                                        gtk_cell_renderer_text_new()};
+        GtkCellRenderer *renderers[] = {NewCellBackgroundRenderer(this),
+                                        index == 0 ? gtk_cell_renderer_pixbuf_new() : nullptr,
+                                        gtk_cell_renderer_toggle_new(), NewCellTextRenderer(this)};
         for (GtkCellRenderer *r : renderers) {
             if (!r)
                 continue;
             g_object_set_data(G_OBJECT(r), kColumnKey, GINT_TO_POINTER(index));
-            gtk_tree_view_column_pack_start(c, r, r == renderers[2]);
+            gtk_tree_view_column_pack_start(c, r, r == renderers[3]);
             gtk_tree_view_column_set_cell_data_func(c, r, DataFunc, this, nullptr);
         }
-        g_signal_connect(renderers[1], "toggled", G_CALLBACK(OnToggled), this);
-        g_signal_connect(renderers[2], "editing-started", G_CALLBACK(OnEditingStarted), this);
-        g_signal_connect(renderers[2], "edited", G_CALLBACK(OnEdited), this);
-        g_signal_connect(renderers[2], "editing-canceled", G_CALLBACK(OnEditingCanceled), this);
+        g_signal_connect(renderers[2], "toggled", G_CALLBACK(OnToggled), this);
+        g_signal_connect(renderers[3], "editing-started", G_CALLBACK(OnEditingStarted), this);
+        g_signal_connect(renderers[3], "edited", G_CALLBACK(OnEdited), this);
+        g_signal_connect(renderers[3], "editing-canceled", G_CALLBACK(OnEditingCanceled), this);
         g_signal_connect(c, "clicked", G_CALLBACK(OnHeaderClicked), this);
         g_signal_connect(c, "notify::width", G_CALLBACK(OnColumnWidth), this);
         gtk_tree_view_append_column(mView, c);
         mColumns.push_back(c);
-        mTextRenderers.push_back(renderers[2]);
+        mTextRenderers.push_back(renderers[3]);
+        mBackgroundRenderers.push_back(renderers[0]);
         if (mRowHeight >= 0)
-            gtk_cell_renderer_set_fixed_size(renderers[2], -1, mRowHeight);
+            gtk_cell_renderer_set_fixed_size(renderers[3], -1, mRowHeight);
     }
     for (int32_t i = 0; i < count; ++i)
         gtk_tree_view_column_set_title(mColumns[size_t(i)], mList->HeadingText(i).c_str());
@@ -268,6 +285,9 @@ void ListPane::DataFunc(GtkTreeViewColumn *, GtkCellRenderer *renderer, GtkTreeM
         g_object_set(renderer, "visible", FALSE, nullptr);
         return;
     }
+    SetRendererRow(renderer, row);
+    if (IsCellBackgroundRenderer(renderer))
+        return;
     const Cell *cell = row->Find(column);
     const uint8_t type = list->EffectiveType(row, column);
     if (GTK_IS_CELL_RENDERER_TOGGLE(renderer)) {
@@ -294,6 +314,85 @@ void ListPane::DataFunc(GtkTreeViewColumn *, GtkCellRenderer *renderer, GtkTreeM
                      xalign, "xpad", guint(4 + std::max(offset, -4)), "editable", editable,
                      "ellipsize", PANGO_ELLIPSIZE_END, nullptr);
     }
+}
+
+namespace {
+
+// Draws on the view's bin window with the cell's top-left as the origin,
+// limited to the cell, so a handler needs to know nothing of scrolling.
+class CellTarget : public GraphicsTarget {
+public:
+    CellTarget(GtkWidget *view, GdkWindow *window, const GdkRectangle &cell)
+        : mView(view), mWindow(window), mCell(cell) {}
+    ~CellTarget() override {
+        if (mGc)
+            g_object_unref(mGc);
+    }
+    GdkDrawable *Drawable() override { return GDK_DRAWABLE(mWindow); }
+    GdkGC *GetGC() override {
+        if (!mGc) {
+            mGc = gdk_gc_new(mWindow);
+            gdk_gc_set_clip_rectangle(mGc, &mCell);
+        }
+        return mGc;
+    }
+    GtkWidget *Widget() override { return mView; }
+    bool OnScreen() const override { return true; }
+    Rect Bounds() const override { return RectFromXYWH(0, 0, mCell.width, mCell.height); }
+    int32_t DrawableOffsetX() const override { return mCell.x; }
+    int32_t DrawableOffsetY() const override { return mCell.y; }
+    bool SharesWindowDrawable() const override { return true; }
+
+private:
+    GtkWidget *mView;
+    GdkWindow *mWindow;
+    GdkRectangle mCell;
+    GdkGC *mGc = nullptr;
+};
+
+} // namespace
+
+bool ListPane::OfferBackground(GdkWindow *window, Row *row, GtkCellRenderer *renderer) {
+    return OfferPaint(gHooks.cellBackgroundPaint, window, row, renderer, 0);
+}
+
+bool ListPane::OfferText(GdkWindow *window, Row *row, GtkCellRenderer *renderer, int32_t textX) {
+    // The cell being edited shows its editor, not its text.
+    if (mEditor && row == mList->At(mEditRow) && ColumnOf(renderer) == mEditColumn)
+        return false;
+    return OfferPaint(gHooks.cellTextPaint, window, row, renderer, textX);
+}
+
+bool ListPane::OfferPaint(ObjectHook *hook, GdkWindow *window, Row *row, GtkCellRenderer *renderer,
+                          int32_t textX) {
+    const int32_t column = ColumnOf(renderer);
+    const int32_t index = mList->IndexOf(row);
+    if (!Control() || !FindEventHandler(Control(), hook) || index < 0 ||
+        column >= int32_t(mColumns.size()))
+        return false;
+    GtkTreePath *path = gtk_tree_model_get_path(GTK_TREE_MODEL(mList->Store()), &row->iter);
+    GdkRectangle cell;
+    gtk_tree_view_get_background_area(mView, path, mColumns[size_t(column)], &cell);
+    gtk_tree_path_free(path);
+    CellTarget target(GTK_WIDGET(mView), window, cell);
+    GraphicsGTK g(&target);
+    const Rect clip = target.Bounds();
+    g.SetClipRect(&clip);
+    RuntimeObject *object = NewGraphicsObject(&g, false);
+    bool alive = true, drew;
+    if (hook == gHooks.cellTextPaint) {
+        const FontSpec font = ToFontSpec(mRecord->font);
+        g.SetTextFont(font.name);
+        g.SetTextSize(font.size);
+        // The base position: where the text starts, on its baseline.
+        const int32_t baseline = (cell.height + g.Ascent() - g.Descent()) / 2;
+        drew = FireLocked<uint8_t>(hook, &alive, object, index, column, textX - cell.x, baseline);
+    } else {
+        drew = FireLocked<uint8_t>(hook, &alive, object, index, column);
+    }
+    DetachGraphicsObject(object);
+    RuntimeUnlockObject(object);
+    return drew || !alive;
 }
 
 void ListPane::DrawBorders(GdkWindow *window) {
@@ -597,9 +696,14 @@ void ListPane::OnColumnWidth(GObject *column, GParamSpec *, gpointer data) {
         return;
     const int32_t width = gtk_tree_view_column_get_width(GTK_TREE_VIEW_COLUMN(column));
     ListBox *list = pane->mList;
-    if (width <= 1 || width == list->Column(index).width.actual)
+    if (width <= 1 || width == list->Column(index).width.actual || !pane->mRecord->columnsResizable)
         return;
-    // A drag on a column's edge.
+    // Only a drag on a column's edge counts; the view also widens the last
+    // column to the list's edge, which changes no expression.
+    GdkModifierType buttons = GdkModifierType(0);
+    gdk_window_get_pointer(GTK_WIDGET(pane->mView)->window, nullptr, nullptr, &buttons);
+    if (!(buttons & GDK_BUTTON1_MASK))
+        return;
     std::vector<ColumnWidth> widths = list->Widths();
     if (SetActualWidth(widths, size_t(index), width))
         list->StoreWidths(widths);
@@ -649,11 +753,36 @@ gboolean ListPane::OnButtonPress(GtkWidget *, GdkEventButton *event, gpointer da
         pane->CloseEditor(true);
     if (!list->pane)
         return TRUE;
-    return list->Fire<uint8_t>(gHooks.cellClick, list->IndexOf(row), pane->ColumnIndex(column),
-                               int32_t(cx), int32_t(cy)) ||
-                   !list->pane
-               ? TRUE
-               : FALSE;
+    if (list->Fire<uint8_t>(gHooks.cellClick, list->IndexOf(row), pane->ColumnIndex(column),
+                            int32_t(cx), int32_t(cy)) ||
+        !list->pane)
+        return TRUE;
+    if (pane->mRecord->enableDrag && !(event->state & (GDK_SHIFT_MASK | GDK_CONTROL_MASK)))
+        return pane->DragOut(row) ? TRUE : FALSE;
+    return FALSE;
+}
+
+// A drag out of the list: the row is selected, DragRow gets an item that
+// carries the row's text, and the drag runs when it answers true.
+bool ListPane::DragOut(Row *row) {
+    if (!row->selected)
+        mList->SelectOnly(row);
+    GdkRectangle area;
+    GtkTreePath *path = gtk_tree_model_get_path(mList->Store(), &row->iter);
+    gtk_tree_view_get_background_area(mView, path, nullptr, &area);
+    gtk_tree_path_free(path);
+    int32_t left, top;
+    BinToControl(0, area.y, &left, &top);
+    RuntimeObject *drag =
+        controlNewDragItem(mRunControl, 0, top, bounds.right - bounds.left, area.height);
+    KelpString text = MakeUtf8(mList->CellText(mList->IndexOf(row), 0));
+    dragItemTextSetter(drag, 0, text);
+    RuntimeUnlockString(text);
+    const bool start = mList->Fire<uint8_t>(gHooks.dragRow, drag, mList->IndexOf(row));
+    if (start && mList->pane)
+        DragItemDrag(drag);
+    RuntimeUnlockObject(drag);
+    return start;
 }
 
 gboolean ListPane::OnMotion(GtkWidget *, GdkEventMotion *event, gpointer data) {

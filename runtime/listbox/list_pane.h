@@ -43,6 +43,11 @@ public:
     void EditCell(int32_t row, int32_t column);
     bool Editing() const { return mEditor != nullptr; }
 
+    // Offer the program a cell of `row` to paint, the column's renderer
+    // drawing into the view's `window`: true when a handler drew it.
+    bool OfferBackground(GdkWindow *window, Row *row, GtkCellRenderer *renderer);
+    bool OfferText(GdkWindow *window, Row *row, GtkCellRenderer *renderer, int32_t textX);
+
     template <typename R, typename... Args> R FireEvent(ObjectHook *hook, bool *alive, Args... a) {
         return FireLocked<R>(hook, alive, a...);
     }
@@ -78,13 +83,17 @@ private:
     void ControlToBin(int32_t x, int32_t y, int32_t *bx, int32_t *by);
     int32_t ColumnIndex(GtkTreeViewColumn *column) const;
     void CloseEditor(bool keep);
+    bool DragOut(Row *row);
     void DrawBorders(GdkWindow *window);
+    bool OfferPaint(ObjectHook *hook, GdkWindow *window, Row *row, GtkCellRenderer *renderer,
+                    int32_t textX);
 
     ListRecord *mRecord;
     ListBox *mList;
     GtkTreeView *mView;
     std::vector<GtkTreeViewColumn *> mColumns;
     std::vector<GtkCellRenderer *> mTextRenderers;
+    std::vector<GtkCellRenderer *> mBackgroundRenderers;
     bool mQuiet = false;     // our own changes to the view: no events
     int32_t mRowHeight = -1; // DefaultRowHeight; negative: the text's
     GtkCellEditable *mEditor = nullptr;
@@ -120,6 +129,8 @@ struct ListRecord {
     ControlFont font;
     int32_t defaultRowHeight;
     int32_t selectionType; // 0 single, 1 multiple
+    int32_t headingIndex;  // the heading pressed last, -1 none
+    uint8_t hierarchical, requiresSelection;
     int32_t gridHorizontal, gridVertical;
     uint8_t hasHeading, enableDrag, enableDragReorder, columnsResizable;
     uint8_t scrollHorizontal, scrollVertical, useFocusRing;

@@ -36,7 +36,8 @@ ObjectDefinition *ListBoxDefinition() {
          KELP_ENTRY(listColumnCountSetter)},
         {0, "ColumnWidths", &kTypeString, KELP_ENTRY(listColumnWidthsGetter),
          KELP_ENTRY(listColumnWidthsSetter)},
-        {0, "Hierarchical", &kTypeBoolean, {}, KELP_ENTRY(listHierarchicalSetter)},
+        {0, "Hierarchical", &kTypeBoolean, KELP_ENTRY(boolGetter),
+         KELP_ENTRY(listHierarchicalSetter), offsetof(ListRecord, hierarchical)},
         {0, "LastIndex", &kTypeInteger, KELP_ENTRY(listLastIndexGetter), {}},
         {0, "EnableDrag", &kTypeBoolean, KELP_ENTRY(boolGetter), KELP_ENTRY(listEnableDragSetter),
          offsetof(ListRecord, enableDrag)},
@@ -51,7 +52,8 @@ ObjectDefinition *ListBoxDefinition() {
          offsetof(ListRecord, hasHeading)},
         {0, "UseFocusRing", &kTypeBoolean, KELP_ENTRY(boolGetter), KELP_PLAIN_FIELD,
          offsetof(ListRecord, useFocusRing)},
-        {0, "HeadingIndex", &kTypeInteger, {}, KELP_ENTRY(listHeadingIndexSetter)},
+        {0, "HeadingIndex", &kTypeInteger, KELP_ENTRY(intGetter),
+         KELP_ENTRY(listHeadingIndexSetter), offsetof(ListRecord, headingIndex)},
         {0, "ScrollPosition", &kTypeInteger, KELP_ENTRY(listScrollPositionGetter),
          KELP_ENTRY(listScrollPositionSetter)},
         {0, "ScrollPositionX", &kTypeInteger, KELP_ENTRY(listScrollPositionXGetter),
@@ -76,7 +78,8 @@ ObjectDefinition *ListBoxDefinition() {
          KELP_ENTRY(listSortedColumnSetter)},
         {0, "ColumnsResizable", &kTypeBoolean, KELP_ENTRY(boolGetter), KELP_PLAIN_FIELD,
          offsetof(ListRecord, columnsResizable)},
-        {0, "RequiresSelection", &kTypeBoolean, {}, KELP_ENTRY(listRequiresSelectionSetter)},
+        {0, "RequiresSelection", &kTypeBoolean, KELP_ENTRY(boolGetter),
+         KELP_ENTRY(listRequiresSelectionSetter), offsetof(ListRecord, requiresSelection)},
     };
     static const ParameterRow text[] = {{"text", &kTypeString}};
     static const ParameterRow index[] = {{"index", &kTypeInteger}};

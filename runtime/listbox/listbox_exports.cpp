@@ -102,6 +102,7 @@ extern "C" void listboxConstructor(RuntimeObject *self) {
     ListRecord *r = Record(self);
     r->list = new ListBox(self);
     r->defaultRowHeight = -1;
+    r->headingIndex = -1;
     r->scrollVertical = 1;
     r->columnsResizable = 0;
 }

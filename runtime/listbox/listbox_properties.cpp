@@ -158,7 +158,7 @@ extern "C" void listHeadingIndexSetter(RuntimeObject *self, int32_t, int32_t val
     if (!list || (value != -1 && !ColumnOk(value)))
         return;
     if (value == -1)
-        list->headingIndex = -1;
+        list->headingIndex = Record(self)->headingIndex = -1;
     else
         list->PressHeader(value);
 }
@@ -195,14 +195,16 @@ extern "C" void listTextSetter(RuntimeObject *self, int32_t, KelpString value) {
         list->SetCellText(at, 0, ToUtf8(value));
 }
 extern "C" void listRequiresSelectionSetter(RuntimeObject *self, int32_t, uint8_t value) {
-    if (ListBox *list = ListOf(self))
+    if (ListBox *list = ListOf(self)) {
         list->requiresSelection = value != 0;
+        Record(self)->requiresSelection = value != 0;
+    }
 }
 extern "C" void listHierarchicalSetter(RuntimeObject *self, int32_t, uint8_t value) {
     if (ListBox *list = ListOf(self))
         list->SetHierarchical(value != 0);
 }
-// Dragging rows out of the list is the DragRow event's; the flag is kept.
+// A press on a row then offers a drag out of the list through DragRow.
 extern "C" void listEnableDragSetter(RuntimeObject *self, int32_t, uint8_t value) {
     if (self)
         Record(self)->enableDrag = value != 0;

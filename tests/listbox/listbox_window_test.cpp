@@ -3,6 +3,7 @@
 // reorder; the properties after, and the events in the order they came.
 #include "controls/control_fixture.h"
 
+#include "kelp/canvas.h"
 #include "kelp/listbox.h"
 
 #include <atomic>
@@ -52,6 +53,38 @@ void OnExpandRow(RuntimeObject *me, int32_t row) {
     RuntimeListAddRow(me, Lit("pear"));
 }
 void OnCollapseRow(RuntimeObject *, int32_t row) { Log("CollapseRow", {row}); }
+// Letters are taken; other keys go on to the list.
+uint8_t OnKeyDown(RuntimeObject *, KelpString key) {
+    std::string k = Str(key);
+    Log("KeyDown", {k.empty() ? 0 : int32_t(uint8_t(k[0]))});
+    return !k.empty() && std::isalpha(uint8_t(k[0]));
+}
+uint8_t OnDragRow(RuntimeObject *, RuntimeObject *drag, int32_t row) {
+    Events().push_back("DragRow " + std::to_string(row) + " " + Text(dragItemTextGetter(drag, 0)));
+    return 1;
+}
+// Cell 1,1 gets a red background, far past its edges: what shows must stay
+// in the cell.  Cell 0,0 gets a blue mark for text at the base position.
+uint8_t OnCellBackgroundPaint(RuntimeObject *, RuntimeObject *g, int32_t r, int32_t c) {
+    if (r != 1 || c != 1)
+        return 0;
+    graphicsForeColorSetter(g, 0, 0xff0000);
+    RuntimeGraphicsFillRect(g, -500, -500, 2000, 2000);
+    return 1;
+}
+GdkPoint gTextAt = {-1, -1};
+uint8_t OnCellTextPaint(RuntimeObject *, RuntimeObject *g, int32_t r, int32_t c, int32_t x,
+                        int32_t y) {
+    if (r != 0 || c != 0)
+        return 0;
+    gTextAt = {x, y};
+    graphicsForeColorSetter(g, 0, 0x0000ff);
+    RuntimeGraphicsFillRect(g, x, y - 6, 6, 6);
+    return 1;
+}
+uint8_t gTakeMouse = 0;
+uint8_t OnMouseDown(RuntimeObject *, int32_t, int32_t) { return Log("MouseDown"), gTakeMouse; }
+void OnMouseUp(RuntimeObject *, int32_t, int32_t) { Log("MouseUp"); }
 
 class ListBoxWindowTest : public ControlFixture {
 protected:
@@ -115,6 +148,27 @@ protected:
         ASSERT_TRUE(ClickAt(button, button->allocation.width / 2, button->allocation.height / 2));
         Settle(120);
     }
+    // The person drags in steps, as a hand does, while the loop runs here.
+    void Drag(RuntimeObject *list, GdkPoint from, GdkPoint to) {
+        gint fx, fy, tx, ty;
+        gdk_window_get_origin(GTK_WIDGET(View(list))->window, &fx, &fy);
+        tx = fx + to.x, ty = fy + to.y;
+        fx += from.x, fy += from.y;
+        std::atomic<bool> done{false};
+        std::thread hand([&] {
+            std::string steps = "mousemove " + std::to_string(fx) + " " + std::to_string(fy) +
+                                " mousedown 1 sleep 0.2";
+            for (int i = 1; i <= 6; ++i)
+                steps += " mousemove " + std::to_string(fx + (tx - fx) * i / 6) + " " +
+                         std::to_string(fy + (ty - fy) * i / 6) + " sleep 0.15";
+            XDoToolQuiet(steps + " mouseup 1");
+            done = true;
+        });
+        for (int i = 0; i < 100 && !done; ++i)
+            Settle(50);
+        hand.join();
+        Settle(200);
+    }
     std::vector<std::string> Column0(RuntimeObject *list) {
         std::vector<std::string> rows;
         for (int32_t i = 0; i < listCountGetter(list, 0); ++i)
@@ -142,6 +196,14 @@ TEST_F(ListBoxWindowTest, HeadingsSortRowsSelectAndCheckBoxesToggle) {
     RuntimeObject *age = listColumnGetter(list, 1);
     EXPECT_NEAR(listColWidthActualGetter(age, 0), 90, 3) << "a quarter of the content width";
     RuntimeUnlockObject(age);
+    listColumnWidthsSetter(list, 0, Lit("100, 60"));
+    Settle(60);
+    EXPECT_EQ(Text(listColumnWidthsGetter(list, 0)), "100, 60, 1*");
+    listColumnWidthsSetter(list, 0, Lit("100, 60, 80"));
+    Settle(60);
+    EXPECT_EQ(Text(listColumnWidthsGetter(list, 0)), "100, 60, 80")
+        << "the view filling the row to its edge is no change of width";
+    listColumnWidthsSetter(list, 0, Lit("50%, 25%, *"));
 
     ClickHeading(list, 1);
     EXPECT_EQ(Column0(list), (std::vector<std::string>{"Apple", "pear", "fig"}))
@@ -201,6 +263,32 @@ TEST_F(ListBoxWindowTest, ASecondSlowClickEditsTheCellAndReturnKeepsTheText) {
               (std::vector<std::string>{"DoubleClick", "CellGotFocus 1,1", "CellLostFocus 1,1"}));
 }
 
+TEST_F(ListBoxWindowTest, KeysAndPressesGoToTheProgramFirst) {
+    RuntimeObject *list =
+        MakeList("Name\tAge\tOk\ra\t1\rb\t2\rc\t3", {{"KeyDown", H(&OnKeyDown)},
+                                                     {"MouseDown", H(&OnMouseDown)},
+                                                     {"MouseUp", H(&OnMouseUp)},
+                                                     {"Change", H(&OnChange)}});
+    gTakeMouse = 0;
+    ClickCell(list, 0, 0);
+    Key("x");
+    Key("Down");
+    EXPECT_EQ(listSelectionGetter(list, 0), 1) << "Down moves the selection";
+    gTakeMouse = 1;
+    ClickCell(list, 2, 0);
+    EXPECT_EQ(listSelectionGetter(list, 0), 1) << "a press the program took selects nothing";
+    EXPECT_EQ(Events(), (std::vector<std::string>{"MouseDown", "Change", "KeyDown 120",
+                                                  "KeyDown 31", "Change", "MouseDown", "MouseUp"}));
+    gTakeMouse = 0;
+    for (uint8_t keep : {1, 0}) { // a press below the last row
+        listRequiresSelectionSetter(list, 0, keep);
+        GdkPoint below = CellPoint(list, 2, 0, -1, 4.0);
+        ASSERT_TRUE(ClickAt(GTK_WIDGET(View(list)), below.x, below.y));
+        Settle(120);
+        EXPECT_EQ(listSelectionGetter(list, 0), keep ? 1 : -1) << int(keep);
+    }
+}
+
 TEST_F(ListBoxWindowTest, ADisclosureTriangleAsksTheProgramForTheRows) {
     RuntimeObject *list =
         MakeList("Name\tAge\tOk",
@@ -217,35 +305,73 @@ TEST_F(ListBoxWindowTest, ADisclosureTriangleAsksTheProgramForTheRows) {
     EXPECT_EQ(Events(), (std::vector<std::string>{"ExpandRow 0", "CollapseRow 0"}));
 }
 
+TEST_F(ListBoxWindowTest, ARowDraggedOutOffersItsText) {
+    RuntimeObject *list = MakeList("Name\tAge\tOk\ra\t1\rb\t2\rc\t3", {{"DragRow", H(&OnDragRow)}});
+    listEnableDragSetter(list, 0, 1);
+    Drag(list, CellPoint(list, 1, 0), CellPoint(list, 1, 0, 400));
+    EXPECT_EQ(listSelectionGetter(list, 0), 1) << "the dragged row is selected first";
+    EXPECT_EQ(Column0(list), (std::vector<std::string>{"a", "b", "c"}));
+    EXPECT_EQ(Events(), (std::vector<std::string>{"DragRow 1 b"}));
+}
+
 TEST_F(ListBoxWindowTest, ARowDraggedBelowAnotherMovesThere) {
     RuntimeObject *list =
         MakeList("Name\tAge\tOk\ra\t1\rb\t2\rc\t3\rd\t4", {{"DragReorderRows", H(&OnDragReorder)}});
     ListEnableDragReorderSetter(list, 0, 1);
     Settle(50);
-    // The person moves in steps, as a hand does, while the loop runs here.
-    GdkPoint from = CellPoint(list, 0, 0), to = CellPoint(list, 2, 0, -1, 0.8);
-    gint fx, fy, tx, ty;
-    gdk_window_get_origin(GTK_WIDGET(View(list))->window, &fx, &fy);
-    tx = fx + to.x, ty = fy + to.y;
-    fx += from.x, fy += from.y;
-    std::atomic<bool> done{false};
-    std::thread hand([&] {
-        std::string steps =
-            "mousemove " + std::to_string(fx) + " " + std::to_string(fy) + " mousedown 1 sleep 0.2";
-        for (int i = 1; i <= 6; ++i)
-            steps += " mousemove " + std::to_string(fx + (tx - fx) * i / 6) + " " +
-                     std::to_string(fy + (ty - fy) * i / 6) + " sleep 0.15";
-        XDoToolQuiet(steps + " mouseup 1");
-        done = true;
-    });
-    for (int i = 0; i < 100 && !done; ++i)
-        Settle(50);
-    hand.join();
-    Settle(200);
+    Drag(list, CellPoint(list, 0, 0), CellPoint(list, 2, 0, -1, 0.8));
     EXPECT_EQ(Column0(list), (std::vector<std::string>{"b", "c", "a", "d"}));
     EXPECT_EQ(Text(listGetCell(list, 2, 1)), "1") << "the row moves with its cells";
     EXPECT_EQ(Events(), (std::vector<std::string>{"DragReorderRows 3,-1"}));
 }
 
+TEST_F(ListBoxWindowTest, PaintHandlersDrawCellsInsteadOfTheList) {
+    RuntimeObject *list = MakeList("Name\tAge\tOk\rpear\t30\rApple\t4\rfig\t100",
+                                   {{"CellBackgroundPaint", H(&OnCellBackgroundPaint)},
+                                    {"CellTextPaint", H(&OnCellTextPaint)}});
+    Settle(150);
+    GtkTreeView *view = View(list);
+    // Points of the window: a cell's origin plus an offset into it.
+    auto at = [&](int row, int column, int dx, int dy) {
+        GdkPoint p = CellPoint(list, row, column, 0, 0.0);
+        gint x, y;
+        gtk_widget_translate_coordinates(GTK_WIDGET(view), Fixed(mWindow), p.x, p.y, &x, &y);
+        return GdkPoint{x + dx, y + dy};
+    };
+    const int width = gtk_tree_view_column_get_width(gtk_tree_view_get_column(view, 1));
+    struct {
+        int row, column, dx, dy;
+        uint32_t rgb;
+        const char *what;
+    } cases[] = {
+        {1, 1, 2, 2, 0xff0000, "the handled background"},
+        {1, 1, width - 12, 8, 0xff0000, "to the cell's right"},
+        {1, 2, 4, 4, 0xffffff, "the next cell is not drawn over"},
+        {2, 1, 4, 4, 0xffffff, "nor the next row"},
+        {1, 0, 4, 4, 0xffffff, "nor the cell before"},
+    };
+    for (const auto &c : cases) {
+        GdkPoint p = at(c.row, c.column, c.dx, c.dy);
+        EXPECT_EQ(Pixel(mWindow, p.x, p.y), c.rgb) << c.what;
+    }
+    ASSERT_GE(gTextAt.x, 0) << "CellTextPaint ran";
+    GdkPoint mark = at(0, 0, gTextAt.x + 3, gTextAt.y - 3);
+    EXPECT_EQ(Pixel(mWindow, mark.x, mark.y), 0x0000ffu) << "the text's mark at its base position";
+    // "pear" is not drawn: along the text's line only the mark is dark.
+    int dark = 0;
+    for (int x = gTextAt.x + 8; x < gTextAt.x + 60; ++x) {
+        GdkPoint p = at(0, 0, x, gTextAt.y - 3);
+        dark += Pixel(mWindow, p.x, p.y) != 0xffffff;
+    }
+    EXPECT_EQ(dark, 0);
+    GdkPoint apple = at(2, 0, 0, 0);
+    int drawn = 0; // the rows not handled keep their text
+    for (int x = gTextAt.x; x < gTextAt.x + 40; ++x)
+        for (int y = 2; y < 16; ++y)
+            drawn += Pixel(mWindow, apple.x + x, apple.y + y) != 0xffffff;
+    EXPECT_GT(drawn, 10);
+    std::filesystem::create_directories("screenshots");
+    EXPECT_TRUE(SaveScreenshot(Fixed(mWindow), "screenshots/listbox-cell-paint.png"));
+}
 } // namespace
 } // namespace kelp::test

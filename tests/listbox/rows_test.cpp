@@ -182,6 +182,70 @@ TEST(ListBoxRows, BulkTextColumnCountAndHeadings) {
     RuntimeUnlockObject(list);
 }
 
+// A receiver of the language: an object whose class implements
+// actionNotificationReceiver, with a tag to tell receivers apart.
+struct ReceiverRecord {
+    RuntimeObject object;
+    int64_t tag;
+};
+void Perform(RuntimeObject *me) {
+    Events().push_back("Perform " + std::to_string(reinterpret_cast<ReceiverRecord *>(me)->tag));
+}
+RuntimeObject *NewReceiver(int64_t tag) {
+    static RuntimeClass *klass = [] {
+        RuntimeClass *c = MakeClass(nullptr, "lbReceiver", sizeof(ReceiverRecord), 0, 1);
+        RuntimeClass *iface = RuntimeLookupClass(Lit("actionNotificationReceiver"));
+        c->interfaceTable[0] = {iface, 1, RuntimeNewVtable(1)};
+        c->interfaceTable[0].methodTable[0].code = reinterpret_cast<void *>(&Perform);
+        return c;
+    }();
+    RuntimeObject *r = RuntimeNewObject(klass);
+    reinterpret_cast<ReceiverRecord *>(r)->tag = tag;
+    return r;
+}
+
+TEST(ListBoxRows, BoundPartsFollowTheSelection) {
+    Events().clear();
+    RuntimeObject *list = NewList("BoundList");
+    listColumnCountSetter(list, 0, 2);
+    listSetCell(list, -1, -1, Lit("a\tx\rb\ty"));
+    RuntimeObject *column = listGetBoundPart(list, Lit("columnValueProvider_1"));
+    RuntimeObject *selection = listGetBoundPart(list, Lit("getSelectionProvider"));
+    ASSERT_NE(column, nullptr);
+    ASSERT_NE(selection, nullptr);
+    EXPECT_EQ(listGetBoundPart(list, Lit("noSuchPart")), nullptr);
+    RuntimeObject *r1 = NewReceiver(1), *r2 = NewReceiver(2);
+    lcvpAddDataNotificationReceiver(column, r1);
+    listSelectionAddDataNotificationReceiver(selection, r2);
+    listAddLSNR(list, column);
+    listAddLSNR(list, selection);
+    struct State {
+        bool available;
+        std::string value;
+        bool selected;
+    };
+    auto state = [&] {
+        return State{lcvpDataAvailable(column) != 0, Text(lcvpGetString(column)),
+                     listSelectionGetBoolean(selection) != 0};
+    };
+    State before = state();
+    EXPECT_FALSE(before.available || before.selected);
+    listSelectionSetter(list, 0, 1);
+    State after = state();
+    EXPECT_TRUE(after.available && after.selected);
+    EXPECT_EQ(after.value, "y");
+    lcvpSetString(column, Lit("z"));
+    EXPECT_EQ(Text(listGetCell(list, 1, 1)), "z");
+    listSelectionSetBoolean(selection, 0);
+    EXPECT_EQ(listSelectionGetter(list, 0), -1);
+    EXPECT_EQ(Events(),
+              (std::vector<std::string>{"Perform 1", "Perform 2", "Perform 1", "Perform 2"}));
+    listRemoveLSNR(list, column);
+    listRemoveLSNR(list, selection);
+    for (RuntimeObject *o : {column, selection, r1, r2, list})
+        RuntimeUnlockObject(o);
+}
+
 // ExpandRow adds two children, one of them a folder; the log shows the
 // events of the folders.
 RuntimeObject *gTree;
@@ -232,6 +296,44 @@ TEST(ListBoxRows, FoldersOpenThroughTheProgramAndSortWithTheirChildren) {
     EXPECT_EQ(Events(), (std::vector<std::string>{"ExpandRow 0", "ExpandRow 2", "ExpandRow 5",
                                                   "CollapseRow 0"}));
     RuntimeUnlockObject(gTree);
+}
+
+// InsertRow's indent in an open folder "F" with children "leaf 0" and the
+// closed folder "inner 0", before the top-level "G": where "m" lands shows
+// in the store's order after a sort, and in what closing "F" takes away.
+TEST(ListBoxRows, InsertRowPutsTheRowAtTheIndentTheRowsAroundAllow) {
+    using Rows = std::vector<std::string>;
+    const Rows child = {"F", "inner 0", "leaf 0", "m", "G"},
+               top = {"F", "inner 0", "leaf 0", "G", "m"};
+    struct {
+        int32_t at, indent;
+        Rows sorted, closed;
+    } cases[] = {
+        {3, 1, child, {"F", "G"}},    {3, 0, top, {"F", "G", "m"}},
+        {3, 5, child, {"F", "G"}},    // no deeper than a sibling of the closed folder
+        {1, 0, child, {"F", "G"}},    // not above "leaf 0", which would become its child
+        {4, 1, top, {"F", "G", "m"}}, // "G" is no folder
+    };
+    for (const auto &c : cases) {
+        gTree = NewList("IndentList", {{"ExpandRow", H(&AddChildren)}});
+        listHierarchicalSetter(gTree, 0, 1);
+        RuntimeListAddParent(gTree, Lit("F"));
+        listSetExpanded(gTree, 0, 1);
+        RuntimeListAddRow(gTree, Lit("G"));
+        RuntimeListInsertRow(gTree, c.at, Lit("m"), c.indent);
+        auto read = [] {
+            Rows rows;
+            for (int32_t i = 0; i < listCountGetter(gTree, 0); ++i)
+                rows.push_back(Text(RuntimeGetRow(gTree, i)));
+            return rows;
+        };
+        listSortedColumnSetter(gTree, 0, 0);
+        RuntimeListResort(gTree);
+        EXPECT_EQ(read(), c.sorted) << c.at << "," << c.indent;
+        listSetExpanded(gTree, 0, 0);
+        EXPECT_EQ(read(), c.closed) << c.at << "," << c.indent;
+        RuntimeUnlockObject(gTree);
+    }
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "exports/export_table.h"
 
 #include <cstddef>
+#include <cstring>
 #include <sstream>
 
 namespace kelp::test {
@@ -319,6 +320,20 @@ TEST_F(AccessorNamesTest, TheWindowsControlsByNumberByArrayAndThroughAContainer)
     gdk_flush();
     EXPECT_EQ(Pixel(w, 280, 20), 0x3366ccu);
     RuntimeUnlockObject(g);
+
+    // An object of the layout made through the window is its child; a
+    // percentage is kept as a fraction.
+    RuntimeObject *made = Bound<RuntimeObject *(*)(RuntimeObject *, RuntimeClass *)>(
+        "WindowAllocateObject")(w, Find(w, "Opt$0")->klass);
+    EXPECT_EQ(Ctl(made)->isWindowChild, 1);
+    const int32_t at = offsetof(RuntimeControl, bounds); // eight bytes the test may use
+    Bound<void (*)(RuntimeObject *, int32_t, double)>("doublePercentSetter")(made, at, 37.5);
+    double fraction;
+    std::memcpy(&fraction, &Ctl(made)->bounds, sizeof fraction);
+    EXPECT_DOUBLE_EQ(fraction, 0.375);
+    EXPECT_DOUBLE_EQ(Bound<double (*)(RuntimeObject *, int32_t)>("doublePercentGetter")(made, at),
+                     37.5);
+    RuntimeUnlockObject(made);
 
     // ClearFocus takes the keyboard from the focused button, in the
     // toolkit's window as well.

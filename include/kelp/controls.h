@@ -3,8 +3,8 @@
 #ifndef KELP_CONTROLS_H
 #define KELP_CONTROLS_H
 
-#include "kelp/records.h"
 #include "kelp/control_accessors.h"
+#include "kelp/records.h"
 
 #ifdef __cplusplus
 extern "C" {

@@ -48,13 +48,13 @@ void LayOutChildren(SubPane *parent, int32_t dw, int32_t dh, int depth) {
             continue;
         int32_t left = ctlPosGetter(control, 0), top = ctlPosGetter(control, 1);
         int32_t width = ctlPosGetter(control, 2), height = ctlPosGetter(control, 3);
-        int32_t grewX = 0, grewY = 0;
-        if (c->lockRight) {
-            c->lockLeft ? grewX = dw : left += dw;
-        }
-        if (c->lockBottom) {
-            c->lockTop ? grewY = dh : top += dh;
-        }
+        // Locked on both sides a control grows; on the far side only, it moves.
+        const int32_t grewX = c->lockRight && c->lockLeft ? dw : 0;
+        const int32_t grewY = c->lockBottom && c->lockTop ? dh : 0;
+        if (c->lockRight && !c->lockLeft)
+            left += dw;
+        if (c->lockBottom && !c->lockTop)
+            top += dh;
         RuntimeLockObject(control); // the move may reach compiled code
         RuntimeControlMove(control, left, top, width + grewX, height + grewY);
         if ((grewX || grewY) && PaneOf(control) == pane)

@@ -8,6 +8,8 @@
 #include "exports/export_table.h"
 
 #include <cstddef>
+#include <cstring>
+#include <sstream>
 
 namespace kelp::test {
 namespace {
@@ -52,117 +54,48 @@ std::string TextOf(KelpString s) {
 using AccessorNamesTest = ControlFixture;
 
 TEST(AccessorNames, EveryNameOfTheControlFamiliesIsInTheExportTable) {
-    const char *names[] = {"pushButtonTitleGetter",
-                           "pushButtonTitleSetter",
-                           "pushButtonBoldGetter",
-                           "pushButtonItalicSetter",
-                           "pushButtonTextFontGetter",
-                           "pushButtonTextSizeSetter",
-                           "pushButtonUnderlineGetter",
-                           "pushButtonDefaultGetter",
-                           "pushButtonCancelGetter",
-                           "pushButtonPush",
-                           "PushButtonDestructor",
-                           "radioTitleGetter",
-                           "radioTitleSetter",
-                           "radioBoldSetter",
-                           "radioTextFontSetter",
-                           "radioTextSizeGetter",
-                           "radioUnderlineSetter",
-                           "radioDestructor",
-                           "checkBoxTitleGetter",
-                           "checkBoxTitleSetter",
-                           "checkBoxItalicGetter",
-                           "checkBoxTextFontGetter",
-                           "checkBoxTextSizeSetter",
-                           "checkBoxDestructor",
-                           "groupCaptionGetter",
-                           "groupCaptionSetter",
-                           "groupBoldGetter",
-                           "groupTextFontSetter",
-                           "groupTextSizeGetter",
-                           "groupUnderlineSetter",
-                           "groupBoxDestructor",
-                           "staticCaptionSetter",
-                           "StaticTextMultilineSetter",
-                           "StaticTextSetString",
-                           "StaticTextDestructor",
-                           "LineCreatePane",
-                           "RectCreatePane",
-                           "OvalCreatePane",
-                           "RoundRectCreatePane",
-                           "progressValueGetter",
-                           "progressValueSetter",
-                           "progressMaximumGetter",
-                           "progressMaximumSetter",
-                           "SliderLiveScrollSetter",
-                           "scrollBarDestructor",
-                           "sliderDestructor",
-                           "tabPanelDestructor",
-                           "tabPanelValueGetter",
-                           "tabPanelValueSetter",
-                           "tabPanelCaptionGetter",
-                           "tabPanelCaptionSetter",
-                           "TabPanelAppendTab",
-                           "TabPanelInsertTab",
-                           "TabPanelRemoveTab",
-                           "RuntimeComboBoxCountGetter",
-                           "RuntimeComboBoxEmpty",
-                           "RuntimeComboBoxGetRow",
-                           "RuntimeComboBoxGetString",
-                           "RuntimeComboBoxSelectionGetter",
-                           "RuntimeComboBoxSelectionSetter",
-                           "RuntimeComboBoxBoldGetter",
-                           "RuntimeComboBoxItalicGetter",
-                           "RuntimeComboBoxUnderlineGetter",
-                           "RuntimeComboBoxTextFontGetter",
-                           "RuntimeComboBoxTextSizeGetter",
-                           "controlAutoDeactivateGetter",
-                           "controlLockLeftGetter",
-                           "controlLockLeftSetter",
-                           "controlLockTopGetter",
-                           "controlLockTopSetter",
-                           "controlLockRightGetter",
-                           "controlLockRightSetter",
-                           "controlLockBottomGetter",
-                           "controlLockBottomSetter",
-                           "controlMouseCursorSetter",
-                           "ControlPanelIndexGetter",
-                           "ControlPanelIndexSetter",
-                           "RectControlDefaultConstructor",
-                           "RuntimeControlRefreshRect",
-                           "NilCreatePane",
-                           "clearFocus",
-                           "RuntimeControlArrayItemReference",
-                           "windowControl",
-                           "windowControlCountGetter",
-                           "WindowMove",
-                           "WindowDefaultConstructor",
-                           "WindowAllocateObject",
-                           "paneBoolGetter",
-                           "paneBoolSetter",
-                           "paneObjGetter",
-                           "paneObjSetter",
-                           "paneStringGetter",
-                           "paneStringSetter",
-                           "doublePercentGetter",
-                           "doublePercentSetter",
-                           "eWindowAutoDeactivateSetter",
-                           "eWindowBoolPassThroughGetter",
-                           "eWindowBoolPassThroughSetter",
-                           "eWindowContainingWindowGettter",
-                           "eWindowControlGetter",
-                           "eWindowDisabledBalloonHelpSetter",
-                           "eWindowEnabledSetter",
-                           "eWindowHelpTagSetter",
-                           "eWindowInitialParentSetter",
-                           "eWindowIntPassThroughGetter",
-                           "eWindowParentGetter",
-                           "eWindowParentSetter",
-                           "eWindowStringPassThroughGetter",
-                           "eWindowTabPanelIndexSetter"};
+    const std::string names = R"(
+pushButtonTitleGetter pushButtonTitleSetter pushButtonBoldGetter pushButtonItalicSetter
+pushButtonTextFontGetter pushButtonTextSizeSetter pushButtonUnderlineGetter
+pushButtonDefaultGetter pushButtonCancelGetter pushButtonPush PushButtonDestructor
+radioTitleGetter radioTitleSetter radioBoldSetter radioTextFontSetter radioTextSizeGetter
+radioUnderlineSetter radioDestructor checkBoxTitleGetter checkBoxTitleSetter
+checkBoxItalicGetter checkBoxTextFontGetter checkBoxTextSizeSetter checkBoxDestructor
+groupCaptionGetter groupCaptionSetter groupBoldGetter groupTextFontSetter
+groupTextSizeGetter groupUnderlineSetter groupBoxDestructor staticCaptionSetter
+StaticTextMultilineSetter StaticTextSetString StaticTextDestructor LineCreatePane
+RectCreatePane OvalCreatePane RoundRectCreatePane progressValueGetter progressValueSetter
+progressMaximumGetter progressMaximumSetter SliderLiveScrollSetter scrollBarDestructor
+sliderDestructor tabPanelDestructor tabPanelValueGetter tabPanelValueSetter
+tabPanelCaptionGetter tabPanelCaptionSetter TabPanelAppendTab TabPanelInsertTab
+TabPanelRemoveTab RuntimeComboBoxCountGetter RuntimeComboBoxEmpty RuntimeComboBoxGetRow
+RuntimeComboBoxGetString RuntimeComboBoxSelectionGetter RuntimeComboBoxSelectionSetter
+RuntimeComboBoxBoldGetter RuntimeComboBoxItalicGetter RuntimeComboBoxUnderlineGetter
+RuntimeComboBoxTextFontGetter RuntimeComboBoxTextSizeGetter controlAutoDeactivateGetter
+controlLockLeftGetter controlLockLeftSetter controlLockTopGetter controlLockTopSetter
+controlLockRightGetter controlLockRightSetter controlLockBottomGetter
+controlLockBottomSetter controlMouseCursorSetter ControlPanelIndexGetter
+ControlPanelIndexSetter RectControlDefaultConstructor RuntimeControlRefreshRect
+NilCreatePane clearFocus RuntimeControlArrayItemReference windowControl
+windowControlCountGetter WindowMove WindowDefaultConstructor WindowAllocateObject
+paneBoolGetter paneBoolSetter paneObjGetter paneObjSetter paneStringGetter paneStringSetter
+doublePercentGetter doublePercentSetter formDrawBackground WindowDockItemGetter
+eWindowAutoDeactivateSetter eWindowBoolPassThroughGetter eWindowBoolPassThroughSetter
+eWindowContainingWindowGettter eWindowControlGetter eWindowDisabledBalloonHelpSetter
+eWindowEnabledSetter eWindowHelpTagSetter eWindowInitialParentSetter
+eWindowIntPassThroughGetter eWindowParentGetter eWindowParentSetter
+eWindowStringPassThroughGetter eWindowTabPanelIndexSetter StaticTextDataSourceGetter
+StaticTextDataSourceSetter StaticTextDataFieldSetter CheckBoxDataSourceGetter
+CheckBoxDataSourceSetter CheckBoxDataFieldSetter PopupDataSourceGetter
+PopupDataSourceSetter PopupDataFieldSetter checkBoxGetBoolean checkBoxSetBoolean
+checkBoxAddDataNotificationReceiver checkBoxRemoveDataNotificationReceiver popupAddDNR
+popupRemoveDNR popupDataAvailable popupGetBoundPart popupRowTagAddDNR popupRowTagRemoveDNR
+popupRowTagDataChanged popupRowTagDataAvailable popupRowTagGetString popupRowTagDestructor
+getPopupRowTag setPopupRowTag enablingBinderBind enablingBinderReload stringBinderBind
+stringBinderReload actionBinderBind)";
+    std::istringstream words(names);
     std::vector<std::string> missing;
-    for (const char *name : names)
+    for (std::string name; words >> name;)
         if (!FindExport(name))
             missing.push_back(name);
     EXPECT_TRUE(missing.empty()) << missing.size() << " missing, first " << missing.front();
@@ -379,6 +312,28 @@ TEST_F(AccessorNamesTest, TheWindowsControlsByNumberByArrayAndThroughAContainer)
         "eWindowContainingWindowGettter")(cc, 0);
     EXPECT_EQ(host, w);
     RuntimeUnlockObject(host);
+
+    // _DrawBackground paints the back colour through a Graphics of the window.
+    View(w)->backColor = 0x3366cc;
+    RuntimeObject *g = windowGraphicsGetter(w, 0);
+    Bound<void (*)(RuntimeObject *, RuntimeObject *)>("formDrawBackground")(w, g);
+    gdk_flush();
+    EXPECT_EQ(Pixel(w, 280, 20), 0x3366ccu);
+    RuntimeUnlockObject(g);
+
+    // An object of the layout made through the window is its child; a
+    // percentage is kept as a fraction.
+    RuntimeObject *made = Bound<RuntimeObject *(*)(RuntimeObject *, RuntimeClass *)>(
+        "WindowAllocateObject")(w, Find(w, "Opt$0")->klass);
+    EXPECT_EQ(Ctl(made)->isWindowChild, 1);
+    const int32_t at = offsetof(RuntimeControl, bounds); // eight bytes the test may use
+    Bound<void (*)(RuntimeObject *, int32_t, double)>("doublePercentSetter")(made, at, 37.5);
+    double fraction;
+    std::memcpy(&fraction, &Ctl(made)->bounds, sizeof fraction);
+    EXPECT_DOUBLE_EQ(fraction, 0.375);
+    EXPECT_DOUBLE_EQ(Bound<double (*)(RuntimeObject *, int32_t)>("doublePercentGetter")(made, at),
+                     37.5);
+    RuntimeUnlockObject(made);
 
     // ClearFocus takes the keyboard from the focused button, in the
     // toolkit's window as well.

@@ -136,9 +136,6 @@ intptr_t windowWindowPtrGetter(RuntimeObject *self, int32_t parameter);
 intptr_t WindowToWindowPtr(RuntimeObject *self);
 /* Draws what is pending for the window now instead of at the next pass. */
 void WindowForceUpdateFrontBuffer(RuntimeObject *self);
-/* Window._DrawBackground(g): the window's back colour over its content
- * (nothing without HasBackColor); the foreground colour is kept. */
-void formDrawBackground(RuntimeObject *self, RuntimeObject *graphics);
 /* Window.DockItem: there is no dock on this system, so always nil. */
 RuntimeObject *WindowDockItemGetter(RuntimeObject *self, int32_t parameter);
 

@@ -487,7 +487,6 @@ ObjectDefinition *WindowDefinition() {
         {0, "DockItem", &kTypePtr, KELP_ENTRY(WindowDockItemGetter), {}, -9},
     };
     static const ParameterRow parentParams[] = {{"parent", &kTypePtr}};
-    static const ParameterRow graphicsParams[] = {{"g", &kTypePtr}};
     static const ParameterRow eraseParams[] = {{"eraseBackground", &kTypeBoolean, "True"}};
     static const ParameterRow menuParams[] = {{"name", &kTypeString}, {"code", &kTypePtr}};
     static const MethodRow methods[] = {
@@ -500,7 +499,6 @@ ObjectDefinition *WindowDefinition() {
         {"Maximize", nullptr, nullptr, 0, KELP_ENTRY(WindowMaximize)},
         {"Minimize", nullptr, nullptr, 0, KELP_ENTRY(WindowMinimize)},
         {"Restore", nullptr, nullptr, 0, KELP_ENTRY(WindowRestore)},
-        {"_DrawBackground", nullptr, graphicsParams, 1, KELP_ENTRY(formDrawBackground)},
         {"_AddMenuHandler", nullptr, menuParams, 2, KELP_ENTRY(WindowAddMenuHandler)},
     };
     static const EventRow events[] = {

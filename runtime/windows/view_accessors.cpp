@@ -136,15 +136,4 @@ extern "C" void paneShortSetter(RuntimeObject *self, int32_t offset, int16_t val
     WriteField(self, offset, value);
 }
 
-extern "C" void formDrawBackground(RuntimeObject *self, RuntimeObject *graphics) {
-    Graphics *g = GraphicsOfObject(graphics);
-    if (!self || !g || !View(self)->hasBackColor)
-        return;
-    const RGBColor before = g->ForeColor();
-    g->SetForeColor(ColorWordToRGB(static_cast<uint32_t>(View(self)->backColor)));
-    g->FillRect(Rect{0, 0, static_cast<int16_t>(View(self)->height),
-                     static_cast<int16_t>(View(self)->width)});
-    g->SetForeColor(before);
-}
-
 extern "C" RuntimeObject *WindowDockItemGetter(RuntimeObject *, int32_t) { return nullptr; }

@@ -316,7 +316,8 @@ TEST_F(AccessorNamesTest, TheWindowsControlsByNumberByArrayAndThroughAContainer)
     // _DrawBackground paints the back colour through a Graphics of the window.
     View(w)->backColor = 0x3366cc;
     RuntimeObject *g = windowGraphicsGetter(w, 0);
-    Bound<void (*)(RuntimeObject *, RuntimeObject *)>("formDrawBackground")(w, g);
+    Bound<void (*)(RuntimeObject *, RuntimeObject *, int32_t, int32_t)>("formDrawBackground")(w, g,
+                                                                                              0, 0);
     gdk_flush();
     EXPECT_EQ(Pixel(w, 280, 20), 0x3366ccu);
     RuntimeUnlockObject(g);

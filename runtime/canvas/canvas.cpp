@@ -389,6 +389,31 @@ extern "C" void RuntimeControlDrawInto(RuntimeObject *control, RuntimeObject *gr
         pane->DrawInto(*g, left, top);
 }
 
+namespace kelp {
+
+// A window's Backdrop on the screen or on any Graphics: whole, unscaled, at
+// the top left, masked as the picture says, cut off by the window.
+void DrawWindowBackdrop(Graphics &g, RuntimeObject *picture, int32_t width, int32_t height) {
+    DrawablePane *store = StoreOf(picture);
+    if (!store)
+        return;
+    const int32_t w = std::min(store->Width(), width);
+    const int32_t h = std::min(store->Height(), height);
+    if (w <= 0 || h <= 0)
+        return;
+    Rect bounds{};
+    if (GraphicsTarget *target = g.Target()) {
+        target->PrepareForDrawing();
+        bounds = target->Bounds();
+    }
+    const bool masked =
+        store->mMask != nullptr || reinterpret_cast<PictureRecord *>(picture)->transparent == 1;
+    store->CopyRect(g, RectFromXYWH(0, 0, w, h), RectFromXYWH(bounds.left, bounds.top, w, h),
+                    masked);
+}
+
+} // namespace kelp
+
 namespace {
 
 // The window's background into `g` with the content's corner at `at`: the

@@ -17,6 +17,9 @@ struct CanvasRecord {
 };
 
 ObjectDefinition *CanvasDefinition();
+// A window's Backdrop picture drawn whole at the top left of `g`, cut off by
+// the window's size (the windows layer calls it through its drawer slot).
+void DrawWindowBackdrop(Graphics &g, RuntimeObject *picture, int32_t width, int32_t height);
 
 class CanvasPane : public ControlPane {
 public:

@@ -30,6 +30,7 @@ void AddDrawingToWindow() {
 
 void WireCanvas() {
     AddDrawingToWindow();
+    SetBackdropDrawer(&DrawWindowBackdrop);
     AddIntrinsicClassAccessor(&CanvasDefinition);
     AddIntrinsicClassAccessor(&DragItemDefinition);
     AddIntrinsicClassAccessor(&ClipboardDefinition);

@@ -179,6 +179,17 @@ RuntimeViewWindow::~RuntimeViewWindow() {
     }
 }
 
+namespace {
+BackdropDrawer gBackdropDrawer = nullptr;
+} // namespace
+
+void SetBackdropDrawer(BackdropDrawer drawer) { gBackdropDrawer = drawer; }
+
+void RuntimeViewWindow::DrawBackdrop(Graphics *g) {
+    if (mView && mView->backdrop && gBackdropDrawer)
+        gBackdropDrawer(*g, mView->backdrop, width, height);
+}
+
 void RuntimeViewWindow::DrawContents(Graphics *g) {
     if (!mView || !g)
         return;

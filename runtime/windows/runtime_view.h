@@ -31,6 +31,13 @@ struct ViewRecord {
 ObjectDefinition *WindowDefinition();
 // The view's events that the menus fire.
 struct ObjectHook;
+class Graphics;
+
+// Draws a window's Backdrop picture whole at the top left of `g`, cut off by
+// the window's size.  Pictures live above this layer; the layer that knows
+// both fills this in at wiring time.
+using BackdropDrawer = void (*)(Graphics &g, RuntimeObject *picture, int32_t width, int32_t height);
+void SetBackdropDrawer(BackdropDrawer drawer);
 ObjectHook *ViewEnableMenuItemsHook();
 ObjectHook *ViewConstructContextualMenuHook();
 ObjectHook *ViewContextualMenuActionHook();
@@ -43,6 +50,7 @@ public:
 
     ViewRecord *View() const { return mView; }
 
+    void DrawBackdrop(Graphics *g) override;
     void DrawContents(Graphics *g) override;
     void Moved() override;
     void Resized() override;

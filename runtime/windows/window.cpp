@@ -498,6 +498,8 @@ Graphics *Window::NewGraphics() {
 void Window::Draw(Graphics *g) {
     if (g && hasBackdropColor)
         g->EraseRect(bounds);
+    if (g)
+        DrawBackdrop(g);
     DrawContents(g);
 }
 

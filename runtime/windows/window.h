@@ -87,6 +87,9 @@ public:
     bool MouseDown(int32_t x, int32_t y, int32_t modifiers) override;
     void Close() override;
 
+    // What the screen shows under DrawContents; drawing into another
+    // Graphics (DrawInto) brings its own.
+    virtual void DrawBackdrop(Graphics *g) { (void)g; }
     virtual void DrawContents(Graphics *g) { (void)g; }
     virtual void Moved() {}
     virtual void Resized() {}

@@ -282,6 +282,10 @@ TEST_F(CanvasTest, DrawBackgroundShowsTheWindowBehindAPoint) {
         EXPECT_EQ(store->GetPixel(p.x, p.y), p.rgb) << p.what;
     RuntimeUnlockObject(g);
     RuntimeUnlockObject(target);
+    // The screen shows the same Backdrop under the window's Paint.
+    ExpectPixels(w, {{5, 5, 0x00ff00, "Paint on screen"},
+                     {20, 20, 0xff0000, "Backdrop on screen"},
+                     {35, 20, 0x336699, "back colour on screen"}});
 }
 
 } // namespace

@@ -42,9 +42,14 @@ void Render(GtkCellRenderer *renderer, GdkDrawable *window, GtkWidget *widget,
 
 void GetSize(GtkCellRenderer *renderer, GtkWidget *widget, GdkRectangle *area, gint *x, gint *y,
              gint *width, gint *height) {
-    gTextClass->get_size(renderer, widget, area, x, y, width, height);
-    if (AsCell(renderer)->background && width)
-        *width = 0;
+    if (!AsCell(renderer)->background) {
+        gTextClass->get_size(renderer, widget, area, x, y, width, height);
+        return;
+    }
+    // Takes no room: the background spans the cell whatever its size.
+    for (gint *v : {x, y, width, height})
+        if (v)
+            *v = 0;
 }
 
 void ClassInit(gpointer klass, gpointer) {

@@ -365,10 +365,15 @@ bool ListPane::OfferText(GdkWindow *window, Row *row, GtkCellRenderer *renderer,
 
 bool ListPane::OfferPaint(ObjectHook *hook, GdkWindow *window, Row *row, GtkCellRenderer *renderer,
                           int32_t textX) {
+    // Looked up once: every cell of every paint asks.
+    int8_t &handled = mPaintHandlers[hook == gHooks.cellTextPaint];
+    if (handled < 0 && Control())
+        handled = FindEventHandler(Control(), hook) != nullptr;
+    if (handled <= 0)
+        return false;
     const int32_t column = ColumnOf(renderer);
     const int32_t index = mList->IndexOf(row);
-    if (!Control() || !FindEventHandler(Control(), hook) || index < 0 ||
-        column >= int32_t(mColumns.size()))
+    if (index < 0 || column >= int32_t(mColumns.size()))
         return false;
     GtkTreePath *path = gtk_tree_model_get_path(GTK_TREE_MODEL(mList->Store()), &row->iter);
     GdkRectangle cell;

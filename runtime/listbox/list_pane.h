@@ -100,8 +100,9 @@ private:
     int32_t mEditRow = -1, mEditColumn = -1;
     int32_t mForceEditColumn = -1; // EditCell on a cell not editable by type
     int32_t mHorizontalGrid = 0, mVerticalGrid = 0;
-    bool mDropping = false;      // a drop asked for the dragged row
-    gint mDropX = 0, mDropY = 0; // where, in the view's coordinates
+    int8_t mPaintHandlers[2] = {-1, -1}; // background, text: -1 not yet known
+    bool mDropping = false;              // a drop asked for the dragged row
+    gint mDropX = 0, mDropY = 0;         // where, in the view's coordinates
 };
 
 template <typename R, typename... Args> R ListBox::Fire(ObjectHook *hook, Args... args) {

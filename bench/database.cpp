@@ -78,7 +78,7 @@ double Seconds(const std::function<void()> &work) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-std::string Row(int k) {
+std::string InsertText(int k) {
     return "INSERT INTO t VALUES (" + std::to_string(k) + ", " + std::to_string(k % 100) + ", " +
            std::to_string(k * 7 % 1000) + ", 'name " + std::to_string(k * 7919 % 100003) + "')";
 }
@@ -108,13 +108,13 @@ int main() {
         {"10,000 inserts, one transaction",
          [](Engine &e) {
              for (int k = 0; k < 10000; ++k)
-                 e.Run(Row(k));
+                 e.Run(InsertText(k));
              e.Run("COMMIT");
          }},
         {"100,000 inserts, one transaction",
          [](Engine &e) {
              for (int k = 10000; k < 110000; ++k)
-                 e.Run(Row(k));
+                 e.Run(InsertText(k));
              e.Run("COMMIT");
          }},
         {"1,000 inserts, each committed",

@@ -24,7 +24,7 @@ bool RowsResult::Fetch(Values &row, Error &) {
 JoinCursor::JoinCursor(Storage &db, std::shared_ptr<const SelectStatement> select)
     : mDb(db), mSelect(std::move(select)), mEpoch(db.Epoch()) {
     for (const FromTable &from : mSelect->from)
-        mLevels.push_back({from.table, nullptr, {}, false});
+        mLevels.emplace_back().table = from.table;
     mValues.resize(mLevels.size());
     if (mSelect->where) {
         std::vector<const WhereNode *> tests;
@@ -34,10 +34,40 @@ JoinCursor::JoinCursor(Storage &db, std::shared_ptr<const SelectStatement> selec
     }
 }
 
+// A range on an integer first key column against literals: the walk starts
+// at the lower end and stops past the upper one, as the keys are in order.
+void JoinCursor::Bound(size_t level) {
+    Level &l = mLevels[level];
+    l.start.clear();
+    l.keyColumn = -1;
+    uint8_t keyField = l.table->tree->Spec().fields[0];
+    for (const WhereNode *t : l.tests) {
+        if (t->function != kNoFunction || t->rightIsColumn || t->left.tableIndex != int(level))
+            continue;
+        const Column &key = l.table->columns[size_t(t->left.column)];
+        if (key.number != keyField || (key.type != kSmallInt && key.type != kInteger))
+            continue;
+        int64_t value = ReadDecimal(t->literal);
+        if ((t->op == kGreater || t->op == kGreaterEqual) && l.start.empty() && value > -32768 &&
+            value < (key.type == kSmallInt ? 32767 : 2147483647)) {
+            FieldValue v;
+            v.type = key.type;
+            v.integer = value + (t->op == kGreater);
+            AppendKeyValue(l.start, v);
+        } else if ((t->op == kLess || t->op == kLessEqual) && l.keyColumn < 0) {
+            l.keyColumn = t->left.column;
+            l.upper = value;
+            l.inclusive = t->op == kLessEqual;
+        }
+    }
+}
+
 bool JoinCursor::Open(size_t level, Error &) {
     Level &l = mLevels[level];
     l.cursor = std::make_unique<TreeCursor>(*l.table->tree);
     l.fresh = true;
+    l.start.clear();
+    l.keyColumn = -1;
     const KeySpec &spec = l.table->tree->Spec();
     if (spec.kind != KeySpec::kColumns)
         return true;
@@ -76,6 +106,7 @@ bool JoinCursor::Open(size_t level, Error &) {
         l.cursor->SetFilter(prefix);
         return true;
     }
+    Bound(level);
     return true;
 }
 
@@ -101,8 +132,21 @@ bool JoinCursor::Fetch(Values &row, Error &error) {
     }
     for (;;) {
         Level &l = mLevels[level];
-        bool has = l.fresh ? l.cursor->First(error) : l.cursor->Next(error);
+        bool has = !l.fresh          ? l.cursor->Next(error)
+                   : l.start.empty() ? l.cursor->First(error)
+                                     : l.cursor->Seek(l.start, error);
         l.fresh = false;
+        if (has && l.keyColumn >= 0 &&
+            !LoadRow(mDb, *l.table, *l.cursor, mScratch, mValues[level], error)) {
+            mDone = true;
+            return false;
+        }
+        if (has && l.keyColumn >= 0) {
+            const FieldValue &key = mValues[level][size_t(l.keyColumn)];
+            if (!key.IsNull() &&
+                (key.integer > l.upper || (!l.inclusive && key.integer == l.upper)))
+                has = false; // past the range: no later row can pass
+        }
         if (!has) {
             if (error.Failed() || level == 0) {
                 mDone = true;

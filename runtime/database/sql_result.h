@@ -60,7 +60,12 @@ private:
         std::unique_ptr<TreeCursor> cursor;
         std::vector<const WhereNode *> tests;
         bool fresh = false;
+        std::string start;     // first key to seek, or empty for the first row
+        int keyColumn = -1;    // an integer first key column bounded from above,
+        int64_t upper = 0;     // by this value,
+        bool inclusive = true; // itself included
     };
+    void Bound(size_t level);
     bool Open(size_t level, Error &error);
     bool Passes(size_t level) const;
 

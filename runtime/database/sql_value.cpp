@@ -123,7 +123,7 @@ int CompareForSort(const FieldValue &a, const FieldValue &b) {
             return std::isnan(x) - std::isnan(y);
         return x < y ? -1 : x > y;
     }
-    case 2: return CompareCollated(ValueText(a), ValueText(b));
+    case 2: return CompareCollated(a.bytes, b.bytes); // rows carry BLOB text in bytes too
     default:
         if (a.type != b.type)
             return a.type < b.type ? -1 : 1;

@@ -4,9 +4,7 @@
 
 #include <gtest/gtest.h>
 
-using kelp::test::ImageBuilder;
-using kelp::test::Reg;
-using kelp::test::RunResult;
+using namespace kelp::test;
 
 namespace {
 
@@ -29,7 +27,7 @@ TEST(ExceptionsInAnImage, ARaiseWithNoHandlerReachesTheUnhandledHandlerOnce) {
     Print(b, "after the raise");
     b.CallImport("RuntimeExit");
     b.Epilogue();
-    RunResult r = kelp::test::RunAppended(b.Build());
+    RunResult r = RunAppended(b.Build());
     EXPECT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.out, "after the raise\n");
     size_t at = r.err.find(kNotHandled);
@@ -39,9 +37,7 @@ TEST(ExceptionsInAnImage, ARaiseWithNoHandlerReachesTheUnhandledHandlerOnce) {
 
 TEST(ExceptionsInAnImage, AHandlerRegionTakesTheException) {
     ImageBuilder b;
-    b.Prologue();
-    b.Push(Reg::RBX); // callee-saved, and two pushes keep the stack aligned
-    b.Push(Reg::RBX);
+    EnterSaving(b, {Reg::RBX, Reg::RBX}); // callee-saved; two keep the stack aligned
     b.CallImport("RuntimeInit");
     b.CallImport("RuntimeEnterHandlerRegion");
     b.CallImport("RuntimeNilObject");
@@ -52,19 +48,13 @@ TEST(ExceptionsInAnImage, AHandlerRegionTakesTheException) {
     // anything else would raise IllegalCastException with no handler open.
     b.LoadString(Reg::RDI, "NilObjectException");
     b.CallImport("RuntimeLookupClass");
-    b.MovReg(Reg::RSI, Reg::RAX);
-    b.MovReg(Reg::RDI, Reg::RBX);
-    b.CallImport("RuntimeCheckCast");
-    b.MovReg(Reg::RDI, Reg::RAX);
-    b.CallImport("RuntimeUnlockObject");
-    b.MovReg(Reg::RDI, Reg::RBX);
-    b.CallImport("RuntimeUnlockObject");
+    CallWith(b, "RuntimeCheckCast", {Reg::RBX, Reg::RAX});
+    UnlockObject(b, Reg::RAX);
+    UnlockObject(b, Reg::RBX);
     Print(b, "caught");
     b.CallImport("RuntimeExit");
-    b.Pop(Reg::RBX);
-    b.Pop(Reg::RBX);
-    b.Epilogue();
-    RunResult r = kelp::test::RunAppended(b.Build());
+    LeaveRestoring(b, {Reg::RBX, Reg::RBX});
+    RunResult r = RunAppended(b.Build());
     EXPECT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.out, "caught\n");
     EXPECT_EQ(r.err.find("was not handled"), std::string::npos) << r.err;

@@ -5,9 +5,7 @@
 
 #include <gtest/gtest.h>
 
-using kelp::test::ImageBuilder;
-using kelp::test::Reg;
-using kelp::test::RunResult;
+using namespace kelp::test;
 
 namespace {
 
@@ -22,7 +20,7 @@ TEST(BindableNames, LifeCycleHooksOfApplicationBindBeforeRegistration) {
         b.PutsText(std::string(name) + " ran");
     }
     b.Epilogue();
-    RunResult r = kelp::test::RunAppended(b.Build());
+    RunResult r = RunAppended(b.Build());
     EXPECT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.err.find("was not exported"), std::string::npos) << r.err;
     EXPECT_EQ(r.out, "ApplicationInitializer ran\nApplicationFinalizer ran\n");
@@ -35,11 +33,10 @@ TEST(BindableNames, CallingANameNobodyExportsReportsItAndGoesOn) {
     b.Prologue();
     b.CallImport("NoSuchExportHere");
     b.CallImport("NoSuchExportHere");
-    b.MovReg(Reg::RDI, Reg::RAX);
-    b.CallImport("RuntimeIntToFloat"); // 0 as a number; still alive after
+    CallWith(b, "RuntimeIntToFloat", {Reg::RAX}); // 0 as a number; still alive after
     b.PutsText("after the calls");
     b.Epilogue();
-    RunResult r = kelp::test::RunAppended(b.Build());
+    RunResult r = RunAppended(b.Build());
     EXPECT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.out, "after the calls\n");
     size_t reports = 0;
@@ -62,23 +59,18 @@ void CallByDeclaration(ImageBuilder &b, const std::string &declaration, const st
     b.CallReg(Reg::RBX);
     b.MovReg(Reg::R12, Reg::RAX);
     b.PutsString(Reg::R12);
-    b.MovReg(Reg::RDI, Reg::R12);
-    b.CallImport("RuntimeUnlockString");
+    CallWith(b, "RuntimeUnlockString", {Reg::R12});
 }
 
 TEST(BindableNames, AFunctionOfTheLanguageIsFoundByItsDeclaration) {
     ImageBuilder b;
-    b.Prologue();
-    b.Push(Reg::RBX); // callee-saved; two pushes keep the stack aligned
-    b.Push(Reg::R12);
+    EnterSaving(b, {Reg::RBX, Reg::R12}); // callee-saved; two keep the stack aligned
     b.CallImport("RuntimeInit");
     CallByDeclaration(b, "Left(s As String, count As Integer) As String", "kelpies", 4);
     CallByDeclaration(b, "Function TRIM(text as string) as String", "  padded  ", 0);
     CallByDeclaration(b, "Mid(s As String, start As Integer) As String", "kelpies", 5);
-    b.Pop(Reg::R12);
-    b.Pop(Reg::RBX);
-    b.Epilogue();
-    RunResult r = kelp::test::RunAppended(b.Build());
+    LeaveRestoring(b, {Reg::RBX, Reg::R12});
+    RunResult r = RunAppended(b.Build());
     EXPECT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.err, "");
     EXPECT_EQ(r.out, "kelp\npadded\nies\n");

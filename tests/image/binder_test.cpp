@@ -16,8 +16,7 @@
 #include <string>
 #include <vector>
 
-using kelp::test::ImageBuilder;
-using kelp::test::Reg;
+using namespace kelp::test;
 namespace img = kelp::image;
 
 namespace {
@@ -120,9 +119,7 @@ TEST_F(Binder, AbsoluteImportHoleTakesTheWholeAddress) {
 TEST_F(Binder, DataCodeAndStringReferencesBecomeAddresses) {
     ImageBuilder b;
     const uint32_t value = b.AddData({0x2A, 0, 0, 0, 0, 0, 0, 0});
-    b.Prologue();
-    b.Push(Reg::RBX); // callee-saved, and pushed twice to keep the stack aligned
-    b.Push(Reg::RBX);
+    EnterSaving(b, {Reg::RBX, Reg::RBX}); // callee-saved; twice keeps the stack aligned
     // Data: read the word the image keeps and record it.
     b.LoadDataAddress(Reg::RAX, value);
     b.LoadMem(Reg::RDI, Reg::RAX, 0);
@@ -138,9 +135,7 @@ TEST_F(Binder, DataCodeAndStringReferencesBecomeAddresses) {
     b.LoadMem(Reg::RAX, Reg::RBX, 8);
     b.Bytes({0x48, 0x0F, 0xB6, 0x38}); // movzx rdi, byte [rax]
     b.CallImport("TestImageRecord");
-    b.Pop(Reg::RBX);
-    b.Pop(Reg::RBX);
-    b.Epilogue();
+    LeaveRestoring(b, {Reg::RBX, Reg::RBX});
     const uint32_t helper = uint32_t(b.Here());
     b.Prologue();
     b.MovImm(Reg::RDI, 5);
@@ -183,8 +178,7 @@ TEST_F(Binder, SoftImportBindsAFunctionOfASharedLibrary) {
     b.Prologue();
     b.LoadDataAddress(Reg::RDI, text);
     b.CallSoftImport("strlen", "libc.so.6");
-    b.MovReg(Reg::RDI, Reg::RAX);
-    b.CallImport("TestImageRecord");
+    CallWith(b, "TestImageRecord", {Reg::RAX});
     b.Epilogue();
     auto p = Prepare(b);
     EXPECT_TRUE(gReports.empty()) << gReports.front();

@@ -13,10 +13,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-using kelp::test::ImageBuilder;
-using kelp::test::Reg;
-using kelp::test::RunResult;
-using kelp::test::TempDir;
+using namespace kelp::test;
 namespace img = kelp::image;
 
 namespace {
@@ -64,12 +61,12 @@ TEST(RunImage, EveryWayOfStartingRunsTheImageWithEveryRecordBound) {
         TempDir dir;
         RunResult r;
         if (way == Appended) {
-            r = kelp::test::RunAppended(Greeter(), {"second"});
+            r = RunAppended(Greeter(), {"second"});
         } else if (way == Loose) {
-            ASSERT_TRUE(kelp::test::WriteLoose(Greeter(), dir.path()));
+            ASSERT_TRUE(WriteLoose(Greeter(), dir.path()));
             r = kelp::test::Run(KELP_BIN_DIR "/kelp", {"second"}, dir.path());
         } else {
-            ASSERT_TRUE(kelp::test::WriteAppended(Greeter(), dir / "greeter"));
+            ASSERT_TRUE(WriteAppended(Greeter(), dir / "greeter"));
             r = kelp::test::Run("/bin/sh", {"-c", "PATH=" + dir.path() + " exec greeter second"},
                                 "/");
         }
@@ -97,7 +94,7 @@ TEST(RunImage, UnboundNamesAreReportedAndTheProgramGoesOn) {
     b.Bytes({0xEB, 0x05});
     b.CallImport("NotAnExportOfThisRuntime");
     b.Epilogue();
-    RunResult r = kelp::test::RunAppended(b.Build());
+    RunResult r = RunAppended(b.Build());
     EXPECT_EQ(r.status, 0);
     EXPECT_NE(r.err.find("Function 'NotAnExportOfThisRuntime' was not exported"), std::string::npos)
         << r.err;
@@ -121,7 +118,7 @@ TEST(RunImage, SoftImportsFollowLinksHereAndRetryWithSo) {
         b.LoadDataAddress(Reg::RDI, text);
         b.CallSoftImport("puts", bare ? link : dir / "libkelpc");
         b.Epilogue();
-        ASSERT_TRUE(kelp::test::WriteAppended(b.Build(), dir / "app"));
+        ASSERT_TRUE(WriteAppended(b.Build(), dir / "app"));
         RunResult r = kelp::test::Run(dir / "app", {}, dir.path());
         EXPECT_EQ(r.err, "");
         EXPECT_EQ(r.out, "through the link\n");
@@ -129,7 +126,7 @@ TEST(RunImage, SoftImportsFollowLinksHereAndRetryWithSo) {
 }
 
 TEST(RunImage, DamagedImagesEndWithOneClearLineAndNoCrash) {
-    const std::vector<uint8_t> runtime = kelp::test::ReadFileBytes(KELP_BIN_DIR "/kelp");
+    const std::vector<uint8_t> runtime = ReadFileBytes(KELP_BIN_DIR "/kelp");
     ASSERT_FALSE(runtime.empty());
     const auto good = img::EncodeAppendedImage(Greeter());
     struct Case {
@@ -157,7 +154,7 @@ TEST(RunImage, DamagedImagesEndWithOneClearLineAndNoCrash) {
         TempDir dir;
         auto bytes = runtime;
         bytes.insert(bytes.end(), c.tail.begin(), c.tail.end());
-        ASSERT_TRUE(kelp::test::WriteFileBytes(dir / "app", bytes));
+        ASSERT_TRUE(WriteFileBytes(dir / "app", bytes));
         ASSERT_EQ(chmod((dir / "app").c_str(), 0755), 0);
         RunResult r = kelp::test::Run(dir / "app", {"x"}, dir.path());
         EXPECT_EQ(r.status, 1) << c.what;
@@ -169,19 +166,15 @@ TEST(RunImage, DamagedImagesEndWithOneClearLineAndNoCrash) {
 
 TEST(RunImage, BuilderPrintsStringsAndTheEmptyString) {
     ImageBuilder b;
-    b.Prologue();
-    b.Push(Reg::RBX); // the caller's; twice, to keep the stack aligned
-    b.Push(Reg::RBX);
+    EnterSaving(b, {Reg::RBX, Reg::RBX}); // the caller's; twice, to keep the stack aligned
     b.LoadString(Reg::RBX, "a literal");
     b.PutsString(Reg::RBX);
     b.MovImm(Reg::RSI, 0);
     b.PutsString(Reg::RSI);
     b.PutsString(Reg::RBX);
     b.PutsText("done");
-    b.Pop(Reg::RBX);
-    b.Pop(Reg::RBX);
-    b.Epilogue();
-    RunResult r = kelp::test::RunAppended(b.Build());
+    LeaveRestoring(b, {Reg::RBX, Reg::RBX});
+    RunResult r = RunAppended(b.Build());
     EXPECT_EQ(r.out, "a literal\n\na literal\ndone\n");
     EXPECT_EQ(r.status, 0);
 }
@@ -201,7 +194,7 @@ TEST(RunImage, LooseNamesThatAreNoRegularFilesCountAsMissing) {
         const std::string what =
             std::string(img::kLooseFileNames[c.segment]) + (c.fifo ? " as a FIFO" : " as a folder");
         TempDir dir;
-        ASSERT_TRUE(kelp::test::WriteLoose(Greeter(), dir.path()));
+        ASSERT_TRUE(WriteLoose(Greeter(), dir.path()));
         const std::string name = dir / img::kLooseFileNames[c.segment];
         ASSERT_EQ(unlink(name.c_str()), 0);
         ASSERT_EQ(c.fifo ? mkfifo(name.c_str(), 0644) : mkdir(name.c_str(), 0755), 0);
@@ -255,7 +248,7 @@ TEST(RunImage, StringConstantsOutliveTheStaticsThatHoldThem) {
     const auto at = std::search(data.begin(), data.end(), text.begin(), text.end());
     ASSERT_NE(at, data.end());
     kelp::WriteU32(&*at - KELP_LITERAL_TEXT_OFFSET + 24, kEncodingASCII);
-    RunResult r = kelp::test::RunAppended(s);
+    RunResult r = RunAppended(s);
     EXPECT_EQ(r.status, 3) << "InStr's answer is the exit status: " << r.err;
     EXPECT_EQ(r.err, "");
 }
@@ -264,8 +257,8 @@ TEST(RunImage, StringConstantsOutliveTheStaticsThatHoldThem) {
 
 TEST(KelpImageTool, PacksLooseFilesAndTheResultRuns) {
     TempDir dir;
-    ASSERT_TRUE(kelp::test::WriteLoose(Greeter(), dir / "loose"));
-    ASSERT_TRUE(kelp::test::WriteFileBytes(dir / "note.txt", {'h', 'i'}));
+    ASSERT_TRUE(WriteLoose(Greeter(), dir / "loose"));
+    ASSERT_TRUE(WriteFileBytes(dir / "note.txt", {'h', 'i'}));
     RunResult pack = kelp::test::Run(
         KELP_IMAGE_TOOL, {"pack", "-o", dir / "app", "-r", KELP_BIN_DIR "/kelp", dir / "loose",
                           "--resource", "TEXT:128:" + (dir / "note.txt")});
@@ -289,21 +282,20 @@ TEST(KelpImageTool, PacksLooseFilesAndTheResultRuns) {
     RunResult again = kelp::test::Run(
         KELP_IMAGE_TOOL, {"pack", "-o", dir / "app2", "-r", dir / "app", dir / "loose"});
     ASSERT_EQ(again.status, 0) << again.err;
-    EXPECT_EQ(kelp::test::ReadFileBytes(dir / "app2").size() + 14 + 2,
-              kelp::test::ReadFileBytes(dir / "app").size());
+    EXPECT_EQ(ReadFileBytes(dir / "app2").size() + 14 + 2, ReadFileBytes(dir / "app").size());
 }
 
 // The old image is cut off by its trailer's length, which may cover more than
 // its segments.
 TEST(KelpImageTool, PackingReplacesAnImageByItsTrailersLength) {
     TempDir dir;
-    ASSERT_TRUE(kelp::test::WriteLoose(Greeter(), dir / "loose"));
+    ASSERT_TRUE(WriteLoose(Greeter(), dir / "loose"));
     RunResult clean = kelp::test::Run(
         KELP_IMAGE_TOOL, {"pack", "-o", dir / "clean", "-r", KELP_BIN_DIR "/kelp", dir / "loose"});
     ASSERT_EQ(clean.status, 0) << clean.err;
     // Code of one `ret`; symbols, resources and options absent by the top
     // bit of their sizes; three bytes behind the last segment.
-    std::vector<uint8_t> image, old = kelp::test::ReadFileBytes(KELP_BIN_DIR "/kelp");
+    std::vector<uint8_t> image, old = ReadFileBytes(KELP_BIN_DIR "/kelp");
     for (uint32_t size : {1u, 0u, 0u, 0x80000010u, 0x80000500u, 0x80000001u}) {
         kelp::AppendU32(image, size);
         if (size == 1)
@@ -313,14 +305,14 @@ TEST(KelpImageTool, PackingReplacesAnImageByItsTrailersLength) {
     old.insert(old.end(), image.begin(), image.end());
     kelp::AppendU32(old, uint32_t(image.size()));
     old.insert(old.end(), img::kTrailerMagic, img::kTrailerMagic + img::kTrailerMagicSize);
-    ASSERT_TRUE(kelp::test::WriteFileBytes(dir / "old", old));
+    ASSERT_TRUE(WriteFileBytes(dir / "old", old));
     img::Segments check;
     std::string error;
     ASSERT_EQ(img::ReadAppendedImage(dir / "old", check, error), img::ReadStatus::kOk) << error;
     RunResult pack = kelp::test::Run(KELP_IMAGE_TOOL,
                                      {"pack", "-o", dir / "new", "-r", dir / "old", dir / "loose"});
     ASSERT_EQ(pack.status, 0) << pack.err;
-    EXPECT_EQ(kelp::test::ReadFileBytes(dir / "new"), kelp::test::ReadFileBytes(dir / "clean"));
+    EXPECT_EQ(ReadFileBytes(dir / "new"), ReadFileBytes(dir / "clean"));
 }
 
 TEST(KelpImageTool, InfoOnDamagedInputSaysWhatIsWrong) {
@@ -328,7 +320,7 @@ TEST(KelpImageTool, InfoOnDamagedInputSaysWhatIsWrong) {
     img::Segments s = Greeter();
     s.bytes[img::kResources] = {'T', 'X', 'E', 'T', 1, 0, 0, 0, 0, 0, 0xFF, 0, 0, 0, 'x'};
     s.bytes[img::kOptions] = {1, 16, 16, 0, 0};
-    ASSERT_TRUE(kelp::test::WriteLoose(s, dir.path()));
+    ASSERT_TRUE(WriteLoose(s, dir.path()));
     RunResult info = kelp::test::Run(KELP_IMAGE_TOOL, {"info", dir.path()});
     EXPECT_EQ(info.status, 1);
     EXPECT_NE(info.out.find("claims 255 bytes, more than its segment holds"), std::string::npos)

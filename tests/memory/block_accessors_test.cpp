@@ -32,64 +32,34 @@ std::vector<uint8_t> PythonPack(const char *format, const char *value) {
     return bytes;
 }
 
+// Writes the value at the offset with the setter; reads with the getter.
+template <auto Set, auto Value> void Write(RuntimeObject *b, int32_t o) { Set(b, o, Value); }
+template <auto Get> double Read(RuntimeObject *b, int32_t o) { return double(Get(b, o)); }
+
 struct NumberCase {
     const char *name;
-    int width;
-    std::function<void(RuntimeObject *, int32_t)> write; // writes the case's value
-    std::function<double(RuntimeObject *, int32_t)> read;
+    void (*write)(RuntimeObject *, int32_t); // writes the case's value
+    double (*read)(RuntimeObject *, int32_t);
     double expected;             // what reading back gives
     std::vector<uint8_t> little; // the bytes in little-endian order
 };
 
 std::vector<NumberCase> NumberCases() {
     return {
-        {"Long",
-         4,
-         [](RuntimeObject *b, int32_t o) { memorySetLong(b, o, -2); },
-         [](RuntimeObject *b, int32_t o) { return (double)memoryGetLong(b, o); },
-         -2,
-         {0xFE, 0xFF, 0xFF, 0xFF}},
+        {"Long", Write<memorySetLong, -2>, Read<memoryGetLong>, -2, {0xFE, 0xFF, 0xFF, 0xFF}},
         {"Long big",
-         4,
-         [](RuntimeObject *b, int32_t o) { memorySetLong(b, o, 0x12345678); },
-         [](RuntimeObject *b, int32_t o) { return (double)memoryGetLong(b, o); },
+         Write<memorySetLong, 0x12345678>,
+         Read<memoryGetLong>,
          0x12345678,
          {0x78, 0x56, 0x34, 0x12}},
-        {"Short signed",
-         2,
-         [](RuntimeObject *b, int32_t o) { memorySetShort(b, o, -300); },
-         [](RuntimeObject *b, int32_t o) { return (double)memoryGetShort(b, o); },
-         -300,
-         {0xD4, 0xFE}},
-        {"UShort of a negative",
-         2,
-         [](RuntimeObject *b, int32_t o) { memorySetShort(b, o, -1); },
-         [](RuntimeObject *b, int32_t o) { return (double)memoryGetUShort(b, o); },
-         65535,
-         {0xFF, 0xFF}},
-        {"Byte 300 stores 44",
-         1,
-         [](RuntimeObject *b, int32_t o) { memorySetByte(b, o, 300); },
-         [](RuntimeObject *b, int32_t o) { return (double)memoryGetByte(b, o); },
-         44,
-         {44}},
-        {"Byte unsigned",
-         1,
-         [](RuntimeObject *b, int32_t o) { memorySetByte(b, o, -1); },
-         [](RuntimeObject *b, int32_t o) { return (double)memoryGetByte(b, o); },
-         255,
-         {0xFF}},
-        {"Boolean",
-         1,
-         [](RuntimeObject *b, int32_t o) { memorySetBoolean(b, o, 7); },
-         [](RuntimeObject *b, int32_t o) { return (double)memoryGetBoolean(b, o); },
-         1,
-         {1}},
-        {"Single rounds", 4, [](RuntimeObject *b, int32_t o) { memorySetSingle(b, o, 0.1); },
-         [](RuntimeObject *b, int32_t o) { return memoryGetSingle(b, o); }, (double)0.1f,
+        {"Short signed", Write<memorySetShort, -300>, Read<memoryGetShort>, -300, {0xD4, 0xFE}},
+        {"UShort of -1", Write<memorySetShort, -1>, Read<memoryGetUShort>, 65535, {0xFF, 0xFF}},
+        {"Byte 300 stores 44", Write<memorySetByte, 300>, Read<memoryGetByte>, 44, {44}},
+        {"Byte unsigned", Write<memorySetByte, -1>, Read<memoryGetByte>, 255, {0xFF}},
+        {"Boolean", Write<memorySetBoolean, uint8_t(7)>, Read<memoryGetBoolean>, 1, {1}},
+        {"Single rounds", Write<memorySetSingle, 0.1>, Read<memoryGetSingle>, double(0.1f),
          PythonPack("f", "0.1")},
-        {"Double", 8, [](RuntimeObject *b, int32_t o) { memorySetDouble(b, o, -1234.5678); },
-         [](RuntimeObject *b, int32_t o) { return memoryGetDouble(b, o); }, -1234.5678,
+        {"Double", Write<memorySetDouble, -1234.5678>, Read<memoryGetDouble>, -1234.5678,
          PythonPack("d", "-1234.5678")},
     };
 }
@@ -101,19 +71,19 @@ TEST(MemoryBlockNumbers, EachWidthInBothOrdersAtEveryOffsetAndBounds) {
             std::vector<uint8_t> expected = c.little;
             if (!little)
                 std::reverse(expected.begin(), expected.end());
-            ASSERT_EQ((int)expected.size(), c.width);
+            const int width = int(expected.size());
             for (int32_t offset : {0, 3}) {
-                Held block(newMemoryBlock(c.width + 3));
+                Held block(newMemoryBlock(width + 3));
                 block.block()->littleEndian = (uint8_t)little;
                 EXPECT_EQ(Raised([&] { c.write(block.get(), offset); }).className, "");
                 std::vector<uint8_t> bytes = block.bytes();
                 EXPECT_EQ(
-                    std::vector<uint8_t>(bytes.begin() + offset, bytes.begin() + offset + c.width),
+                    std::vector<uint8_t>(bytes.begin() + offset, bytes.begin() + offset + width),
                     expected);
                 EXPECT_EQ(c.read(block.get(), offset), c.expected);
             }
             // One byte short at either end: refused, nothing written.
-            Held block(newMemoryBlock(c.width + 3));
+            Held block(newMemoryBlock(width + 3));
             for (int32_t offset : {-1, 4, INT32_MAX, INT32_MIN}) {
                 EXPECT_EQ(Raised([&] { c.write(block.get(), offset); }).className,
                           "OutOfBoundsException")
@@ -123,7 +93,7 @@ TEST(MemoryBlockNumbers, EachWidthInBothOrdersAtEveryOffsetAndBounds) {
                           "OutOfBoundsException");
                 EXPECT_EQ(got, 0);
             }
-            EXPECT_EQ(block.bytes(), std::vector<uint8_t>(c.width + 3, 0));
+            EXPECT_EQ(block.bytes(), std::vector<uint8_t>(width + 3, 0));
         }
     }
 }

@@ -5,50 +5,35 @@
 
 #include <gtest/gtest.h>
 
-using kelp::test::ImageBuilder;
-using kelp::test::Reg;
+using namespace kelp::test;
 
 namespace {
 
 TEST(FromAnImage, CompiledCodeUsesMemoryBlocksTheCipherAndEncodings) {
     ImageBuilder b;
-    b.Prologue();
-    b.Push(Reg::RBX);
-    b.Push(Reg::R12);
+    EnterSaving(b, {Reg::RBX, Reg::R12});
 
     // block = New MemoryBlock(16); block.CString(0) = "kelp"
     b.MovImm(Reg::RDI, 16);
     b.CallImport("newMemoryBlock");
     b.MovReg(Reg::RBX, Reg::RAX);
-    b.MovReg(Reg::RDI, Reg::RBX);
     b.MovImm(Reg::RSI, 0);
     b.LoadString(Reg::RDX, "kelp");
-    b.CallImport("memorySetCString");
+    CallWith(b, "memorySetCString", {Reg::RBX});
 
     // cipher = New _Blowfish("secret"); cipher.Encipher(block)
-    b.LoadString(Reg::RDI, "_Blowfish");
-    b.CallImport("RuntimeLookupClass");
-    b.MovReg(Reg::RDI, Reg::RAX);
-    b.CallImport("RuntimeNewObject");
+    NewObjectOf(b, "_Blowfish");
     b.MovReg(Reg::R12, Reg::RAX);
-    b.MovReg(Reg::RDI, Reg::R12);
     b.LoadString(Reg::RSI, "secret");
-    b.CallImport("BlowfishInitialize");
-    b.MovReg(Reg::RDI, Reg::R12);
-    b.MovReg(Reg::RSI, Reg::RBX);
-    b.CallImport("BlowfishEncipherByBlock");
+    CallWith(b, "BlowfishInitialize", {Reg::R12});
+    CallWith(b, "BlowfishEncipherByBlock", {Reg::R12, Reg::RBX});
     // Deciphered, the text is back.
-    b.MovReg(Reg::RDI, Reg::R12);
-    b.MovReg(Reg::RSI, Reg::RBX);
-    b.CallImport("BlowfishDecipherByBlock");
-    b.MovReg(Reg::RDI, Reg::RBX);
+    CallWith(b, "BlowfishDecipherByBlock", {Reg::R12, Reg::RBX});
     b.MovImm(Reg::RSI, 0);
-    b.CallImport("memoryGetCString");
+    CallWith(b, "memoryGetCString", {Reg::RBX});
     b.PutsString(Reg::RAX);
-    b.MovReg(Reg::RDI, Reg::R12);
-    b.CallImport("RuntimeUnlockObject");
-    b.MovReg(Reg::RDI, Reg::RBX);
-    b.CallImport("RuntimeUnlockObject");
+    UnlockObject(b, Reg::R12);
+    UnlockObject(b, Reg::RBX);
 
     // ConvertEncoding("café", Encodings.ISOLatin1)
     b.MovImm(Reg::RDI, 0);
@@ -59,24 +44,18 @@ TEST(FromAnImage, CompiledCodeUsesMemoryBlocksTheCipherAndEncodings) {
     b.LoadString(Reg::RDI, "caf");
     b.LoadString(Reg::RSI, "\xC3\xA9");
     b.CallImport("RuntimeAddString");
-    b.MovReg(Reg::RDI, Reg::RAX);
-    b.MovReg(Reg::RSI, Reg::RBX);
-    b.CallImport("StringConvertEncoding");
+    CallWith(b, "StringConvertEncoding", {Reg::RAX, Reg::RBX});
     b.PutsString(Reg::RAX);
-    b.MovReg(Reg::RDI, Reg::RBX);
-    b.CallImport("RuntimeUnlockObject");
+    UnlockObject(b, Reg::RBX);
 
     // Encodings.ASCII.InternetName
     b.MovImm(Reg::RDI, 0);
     b.MovImm(Reg::RSI, 88);
     b.CallImport("EncodingsGetter");
-    b.MovReg(Reg::RDI, Reg::RAX);
-    b.CallImport("textEncodingInternetName");
+    CallWith(b, "textEncodingInternetName", {Reg::RAX});
     b.PutsString(Reg::RAX);
 
-    b.Pop(Reg::R12);
-    b.Pop(Reg::RBX);
-    b.Epilogue();
+    LeaveRestoring(b, {Reg::RBX, Reg::R12});
 
     const auto result = kelp::test::RunAppended(b.Build());
     EXPECT_EQ(result.status, 0) << result.err;

@@ -1,5 +1,5 @@
 // The generic field accessors that property rows share.
-#include "support/class_kit.h"
+#include "object_kit.h"
 
 #include <cstddef>
 #include <gtest/gtest.h>
@@ -81,15 +81,6 @@ TEST(Accessors, ObjectAndStringFieldsKeepReferences) {
     objSetter(o, OFF(o), v);
     RuntimeUnlockObject(v);
     RuntimeUnlockObject(o);
-}
-
-// The class name of the pending exception, taken and released; "" for none.
-std::string TakeRaised() {
-    RuntimeObject *e = RuntimeTakeException();
-    const std::string name = e ? Str(e->klass->name) : "";
-    if (e)
-        RuntimeUnlockObject(e);
-    return name;
 }
 
 TEST(Accessors, NilObjectsAndBadOffsetsRaiseAndReadAsZero) {

@@ -1,7 +1,7 @@
 // Class records, class tests and casts, interface tables, event tables.
+#include "object_kit.h"
 #include "objects/object_model.h"
 #include "objects/text.h"
-#include "support/class_kit.h"
 
 #include <gtest/gtest.h>
 
@@ -17,15 +17,6 @@ void CodeA() {}
 void CodeB() {}
 void HandlerOne() {}
 void HandlerTwo() {}
-
-// The class name of the pending exception, taken and released; "" for none.
-std::string TakeRaised() {
-    RuntimeObject *e = RuntimeTakeException();
-    const std::string name = e ? Str(e->klass->name) : "";
-    if (e)
-        RuntimeUnlockObject(e);
-    return name;
-}
 
 TEST(Classes, NewClassCopiesInheritedRowsAndChecksCounts) {
     RuntimeClass *base = MakeClass(nullptr, "ClBase", sizeof(RuntimeObject), 2, 0, 1, 1);

@@ -98,13 +98,10 @@ TEST_F(ResourceStore, VersionBlockFromTheOptionsFeedsTheApplicationProperties) {
     b.SetVersion(words, "1.2", "Version 1.2.3", "pkg");
     EXPECT_EQ(AppIntegerVersionStuffGetter(nullptr, 0), -1) << "no version block yet";
     Load(b);
-    EXPECT_EQ(AppIntegerVersionStuffGetter(nullptr, 0), 0x01000000);
-    EXPECT_EQ(AppIntegerVersionStuffGetter(nullptr, 1), 2);
-    EXPECT_EQ(AppIntegerVersionStuffGetter(nullptr, 2), 3);
-    EXPECT_EQ(AppIntegerVersionStuffGetter(nullptr, 3), 5) << "StageCode is word 4";
-    EXPECT_EQ(AppIntegerVersionStuffGetter(nullptr, 4), 4) << "NonReleaseVersion is word 3";
-    EXPECT_EQ(AppIntegerVersionStuffGetter(nullptr, 5), 6);
-    EXPECT_EQ(AppIntegerVersionStuffGetter(nullptr, 6), -1);
+    // StageCode (3) is word 4 and NonReleaseVersion (4) word 3; 6 is no property.
+    const int32_t want[] = {0x01000000, 2, 3, 5, 4, 6, -1};
+    for (int32_t i = 0; i < 7; ++i)
+        EXPECT_EQ(AppIntegerVersionStuffGetter(nullptr, i), want[i]) << "property " << i;
     stringStorage *shortVersion = AppStringVersionStuffGetter(nullptr, 0);
     stringStorage *longVersion = AppStringVersionStuffGetter(nullptr, 1);
     stringStorage *package = AppStringVersionStuffGetter(nullptr, 2);
@@ -170,15 +167,15 @@ TEST_F(ResourceStore, DatabaseRecordsGiveNameAndBytesOnlyWhenTheyFit) {
 
 TEST_F(ResourceStore, EachSoundRequestWritesItsOwnTemporaryFileRemovedAtTheRunDown) {
     ImageBuilder b;
-    b.AddResource("WAVE", 3, std::string("RIFF-wave-bytes"));
+    const std::string wave = "RIFF-wave-bytes";
+    b.AddResource("WAVE", 3, wave);
     Load(b);
     kelp::SoundSource first, second;
     ASSERT_TRUE(kelp::SoundResourceSource(3, "/proc/self/exe", first));
     ASSERT_TRUE(kelp::SoundResourceSource(3, "/proc/self/exe", second));
     EXPECT_NE(first.path, second.path);
     EXPECT_EQ(kelp::test::ReadFileBytes(first.path),
-              std::vector<uint8_t>(
-                  {'R', 'I', 'F', 'F', '-', 'w', 'a', 'v', 'e', '-', 'b', 'y', 't', 'e', 's'}));
+              std::vector<uint8_t>(wave.begin(), wave.end()));
     EXPECT_FALSE(kelp::SoundResourceSource(4, "/proc/self/exe", first));
     kelp::RunShutdownTasks();
     struct stat st;

@@ -6,15 +6,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-
-using kelp::test::ImageBuilder;
-using kelp::test::Reg;
+using namespace kelp::test;
 
 namespace {
-
-// movq xmm0, rax
-void MoveRaxToXmm0(ImageBuilder &b) { b.Bytes({0x66, 0x48, 0x0F, 0x6E, 0xC0}); }
 
 // Calls slot `slot` of the array in rbx; the arguments behind the array are
 // already in rsi, rdx.
@@ -27,9 +21,7 @@ void CallSlot(ImageBuilder &b, int slot) {
 
 TEST(FromAnImage, CompiledCodeCallsTheStringFunctionsAndAnArraysSlots) {
     ImageBuilder b;
-    b.Prologue();
-    b.Push(Reg::RBX);
-    b.Push(Reg::R12);
+    EnterSaving(b, {Reg::RBX, Reg::R12});
 
     // Left("Hello", 2)
     b.LoadString(Reg::RDI, "Hello");
@@ -51,19 +43,13 @@ TEST(FromAnImage, CompiledCodeCallsTheStringFunctionsAndAnArraysSlots) {
         CallSlot(b, kArraySlotSet);
     }
     CallSlot(b, kArraySlotSort);
-    b.MovReg(Reg::RDI, Reg::RBX);
     b.LoadString(Reg::RSI, ",");
-    b.CallImport("StringJoin");
+    CallWith(b, "StringJoin", {Reg::RBX});
     b.PutsString(Reg::RAX);
-    b.MovReg(Reg::RDI, Reg::RBX);
-    b.CallImport("RuntimeUnlockArray");
+    CallWith(b, "RuntimeUnlockArray", {Reg::RBX});
 
     // Str(1234567)
-    double value = 1234567.0;
-    uint64_t bits;
-    std::memcpy(&bits, &value, 8);
-    b.MovImm(Reg::RAX, bits);
-    MoveRaxToXmm0(b);
+    LoadDouble(b, 1234567.0);
     b.CallImport("StringStr");
     b.PutsString(Reg::RAX);
 
@@ -72,25 +58,19 @@ TEST(FromAnImage, CompiledCodeCallsTheStringFunctionsAndAnArraysSlots) {
     b.LoadString(Reg::RSI, "Hello");
     b.LoadString(Reg::RDX, "LL");
     b.CallImport("StringInStr");
-    b.MovReg(Reg::RDI, Reg::RAX);
-    b.CallImport("RuntimeIntToFloat");
+    CallWith(b, "RuntimeIntToFloat", {Reg::RAX});
     b.CallImport("StringStr");
     b.PutsString(Reg::RAX);
 
     // Format(1234567.891, "#,###.00")
-    value = 1234567.891;
-    std::memcpy(&bits, &value, 8);
-    b.MovImm(Reg::RAX, bits);
-    MoveRaxToXmm0(b);
+    LoadDouble(b, 1234567.891);
     b.LoadString(Reg::RDI, "#,###.00");
     b.CallImport("StringFormat");
     b.PutsString(Reg::RAX);
 
-    b.Pop(Reg::R12);
-    b.Pop(Reg::RBX);
-    b.Epilogue();
+    LeaveRestoring(b, {Reg::RBX, Reg::R12});
 
-    const auto result = kelp::test::RunAppended(b.Build());
+    const auto result = RunAppended(b.Build());
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(result.out, "He\nalpha,Beta,gamma\n1.234567e+6\n3\n1,234,567.89\n");
 }
@@ -99,32 +79,23 @@ TEST(FromAnImage, CompiledCodeCallsTheStringFunctionsAndAnArraysSlots) {
 // handed to the line-end operators.
 TEST(FromAnImage, CompiledCodeJoinsTextToTheEndOfLineObject) {
     ImageBuilder b;
-    b.Prologue();
-    b.Push(Reg::RBX);
-    b.Push(Reg::R12);
+    EnterSaving(b, {Reg::RBX, Reg::R12});
 
     b.CallImport("RuntimeGetEndOfLineObject");
     b.MovReg(Reg::RBX, Reg::RAX);
     // "first" + EndOfLine + "second"
-    b.MovReg(Reg::RDI, Reg::RBX);
     b.LoadString(Reg::RSI, "first");
-    b.CallImport("RuntimeEndOfLineAddRight");
+    CallWith(b, "RuntimeEndOfLineAddRight", {Reg::RBX});
     b.MovReg(Reg::R12, Reg::RAX);
-    b.MovReg(Reg::RDI, Reg::RBX);
     b.LoadString(Reg::RSI, "second");
-    b.CallImport("RuntimeEndOfLineAdd");
-    b.MovReg(Reg::RDI, Reg::R12);
-    b.MovReg(Reg::RSI, Reg::RAX);
-    b.CallImport("RuntimeAddString");
+    CallWith(b, "RuntimeEndOfLineAdd", {Reg::RBX});
+    CallWith(b, "RuntimeAddString", {Reg::R12, Reg::RAX});
     b.PutsString(Reg::RAX);
-    b.MovReg(Reg::RDI, Reg::RBX);
-    b.CallImport("RuntimeUnlockObject");
+    UnlockObject(b, Reg::RBX);
 
-    b.Pop(Reg::R12);
-    b.Pop(Reg::RBX);
-    b.Epilogue();
+    LeaveRestoring(b, {Reg::RBX, Reg::R12});
 
-    const auto result = kelp::test::RunAppended(b.Build());
+    const auto result = RunAppended(b.Build());
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(result.out, "first\n\nsecond\n");
 }

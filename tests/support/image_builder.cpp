@@ -459,4 +459,47 @@ RunResult RunAppended(const kelp::image::Segments &image, const std::vector<std:
     return Run(program, args, dir.path());
 }
 
+void CallWith(ImageBuilder &b, const std::string &import, std::initializer_list<Reg> args) {
+    static constexpr Reg kArgs[] = {Reg::RDI, Reg::RSI, Reg::RDX, Reg::RCX, Reg::R8, Reg::R9};
+    if (args.size() > std::size(kArgs))
+        std::abort();
+    size_t i = 0;
+    for (Reg from : args) {
+        for (size_t k = 0; k < i; ++k)
+            if (from == kArgs[k])
+                std::abort();
+        if (from != kArgs[i])
+            b.MovReg(kArgs[i], from);
+        ++i;
+    }
+    b.CallImport(import);
+}
+
+void NewObjectOf(ImageBuilder &b, const std::string &className) {
+    b.LoadString(Reg::RDI, className);
+    b.CallImport("RuntimeLookupClass");
+    CallWith(b, "RuntimeNewObject", {Reg::RAX});
+}
+
+void UnlockObject(ImageBuilder &b, Reg r) { CallWith(b, "RuntimeUnlockObject", {r}); }
+
+void LoadDouble(ImageBuilder &b, double value) {
+    uint64_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    b.MovImm(Reg::RAX, bits);
+    b.Bytes({0x66, 0x48, 0x0F, 0x6E, 0xC0}); // movq xmm0, rax
+}
+
+void EnterSaving(ImageBuilder &b, std::initializer_list<Reg> saved) {
+    b.Prologue();
+    for (Reg r : saved)
+        b.Push(r);
+}
+
+void LeaveRestoring(ImageBuilder &b, std::initializer_list<Reg> saved) {
+    for (auto r = std::rbegin(saved); r != std::rend(saved); ++r)
+        b.Pop(*r);
+    b.Epilogue();
+}
+
 } // namespace kelp::test

@@ -184,4 +184,22 @@ RunResult RunAppended(const kelp::image::Segments &image,
 std::vector<uint8_t> ReadFileBytes(const std::string &path);
 bool WriteFileBytes(const std::string &path, const std::vector<uint8_t> &bytes);
 
+// Short forms for the sequences image tests repeat.
+
+// Moves the registers into the argument registers in order (rdi, rsi, rdx,
+// rcx, r8, r9) and calls the import.  A source must not be an argument
+// register already written by an earlier one: that would pass the wrong
+// value, so it aborts the test program instead.
+void CallWith(ImageBuilder &b, const std::string &import, std::initializer_list<Reg> args);
+// rax = a new object of the class named className.
+void NewObjectOf(ImageBuilder &b, const std::string &className);
+// Hands the object in r to RuntimeUnlockObject.
+void UnlockObject(ImageBuilder &b, Reg r);
+// xmm0 = value, through rax.
+void LoadDouble(ImageBuilder &b, double value);
+// Prologue and the pushes of saved, then their pops and the epilogue; pass
+// an even count to keep the stack aligned for calls.
+void EnterSaving(ImageBuilder &b, std::initializer_list<Reg> saved);
+void LeaveRestoring(ImageBuilder &b, std::initializer_list<Reg> saved);
+
 } // namespace kelp::test

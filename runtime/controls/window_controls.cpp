@@ -143,4 +143,3 @@ extern "C" void paneStringSetter(RuntimeObject *object, int32_t offset, KelpStri
     stringSetter(object, offset, value);
     Repaint(object);
 }
-

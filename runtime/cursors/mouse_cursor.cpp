@@ -109,7 +109,11 @@ RuntimeObject *NewMouseCursor(CursorHolder *holder) {
 }
 
 CursorHolder *HolderOf(RuntimeObject *mouseCursor) {
-    return mouseCursor ? reinterpret_cast<MouseCursorObject *>(mouseCursor)->holder : nullptr;
+    // A MouseCursor field may be handed any object; only a MouseCursor has
+    // a holder to read.
+    if (!mouseCursor || !RuntimeObjectIsa(mouseCursor, ClassForDefinition(MouseCursorDefinition())))
+        return nullptr;
+    return reinterpret_cast<MouseCursorObject *>(mouseCursor)->holder;
 }
 
 void SetGlobalCursor(const CursorHolder *holder) {

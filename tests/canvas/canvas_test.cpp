@@ -283,6 +283,8 @@ TEST_F(CanvasTest, DrawBackgroundShowsTheWindowBehindAPoint) {
     RuntimeUnlockObject(g);
     RuntimeUnlockObject(target);
     // The screen shows the same Backdrop under the window's Paint.
+    formRefresh(w, 1);
+    Settle(150);
     ExpectPixels(w, {{5, 5, 0x00ff00, "Paint on screen"},
                      {20, 20, 0xff0000, "Backdrop on screen"},
                      {35, 20, 0x336699, "back colour on screen"}});

@@ -314,7 +314,8 @@ TEST_F(AccessorNamesTest, TheWindowsControlsByNumberByArrayAndThroughAContainer)
     RuntimeUnlockObject(host);
 
     // _DrawBackground paints the back colour through a Graphics of the window.
-    View(w)->backColor = 0x3366cc;
+    windowHasBackColorSetter(w, 0, 1);
+    windowBackColorSetter(w, 0, 0x3366cc);
     RuntimeObject *g = windowGraphicsGetter(w, 0);
     Bound<void (*)(RuntimeObject *, RuntimeObject *, int32_t, int32_t)>("formDrawBackground")(w, g,
                                                                                               0, 0);

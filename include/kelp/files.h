@@ -120,6 +120,11 @@ RuntimeObject *getTemporaryFolderItem(void);
 RuntimeObject *GetDocumentsFolder(void);
 RuntimeObject *getPreferencesFolder(void);
 RuntimeObject *getFontsFolder(void);
+/* Folders of other platforms: always nil here. */
+RuntimeObject *getControlPanelsFolder(void);
+RuntimeObject *getExtensionsFolder(void);
+RuntimeObject *getStartupItemsFolder(void);
+RuntimeObject *getShutdownItemsFolder(void);
 RuntimeObject *getApplicationSupportFolder(void);
 void RuntimeRegisterFileType(KelpString name, KelpString macCreator, KelpString macType,
                              KelpString extensions);

@@ -277,6 +277,10 @@ std::span<const MethodRow> FolderItemFunctions() {
         {"ApplicationSupportFolder", &kFolderItemType, nullptr, 0,
          KELP_ENTRY(getApplicationSupportFolder)},
         {"FontsFolder", &kFolderItemType, nullptr, 0, KELP_ENTRY(getFontsFolder)},
+        {"ControlPanelsFolder", &kFolderItemType, nullptr, 0, KELP_ENTRY(getControlPanelsFolder)},
+        {"ExtensionsFolder", &kFolderItemType, nullptr, 0, KELP_ENTRY(getExtensionsFolder)},
+        {"StartupItemsFolder", &kFolderItemType, nullptr, 0, KELP_ENTRY(getStartupItemsFolder)},
+        {"ShutdownItemsFolder", &kFolderItemType, nullptr, 0, KELP_ENTRY(getShutdownItemsFolder)},
         {"TrashFolder", &kFolderItemType, nullptr, 0, KELP_ENTRY(getTrashFolder)},
         {"SystemFolder", &kFolderItemType, nullptr, 0, KELP_ENTRY(getSystemFolder)},
         {"TemporaryFolder", &kFolderItemType, nullptr, 0, KELP_ENTRY(getTemporaryItemsFolder)},
@@ -683,6 +687,12 @@ extern "C" RuntimeObject *getPreferencesFolder(void) {
     return NewFolderItem(FindSpecialFolder(SpecialFolder::kPreferences));
 }
 extern "C" RuntimeObject *getFontsFolder(void) { return nullptr; }
+// Folders this platform does not have: a program that asks gets nil, as it
+// would for a folder that is missing.
+extern "C" RuntimeObject *getControlPanelsFolder(void) { return nullptr; }
+extern "C" RuntimeObject *getExtensionsFolder(void) { return nullptr; }
+extern "C" RuntimeObject *getStartupItemsFolder(void) { return nullptr; }
+extern "C" RuntimeObject *getShutdownItemsFolder(void) { return nullptr; }
 extern "C" RuntimeObject *getApplicationSupportFolder(void) {
     return NewFolderItem(FindSpecialFolder(SpecialFolder::kApplicationSupport));
 }

@@ -2,6 +2,7 @@
 // 10,000 text draws, each run ended by a round trip to the X server so that
 // the server's work is counted.  Without DISPLAY a private Xvfb is started.
 #include "kelp/graphics.h"
+#include "bench_display.h"
 #include "graphics/graphics_gtk.h"
 #include "graphics/graphics_object.h"
 #include "kelp/objects.h"
@@ -23,38 +24,6 @@
 #include <thread>
 
 namespace {
-
-pid_t StartServer() {
-    if (std::getenv("DISPLAY"))
-        return 0;
-    for (int n = 150 + static_cast<int>(getpid() % 50); n < 300; ++n) {
-        std::string lock = "/tmp/.X" + std::to_string(n) + "-lock";
-        struct stat st;
-        if (stat(lock.c_str(), &st) == 0)
-            continue;
-        std::string name = ":" + std::to_string(n);
-        pid_t pid = fork();
-        if (pid == 0) {
-            freopen("/dev/null", "w", stdout);
-            freopen("/dev/null", "w", stderr);
-            execlp("Xvfb", "Xvfb", name.c_str(), "-screen", "0", "1280x1024x24", "-nolisten", "tcp",
-                   static_cast<char *>(nullptr));
-            _exit(127);
-        }
-        std::string socket = "/tmp/.X11-unix/X" + std::to_string(n);
-        for (int i = 0; i < 200; ++i) {
-            if (stat(socket.c_str(), &st) == 0) {
-                setenv("DISPLAY", name.c_str(), 1);
-                return pid;
-            }
-            int status;
-            if (waitpid(pid, &status, WNOHANG) == pid)
-                break;
-            std::this_thread::sleep_for(std::chrono::milliseconds(25));
-        }
-    }
-    return -1;
-}
 
 void Pump() {
     gdk_flush();
@@ -79,8 +48,8 @@ void Measure(const char *name, int count, const std::function<void(int)> &body) 
 
 int main(int argc, char **argv) {
     kelp::WireRuntime();
-    pid_t server = StartServer();
-    if (server < 0 || !kelp::InitToolkit(&argc, &argv)) {
+    pid_t server = kelp::bench::StartXvfb();
+    if (!kelp::InitToolkit(&argc, &argv)) {
         std::fprintf(stderr, "bench_graphics: no X display\n");
         return 1;
     }

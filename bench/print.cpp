@@ -4,6 +4,7 @@
 // time per page, and the file's size and page count as poppler reads them.
 // Without DISPLAY a private Xvfb is started.
 #include "kelp/print.h"
+#include "bench_display.h"
 #include "kelp/graphics.h"
 #include "kelp/objects.h"
 #include "kelp/strings.h"
@@ -24,46 +25,14 @@
 
 namespace {
 
-pid_t StartServer() {
-    if (std::getenv("DISPLAY"))
-        return 0;
-    for (int n = 150 + static_cast<int>(getpid() % 50); n < 300; ++n) {
-        std::string lock = "/tmp/.X" + std::to_string(n) + "-lock";
-        struct stat st;
-        if (stat(lock.c_str(), &st) == 0)
-            continue;
-        std::string name = ":" + std::to_string(n);
-        pid_t pid = fork();
-        if (pid == 0) {
-            freopen("/dev/null", "w", stdout);
-            freopen("/dev/null", "w", stderr);
-            execlp("Xvfb", "Xvfb", name.c_str(), "-screen", "0", "1280x1024x24", "-nolisten", "tcp",
-                   static_cast<char *>(nullptr));
-            _exit(127);
-        }
-        std::string socket = "/tmp/.X11-unix/X" + std::to_string(n);
-        for (int i = 0; i < 200; ++i) {
-            if (stat(socket.c_str(), &st) == 0) {
-                setenv("DISPLAY", name.c_str(), 1);
-                return pid;
-            }
-            int status;
-            if (waitpid(pid, &status, WNOHANG) == pid)
-                break;
-            std::this_thread::sleep_for(std::chrono::milliseconds(25));
-        }
-    }
-    return -1;
-}
-
 KelpString Text(const std::string &s) { return kelp::string::FromUTF8(s).Release(); }
 
 } // namespace
 
 int main(int argc, char **argv) {
     kelp::WireRuntime();
-    pid_t server = StartServer();
-    if (server < 0 || !kelp::InitToolkit(&argc, &argv)) {
+    pid_t server = kelp::bench::StartXvfb();
+    if (!kelp::InitToolkit(&argc, &argv)) {
         std::fprintf(stderr, "bench_print: no X display\n");
         return 1;
     }

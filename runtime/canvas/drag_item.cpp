@@ -206,15 +206,23 @@ extern "C" void dragItemTextSetter(RuntimeObject *self, int32_t, KelpString text
         SetText(f, text);
 }
 
-extern "C" uint8_t DragItemPictureAvailable(RuntimeObject *self) {
-    return FindFlavor(self, kFlavorPicture, false) ? 1 : 0;
-}
-extern "C" RuntimeObject *dragItemPictureGetter(RuntimeObject *self, int32_t) {
-    Flavor *f = FindFlavor(self, kFlavorPicture, false);
+namespace {
+// The object of the current item's flavor, counted for the caller; nil
+// when the item has none of that kind.
+RuntimeObject *LockedObjectOf(RuntimeObject *self, uint32_t type) {
+    Flavor *f = FindFlavor(self, type, false);
     if (!f)
         return nullptr;
     RuntimeLockObject(f->object);
     return f->object;
+}
+} // namespace
+
+extern "C" uint8_t DragItemPictureAvailable(RuntimeObject *self) {
+    return FindFlavor(self, kFlavorPicture, false) ? 1 : 0;
+}
+extern "C" RuntimeObject *dragItemPictureGetter(RuntimeObject *self, int32_t) {
+    return LockedObjectOf(self, kFlavorPicture);
 }
 extern "C" void dragItemPictureSetter(RuntimeObject *self, int32_t, RuntimeObject *picture) {
     if (Flavor *f = FindFlavor(self, kFlavorPicture, true))
@@ -225,11 +233,7 @@ extern "C" uint8_t DragItemFolderItemAvailable(RuntimeObject *self) {
     return FindFlavor(self, kFlavorFolderItem, false) ? 1 : 0;
 }
 extern "C" RuntimeObject *dragItemFolderItemGetter(RuntimeObject *self, int32_t) {
-    Flavor *f = FindFlavor(self, kFlavorFolderItem, false);
-    if (!f)
-        return nullptr;
-    RuntimeLockObject(f->object);
-    return f->object;
+    return LockedObjectOf(self, kFlavorFolderItem);
 }
 extern "C" void dragItemFolderItemSetter(RuntimeObject *self, int32_t, RuntimeObject *item) {
     if (Flavor *f = FindFlavor(self, kFlavorFolderItem, true))

@@ -47,6 +47,8 @@
 // 2D shapes
 #include "shapes/wiring.h"
 #include "volumes/wiring.h"
+// Serial ports
+#include "serial/wiring.h"
 
 namespace kelp {
 namespace {
@@ -101,6 +103,9 @@ const WiringStep kWiringTable[] = {
     {"shapes: the Object2D classes; the pictures' vector part", &WireShapes},
     // Virtual volumes
     {"volumes: the VirtualVolume class; FolderItem's volume members", &WireVolumes},
+    // Serial ports
+    {"serial: the Serial and SerialPort classes, System's ports; the loop's service of them",
+     &WireSerial},
 };
 
 } // namespace

@@ -64,8 +64,8 @@ void AddTestPorts(std::vector<std::string> &paths) {
 constexpr int32_t kRatedSpeed = 115200;
 constexpr int32_t kMaximumSpeed = 230400;
 
-int32_t RatedSpeedGetter(RuntimeObject *, int32_t) { return kRatedSpeed; }
-int32_t MaximumSpeedGetter(RuntimeObject *, int32_t) { return kMaximumSpeed; }
+int32_t serialPortRatedSpeedGetter(RuntimeObject *, int32_t) { return kRatedSpeed; }
+int32_t serialPortMaximumSpeedGetter(RuntimeObject *, int32_t) { return kMaximumSpeed; }
 
 } // namespace
 
@@ -86,8 +86,8 @@ ObjectDefinition *SerialPortDefinition() {
         {0, "Name", &kTypeString, KELP_ENTRY(stringGetter), {}, kName},
         {0, "InputDriverName", &kTypeString, KELP_ENTRY(stringGetter), {}, kName},
         {0, "OutputDriverName", &kTypeString, KELP_ENTRY(stringGetter), {}, kName},
-        {0, "RatedSpeed", &kTypeInteger, KELP_ENTRY(RatedSpeedGetter), {}},
-        {0, "MaximumSpeed", &kTypeInteger, KELP_ENTRY(MaximumSpeedGetter), {}},
+        {0, "RatedSpeed", &kTypeInteger, KELP_ENTRY(serialPortRatedSpeedGetter), {}},
+        {0, "MaximumSpeed", &kTypeInteger, KELP_ENTRY(serialPortMaximumSpeedGetter), {}},
     };
     static const ClassDescription description = {
         .name = "SerialPort",

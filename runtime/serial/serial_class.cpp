@@ -18,9 +18,21 @@ const TypeRecord kEncodingType{kTypeObjectOf, "TextEncoding"};
 const TypeRecord kSerialPortType{kTypeObjectOf, nullptr, nullptr, 0, &SerialPortDefinition};
 const TypeRecord kIntegerArray{kTypeArray, nullptr, &kTypeInteger, 1};
 
-// LineChangeNotification with an array: the OR of its elements, up to a -1,
-// which ends the list and watches nothing.
-void WatchLinesOfArray(RuntimeObject *self, RuntimeArray *lines) {
+// The forms without the optional encoding.
+KelpString serialReadNoEncoding(RuntimeObject *self, int32_t count) {
+    return serialRead(self, count, nullptr);
+}
+KelpString serialReadAllNoEncoding(RuntimeObject *self) { return serialReadAll(self, nullptr); }
+KelpString serialLookaheadNoEncoding(RuntimeObject *self) { return serialLookahead(self, nullptr); }
+
+// Handles of other platforms' drivers.
+int32_t serialNoDriverHandle(RuntimeObject *, int32_t) { return 0; }
+
+constexpr intptr_t Field(size_t offset) { return static_cast<intptr_t>(offset); }
+
+} // namespace
+
+void SerialWatchLineArray(RuntimeObject *self, RuntimeArray *lines) {
     int32_t mask = 0;
     if (lines && lines->dimensions == 1) {
         const int32_t last = lines->upperBounds[0];
@@ -35,20 +47,6 @@ void WatchLinesOfArray(RuntimeObject *self, RuntimeArray *lines) {
     }
     SerialWatchLines(self, mask);
 }
-
-// The forms without the optional encoding.
-KelpString ReadNoEncoding(RuntimeObject *self, int32_t count) {
-    return serialRead(self, count, nullptr);
-}
-KelpString ReadAllNoEncoding(RuntimeObject *self) { return serialReadAll(self, nullptr); }
-KelpString LookaheadNoEncoding(RuntimeObject *self) { return serialLookahead(self, nullptr); }
-
-// Handles of other platforms' drivers.
-int32_t NoDriverHandle(RuntimeObject *, int32_t) { return 0; }
-
-constexpr intptr_t Field(size_t offset) { return static_cast<intptr_t>(offset); }
-
-} // namespace
 
 ObjectDefinition *SerialDefinition() {
 #define SERIAL_SHORT(name, field)                                                                  \
@@ -90,9 +88,9 @@ ObjectDefinition *SerialDefinition() {
         {0, "RingIndicator", &kTypeBoolean, KELP_ENTRY(LineStateGetter), {}, kLineRI},
         {0, "BytesAvailable", &kTypeInteger, KELP_ENTRY(SerialBytesAvailable), {}},
         {0, "BytesLeftToSend", &kTypeInteger, KELP_ENTRY(SerialBytesLeftToSend), {}},
-        {0, "Win32DriverHandle", &kTypeInteger, KELP_ENTRY(NoDriverHandle), {}},
-        {0, "MacInDriverRefNum", &kTypeInteger, KELP_ENTRY(NoDriverHandle), {}},
-        {0, "MacOutDriverRefNum", &kTypeInteger, KELP_ENTRY(NoDriverHandle), {}},
+        {0, "Win32DriverHandle", &kTypeInteger, KELP_ENTRY(serialNoDriverHandle), {}},
+        {0, "MacInDriverRefNum", &kTypeInteger, KELP_ENTRY(serialNoDriverHandle), {}},
+        {0, "MacOutDriverRefNum", &kTypeInteger, KELP_ENTRY(serialNoDriverHandle), {}},
         SERIAL_CONSTANT("Bits5", kBits5),
         SERIAL_CONSTANT("Bits6", kBits6),
         SERIAL_CONSTANT("Bits7", kBits7),
@@ -146,11 +144,11 @@ ObjectDefinition *SerialDefinition() {
         {"Close", nullptr, nullptr, 0, KELP_ENTRY(serialClose)},
         {"Write", nullptr, textParams, 1, KELP_ENTRY(serialWrite)},
         {"Read", &kTypeString, readParams, 2, KELP_ENTRY(serialRead)},
-        {"Read", &kTypeString, readParams, 1, KELP_ENTRY(ReadNoEncoding)},
+        {"Read", &kTypeString, readParams, 1, KELP_ENTRY(serialReadNoEncoding)},
         {"ReadAll", &kTypeString, encodingParams, 1, KELP_ENTRY(serialReadAll)},
-        {"ReadAll", &kTypeString, nullptr, 0, KELP_ENTRY(ReadAllNoEncoding)},
+        {"ReadAll", &kTypeString, nullptr, 0, KELP_ENTRY(serialReadAllNoEncoding)},
         {"LookAhead", &kTypeString, encodingParams, 1, KELP_ENTRY(serialLookahead)},
-        {"LookAhead", &kTypeString, nullptr, 0, KELP_ENTRY(LookaheadNoEncoding)},
+        {"LookAhead", &kTypeString, nullptr, 0, KELP_ENTRY(serialLookaheadNoEncoding)},
         {"XmitWait", nullptr, nullptr, 0, KELP_ENTRY(serialXmitWait)},
         {"Flush", nullptr, nullptr, 0, KELP_ENTRY(serialFlush)},
         {"Poll", nullptr, nullptr, 0, KELP_ENTRY(serialTick)},
@@ -162,7 +160,7 @@ ObjectDefinition *SerialDefinition() {
         {"ReadError", &kTypeBoolean, nullptr, 0, KELP_ENTRY(SerialError)},
         {"WriteError", &kTypeBoolean, nullptr, 0, KELP_ENTRY(SerialError)},
         {"LineChangeNotification", nullptr, maskParams, 1, KELP_ENTRY(SerialWatchLines)},
-        {"LineChangeNotification", nullptr, arrayParams, 1, KELP_ENTRY(WatchLinesOfArray)},
+        {"LineChangeNotification", nullptr, arrayParams, 1, KELP_ENTRY(SerialWatchLineArray)},
         {"LineState", &kTypeBoolean, lineParams, 1, KELP_ENTRY(LineStateGetter),
          KELP_ENTRY(LineStateSetter)},
         {"LineTrace", nullptr, traceParams, 1, KELP_ENTRY(lineTrace)},

@@ -23,6 +23,10 @@ void PollSerialPorts();
 // holds nest.
 void HoldSerialTicks(bool hold);
 
+// LineChangeNotification with an array of line constants: their OR, up to
+// a -1, which ends the list and watches nothing.
+void SerialWatchLineArray(RuntimeObject *self, RuntimeArray *lines);
+
 struct ObjectDefinition;
 ObjectDefinition *SerialDefinition();
 

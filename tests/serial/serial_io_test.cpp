@@ -1,0 +1,314 @@
+// Bytes through a Serial object to and from real far ends: the master side
+// of a pseudo-terminal, and pyserial on a pair of terminals that socat
+// joins.  Events are checked in the order the program sees them.
+#include "pty_peer.h"
+
+#include "serial/port_list.h"
+#include "serial/serial_port.h"
+
+#include "runloop/descriptor_watch.h"
+#include "runloop/main_loop.h"
+#include "strings/kstring.h"
+#include "support/image_builder.h"
+
+#include "kelp/arrays.h"
+#include "kelp/exceptions.h"
+#include "kelp/objects.h"
+#include "kelp/serial.h"
+#include "kelp/strings.h"
+
+#include <glib.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <thread>
+#include <unistd.h>
+
+namespace kelp::test {
+namespace {
+
+KelpString Bytes(const std::string &text) {
+    return string::FromBytes(text.data(), static_cast<long>(text.size()), kEncodingUnknown)
+        .ExtractStringStorage();
+}
+
+std::string Take(KelpString s) {
+    std::string text = s ? std::string(reinterpret_cast<const char *>(s->buffer + 1),
+                                       static_cast<size_t>(s->length))
+                         : std::string();
+    RuntimeUnlockString(s);
+    return text;
+}
+
+void Write(RuntimeObject *serial, const std::string &text) {
+    KelpString s = Bytes(text);
+    serialWrite(serial, s);
+    RuntimeUnlockString(s);
+}
+
+// Runs blocking passes of the loop until `done`.  Only the descriptor
+// watch can end a pass early; a watchdog ends the wait after 5 s, and the
+// answer says whether it had to.
+template <class Done> bool LoopUntil(Done done) {
+    static bool fired;
+    fired = false;
+    guint watchdog = g_timeout_add(
+        5000, [](gpointer) -> gboolean { return fired = true, FALSE; }, nullptr);
+    while (!done() && !fired)
+        MainLoopStep(true);
+    if (!fired)
+        g_source_remove(watchdog);
+    return !fired;
+}
+
+class SerialIO : public ::testing::Test {
+protected:
+    void SetUp() override { SerialEvents().clear(); }
+};
+
+TEST_F(SerialIO, EveryByteValueBothWaysAndAnIdleLoopWakesForIt) {
+    std::string all;
+    for (int i = 0; i < 256; ++i)
+        all.push_back(static_cast<char>(i));
+    Pty pty;
+    RuntimeObject *serial = NewTestSerial(pty.path);
+    ASSERT_TRUE(serialOpen(serial));
+    Write(serial, all);
+    EXPECT_EQ(pty.ReadMaster(all.size(), 3000), all);
+
+    // The far end answers while the loop sleeps in the toolkit's wait.
+    std::thread peer([&] {
+        usleep(50000);
+        ASSERT_EQ(write(pty.master, all.data(), all.size()), 256);
+    });
+    EXPECT_TRUE(LoopUntil([&] { return SerialBytesAvailable(serial, 0) >= 256; }))
+        << "the loop slept through arriving data";
+    peer.join();
+    EXPECT_EQ(Take(serialReadAll(serial, nullptr)), all);
+    ASSERT_FALSE(SerialEvents().empty());
+    EXPECT_EQ(SerialEvents()[0], "data");
+    RuntimeUnlockObject(serial);
+}
+
+TEST_F(SerialIO, PyserialPeerEchoesThroughSocat) {
+    TempDir dir;
+    const std::string a = dir / "a", b = dir / "b";
+    pid_t socat = fork();
+    if (socat == 0) {
+        execlp("socat", "socat", ("pty,raw,echo=0,link=" + a).c_str(),
+               ("pty,raw,echo=0,link=" + b).c_str(), static_cast<char *>(nullptr));
+        _exit(127);
+    }
+    struct stat info;
+    for (int i = 0; i < 250 && (stat(a.c_str(), &info) != 0 || stat(b.c_str(), &info) != 0); ++i)
+        usleep(20000);
+    const std::string peer = "/usr/bin/python3 -c \"import serial, sys\n"
+                             "s = serial.Serial(sys.argv[1], 9600, timeout=5)\n"
+                             "got = s.read(12)\n"
+                             "s.write(got.upper()[::-1]); s.flush(); print(got.decode())\" " +
+                             b;
+    FILE *python = popen(peer.c_str(), "r");
+    ASSERT_NE(python, nullptr);
+    usleep(300000); // pyserial opens its end before we write
+
+    RuntimeObject *serial = NewTestSerial(a);
+    SerialOf(serial)->baud = 8;
+    ASSERT_TRUE(serialOpen(serial));
+    Write(serial, "hello serial");
+    EXPECT_TRUE(LoopUntil([&] { return SerialBytesAvailable(serial, 0) >= 12; }));
+    EXPECT_EQ(Take(serialReadAll(serial, nullptr)), "LAIRES OLLEH");
+    char line[64] = {};
+    EXPECT_NE(fgets(line, sizeof line, python), nullptr);
+    EXPECT_STREQ(line, "hello serial\n");
+    EXPECT_EQ(pclose(python), 0);
+    RuntimeUnlockObject(serial);
+    kill(socat, SIGTERM);
+    waitpid(socat, nullptr, 0);
+}
+
+TEST_F(SerialIO, AVanishingDeviceClosesThePortWithOneError) {
+    Pty pty;
+    RuntimeObject *serial = NewTestSerial(pty.path);
+    ASSERT_TRUE(serialOpen(serial));
+    pty.CloseSlave();
+    const int watches = DescriptorWatchCount();
+    pty.CloseMaster();
+    EXPECT_TRUE(LoopUntil([] { return !SerialEvents().empty(); }));
+    for (int i = 0; i < 5; ++i)
+        MainLoopStep(false);
+    EXPECT_EQ(SerialEvents(), std::vector<std::string>{"error 5"});
+    EXPECT_EQ(GetPosixDescriptor(serial, 0), -1);
+    EXPECT_EQ(DescriptorWatchCount(), watches - 1);
+    // Writing tries the device again, which is gone: nothing is queued.
+    Write(serial, "x");
+    EXPECT_EQ(SerialEvents().back(), "error 2");
+    EXPECT_EQ(SerialBytesLeftToSend(serial, 0), 0);
+    RuntimeUnlockObject(serial);
+}
+
+// Opening fails with the codes a program tests for.  The refusals need an
+// ordinary user (the superuser passes both), so a child takes one on.
+TEST_F(SerialIO, FailedOpensReportTheirCodes) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "needs root to become an ordinary user";
+    Pty held, closed;
+    fchmod(held.slave, 0666);
+    fchmod(closed.slave, 0600);
+    RuntimeObject *holder = NewTestSerial(held.path);
+    ASSERT_TRUE(serialOpen(holder));
+    const int fd = GetPosixDescriptor(holder, 0);
+    EXPECT_TRUE(serialOpen(holder)) << "open twice";
+    EXPECT_EQ(GetPosixDescriptor(holder, 0), fd);
+
+    struct Case {
+        const char *name;
+        std::string path;
+        const char *events;
+    } cases[] = {
+        {"held exclusively", held.path, "error 100"},
+        {"no permission", closed.path, "error 100"},
+        {"no such device", "/dev/ttyS-none", "error 2"},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        int answer[2];
+        ASSERT_EQ(pipe(answer), 0);
+        pid_t child = fork();
+        if (child == 0) {
+            if (setgid(65534) != 0 || setuid(65534) != 0)
+                _exit(2);
+            RuntimeObject *serial = NewTestSerial(c.path);
+            std::string text = serialOpen(serial) ? "opened" : "";
+            for (const std::string &e : SerialEvents())
+                text += e;
+            if (write(answer[1], text.data(), text.size()) < 0)
+                _exit(3);
+            _exit(0);
+        }
+        close(answer[1]);
+        char text[64] = {};
+        EXPECT_GT(read(answer[0], text, sizeof text - 1), 0);
+        close(answer[0]);
+        waitpid(child, nullptr, 0);
+        EXPECT_STREQ(text, c.events);
+    }
+    RuntimeUnlockObject(holder);
+}
+
+TEST_F(SerialIO, QueuesBetweenTheProgramAndTheDevice) {
+    Pty pty;
+    termios found{};
+    tcgetattr(pty.master, &found);
+    RuntimeObject *serial = NewTestSerial(pty.path);
+    SerialOf(serial)->baud = 8; // Baud9600
+
+    Write(serial, "ab"); // a write opens a closed port
+    EXPECT_TRUE(SerialOf(serial)->open);
+    EXPECT_EQ(pty.ReadMaster(2, 2000), "ab");
+
+    // Bytes are taken in only by a service pass; reading runs one itself.
+    ASSERT_EQ(write(pty.master, "12345", 5), 5);
+    usleep(20000);
+    EXPECT_EQ(SerialBytesAvailable(serial, 0), 0);
+    serialTick(serial);
+    EXPECT_EQ(SerialBytesAvailable(serial, 0), 5);
+    ASSERT_EQ(write(pty.master, "67", 2), 2);
+    usleep(20000);
+    EXPECT_EQ(SerialBytesAvailable(serial, 0), 5);
+    EXPECT_EQ(SerialEof(serial), 1) << "EOF looks at the output only";
+    EXPECT_EQ(Take(serialLookahead(serial, nullptr)), "12345");
+    KelpString read = serialRead(serial, 100, nullptr);
+    ASSERT_NE(read, nullptr);
+    EXPECT_EQ(read->encoding, kEncodingUnknown);
+    EXPECT_EQ(Take(read), "1234567") << "more than waiting gives what there is";
+    // One DataAvailable for each pass that brought bytes: the tick, and the read's own.
+    EXPECT_EQ(SerialEvents(), (std::vector<std::string>{"data", "data"}));
+
+    ASSERT_EQ(write(pty.master, "zz", 2), 2);
+    usleep(20000);
+    Write(serial, "done");
+    serialFlush(serial);
+    EXPECT_EQ(SerialBytesAvailable(serial, 0), 0);
+    EXPECT_EQ(SerialBytesLeftToSend(serial, 0), 0);
+    EXPECT_EQ(pty.ReadMaster(4, 2000), "done");
+
+    // The speed chosen survives Close and Open; Close puts back what it found.
+    serialClose(serial);
+    termios now{};
+    tcgetattr(pty.master, &now);
+    EXPECT_EQ(now.c_lflag, found.c_lflag);
+    EXPECT_EQ(now.c_iflag, found.c_iflag);
+    EXPECT_EQ(cfgetospeed(&now), cfgetospeed(&found));
+    ASSERT_TRUE(serialOpen(serial));
+    tcgetattr(pty.master, &now);
+    EXPECT_EQ(cfgetospeed(&now), static_cast<speed_t>(B9600));
+    EXPECT_EQ(SerialOf(serial)->baud, 8);
+    EXPECT_EQ(SerialOf(serial)->lastErrorCode, 0);
+    RuntimeUnlockObject(serial);
+}
+
+TEST_F(SerialIO, PortListNamesTheTestTerminal) {
+    Pty pty;
+    unsetenv("KELP_SERIAL_TEST_PORTS");
+    const int32_t machine = getSerialPortCount(nullptr, 0);
+    setenv("KELP_SERIAL_TEST_PORTS", (pty.path + ":/dev/no-such-port").c_str(), 1);
+    const int32_t count = getSerialPortCount(nullptr, 0);
+    EXPECT_EQ(count, machine + 1);
+    RuntimeObject *port = getSerialPort(nullptr, count - 1);
+    EXPECT_EQ(SerialPortPath(port), pty.path);
+    RuntimeUnlockObject(port);
+    for (int32_t outside : {-1, count}) {
+        RuntimeEnterHandlerRegion();
+        EXPECT_EQ(getSerialPort(nullptr, outside), nullptr);
+        RuntimeObject *raised = RuntimeTakeException();
+        RuntimeLeaveHandlerRegion();
+        EXPECT_NE(raised, nullptr) << outside;
+        RuntimeUnlockObject(raised);
+    }
+    EXPECT_EQ(getSerialPortByPath(nullptr, nullptr), nullptr);
+    unsetenv("KELP_SERIAL_TEST_PORTS");
+}
+
+// A pseudo-terminal has no modem lines: they read off, setting the
+// outputs is no error, and the trace logs what the program drives.
+TEST_F(SerialIO, LinesOfADeviceWithoutModemLines) {
+    Pty pty;
+    RuntimeObject *serial = NewTestSerial(pty.path);
+    ASSERT_TRUE(serialOpen(serial));
+    for (int32_t line : {kLineDTR, kLineRTS, kLineCTS, kLineDCD, kLineRI, kLineDSR})
+        EXPECT_EQ(LineStateGetter(serial, line), 0) << line;
+    lineTrace(serial, 1);
+    testing::internal::CaptureStderr();
+    LineStateSetter(serial, kLineDTR, 1);
+    LineStateSetter(serial, kLineCTS, 1); // an input: not ours to drive
+    const std::string log = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(log, "Serial " + pty.path + ": DTR set on\n");
+    EXPECT_EQ(SerialOf(serial)->dataTerminalReady, 1);
+    EXPECT_EQ(SerialOf(serial)->lastErrorCode, 0);
+
+    struct Case {
+        std::vector<int32_t> lines;
+        int32_t mask;
+    } cases[] = {{{kLineCTS, kLineDCD}, 12}, {{kLineCTS, -1, kLineDCD}, 0}, {{}, 0}};
+    for (const Case &c : cases) {
+        RuntimeArray *lines = CreateArray(1, kArrayInt32, static_cast<int32_t>(c.lines.size()) - 1);
+        auto set = reinterpret_cast<kelp_array1_set_i32>(lines->operations[kArraySlotSet]);
+        for (size_t i = 0; i < c.lines.size(); ++i)
+            set(lines, c.lines[i], static_cast<int32_t>(i));
+        SerialWatchLineArray(serial, lines);
+        EXPECT_EQ(SerialOf(serial)->watchedLines, c.mask);
+        RuntimeUnlockArray(lines);
+    }
+    serialTick(serial);
+    EXPECT_TRUE(SerialEvents().empty());
+    RuntimeUnlockObject(serial);
+}
+
+} // namespace
+} // namespace kelp::test

@@ -19,6 +19,8 @@ packages=(
   # the database's reference engine for its corpus and benchmark; the volume
   # benchmark's archive to compare with
   sqlite3 libsqlite3-dev
+  # the serial tests' far ends: terminal pairs joined by socat, pyserial
+  socat python3-serial
 )
 missing=()
 for p in "${packages[@]}"; do

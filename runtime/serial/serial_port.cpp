@@ -41,6 +41,8 @@ constexpr long kQueueNodeSize = 4096;
 // One read of what FIONREAD reports is bounded, so a flood is taken in
 // pieces across passes instead of in one allocation of any size.
 constexpr int kMaxReadPerPass = 1 << 16;
+// DataAvailable events of one pass.
+constexpr int kMaxAnnouncements = 4;
 
 // Modem bits of the lines, by index (the constant is 1 << index).
 constexpr int kModemBits[kLineCount] = {TIOCM_DTR, TIOCM_RTS, TIOCM_CTS,
@@ -100,6 +102,11 @@ void UpdateWatch(SerialRecord *serial) {
         serial->watch->Rearm();
 }
 
+void ReleaseDescriptor(SerialRecord *serial);
+
+// Errors of a device that is no longer there: the port closes on them.
+bool DeviceGone(int error) { return error == EIO || error == ENXIO || error == ENODEV; }
+
 // Writes what the device takes now; false after an error was reported.
 // Answers through `wrote` how many bytes went.
 bool WriteQueued(SerialRecord *serial, long *wrote) {
@@ -109,9 +116,12 @@ bool WriteQueued(SerialRecord *serial, long *wrote) {
         const uint8_t *bytes = serial->output->Peek(&count);
         ssize_t done = write(serial->posixDescriptor, bytes, static_cast<size_t>(count));
         if (done < 0) {
-            if (errno == EAGAIN || errno == EINTR)
+            const int error = errno;
+            if (error == EAGAIN || error == EINTR)
                 return true; // the device is full: the rest goes next pass
-            Fail(serial, errno);
+            if (DeviceGone(error))
+                ReleaseDescriptor(serial);
+            Fail(serial, error);
             return false;
         }
         serial->output->Consume(done);
@@ -225,10 +235,8 @@ void SnapshotLines(SerialRecord *serial) {
         serial->lineStates[i] = LineIsOn(bits, i) ? 1 : 0;
 }
 
-// The pass itself, on a locked object.
-void Tick(SerialRecord *serial) {
-    if (gHeld > 0 || !serial->open)
-        return;
+// One pass: break, output, input, DataAvailable, line changes.
+void Pass(SerialRecord *serial, bool nested) {
     if (serial->watch)
         serial->watch->TakeReady();
     // The break is held from SetBreak to ClearBreak; a timed break
@@ -242,15 +250,31 @@ void Tick(SerialRecord *serial) {
         return;
     if (!ReadWaiting(serial) || !serial->open)
         return;
-    if (serial->dataArrived) {
+    // Bytes that a Read inside the handler brought in are announced at
+    // once, a few times at most, so a steady stream can't hold the loop.
+    for (int fired = 0; serial->dataArrived && !nested && fired < kMaxAnnouncements; ++fired) {
         serial->dataArrived = 0;
         CallEvent(&serial->object, gSerialHooks.dataAvailable);
         if (!serial->open)
             return;
     }
-    WatchLines(serial);
+    if (!nested)
+        WatchLines(serial);
     if (serial->open)
         UpdateWatch(serial);
+}
+
+// The pass itself, on a locked object.  A pass inside a pass (a handler
+// that reads) moves bytes but fires no DataAvailable or LineStateChanged
+// of its own: the outer pass announces what it brought, so handlers don't
+// nest.
+void Tick(SerialRecord *serial) {
+    if (gHeld > 0 || !serial->open)
+        return;
+    const bool nested = serial->inPass != 0;
+    serial->inPass = 1;
+    Pass(serial, nested);
+    serial->inPass = nested ? 1 : 0;
 }
 
 void SetHangUpOnClose(SerialRecord *serial, termios &settings) {

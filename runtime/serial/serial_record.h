@@ -47,6 +47,7 @@ struct SerialRecord {
     uint8_t breakWanted;            // SetBreak until ClearBreak
     uint8_t breakOnLine;            // what the device was last told
     uint8_t lineTrace;              // log line changes
+    uint8_t inPass;                 // a service pass runs (Read from a handler)
     uint8_t lineStates[kLineCount]; // last seen state of each watched line
     RuntimeObject *serialPort;      // counted; nil: go by `port`
     int32_t lastErrorCode;

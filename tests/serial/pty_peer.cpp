@@ -2,100 +2,75 @@
 
 #include "serial/port_list.h"
 #include "serial/serial_record.h"
+#include "strings/kstring.h"
 #include "support/language_class.h"
 
 #include "kelp/arrays.h"
 #include "kelp/objects.h"
+#include "kelp/serial.h"
+#include "kelp/strings.h"
 
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
-#include <sys/wait.h>
 #include <unistd.h>
-
-#include <chrono>
 
 namespace kelp::test {
 
 Pty::Pty() {
     char name[256] = {};
-    if (openpty(&master, &slave, name, nullptr, nullptr) != 0) {
-        ADD_FAILURE() << "openpty failed";
-        return;
-    }
+    EXPECT_EQ(openpty(&master, &slave, name, nullptr, nullptr), 0);
     path = name;
     fcntl(master, F_SETFD, FD_CLOEXEC);
     fcntl(slave, F_SETFD, FD_CLOEXEC);
 }
 
-Pty::~Pty() {
-    CloseMaster();
-    CloseSlave();
-}
-
-void Pty::CloseMaster() {
-    if (master >= 0)
-        close(master);
-    master = -1;
-}
-
-void Pty::CloseSlave() {
-    if (slave >= 0)
-        close(slave);
-    slave = -1;
-}
+void Pty::CloseMaster() { master = master >= 0 ? close(master), -1 : -1; }
+void Pty::CloseSlave() { slave = slave >= 0 ? close(slave), -1 : -1; }
 
 std::string Pty::ReadMaster(size_t want, int ms) {
     std::string got;
-    auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
-    while (got.size() < want && std::chrono::steady_clock::now() < end) {
-        pollfd p = {master, POLLIN, 0};
-        if (poll(&p, 1, 20) <= 0)
-            continue;
-        char buffer[4096];
-        ssize_t n = read(master, buffer, sizeof buffer);
-        if (n <= 0)
-            break;
-        got.append(buffer, static_cast<size_t>(n));
-    }
+    char buffer[4096];
+    pollfd p = {master, POLLIN, 0};
+    for (; got.size() < want && ms > 0; ms -= 20)
+        if (poll(&p, 1, 20) > 0) {
+            ssize_t n = read(master, buffer, sizeof buffer);
+            got.append(buffer, static_cast<size_t>(n > 0 ? n : 0));
+        }
     return got;
 }
 
-std::string RunWithInput(int input, const std::vector<std::string> &argv) {
-    int out[2];
-    if (pipe(out) != 0)
-        return {};
-    pid_t pid = fork();
-    if (pid == 0) {
-        dup2(input, 0);
-        dup2(out[1], 1);
-        close(out[0]);
-        close(out[1]);
-        std::vector<char *> args;
-        for (const std::string &a : argv)
-            args.push_back(const_cast<char *>(a.c_str()));
-        args.push_back(nullptr);
-        execvp(args[0], args.data());
-        _exit(127);
-    }
-    close(out[1]);
+std::string RunWithInput(int input, const std::string &command) {
+    fcntl(input, F_SETFD, 0); // the shell hands it on as standard input
+    FILE *tool = popen((command + " 0<&" + std::to_string(input)).c_str(), "r");
+    fcntl(input, F_SETFD, FD_CLOEXEC);
     std::string text;
     char buffer[4096];
-    ssize_t n;
-    while ((n = read(out[0], buffer, sizeof buffer)) > 0)
-        text.append(buffer, static_cast<size_t>(n));
-    close(out[0]);
-    int status = 0;
-    waitpid(pid, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << argv[0] << " failed";
+    for (size_t n; tool && (n = fread(buffer, 1, sizeof buffer, tool)) > 0;)
+        text.append(buffer, n);
+    EXPECT_EQ(tool ? pclose(tool) : -1, 0) << command;
     return text;
 }
 
 std::vector<std::string> &SerialEvents() {
     static std::vector<std::string> events;
     return events;
+}
+
+void Write(RuntimeObject *serial, const std::string &bytes) {
+    KelpString s =
+        string::FromBytes(bytes.data(), static_cast<long>(bytes.size()), kEncodingUnknown)
+            .ExtractStringStorage();
+    serialWrite(serial, s);
+    RuntimeUnlockString(s);
+}
+
+std::string Take(KelpString s) {
+    std::string text = s ? std::string(TextOf(s), static_cast<size_t>(s->length)) : "";
+    RuntimeUnlockString(s);
+    return text;
 }
 
 namespace {
@@ -111,7 +86,9 @@ void OnLines(RuntimeObject *, RuntimeArray *lines) {
     SerialEvents().push_back(text);
 }
 
-RuntimeClass *TestClass() {
+} // namespace
+
+RuntimeObject *NewTestSerial(const std::string &path) {
     static RuntimeClass *klass = [] {
         RuntimeClass *c = MakeSubclass("Serial", "Serial1");
         EXPECT_TRUE(SetEventHandler(c, "DataAvailable", reinterpret_cast<void *>(&OnData)));
@@ -119,15 +96,9 @@ RuntimeClass *TestClass() {
         EXPECT_TRUE(SetEventHandler(c, "LineStateChanged", reinterpret_cast<void *>(&OnLines)));
         return c;
     }();
-    return klass;
-}
-
-} // namespace
-
-RuntimeObject *NewTestSerial(const std::string &path) {
-    RuntimeObject *serial = RuntimeNewObject(TestClass());
-    if (serial)
-        SerialOf(serial)->serialPort = NewSerialPort(path);
+    SerialEvents().clear();
+    RuntimeObject *serial = RuntimeNewObject(klass);
+    SerialOf(serial)->serialPort = NewSerialPort(path);
     return serial;
 }
 

@@ -299,7 +299,17 @@ void DriveLine(SerialRecord *serial, int index, bool on) {
 
 SerialEventHooks gSerialHooks;
 
-void HoldSerialTicks(bool hold) { gHeld += hold ? 1 : -1; }
+void HoldSerialTicks(bool hold) {
+    gHeld += hold ? 1 : -1;
+    if (gHeld > 0)
+        return;
+    gHeld = 0;
+    // What arrived during the stop woke the loop once and found nobody:
+    // the watches wait again, so the next pass sees it.
+    for (SerialRecord *serial = gFirst; serial; serial = serial->next)
+        if (serial->open)
+            UpdateWatch(serial);
+}
 
 void PollSerialPorts() {
     SerialRecord *serial = gFirst;

@@ -136,8 +136,9 @@ TEST(SerialSettings, EveryConstantReadBackFromTheFarEnd) {
     }
 }
 
-// Reset refuses what no UART frames, naming the data bits it means.
-TEST(SerialSettings, IllegalStopBitsRaiseWithTheirMessage) {
+// Reset refuses what no UART frames, naming the data bits it means; a
+// speed the system has no code for is reported, not raised.
+TEST(SerialSettings, InvalidSettingsRaiseOrReport) {
     const struct {
         int16_t bits, stop;
         const char *message; // null: accepted
@@ -163,6 +164,9 @@ TEST(SerialSettings, IllegalStopBitsRaiseWithTheirMessage) {
         EXPECT_STREQ(TextOf(raised->object.klass->name), "UnsupportedFormatException");
         RuntimeUnlockObject(&raised->object);
     }
+    SerialOf(object)->baud = 100;
+    serialReset(object);
+    EXPECT_EQ(SerialEvents(), std::vector<std::string>{"error 102"});
     RuntimeUnlockObject(object);
 }
 

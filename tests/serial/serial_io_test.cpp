@@ -23,6 +23,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <termios.h>
@@ -30,6 +31,14 @@
 
 namespace kelp::test {
 namespace {
+
+// Waits (2 s at most) until the port's device holds `count` bytes that the
+// far end wrote: a pseudo-terminal hands them over a moment later.
+void AwaitWaiting(RuntimeObject *serial, int count) {
+    int waiting = 0;
+    for (int i = 0; i < 200 && waiting < count; ++i, usleep(10000))
+        ioctl(GetPosixDescriptor(serial, 0), FIONREAD, &waiting);
+}
 
 // Runs blocking passes of the loop until `done`.  Only the descriptor
 // watch can end a pass early; a watchdog ends the wait after 5 s, and the
@@ -60,13 +69,15 @@ TEST(SerialIO, EveryByteValueToAPyserialPeerAndBack) {
     struct stat info;
     for (int i = 0; i < 250 && (stat(a.c_str(), &info) != 0 || stat(b.c_str(), &info) != 0); ++i)
         usleep(20000);
+    // pyserial empties its input when it opens: we write once it says so.
     FILE *peer = popen(("/usr/bin/python3 -c \"import serial, sys\n"
-                        "s = serial.Serial(sys.argv[1], 9600, timeout=5)\n"
+                        "s = serial.Serial(sys.argv[1], 9600, timeout=5); print(1, flush=True)\n"
                         "got = s.read(256); s.write(got[::-1]); s.flush(); print(len(got))\" " +
                         b)
                            .c_str(),
                        "r");
-    usleep(300000); // pyserial opens its end before we write
+    char line[16] = {};
+    ASSERT_STREQ(fgets(line, sizeof line, peer), "1\n");
     std::string all;
     for (int i = 0; i < 256; ++i)
         all.push_back(static_cast<char>(i));
@@ -77,7 +88,6 @@ TEST(SerialIO, EveryByteValueToAPyserialPeerAndBack) {
         << "the loop slept through arriving data";
     EXPECT_EQ(Take(serialReadAll(serial, nullptr)), std::string(all.rbegin(), all.rend()));
     EXPECT_EQ(SerialEvents().at(0), "data");
-    char line[16] = {};
     EXPECT_STREQ(fgets(line, sizeof line, peer), "256\n");
     EXPECT_EQ(pclose(peer), 0);
     RuntimeUnlockObject(serial);
@@ -152,12 +162,12 @@ TEST(SerialIO, QueuesBetweenTheProgramAndTheDevice) {
 
     // Bytes come in only with a service pass; reading runs one itself.
     ASSERT_EQ(write(pty.master, "12345", 5), 5);
-    usleep(20000);
+    AwaitWaiting(serial, 5);
     EXPECT_EQ(SerialBytesAvailable(serial, 0), 0);
     serialTick(serial);
     EXPECT_EQ(SerialBytesAvailable(serial, 0), 5);
     ASSERT_EQ(write(pty.master, "67", 2), 2);
-    usleep(20000);
+    AwaitWaiting(serial, 2);
     EXPECT_EQ(SerialBytesAvailable(serial, 0), 5);
     EXPECT_EQ(SerialEof(serial), 1) << "EOF looks at the output only";
     EXPECT_EQ(Take(serialLookahead(serial, nullptr)), "12345");
@@ -169,7 +179,7 @@ TEST(SerialIO, QueuesBetweenTheProgramAndTheDevice) {
     EXPECT_EQ(SerialEvents(), (std::vector<std::string>{"data", "data"}));
 
     ASSERT_EQ(write(pty.master, "zz", 2), 2);
-    usleep(20000);
+    AwaitWaiting(serial, 2);
     Write(serial, "done");
     serialFlush(serial);
     EXPECT_EQ(SerialBytesAvailable(serial, 0) + SerialBytesLeftToSend(serial, 0), 0);

@@ -4,7 +4,6 @@
 
 #include "objects/definitions.h"
 #include "objects/text.h"
-#include "runloop/main_loop.h"
 #include "support/language_class.h"
 #include "support/xvfb.h"
 
@@ -12,8 +11,6 @@
 #include "kelp/windows.h"
 
 #include <gtest/gtest.h>
-
-#include <cstddef>
 #include <gtk/gtk.h>
 
 #include <cstddef>

@@ -4,9 +4,6 @@
 
 #include "kelp/windows.h"
 
-#include <X11/Xlib.h>
-#include <gdk/gdkx.h>
-
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -27,7 +24,7 @@ protected:
     }
     void WarpTo(int x, int y) {
         Display *display = GDK_DISPLAY_XDISPLAY(gdk_display_get_default());
-        XWarpPointer(display, None, DefaultRootWindow(display), 0, 0, 0, 0, x, y);
+        XWarpPointer(display, 0L, DefaultRootWindow(display), 0, 0, 0, 0, x, y);
         XFlush(display);
         Settle(60);
     }

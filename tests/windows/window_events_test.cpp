@@ -1,31 +1,23 @@
 // Events a person causes in a window of the language: keys, presses and
 // drags, and the run ending when the last window goes.
-#include "windows/runtime_view.h"
+#include "window_fixture.h"
 
-#include "app/application.h"
 #include "graphics/graphics_base.h"
 #include "graphics/graphics_object.h"
 #include "objects/text.h"
 #include "process/quit.h"
-#include "runloop/main_loop.h"
-#include "support/language_class.h"
-#include "support/xvfb.h"
 
-#include "kelp/objects.h"
 #include "kelp/runloop.h"
 #include "kelp/startup.h"
 #include "kelp/windows.h"
 
 #include <gdk/gdkkeysyms.h>
-#include <gtest/gtest.h>
-
-#include <cstddef>
-#include <gtk/gtk.h>
 
 #include <algorithm>
-#include <chrono>
+#include <cstddef>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kelp {
@@ -70,22 +62,17 @@ protected:
         ResetRunState();
         mKlass = test::MakeSubclass("Window", "wEvents");
         ASSERT_NE(mKlass, nullptr);
-        test::SetEventHandler(mKlass, "Layout", reinterpret_cast<void *>(&OnLayout));
-        test::SetEventHandler(mKlass, "KeyDown", reinterpret_cast<void *>(&OnKeyDown));
-        test::SetEventHandler(mKlass, "MouseDown", reinterpret_cast<void *>(&OnMouseDown));
-        test::SetEventHandler(mKlass, "MouseDrag", reinterpret_cast<void *>(&OnMouseDrag));
-        test::SetEventHandler(mKlass, "MouseUp", reinterpret_cast<void *>(&OnMouseUp));
-        test::SetEventHandler(mKlass, "Close", reinterpret_cast<void *>(&OnClose));
+        for (const auto &[name, code] : {std::pair<const char *, void *>{"Layout", Code(&OnLayout)},
+                                         {"KeyDown", Code(&OnKeyDown)},
+                                         {"MouseDown", Code(&OnMouseDown)},
+                                         {"MouseDrag", Code(&OnMouseDrag)},
+                                         {"MouseUp", Code(&OnMouseUp)},
+                                         {"Close", Code(&OnClose)}})
+            ASSERT_TRUE(test::SetEventHandler(mKlass, name, code)) << name;
     }
     void TearDown() override { ResetRunState(); }
-    void Settle(int ms) {
-        guint wake = g_timeout_add(
-            5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
-        auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
-        while (std::chrono::steady_clock::now() < end)
-            MainLoopStep(true);
-        g_source_remove(wake);
-    }
+    template <typename F> static void *Code(F *f) { return reinterpret_cast<void *>(f); }
+    static void Settle(int ms) { test::Settle(ms); }
     static ViewRecord *View(RuntimeObject *w) { return reinterpret_cast<ViewRecord *>(w); }
     RuntimeClass *mKlass = nullptr;
 };

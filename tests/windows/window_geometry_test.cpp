@@ -2,33 +2,15 @@
 // manager under the test server, so a user's drag of the frame is played by
 // resizing the toplevel directly, and full screen is what the window itself
 // asks the server for.
-#include "windows/runtime_view.h"
-
-#include "objects/text.h"
-#include "runloop/main_loop.h"
-#include "support/language_class.h"
-#include "support/xvfb.h"
 #include "window_fixture.h"
 
-#include "kelp/objects.h"
-#include "kelp/runloop.h"
 #include "kelp/windows.h"
 
-#include <gtest/gtest.h>
-#include <gtk/gtk.h>
-
-#include <chrono>
 #include <cstddef>
-#include <functional>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
-
-// Last: the X headers define names that the test framework also uses.
-#include <X11/Xlib.h>
-#include <gdk/gdkx.h>
-#undef None
-#undef Bool
 
 namespace kelp {
 namespace {
@@ -36,7 +18,6 @@ namespace {
 std::vector<std::string> gLog;
 
 ViewRecord *View(RuntimeObject *w) { return reinterpret_cast<ViewRecord *>(w); }
-
 bool gCloseWhileResizing = false;
 
 // The size the handler can read is logged with the event.
@@ -101,59 +82,49 @@ protected:
     }
 
     XGeometry Query(RuntimeObject *w) {
-        XGeometry g;
-        GtkWidget *top = View(w)->pane ? View(w)->pane->GtkWin() : nullptr;
-        if (!top || !top->window)
-            return g;
-        Display *dpy = GDK_WINDOW_XDISPLAY(top->window);
-        ::Window xid = GDK_WINDOW_XID(top->window), child;
-        XWindowAttributes attrs;
-        XGetWindowAttributes(dpy, xid, &attrs);
-        XTranslateCoordinates(dpy, xid, attrs.root, 0, 0, &g.x, &g.y, &child);
-        g.width = attrs.width;
-        g.height = attrs.height;
-        return g;
+        const test::XInfo i = WindowFixture::Query(w);
+        return {i.x, i.y, i.width, i.height};
     }
 };
 
 // --- live resizing
 
-TEST_F(WindowGeometryTest, LiveResizeGivesResizingWithTheDraggedSizeBeforeResized) {
-    Layout l;
-    l.liveResize = true;
-    RuntimeObject *w = Make(l);
-    Settle(120);
-    gLog.clear();
-    DragFrameTo(w, 360, 240);
-    Settle(120);
-    DragFrameTo(w, 420, 260);
-    Settle(120);
-    EXPECT_EQ(gLog, (std::vector<std::string>{"Resizing 360x240", "Resized 360x240",
-                                              "Resizing 420x260", "Resized 420x260"}));
-    EXPECT_EQ(View(w)->pane->width, 420);
-    EXPECT_EQ(View(w)->pane->bounds.right, 420);
-    EXPECT_EQ(View(w)->pane->bounds.bottom, 260);
-}
-
-TEST_F(WindowGeometryTest, WithoutLiveResizeOnlyResizedArrives) {
-    RuntimeObject *w = Make(Layout{});
-    Settle(120);
-    gLog.clear();
-    DragFrameTo(w, 330, 210);
-    Settle(120);
-    EXPECT_EQ(gLog, (std::vector<std::string>{"Resized 330x210"}));
-}
-
-TEST_F(WindowGeometryTest, ASizeSetByTheProgramIsNoDrag) {
-    Layout l;
-    l.liveResize = true;
-    RuntimeObject *w = Make(l);
-    Settle(120);
-    gLog.clear();
-    windowPosSetter(w, offsetof(ViewRecord, width), 380);
-    Settle(150);
-    EXPECT_EQ(gLog, (std::vector<std::string>{"Resized 380x200"}));
-    EXPECT_EQ(Query(w).width, 380);
+// Resizing comes only with a live drag; a size the program sets is no drag.
+TEST_F(WindowGeometryTest, ResizingArrivesBeforeResizedOnlyForALiveDrag) {
+    const struct {
+        const char *what;
+        bool live, byProgram;
+        std::vector<std::pair<int, int>> sizes;
+        std::vector<std::string> log;
+    } cases[] = {
+        {"live drag",
+         true,
+         false,
+         {{360, 240}, {420, 260}},
+         {"Resizing 360x240", "Resized 360x240", "Resizing 420x260", "Resized 420x260"}},
+        {"plain drag", false, false, {{330, 210}}, {"Resized 330x210"}},
+        {"set by the program", true, true, {{380, 200}}, {"Resized 380x200"}},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        Layout l;
+        l.liveResize = c.live;
+        RuntimeObject *w = Make(l);
+        Settle(120);
+        gLog.clear();
+        for (const auto &[width, height] : c.sizes) {
+            if (c.byProgram)
+                windowPosSetter(w, offsetof(ViewRecord, width), width);
+            else
+                DragFrameTo(w, width, height);
+            Settle(150);
+        }
+        EXPECT_EQ(gLog, c.log);
+        EXPECT_EQ(Query(w).width, c.sizes.back().first);
+        EXPECT_EQ(View(w)->pane->bounds.right, c.sizes.back().first);
+        EXPECT_EQ(View(w)->pane->bounds.bottom, c.sizes.back().second);
+        RuntimeCloseWindow(w);
+    }
 }
 
 TEST_F(WindowGeometryTest, LiveResizeIsFixedOnceTheWindowExists) {

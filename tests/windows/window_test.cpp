@@ -1,38 +1,20 @@
 // Windows of the language on a real X server: what the server reports for
 // title, size and position, pixels painted by the Paint event, and the
 // order of events from open to close.
-#include "windows/runtime_view.h"
+#include "window_fixture.h"
 
-#include "app/application.h"
 #include "graphics/graphics_base.h"
 #include "graphics/graphics_object.h"
 #include "objects/text.h"
 #include "process/quit.h"
-#include "runloop/main_loop.h"
-#include "support/language_class.h"
-#include "support/xvfb.h"
-#include "window_fixture.h"
 
-#include "kelp/objects.h"
 #include "kelp/runloop.h"
 #include "kelp/windows.h"
 
-#include <gtest/gtest.h>
-
-#include <cstddef>
-#include <gtk/gtk.h>
-
 #include <algorithm>
-#include <chrono>
-#include <functional>
+#include <cstddef>
 #include <string>
 #include <vector>
-
-// Last: the X headers define names that the test framework also uses.
-#include <X11/Xlib.h>
-#include <gdk/gdkx.h>
-#undef None
-#undef Bool
 
 namespace kelp {
 namespace {
@@ -89,33 +71,6 @@ protected:
             View(self)->placement = placement;
         });
     }
-
-    // What the X server says about the toplevel.
-    struct XInfo {
-        int x = 0, y = 0, width = 0, height = 0;
-        bool mapped = false;
-        std::string title;
-    };
-    XInfo Query(RuntimeObject *w) {
-        XInfo info;
-        GtkWidget *top = View(w)->pane ? View(w)->pane->GtkWin() : nullptr;
-        if (!top || !top->window)
-            return info;
-        Display *dpy = GDK_WINDOW_XDISPLAY(top->window);
-        ::Window xid = GDK_WINDOW_XID(top->window), child;
-        XWindowAttributes attrs;
-        XGetWindowAttributes(dpy, xid, &attrs);
-        XTranslateCoordinates(dpy, xid, attrs.root, 0, 0, &info.x, &info.y, &child);
-        info.width = attrs.width;
-        info.height = attrs.height;
-        info.mapped = attrs.map_state == IsViewable;
-        char *name = nullptr;
-        if (XFetchName(dpy, xid, &name) && name) {
-            info.title = name;
-            XFree(name);
-        }
-        return info;
-    }
 };
 
 TEST_F(WindowTest, ShownOnTheNextPassWithTitleSizeAndPlace) {
@@ -123,7 +78,7 @@ TEST_F(WindowTest, ShownOnTheNextPassWithTitleSizeAndPlace) {
     ASSERT_NE(View(w)->pane, nullptr);
     EXPECT_FALSE(GTK_WIDGET_VISIBLE(View(w)->pane->GtkWin())); // deferred to the pre-step
     Settle(150);
-    XInfo info = Query(w);
+    test::XInfo info = Query(w);
     EXPECT_TRUE(info.mapped);
     EXPECT_EQ(info.title, "Sumbrook Drill");
     EXPECT_EQ(info.width, 400);
@@ -139,7 +94,7 @@ TEST_F(WindowTest, DocumentWindowsStaggerFromTheTopOne) {
     RuntimeObject *a = Make(0, 0, 200, 150, "A");
     RuntimeObject *b = Make(0, 0, 200, 150, "B");
     Settle(150);
-    XInfo ia = Query(a), ib = Query(b);
+    test::XInfo ia = Query(a), ib = Query(b);
     EXPECT_EQ(ia.x, 10);
     EXPECT_EQ(ia.y, 50);
     EXPECT_EQ(ib.x, 30);
@@ -295,7 +250,7 @@ TEST_F(WindowTest, MinimumSizeHoldsAgainstASmallerResize) {
     gtk_window_resize(GTK_WINDOW(View(w)->pane->GtkWin()), 100, 100);
     // The server answers in its own time on a loaded machine: wait for the
     // size to settle rather than for a fixed while.
-    XInfo info = Query(w);
+    test::XInfo info = Query(w);
     for (int i = 0; i < 100 && (info.width != 250 || info.height != 150); ++i) {
         Settle(20);
         info = Query(w);

@@ -111,20 +111,36 @@ protected:
     }
 };
 
-TEST_F(ApplicationTest, WithoutDocumentArgumentsOpenThenNewDocument) {
-    RuntimeObject *app = RegisterNew(AppClass());
-    EXPECT_EQ(gLog, (std::vector<std::string>{"Open", "NewDocument"}));
-    EXPECT_EQ(getAppObject(), app);
-    EXPECT_EQ(app->referenceCount, 1);
-}
-
-TEST_F(ApplicationTest, EachDocumentArgumentFiresOpenDocumentInOrder) {
-    char a0[] = "sumbrook", a1[] = "/tmp/one.txt", a2[] = "/tmp/two.txt";
-    char *argv[] = {a0, a1, a2, nullptr};
-    SetProcessArguments(3, argv);
-    RegisterNew(AppClass());
-    EXPECT_EQ(gLog, (std::vector<std::string>{"Open", "OpenDocument /tmp/one.txt",
-                                              "OpenDocument /tmp/two.txt"}));
+// Open, then NewDocument without document arguments or OpenDocument for
+// each in order; without an OpenDocument handler the arguments go unheard.
+TEST_F(ApplicationTest, StartFiresOpenThenNewDocumentOrEachOpenDocument) {
+    const struct {
+        std::vector<std::string> arguments;
+        bool withOpenDocument;
+        std::vector<std::string> log;
+    } cases[] = {
+        {{}, true, {"Open", "NewDocument"}},
+        {{"/tmp/one.txt", "/tmp/two.txt"},
+         true,
+         {"Open", "OpenDocument /tmp/one.txt", "OpenDocument /tmp/two.txt"}},
+        {{"/tmp/one.txt"}, false, {"Open"}},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.log.back());
+        std::vector<std::string> texts = {"sumbrook"};
+        texts.insert(texts.end(), c.arguments.begin(), c.arguments.end());
+        std::vector<char *> argv;
+        for (std::string &t : texts)
+            argv.push_back(t.data());
+        argv.push_back(nullptr);
+        SetProcessArguments(int(texts.size()), argv.data());
+        gLog.clear();
+        RuntimeObject *app = RegisterNew(AppClass(c.withOpenDocument));
+        EXPECT_EQ(gLog, c.log);
+        EXPECT_EQ(getAppObject(), app);
+        EXPECT_EQ(app->referenceCount, 1);
+        ReleaseRegisteredApplication();
+    }
 }
 
 TEST_F(ApplicationTest, DocumentsWaitForAMakerOfItemsInsteadOfGettingNil) {
@@ -139,14 +155,6 @@ TEST_F(ApplicationTest, DocumentsWaitForAMakerOfItemsInsteadOfGettingNil) {
                                               "OpenDocument /tmp/3"}));
     SetDocumentItemMaker(&MakeItem); // fired once only
     EXPECT_EQ(gLog.size(), 3u);
-}
-
-TEST_F(ApplicationTest, ArgumentsWithoutOpenDocumentHandlerFireOnlyOpen) {
-    char a0[] = "sumbrook", a1[] = "/tmp/one.txt";
-    char *argv[] = {a0, a1, nullptr};
-    SetProcessArguments(2, argv);
-    RegisterNew(AppClass(false));
-    EXPECT_EQ(gLog, (std::vector<std::string>{"Open"}));
 }
 
 TEST_F(ApplicationTest, NilGivesAPlainApplicationWithAutoQuitOn) {
@@ -246,27 +254,26 @@ TEST_F(ApplicationTest, QuitCallEndsTheRunThroughEndException) {
     EXPECT_EQ(RuntimePendingException(), nullptr);
 }
 
-TEST_F(ApplicationTest, UnhandledExceptionEventCanAbsorbTheException) {
-    RegisterNew(AppClass());
-    gLog.clear();
-    gHandleUnhandled = true;
-    RaiseNilObject();
-    EXPECT_EQ(gLog, (std::vector<std::string>{"UnhandledException"}));
-    EXPECT_FALSE(QuitRequested());
-}
-
-TEST_F(ApplicationTest, UnhandledExceptionNotAbsorbedEndsTheRun) {
-    RegisterNew(AppClass());
-    gLog.clear();
-    testing::internal::CaptureStderr();
-    RaiseNilObject();
-    std::string err = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(gLog, (std::vector<std::string>{"UnhandledException"}));
-    EXPECT_TRUE(QuitRequested());
-    EXPECT_NE(err.find("An exception of class NilObjectException was not handled.  The application "
-                       "must shut down."),
-              std::string::npos)
-        << err;
+// The UnhandledException event may absorb the exception; if it does not,
+// the run ends with the message.
+TEST_F(ApplicationTest, UnhandledExceptionIsAbsorbedOrEndsTheRun) {
+    for (bool absorbed : {true, false}) {
+        SCOPED_TRACE(absorbed);
+        ResetRunState();
+        RegisterNew(AppClass());
+        gLog.clear();
+        gHandleUnhandled = absorbed;
+        testing::internal::CaptureStderr();
+        RaiseNilObject();
+        std::string err = testing::internal::GetCapturedStderr();
+        EXPECT_EQ(gLog, (std::vector<std::string>{"UnhandledException"}));
+        EXPECT_EQ(QuitRequested(), !absorbed);
+        EXPECT_EQ(err.find("An exception of class NilObjectException was not handled.  The "
+                           "application must shut down.") != std::string::npos,
+                  !absorbed)
+            << err;
+        ReleaseRegisteredApplication();
+    }
 }
 
 // A class of the language that implements _Pollable.
@@ -336,12 +343,6 @@ TEST_F(ApplicationTest, ReleasingTheApplicationDropsItsPollables) {
     EXPECT_EQ(ticker->referenceCount, 1);
     RuntimeUnlockObject(ticker);
 }
-
-} // namespace
-} // namespace kelp
-
-namespace kelp {
-namespace {
 
 // Compiled code reads a property by calling the row's getter with the row's
 // parameter; the version properties must reach the version block that way.

@@ -66,21 +66,15 @@ protected:
     RuntimeClass *mKlass = nullptr;
 };
 
-TEST_F(TimerTest, ConstructedOffWithOneSecondPeriodAndEnabled) {
+TEST_F(TimerTest, ConstructedOffWithOneSecondPeriodAndAPeriodBelowOneIsOne) {
     TimerRecord *t = NewTimer();
     EXPECT_EQ(t->mode, kTimerModeOff);
     EXPECT_EQ(t->period, 1000);
     EXPECT_EQ(t->enabled, 1);
-    EXPECT_EQ(t->timeoutId, 0u);
-    RuntimeUnlockObject(&t->object);
-}
-
-TEST_F(TimerTest, PeriodBelowOneIsStoredAsOne) {
-    TimerRecord *t = NewTimer();
-    timerPeriodSetter(&t->object, 0, 0);
-    EXPECT_EQ(t->period, 1);
-    timerPeriodSetter(&t->object, 0, -50);
-    EXPECT_EQ(t->period, 1);
+    for (int32_t period : {0, -50}) {
+        timerPeriodSetter(&t->object, 0, period);
+        EXPECT_EQ(t->period, 1) << period;
+    }
     EXPECT_EQ(t->timeoutId, 0u); // off: setting the period arms nothing
     RuntimeUnlockObject(&t->object);
 }

@@ -3,7 +3,7 @@
 // bar's height together, so the content keeps the size and place the
 // program asked for; hiding the bar comes with the promise that it comes
 // back at the run-down.
-#include "settle.h"
+#include "support/settle.h"
 
 #include "graphics/graphics_base.h"
 #include "graphics/pixels.h"

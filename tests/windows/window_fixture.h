@@ -7,8 +7,8 @@
 
 #include "app/application.h"
 #include "runloop/main_loop.h"
-#include "settle.h"
 #include "support/language_class.h"
+#include "support/settle.h"
 #include "support/xvfb.h"
 
 #include "kelp/objects.h"

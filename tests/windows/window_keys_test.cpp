@@ -2,7 +2,7 @@
 // button, Escape the cancel button, Shift+F10 opens the contextual menu, the
 // menu bar's key equivalents come first, and a text field keeps the keys it
 // wants.  Panes stand in for buttons.
-#include "settle.h"
+#include "support/settle.h"
 
 #include "support/xvfb.h"
 #include "windows/window.h"

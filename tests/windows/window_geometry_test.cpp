@@ -97,13 +97,12 @@ TEST_F(WindowGeometryTest, ResizingArrivesBeforeResizedOnlyForALiveDrag) {
         std::vector<std::pair<int, int>> sizes;
         std::vector<std::string> log;
     } cases[] = {
-        {"live drag",
-         true,
-         false,
-         {{360, 240}, {420, 260}},
+        // clang-format off
+        {"live drag", true, false, {{360, 240}, {420, 260}},
          {"Resizing 360x240", "Resized 360x240", "Resizing 420x260", "Resized 420x260"}},
         {"plain drag", false, false, {{330, 210}}, {"Resized 330x210"}},
         {"set by the program", true, true, {{380, 200}}, {"Resized 380x200"}},
+        // clang-format on
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);

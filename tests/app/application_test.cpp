@@ -75,13 +75,24 @@ protected:
         gPolls = 0;
         ResetRunState();
         SetUnhandledHandler(&StandardUnhandledHandler);
-        char arg0[] = "sumbrook";
-        char *argv[] = {arg0, nullptr};
-        SetProcessArguments(1, argv);
+        Arguments({});
     }
     void TearDown() override {
         ReleaseRegisteredApplication();
         ResetRunState();
+    }
+
+    // The process's arguments: the program's name, then these.
+    static void Arguments(const std::vector<std::string> &rest) {
+        static std::vector<std::string> texts;
+        static std::vector<char *> argv;
+        texts = {"sumbrook"};
+        texts.insert(texts.end(), rest.begin(), rest.end());
+        argv.clear();
+        for (std::string &t : texts)
+            argv.push_back(t.data());
+        argv.push_back(nullptr);
+        SetProcessArguments(int(texts.size()), argv.data());
     }
 
     // An application class with the handlers an image would compile.
@@ -127,13 +138,7 @@ TEST_F(ApplicationTest, StartFiresOpenThenNewDocumentOrEachOpenDocument) {
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.log.back());
-        std::vector<std::string> texts = {"sumbrook"};
-        texts.insert(texts.end(), c.arguments.begin(), c.arguments.end());
-        std::vector<char *> argv;
-        for (std::string &t : texts)
-            argv.push_back(t.data());
-        argv.push_back(nullptr);
-        SetProcessArguments(int(texts.size()), argv.data());
+        Arguments(c.arguments);
         gLog.clear();
         RuntimeObject *app = RegisterNew(AppClass(c.withOpenDocument));
         EXPECT_EQ(gLog, c.log);
@@ -144,9 +149,7 @@ TEST_F(ApplicationTest, StartFiresOpenThenNewDocumentOrEachOpenDocument) {
 }
 
 TEST_F(ApplicationTest, DocumentsWaitForAMakerOfItemsInsteadOfGettingNil) {
-    char a0[] = "sumbrook", a1[] = "/tmp/one.txt", a2[] = "/tmp/unmakeable", a3[] = "/tmp/3";
-    char *argv[] = {a0, a1, a2, a3, nullptr};
-    SetProcessArguments(4, argv);
+    Arguments({"/tmp/one.txt", "/tmp/unmakeable", "/tmp/3"});
     SetDocumentItemMaker(nullptr);
     RegisterNew(AppClass());
     EXPECT_EQ(gLog, (std::vector<std::string>{"Open"})) << "held, not fired with nil";

@@ -28,21 +28,9 @@ namespace {
 
 using test::Lit;
 
-std::string Capture(const std::string &command) {
-    std::string out;
-    if (FILE *p = popen(command.c_str(), "r")) {
-        char buffer[4096];
-        size_t n;
-        while ((n = fread(buffer, 1, sizeof buffer, p)) > 0)
-            out.append(buffer, n);
-        pclose(p);
-    }
-    return out;
-}
-
 // What poppler says of a PDF: pages, size in points, text of one page.
 std::string PdfInfo(const std::string &pdf, const std::string &key) {
-    std::istringstream in(Capture("pdfinfo '" + pdf + "' 2>/dev/null"));
+    std::istringstream in(test::Run("/usr/bin/pdfinfo", {pdf}).out);
     for (std::string line; std::getline(in, line);)
         if (line.rfind(key, 0) == 0)
             return line.substr(key.size());
@@ -62,7 +50,7 @@ std::string PageSize(const std::string &pdf) {
 }
 std::string PageText(const std::string &pdf, int page) {
     const std::string n = std::to_string(page);
-    return Capture("pdftotext -layout -f " + n + " -l " + n + " '" + pdf + "' - 2>/dev/null");
+    return test::Run("/usr/bin/pdftotext", {"-layout", "-f", n, "-l", n, pdf, "-"}).out;
 }
 
 // Page `page` rendered at 72 dots per inch, as 0xRRGGBB words.
@@ -311,7 +299,8 @@ TEST_F(Print, ResolutionsFollowTheLimitsAndScaleToThePaper) {
 
 TEST_F(Print, PageNamesCountOnFromOnePrintToTheNext) {
     auto labels = [this] {
-        return Capture("python3 " KELP_SOURCE_DIR "/tests/print/page_labels.py '" + Pdf() + "'");
+        return test::Run("/usr/bin/python3", {KELP_SOURCE_DIR "/tests/print/page_labels.py", Pdf()})
+            .out;
     };
     RuntimeObject *g = RuntimeOpenPrinter(nullptr);
     ASSERT_NE(g, nullptr);

@@ -6,6 +6,7 @@
 #include <gtk/gtk.h>
 
 #include <chrono>
+#include <functional>
 
 namespace kelp::test {
 
@@ -20,6 +21,15 @@ inline void Settle(int ms) {
         gdk_flush();
     }
     g_source_remove(wake);
+}
+
+// Passes of the loop until `done` holds, for at most `ms` milliseconds: a
+// loaded machine maps windows and delivers events late, and a fixed wait
+// would fail there.  Returns whether it came to hold.
+inline bool SettleUntil(const std::function<bool()> &done, int ms = 3000) {
+    for (int waited = 0; waited < ms && !done(); waited += 10)
+        Settle(10);
+    return done();
 }
 
 } // namespace kelp::test

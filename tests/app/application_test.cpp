@@ -7,7 +7,6 @@
 #include "runloop/pollable.h"
 
 #include "app/unhandled_exceptions.h"
-#include "exceptions/raise.h"
 #include "exceptions/unhandled.h"
 #include "objects/definitions.h"
 #include "process/process_state.h"
@@ -32,7 +31,6 @@ namespace {
 std::vector<std::string> gLog;
 bool gRefuseClose = false;
 bool gQuitInsideCancelClose = false;
-bool gHandleUnhandled = false;
 int gPolls = 0;
 
 void OnOpen(RuntimeObject *) { gLog.push_back("Open"); }
@@ -60,10 +58,6 @@ uint8_t OnCancelClose(RuntimeObject *self) {
         ApplicationQuit(self, 0);
     return gRefuseClose ? 1 : 0;
 }
-uint8_t OnUnhandled(RuntimeObject *, RuntimeObject *) {
-    gLog.push_back("UnhandledException");
-    return gHandleUnhandled ? 1 : 0;
-}
 
 class ApplicationTest : public ::testing::Test {
 protected:
@@ -71,7 +65,7 @@ protected:
         gLog.clear();
         gItems.clear();
         SetDocumentItemMaker(&MakeItem);
-        gRefuseClose = gQuitInsideCancelClose = gHandleUnhandled = false;
+        gRefuseClose = gQuitInsideCancelClose = false;
         gPolls = 0;
         ResetRunState();
         SetUnhandledHandler(&StandardUnhandledHandler);
@@ -109,8 +103,6 @@ protected:
         EXPECT_TRUE(test::SetEventHandler(klass, "Close", reinterpret_cast<void *>(&OnClose)));
         EXPECT_TRUE(
             test::SetEventHandler(klass, "CancelClose", reinterpret_cast<void *>(&OnCancelClose)));
-        EXPECT_TRUE(test::SetEventHandler(klass, "UnhandledException",
-                                          reinterpret_cast<void *>(&OnUnhandled)));
         return klass;
     }
 
@@ -255,28 +247,6 @@ TEST_F(ApplicationTest, QuitCallEndsTheRunThroughEndException) {
     EXPECT_TRUE(QuitRequested());
     EXPECT_EQ(gLog, (std::vector<std::string>{"CancelClose", "Close"}));
     EXPECT_EQ(RuntimePendingException(), nullptr);
-}
-
-// The UnhandledException event may absorb the exception; if it does not,
-// the run ends with the message.
-TEST_F(ApplicationTest, UnhandledExceptionIsAbsorbedOrEndsTheRun) {
-    for (bool absorbed : {true, false}) {
-        SCOPED_TRACE(absorbed);
-        ResetRunState();
-        RegisterNew(AppClass());
-        gLog.clear();
-        gHandleUnhandled = absorbed;
-        testing::internal::CaptureStderr();
-        RaiseNilObject();
-        std::string err = testing::internal::GetCapturedStderr();
-        EXPECT_EQ(gLog, (std::vector<std::string>{"UnhandledException"}));
-        EXPECT_EQ(QuitRequested(), !absorbed);
-        EXPECT_EQ(err.find("An exception of class NilObjectException was not handled.  The "
-                           "application must shut down.") != std::string::npos,
-                  !absorbed)
-            << err;
-        ReleaseRegisteredApplication();
-    }
 }
 
 // A class of the language that implements _Pollable.

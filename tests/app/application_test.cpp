@@ -7,7 +7,6 @@
 #include "runloop/pollable.h"
 
 #include "app/unhandled_exceptions.h"
-#include "exceptions/raise.h"
 #include "exceptions/unhandled.h"
 #include "objects/definitions.h"
 #include "process/process_state.h"
@@ -32,7 +31,6 @@ namespace {
 std::vector<std::string> gLog;
 bool gRefuseClose = false;
 bool gQuitInsideCancelClose = false;
-bool gHandleUnhandled = false;
 int gPolls = 0;
 
 void OnOpen(RuntimeObject *) { gLog.push_back("Open"); }
@@ -60,10 +58,6 @@ uint8_t OnCancelClose(RuntimeObject *self) {
         ApplicationQuit(self, 0);
     return gRefuseClose ? 1 : 0;
 }
-uint8_t OnUnhandled(RuntimeObject *, RuntimeObject *) {
-    gLog.push_back("UnhandledException");
-    return gHandleUnhandled ? 1 : 0;
-}
 
 class ApplicationTest : public ::testing::Test {
 protected:
@@ -71,17 +65,28 @@ protected:
         gLog.clear();
         gItems.clear();
         SetDocumentItemMaker(&MakeItem);
-        gRefuseClose = gQuitInsideCancelClose = gHandleUnhandled = false;
+        gRefuseClose = gQuitInsideCancelClose = false;
         gPolls = 0;
         ResetRunState();
         SetUnhandledHandler(&StandardUnhandledHandler);
-        char arg0[] = "sumbrook";
-        char *argv[] = {arg0, nullptr};
-        SetProcessArguments(1, argv);
+        Arguments({});
     }
     void TearDown() override {
         ReleaseRegisteredApplication();
         ResetRunState();
+    }
+
+    // The process's arguments: the program's name, then these.
+    static void Arguments(const std::vector<std::string> &rest) {
+        static std::vector<std::string> texts;
+        static std::vector<char *> argv;
+        texts = {"sumbrook"};
+        texts.insert(texts.end(), rest.begin(), rest.end());
+        argv.clear();
+        for (std::string &t : texts)
+            argv.push_back(t.data());
+        argv.push_back(nullptr);
+        SetProcessArguments(int(texts.size()), argv.data());
     }
 
     // An application class with the handlers an image would compile.
@@ -98,8 +103,6 @@ protected:
         EXPECT_TRUE(test::SetEventHandler(klass, "Close", reinterpret_cast<void *>(&OnClose)));
         EXPECT_TRUE(
             test::SetEventHandler(klass, "CancelClose", reinterpret_cast<void *>(&OnCancelClose)));
-        EXPECT_TRUE(test::SetEventHandler(klass, "UnhandledException",
-                                          reinterpret_cast<void *>(&OnUnhandled)));
         return klass;
     }
 
@@ -111,26 +114,34 @@ protected:
     }
 };
 
-TEST_F(ApplicationTest, WithoutDocumentArgumentsOpenThenNewDocument) {
-    RuntimeObject *app = RegisterNew(AppClass());
-    EXPECT_EQ(gLog, (std::vector<std::string>{"Open", "NewDocument"}));
-    EXPECT_EQ(getAppObject(), app);
-    EXPECT_EQ(app->referenceCount, 1);
-}
-
-TEST_F(ApplicationTest, EachDocumentArgumentFiresOpenDocumentInOrder) {
-    char a0[] = "sumbrook", a1[] = "/tmp/one.txt", a2[] = "/tmp/two.txt";
-    char *argv[] = {a0, a1, a2, nullptr};
-    SetProcessArguments(3, argv);
-    RegisterNew(AppClass());
-    EXPECT_EQ(gLog, (std::vector<std::string>{"Open", "OpenDocument /tmp/one.txt",
-                                              "OpenDocument /tmp/two.txt"}));
+// Open, then NewDocument without document arguments or OpenDocument for
+// each in order; without an OpenDocument handler the arguments go unheard.
+TEST_F(ApplicationTest, StartFiresOpenThenNewDocumentOrEachOpenDocument) {
+    const struct {
+        std::vector<std::string> arguments;
+        bool withOpenDocument;
+        std::vector<std::string> log;
+    } cases[] = {
+        {{}, true, {"Open", "NewDocument"}},
+        {{"/tmp/one.txt", "/tmp/two.txt"},
+         true,
+         {"Open", "OpenDocument /tmp/one.txt", "OpenDocument /tmp/two.txt"}},
+        {{"/tmp/one.txt"}, false, {"Open"}},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.log.back());
+        Arguments(c.arguments);
+        gLog.clear();
+        RuntimeObject *app = RegisterNew(AppClass(c.withOpenDocument));
+        EXPECT_EQ(gLog, c.log);
+        EXPECT_EQ(getAppObject(), app);
+        EXPECT_EQ(app->referenceCount, 1);
+        ReleaseRegisteredApplication();
+    }
 }
 
 TEST_F(ApplicationTest, DocumentsWaitForAMakerOfItemsInsteadOfGettingNil) {
-    char a0[] = "sumbrook", a1[] = "/tmp/one.txt", a2[] = "/tmp/unmakeable", a3[] = "/tmp/3";
-    char *argv[] = {a0, a1, a2, a3, nullptr};
-    SetProcessArguments(4, argv);
+    Arguments({"/tmp/one.txt", "/tmp/unmakeable", "/tmp/3"});
     SetDocumentItemMaker(nullptr);
     RegisterNew(AppClass());
     EXPECT_EQ(gLog, (std::vector<std::string>{"Open"})) << "held, not fired with nil";
@@ -139,14 +150,6 @@ TEST_F(ApplicationTest, DocumentsWaitForAMakerOfItemsInsteadOfGettingNil) {
                                               "OpenDocument /tmp/3"}));
     SetDocumentItemMaker(&MakeItem); // fired once only
     EXPECT_EQ(gLog.size(), 3u);
-}
-
-TEST_F(ApplicationTest, ArgumentsWithoutOpenDocumentHandlerFireOnlyOpen) {
-    char a0[] = "sumbrook", a1[] = "/tmp/one.txt";
-    char *argv[] = {a0, a1, nullptr};
-    SetProcessArguments(2, argv);
-    RegisterNew(AppClass(false));
-    EXPECT_EQ(gLog, (std::vector<std::string>{"Open"}));
 }
 
 TEST_F(ApplicationTest, NilGivesAPlainApplicationWithAutoQuitOn) {
@@ -246,29 +249,6 @@ TEST_F(ApplicationTest, QuitCallEndsTheRunThroughEndException) {
     EXPECT_EQ(RuntimePendingException(), nullptr);
 }
 
-TEST_F(ApplicationTest, UnhandledExceptionEventCanAbsorbTheException) {
-    RegisterNew(AppClass());
-    gLog.clear();
-    gHandleUnhandled = true;
-    RaiseNilObject();
-    EXPECT_EQ(gLog, (std::vector<std::string>{"UnhandledException"}));
-    EXPECT_FALSE(QuitRequested());
-}
-
-TEST_F(ApplicationTest, UnhandledExceptionNotAbsorbedEndsTheRun) {
-    RegisterNew(AppClass());
-    gLog.clear();
-    testing::internal::CaptureStderr();
-    RaiseNilObject();
-    std::string err = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(gLog, (std::vector<std::string>{"UnhandledException"}));
-    EXPECT_TRUE(QuitRequested());
-    EXPECT_NE(err.find("An exception of class NilObjectException was not handled.  The application "
-                       "must shut down."),
-              std::string::npos)
-        << err;
-}
-
 // A class of the language that implements _Pollable.
 void PollCounter(RuntimeObject *) { ++gPolls; }
 void PollRemovesItself(RuntimeObject *self) {
@@ -336,12 +316,6 @@ TEST_F(ApplicationTest, ReleasingTheApplicationDropsItsPollables) {
     EXPECT_EQ(ticker->referenceCount, 1);
     RuntimeUnlockObject(ticker);
 }
-
-} // namespace
-} // namespace kelp
-
-namespace kelp {
-namespace {
 
 // Compiled code reads a property by calling the row's getter with the row's
 // parameter; the version properties must reach the version block that way.

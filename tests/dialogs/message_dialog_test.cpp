@@ -99,33 +99,14 @@ TEST_F(Dialogs, MessageDialogButtonsKeysAndClicks) {
         std::vector<std::string> shown;
         int answer; // 0 cancel, 1 action, 2 alternate
     } cases[] = {
+        // clang-format off
         {"defaults", {"key Return"}, false, false, 1, 0, {"OK"}, 1},
         {"Cancel on the action button", {"key Escape"}, false, false, 1, 1, {"OK"}, 1},
-        {"three buttons, Escape",
-         {"key Escape"},
-         true,
-         true,
-         1,
-         0,
-         {"OK", "Alternate Action", "Cancel"},
-         0},
+        {"three buttons, Escape", {"key Escape"}, true, true, 1, 0, {"OK", "Alternate Action", "Cancel"}, 0},
         {"default on the cancel button", {"key Return"}, true, false, 0, 0, {"OK", "Cancel"}, 0},
-        {"a click on the middle button",
-         {"click"},
-         true,
-         true,
-         -1,
-         -1,
-         {"OK", "Alternate Action", "Cancel"},
-         2},
-        {"the hidden cancel button's Escape",
-         {"key Escape"},
-         false,
-         true,
-         1,
-         0,
-         {"OK", "Alternate Action"},
-         0},
+        {"a click on the middle button", {"click"}, true, true, -1, -1, {"OK", "Alternate Action", "Cancel"}, 2},
+        {"the hidden cancel button's Escape", {"key Escape"}, false, true, 1, 0, {"OK", "Alternate Action"}, 0},
+        // clang-format on
     };
     for (const Case &c : cases) {
         const std::string title = NextTitle();

@@ -2,6 +2,7 @@
 // masks and limits, selection and the clipboard as xclip sees it, styles
 // through their byte form.
 #include "controls/control_fixture.h"
+#include "field_text.h"
 
 #include "edit_fields/edit_pane.h"
 #include "edit_fields/mask.h"
@@ -33,14 +34,7 @@ void LogInvalid(RuntimeObject *, KelpString text, int32_t at) {
                        std::to_string(at));
 }
 
-std::string Text(RuntimeObject *field) {
-    KelpString s = editTextGetter(field, 0);
-    std::string out(objtext::View(s));
-    objtext::Release(s);
-    return out;
-}
-
-KelpString Utf8(std::string_view text) { return string::FromUTF8(text).ExtractStringStorage(); }
+std::string Text(RuntimeObject *field) { return Taken(editTextGetter(field, 0)); }
 
 void SetText(RuntimeObject *field, std::string_view text) {
     KelpString s = Utf8(text);

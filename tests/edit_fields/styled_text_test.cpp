@@ -3,6 +3,7 @@
 // whatever the block height, which the test sees as bands of ink rows in
 // pictures.
 #include "controls/control_fixture.h"
+#include "field_text.h"
 
 #include "edit_fields/styled_text.h"
 #include "graphics/graphics_object.h"
@@ -19,14 +20,6 @@
 
 namespace kelp::test {
 namespace {
-
-std::string Str(KelpString s) {
-    std::string out(objtext::View(s));
-    objtext::Release(s);
-    return out;
-}
-
-KelpString Utf8(std::string_view text) { return string::FromUTF8(text).ExtractStringStorage(); }
 
 RuntimeObject *NewStyled(std::string_view text) {
     RuntimeObject *st = RuntimeNewObject(ClassForDefinition(StyledTextDefinition()));
@@ -74,7 +67,7 @@ TEST(StyledText, RunsSplitMergeAndAnswerOverRanges) {
     };
     for (const Ask &a : asks) {
         EXPECT_EQ(StyledTextGetSize(st, a.start, a.length), a.size) << a.start << "," << a.length;
-        EXPECT_EQ(Str(StyledTextGetFont(st, a.start, a.length)), a.font) << a.start;
+        EXPECT_EQ(Taken(StyledTextGetFont(st, a.start, a.length)), a.font) << a.start;
     }
     StyledTextSetBold(st, 6, 3, 0);
     StyledTextSetSize(st, 0, 5, 0);
@@ -89,7 +82,7 @@ TEST(StyledText, RunsSplitMergeAndAnswerOverRanges) {
               "OutOfBoundsException");
     EXPECT_EQ(RaisedClass([&] { AppendStyledTextRun(st, nullptr); }), "NilObjectException");
     AppendStyledTextRun(st, run); // appended as given: bold
-    EXPECT_EQ(Str(StyledTextGetter(st, 0)), "hello big worldhello big world");
+    EXPECT_EQ(Taken(StyledTextGetter(st, 0)), "hello big worldhello big world");
     EXPECT_EQ(StyledTextRunCountGetter(st, 0), 2);
     RuntimeUnlockObject(run);
     RuntimeUnlockObject(st);
@@ -226,7 +219,7 @@ TEST_F(StyledFieldTest, RunsRoundTripThroughTheFieldsBuffer) {
     StyledTextSetSize(st, 11, 3, 20);
     StyledTextObjectSetter(f, 0, st);
     RuntimeObject *back = StyledTextObjectGetter(f, 0);
-    EXPECT_EQ(Str(StyledTextGetter(back, 0)), "plain bold red");
+    EXPECT_EQ(Taken(StyledTextGetter(back, 0)), "plain bold red");
     struct Ask {
         int32_t start, length;
         uint8_t bold;

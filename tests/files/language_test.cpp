@@ -189,19 +189,18 @@ TEST_F(FilesLanguage, BinaryStreamsOnFilesAndStrings) {
 
 TEST_F(FilesLanguage, PathTextsAndTheirRefusals) {
     RuntimeObject *item = RuntimeNewObject(RuntimeLookupClass(Lit("FolderItem")));
+    const std::string kInvalid =
+        "UnsupportedFormatException: The path passed into new FolderItem was invalid";
     struct Case {
         std::string path;
         int32_t mode;
         std::string raised;
     } cases[] = {
-        {std::string("/tmp/a\0b", 8), 0,
-         "UnsupportedFormatException: The path passed into new FolderItem was invalid"},
+        {std::string("/tmp/a\0b", 8), 0, kInvalid},
         {"relative", 1,
          "UnsupportedFormatException: Passing non-absolute shell paths is not currently supported"},
-        {"http://example/", 2,
-         "UnsupportedFormatException: The path passed into new FolderItem was invalid"},
-        {"/etc/passwd/below", 0,
-         "UnsupportedFormatException: The path passed into new FolderItem was invalid"},
+        {"http://example/", 2, kInvalid},
+        {"/etc/passwd/below", 0, kInvalid},
         {"file:///tmp/with%20blank", 2, ""},
     };
     for (const Case &c : cases) {
@@ -445,20 +444,13 @@ TEST(ConsoleStreams, LinesInAndOutThroughRealPipes) {
         int (*body)();
         Console expected;
     } cases[] = {
-        {"first line\r\nsecond\nGr\xfc\xdf"
-         "e",
-         false,
-         EchoLines,
-         {0,
-          "[first line]\n[second]\n[Gr\xc3\xbc\xc3\x9f"
-          "e]\n",
-          "done\n"}},
+        // clang-format off
+        {"first line\r\nsecond\nGr\xfc\xdf" "e", false, EchoLines,
+         {0, "[first line]\n[second]\n[Gr\xc3\xbc\xc3\x9f" "e]\n", "done\n"}},
         {"", false, EchoLines, {0, "", "done\n"}},
-        {std::string(3000, 'x') + "\n",
-         false,
-         EchoLines,
-         {0, "[" + std::string(3000, 'x') + "]\n", "done\n"}},
+        {std::string(3000, 'x') + "\n", false, EchoLines, {0, "[" + std::string(3000, 'x') + "]\n", "done\n"}},
         {"", true, WriteWithNobodyReading, {0, "", ""}},
+        // clang-format on
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.input.substr(0, 20));

@@ -64,16 +64,13 @@ protected:
     GdkDrawable *mDrawable = nullptr;
 };
 
-TEST_F(GraphicsClass, IsTheRegisteredLibraryClass) {
+TEST_F(GraphicsClass, IsTheRegisteredLibraryClassWithItsDefaults) {
     KelpString name = MakeText("Graphics");
     RuntimeClass *klass = RuntimeLookupClass(name);
     ASSERT_NE(klass, nullptr);
     EXPECT_EQ(mObject->klass, klass);
     EXPECT_STREQ(TextOf(klass->name), "Graphics");
     EXPECT_GE(klass->instanceSize, sizeof(GraphicsObject));
-}
-
-TEST_F(GraphicsClass, PropertiesStartAtTheirDefaults) {
     KelpString font = graphicsTextFontGetter(mObject, 0);
     EXPECT_STREQ(TextOf(font), "System");
     EXPECT_EQ(graphicsTextSizeGetter(mObject, 0), 12);

@@ -18,32 +18,19 @@ TEST(PictureCut, DefaultsAndCutsKeepTheScale) {
         bool drawn;
         PictureCut out; // checked only when drawn
     } rows[] = {
+        // clang-format off
         {"all defaults", {5, 6, D, D, 0, 0, D, D}, 40, 30, true, {5, 6, 40, 30, 0, 0, 40, 30}},
         // The source takes the destination's size, is cut to the picture, and
         // the destination shrinks in proportion.
-        {"bigger destination",
-         {0, 0, 80, 60, 0, 0, D, D},
-         40,
-         30,
-         true,
-         {0, 0, 40, 30, 0, 0, 40, 30}},
+        {"bigger destination", {0, 0, 80, 60, 0, 0, D, D}, 40, 30, true, {0, 0, 40, 30, 0, 0, 40, 30}},
         // Scale 2: 10 source pixels before the edge are 20 destination pixels.
-        {"negative source",
-         {100, 0, 200, 50, -10, 0, 100, 50},
-         100,
-         50,
-         true,
-         {120, 0, 180, 50, 0, 0, 90, 50}},
-        {"past the right edge",
-         {0, 0, 60, D, 10, 0, 30, D},
-         30,
-         30,
-         true,
-         {0, 0, 40, 30, 10, 0, 20, 30}},
+        {"negative source", {100, 0, 200, 50, -10, 0, 100, 50}, 100, 50, true, {120, 0, 180, 50, 0, 0, 90, 50}},
+        {"past the right edge", {0, 0, 60, D, 10, 0, 30, D}, 30, 30, true, {0, 0, 40, 30, 10, 0, 20, 30}},
         {"zero destination", {0, 0, 0, D, 0, 0, D, D}, 30, 30, false, {}},
         {"source outside", {0, 0, D, D, 50, 0, D, D}, 30, 30, false, {}},
         {"source wholly before", {0, 0, 30, D, -40, 0, 30, D}, 30, 30, false, {}},
         {"empty picture", {0, 0, D, D, 0, 0, D, D}, 0, 10, false, {}},
+        // clang-format on
     };
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);

@@ -14,6 +14,7 @@
 #include "runloop/main_loop.h"
 #include "support/class_kit.h"
 #include "support/language_class.h"
+#include "support/settle.h"
 #include "support/x_input.h"
 #include "support/xvfb.h"
 #include "windows/runtime_view.h"
@@ -25,7 +26,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <string>
 #include <vector>
 
@@ -146,16 +146,7 @@ protected:
         return n;
     }
 
-    static void Settle(int ms) {
-        guint wake = g_timeout_add(
-            5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
-        auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
-        while (std::chrono::steady_clock::now() < end) {
-            MainLoopStep(true);
-            gdk_flush();
-        }
-        g_source_remove(wake);
-    }
+    static void Settle(int ms) { test::Settle(ms); }
 
     RuntimeObject *mApp = nullptr;
     std::vector<RuntimeObject *> mWindows;

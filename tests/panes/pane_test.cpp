@@ -7,13 +7,16 @@
 #include "graphics/graphics_base.h"
 #include "graphics/pixels.h"
 #include "runloop/main_loop.h"
+#include "support/settle.h"
 #include "support/xvfb.h"
+
+#include "kelp/runloop.h"
 
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
 #include <algorithm>
-#include <chrono>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -66,14 +69,7 @@ protected:
             mWindow->Close();
         Settle(10);
     }
-    void Settle(int ms) {
-        guint wake = g_timeout_add(
-            5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
-        auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
-        while (std::chrono::steady_clock::now() < end)
-            MainLoopStep(true);
-        g_source_remove(wake);
-    }
+    static void Settle(int ms) { test::Settle(ms); }
     Window *mWindow = nullptr;
 };
 
@@ -287,6 +283,23 @@ TEST_F(PaneTest, PointerOverAPaneWithACursorShowsThatCursor) {
     EXPECT_EQ(gdk_window_get_cursor(gw), nullptr); // the toolkit's default outside it
     pane->Close();
     gdk_cursor_unref(cross);
+}
+
+// UserCancelled reads the Escape key as the X server has it, so a long
+// calculation can be cancelled before the program has any window.
+TEST(EscapeKey, UserCancelledFollowsEscapeWithNoWindowOpen) {
+    if (!test::RequireToolkitDisplay())
+        GTEST_SKIP() << "no X server";
+    if (std::system("command -v xdotool >/dev/null") != 0)
+        GTEST_SKIP() << "xdotool is not installed";
+    const struct {
+        const char *action;
+        uint8_t cancelled;
+    } steps[] = {{"keydown", 1}, {"keyup", 0}, {"keydown", 1}, {"keyup", 0}};
+    for (const auto &step : steps) {
+        ASSERT_EQ(std::system(("xdotool " + std::string(step.action) + " Escape").c_str()), 0);
+        EXPECT_EQ(getUserCancelled(), step.cancelled) << step.action;
+    }
 }
 
 } // namespace

@@ -284,33 +284,18 @@ TEST_F(HandMade, GatesStridesAndBadTables) {
         {reinterpret_cast<void *>(One), KELP_NO_SETTER, "A() As Integer", nullptr},
         {reinterpret_cast<void *>(Two), KELP_NO_SETTER, "B() As Integer", nullptr}};
     static KELPevent twice[] = {{"Ping", nullptr}, {"ping(n As Integer)", nullptr}};
-    static KELPclassDefinition v6 = {6, "Stride6", nullptr, 0,     0, nullptr, nullptr, nullptr,
-                                     0, v6Rows,    2,       twice, 2, nullptr, 0,       nullptr};
-    static KELPclassDefinition v7 = {7,
-                                     "Stride7",
-                                     "NoSuchBase",
-                                     0,
-                                     0,
-                                     nullptr,
-                                     nullptr,
-                                     nullptr,
-                                     0,
-                                     v7Rows,
-                                     2,
-                                     nullptr,
-                                     0,
-                                     nullptr,
-                                     0,
-                                     "Greeter, NoSuchInterface"};
-    static KELPclassDefinition broken = {7,       "BadTable", nullptr, 0,       0,  nullptr,
-                                         nullptr, nullptr,    3,       nullptr, -4, nullptr,
-                                         0,       nullptr,    0,       nullptr};
-    static KELPclassDefinition early = {7,       "TooEarly", nullptr, 0,       0, nullptr,
-                                        nullptr, nullptr,    0,       nullptr, 0, nullptr,
-                                        0,       nullptr,    0,       nullptr};
-    static KELPclassDefinition again = {7,       "Counter", nullptr, 0,       0, nullptr,
-                                        nullptr, nullptr,   0,       nullptr, 0, nullptr,
-                                        0,       nullptr,   0,       nullptr};
+    // clang-format off
+    static KELPclassDefinition v6 = {6, "Stride6", nullptr, 0, 0, nullptr, nullptr, nullptr,
+                                     0, v6Rows, 2, twice, 2, nullptr, 0, nullptr};
+    static KELPclassDefinition v7 = {7, "Stride7", "NoSuchBase", 0, 0, nullptr, nullptr, nullptr,
+                                     0, v7Rows, 2, nullptr, 0, nullptr, 0, "Greeter, NoSuchInterface"};
+    static KELPclassDefinition broken = {7, "BadTable", nullptr, 0, 0, nullptr, nullptr, nullptr,
+                                         3, nullptr, -4, nullptr, 0, nullptr, 0, nullptr};
+    static KELPclassDefinition early = {7, "TooEarly", nullptr, 0, 0, nullptr, nullptr, nullptr,
+                                        0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr};
+    static KELPclassDefinition again = {7, "Counter", nullptr, 0, 0, nullptr, nullptr, nullptr,
+                                        0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr};
+    // clang-format on
     static KELPmoduleDefinition oldModule = {7, "OldModule", v7Rows, 2};
     static KELPcontrol oldControl = {
         2, "OldControl", 0, 0,       0, 0,       10, 10,     nullptr, 0, nullptr,

@@ -18,6 +18,14 @@ namespace {
 
 const std::string kLibrary = KELP_BIN_DIR "/libKPExample.so";
 
+// printf of the format at `format` with the value in RAX.
+void PrintRax(ImageBuilder &b, uint32_t format) {
+    b.LoadDataAddress(Reg::RDI, format);
+    b.MovReg(Reg::RSI, Reg::RAX);
+    b.MovImm(Reg::RAX, 0);
+    b.CallSoftImport("printf", "libc.so.6");
+}
+
 // The entry: set up the classes (which loads the plug-ins), then print
 // Arith.Twice(21), a new Counter's Add(5) and the plug-in path variable.
 image::Segments CallingImage() {
@@ -35,10 +43,7 @@ image::Segments CallingImage() {
     b.CallImport("RuntimeLookupPluginEntrypoint");
     b.MovImm(Reg::RDI, 21);
     b.CallReg(Reg::RAX);
-    b.LoadDataAddress(Reg::RDI, number);
-    b.MovReg(Reg::RSI, Reg::RAX);
-    b.MovImm(Reg::RAX, 0);
-    b.CallSoftImport("printf", "libc.so.6");
+    PrintRax(b, number);
     b.LoadDataAddress(Reg::RDI, counter);
     b.CallImport("PluginNewInstance");
     b.MovReg(Reg::RBX, Reg::RAX);
@@ -47,18 +52,12 @@ image::Segments CallingImage() {
     b.MovReg(Reg::RDI, Reg::RBX);
     b.MovImm(Reg::RSI, 5);
     b.CallReg(Reg::RAX);
-    b.LoadDataAddress(Reg::RDI, number);
-    b.MovReg(Reg::RSI, Reg::RAX);
-    b.MovImm(Reg::RAX, 0);
-    b.CallSoftImport("printf", "libc.so.6");
+    PrintRax(b, number);
     b.MovReg(Reg::RDI, Reg::RBX);
     b.CallImport("RuntimeUnlockObject");
     b.LoadDataAddress(Reg::RDI, variable);
     b.CallSoftImport("getenv", "libc.so.6");
-    b.LoadDataAddress(Reg::RDI, text);
-    b.MovReg(Reg::RSI, Reg::RAX);
-    b.MovImm(Reg::RAX, 0);
-    b.CallSoftImport("printf", "libc.so.6");
+    PrintRax(b, text);
     b.MovImm(Reg::RDI, 0);
     b.CallSoftImport("fflush", "libc.so.6");
     b.Pop(Reg::RBX);
@@ -132,33 +131,31 @@ RunResult RunWithPrivateTemp(const std::string &program, const TempDir &work, co
     return r;
 }
 
+// Packed by the tool, extracted at the start, gone at the run-down; a
+// plug-in of the first interface is converted and called the same way.
 TEST(PluginImage, PackedByTheToolLoadedAndCalledByName) {
-    TempDir work, temp, loose;
-    ASSERT_TRUE(WriteLoose(CallingImage(), loose.path()));
-    const std::string program = work / "app";
-    RunResult pack = test::Run(KELP_BIN_DIR "/kelp-image", {"pack", "-o", program, loose.path(),
-                                                            "--plugin", "65535:" + kLibrary});
-    ASSERT_EQ(pack.status, 0) << pack.err;
-    RunResult info = test::Run(KELP_BIN_DIR "/kelp-image", {"info", program});
-    EXPECT_NE(info.out.find("KPPl 65535"), std::string::npos) << info.out;
-
-    RunResult r = RunWithPrivateTemp(program, work, temp);
-    EXPECT_EQ(r.status, 0) << r.err;
-    EXPECT_EQ(r.out, "42\n5\n(null)\n") << r.err;
-    EXPECT_EQ(EntriesIn(temp.path()), 0u); // the extracted library went at the run-down
-}
-
-TEST(PluginImage, FirstInterfaceVersionConvertedAndCalled) {
-    TempDir work, temp, loose;
-    ASSERT_TRUE(WriteLoose(OldStyleImage(), loose.path()));
-    const std::string program = work / "app";
-    RunResult pack =
-        test::Run(KELP_BIN_DIR "/kelp-image", {"pack", "-o", program, loose.path(), "--plugin",
-                                               "65535:" KELP_BIN_DIR "/libKPOldStyle.so"});
-    ASSERT_EQ(pack.status, 0) << pack.err;
-    RunResult r = RunWithPrivateTemp(program, work, temp);
-    EXPECT_EQ(r.status, 0) << r.err;
-    EXPECT_EQ(r.out, "4 30\n") << r.err;
+    const struct {
+        image::Segments (*image)();
+        std::string library, out;
+    } cases[] = {
+        {CallingImage, kLibrary, "42\n5\n(null)\n"},
+        {OldStyleImage, KELP_BIN_DIR "/libKPOldStyle.so", "4 30\n"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.library);
+        TempDir work, temp, loose;
+        ASSERT_TRUE(WriteLoose(c.image(), loose.path()));
+        const std::string program = work / "app";
+        RunResult pack = test::Run(KELP_BIN_DIR "/kelp-image", {"pack", "-o", program, loose.path(),
+                                                                "--plugin", "65535:" + c.library});
+        ASSERT_EQ(pack.status, 0) << pack.err;
+        RunResult info = test::Run(KELP_BIN_DIR "/kelp-image", {"info", program});
+        EXPECT_NE(info.out.find("KPPl 65535"), std::string::npos) << info.out;
+        RunResult r = RunWithPrivateTemp(program, work, temp);
+        EXPECT_EQ(r.status, 0) << r.err;
+        EXPECT_EQ(r.out, c.out) << r.err;
+        EXPECT_EQ(EntriesIn(temp.path()), 0u); // the extracted library went at the run-down
+    }
 }
 
 TEST(PluginImage, LibraryBesideTheProgramIsLoadedInPlace) {

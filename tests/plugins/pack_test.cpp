@@ -3,6 +3,7 @@
 // lays them out, drawn by the toolkit, read back pixel by pixel, and
 // pressed with real X input.
 #include "controls/control_fixture.h"
+#include "graphics/pixels.h"
 
 #include "pictures/drawable.h"
 #include "pictures/picture_object.h"
@@ -42,14 +43,7 @@ protected:
         ASSERT_TRUE(loaded);
     }
     uint32_t Pixel(RuntimeObject *w, int x, int y) {
-        GdkPixbuf *p =
-            gdk_pixbuf_get_from_drawable(nullptr, Fixed(w)->window, nullptr, x, y, 0, 0, 1, 1);
-        if (!p)
-            return 0xdeadbeef;
-        const guchar *px = gdk_pixbuf_get_pixels(p);
-        uint32_t rgb = (px[0] << 16) | (px[1] << 8) | px[2];
-        g_object_unref(p);
-        return rgb;
+        return PixelAt(GDK_DRAWABLE(Fixed(w)->window), x, y);
     }
     GtkStyle *StyleOf(RuntimeObject *control) {
         return gtk_widget_get_style(static_cast<GtkWidget *>(KELPGetControlHandle(control)));

@@ -28,41 +28,29 @@ namespace {
 
 using test::Lit;
 
-std::string Capture(const std::string &command) {
-    std::string out;
-    if (FILE *p = popen(command.c_str(), "r")) {
-        char buffer[4096];
-        size_t n;
-        while ((n = fread(buffer, 1, sizeof buffer, p)) > 0)
-            out.append(buffer, n);
-        pclose(p);
-    }
-    return out;
-}
-
 // What poppler says of a PDF: pages, size in points, text of one page.
-int PageCount(const std::string &pdf) {
-    std::istringstream in(Capture("pdfinfo '" + pdf + "' 2>/dev/null"));
+std::string PdfInfo(const std::string &pdf, const std::string &key) {
+    std::istringstream in(test::Run("/usr/bin/pdfinfo", {pdf}).out);
     for (std::string line; std::getline(in, line);)
-        if (line.rfind("Pages:", 0) == 0)
-            return std::atoi(line.c_str() + 6);
-    return -1;
+        if (line.rfind(key, 0) == 0)
+            return line.substr(key.size());
+    return "";
+}
+int PageCount(const std::string &pdf) {
+    const std::string pages = PdfInfo(pdf, "Pages:");
+    return pages.empty() ? -1 : std::atoi(pages.c_str());
 }
 std::string PageSize(const std::string &pdf) {
-    std::istringstream in(Capture("pdfinfo '" + pdf + "' 2>/dev/null"));
-    for (std::string line; std::getline(in, line);)
-        if (line.rfind("Page size:", 0) == 0) {
-            std::istringstream words(line.substr(10));
-            double w = 0, h = 0;
-            std::string x;
-            words >> w >> x >> h;
-            return std::to_string(int(w)) + "x" + std::to_string(int(h));
-        }
-    return "";
+    std::istringstream words(PdfInfo(pdf, "Page size:"));
+    double w = 0, h = 0;
+    std::string x;
+    if (!(words >> w >> x >> h))
+        return "";
+    return std::to_string(int(w)) + "x" + std::to_string(int(h));
 }
 std::string PageText(const std::string &pdf, int page) {
     const std::string n = std::to_string(page);
-    return Capture("pdftotext -layout -f " + n + " -l " + n + " '" + pdf + "' - 2>/dev/null");
+    return test::Run("/usr/bin/pdftotext", {"-layout", "-f", n, "-l", n, pdf, "-"}).out;
 }
 
 // Page `page` rendered at 72 dots per inch, as 0xRRGGBB words.
@@ -311,7 +299,8 @@ TEST_F(Print, ResolutionsFollowTheLimitsAndScaleToThePaper) {
 
 TEST_F(Print, PageNamesCountOnFromOnePrintToTheNext) {
     auto labels = [this] {
-        return Capture("python3 " KELP_SOURCE_DIR "/tests/print/page_labels.py '" + Pdf() + "'");
+        return test::Run("/usr/bin/python3", {KELP_SOURCE_DIR "/tests/print/page_labels.py", Pdf()})
+            .out;
     };
     RuntimeObject *g = RuntimeOpenPrinter(nullptr);
     ASSERT_NE(g, nullptr);
@@ -364,17 +353,11 @@ TEST_F(Print, ThePrintDialogAnsweredByAPerson) {
     } cases[] = {
         {"Escape", {"key Escape"}, false, 0, 0},
         {"Cancel", {"mousemove --window %1 490 464 click 1"}, false, 0, 0},
+        // clang-format off
         {"Print to File, a name typed, pages 2 to 3",
-         {kChooseFileRow, kSelectName, "type typed-by-hand.pdf", kPagesField, "type 2-3",
-          kPrintButton},
-         true,
-         2,
-         3},
-        {"Print to File, all pages",
-         {kChooseFileRow, kSelectName, "type all.pdf", kPrintButton},
-         true,
-         1,
-         65535},
+         {kChooseFileRow, kSelectName, "type typed-by-hand.pdf", kPagesField, "type 2-3", kPrintButton}, true, 2, 3},
+        {"Print to File, all pages", {kChooseFileRow, kSelectName, "type all.pdf", kPrintButton}, true, 1, 65535},
+        // clang-format on
     };
     for (const Case &c : cases) {
         RuntimeObject *setup = NewSetup();

@@ -53,53 +53,50 @@ struct LoggingPollable : Pollable {
     std::function<void(LoggingPollable *)> action;
 };
 
-TEST(Pollables, PolledLastToFirstOncePerPass) {
-    std::vector<std::string> log;
-    LoggingPollable a("a", log), b("b", log), c("c", log);
-    AddPollable(&a);
-    AddPollable(&b);
-    AddPollable(&c);
-    PollAllPollables();
-    EXPECT_EQ(log, (std::vector<std::string>{"c", "b", "a"}));
-    RemovePollable(&b);
-    log.clear();
-    PollAllPollables();
-    EXPECT_EQ(log, (std::vector<std::string>{"c", "a"}));
-    RemovePollable(&a);
-    RemovePollable(&c);
-    EXPECT_EQ(PollableCount(), 0);
-}
-
-TEST(Pollables, OneRemovingItselfDoesNotSkipTheOthers) {
-    std::vector<std::string> log;
-    LoggingPollable a("a", log), b("b", log), c("c", log);
-    b.action = [](LoggingPollable *self) { RemovePollable(self); };
-    AddPollable(&a);
-    AddPollable(&b);
-    AddPollable(&c);
-    PollAllPollables();
-    EXPECT_EQ(log, (std::vector<std::string>{"c", "b", "a"}));
-    log.clear();
-    PollAllPollables();
-    EXPECT_EQ(log, (std::vector<std::string>{"c", "a"}));
-    RemovePollable(&a);
-    RemovePollable(&c);
-}
-
-TEST(Pollables, RemovingEveryoneFromInsideAPollEndsTheWalkCleanly) {
-    std::vector<std::string> log;
-    LoggingPollable a("a", log), b("b", log), c("c", log);
-    c.action = [&](LoggingPollable *) {
-        RemovePollable(&a);
-        RemovePollable(&b);
-        RemovePollable(&c);
+// Polled last to first, once a pass; one removing itself or everyone from
+// inside its Poll skips nobody still registered.
+TEST(Pollables, PolledLastToFirstWhateverTheyRemoveOnTheWay) {
+    const struct {
+        const char *what;
+        int remover; // index of the pollable whose Poll removes, or -1
+        bool removesAll;
+        std::vector<std::string> first, second;
+    } cases[] = {
+        {"plain", -1, false, {"c", "b", "a"}, {"c", "b", "a"}},
+        {"b removes itself", 1, false, {"c", "b", "a"}, {"c", "a"}},
+        {"c removes everyone", 2, true, {"c"}, {}},
     };
-    AddPollable(&a);
-    AddPollable(&b);
-    AddPollable(&c);
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        std::vector<std::string> log;
+        LoggingPollable a("a", log), b("b", log), cc("c", log);
+        LoggingPollable *all[] = {&a, &b, &cc};
+        if (c.remover >= 0)
+            all[c.remover]->action = [&, every = c.removesAll](LoggingPollable *self) {
+                if (!every)
+                    return RemovePollable(self);
+                for (LoggingPollable *p : all)
+                    RemovePollable(p);
+            };
+        for (LoggingPollable *p : all)
+            AddPollable(p);
+        PollAllPollables();
+        EXPECT_EQ(log, c.first);
+        log.clear();
+        PollAllPollables();
+        EXPECT_EQ(log, c.second);
+        for (LoggingPollable *p : all)
+            RemovePollable(p);
+        EXPECT_EQ(PollableCount(), 0);
+    }
+    // Removing one between passes.
+    std::vector<std::string> log;
+    LoggingPollable a("a", log), b("b", log), c("c", log);
+    for (LoggingPollable *p : {&a, &b, &c})
+        AddPollable(p);
+    RemovePollable(&b);
     PollAllPollables();
-    EXPECT_EQ(log, (std::vector<std::string>{"c"}));
-    EXPECT_EQ(PollableCount(), 0);
+    EXPECT_EQ(log, (std::vector<std::string>{"c", "a"}));
 }
 
 TEST(Pollables, ADestroyedPollableLeavesTheRegistry) {

@@ -329,25 +329,21 @@ TEST_F(Shapes, BadSizesAndAnglesDrawWhatTheNumbersAllow) {
         std::function<void(ShapeRecord &)> spoil;
         Expect expect;
     } rows[] = {
-        {"negative width", RectShapeDefinition, [](ShapeRecord &s) { s.width = -s.width; },
-         kAsPlain},
-        {"negative height oval", OvalShapeDefinition, [](ShapeRecord &s) { s.height = -60; },
-         kAsPlain},
+        // clang-format off
+        {"negative width", RectShapeDefinition, [](ShapeRecord &s) { s.width = -s.width; }, kAsPlain},
+        {"negative height oval", OvalShapeDefinition, [](ShapeRecord &s) { s.height = -60; }, kAsPlain},
         {"zero width", RectShapeDefinition, [](ShapeRecord &s) { s.width = 0; }, kNothing},
         {"zero scale", OvalShapeDefinition, [](ShapeRecord &s) { s.scale = 0; }, kNothing},
         {"NaN rotation", RectShapeDefinition, [](ShapeRecord &s) { s.rotation = NAN; }, kAsPlain},
         {"NaN width", RectShapeDefinition, [](ShapeRecord &s) { s.width = NAN; }, kNothing},
         {"infinite X", OvalShapeDefinition, [](ShapeRecord &s) { s.x = INFINITY; }, kNothing},
         {"NaN arc angle", ArcShapeDefinition, [](ShapeRecord &s) { s.arcAngle = NAN; }, kNothing},
-        {"NaN start angle", ArcShapeDefinition, [](ShapeRecord &s) { s.startAngle = NAN; },
-         kNothing},
+        {"NaN start angle", ArcShapeDefinition, [](ShapeRecord &s) { s.startAngle = NAN; }, kNothing},
         {"huge scale", OvalShapeDefinition, [](ShapeRecord &s) { s.scale = 1e12; }, kSomething},
-        {"huge border", RectShapeDefinition,
-         [](ShapeRecord &s) { s.border = 1, s.borderWidth = 1e9; }, kSomething},
-        {"NaN border width", RectShapeDefinition,
-         [](ShapeRecord &s) { s.border = 1, s.borderWidth = NAN; }, kAsPlain},
-        {"NaN text size", StringShapeDefinition, [](ShapeRecord &s) { s.textSize = NAN; },
-         kSomething},
+        {"huge border", RectShapeDefinition, [](ShapeRecord &s) { s.border = 1, s.borderWidth = 1e9; }, kSomething},
+        {"NaN border width", RectShapeDefinition, [](ShapeRecord &s) { s.border = 1, s.borderWidth = NAN; }, kAsPlain},
+        {"NaN text size", StringShapeDefinition, [](ShapeRecord &s) { s.textSize = NAN; }, kSomething},
+        // clang-format on
     };
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
@@ -512,24 +508,14 @@ TEST_F(Shapes, SystemDrawsAWindowPicture) {
             uint32_t colour;
         } spots[4];
     } rows[] = {
-        {"backdrop at the top left",
-         60,
-         50,
-         true,
-         false,
+        // clang-format off
+        {"backdrop at the top left", 60, 50, true, false,
          {{0, 0, 0x00AA00}, {39, 29, 0xDDAA00}, {40, 0, 0x336699}, {0, 30, 0x336699}}},
-        {"backdrop cut to the picture",
-         25,
-         10,
-         true,
-         false,
+        {"backdrop cut to the picture", 25, 10, true, false,
          {{0, 0, 0x00AA00}, {24, 9, 0xAA00AA}, {19, 9, 0x00AA00}, {20, 0, 0xAA00AA}}},
-        {"backdrop stretched",
-         80,
-         90,
-         true,
-         true,
+        {"backdrop stretched", 80, 90, true, true,
          {{0, 0, 0x00AA00}, {79, 89, 0xDDAA00}, {41, 10, 0xAA00AA}, {10, 46, 0x0000CC}}},
+        // clang-format on
     };
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);

@@ -264,10 +264,6 @@ TEST_F(SoundTest, LoopingStartsOverAndAPacedSoundPlaysAsLongAsItLasts) {
     RuntimeUnlockObject(half);
 }
 
-} // namespace
-
-namespace {
-
 TEST_F(SoundTest, AResourceSoundPlaysFromATemporaryFileThatGoesAtTheRunDown) {
     setenv("TMPDIR", mDir.path().c_str(), 1);
     const std::vector<uint8_t> wave = ReadFileBytes(mDir / "u8.wav");

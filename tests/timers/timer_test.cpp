@@ -66,61 +66,51 @@ protected:
     RuntimeClass *mKlass = nullptr;
 };
 
-TEST_F(TimerTest, ConstructedOffWithOneSecondPeriodAndEnabled) {
+TEST_F(TimerTest, ConstructedOffWithOneSecondPeriodAndAPeriodBelowOneIsOne) {
     TimerRecord *t = NewTimer();
     EXPECT_EQ(t->mode, kTimerModeOff);
     EXPECT_EQ(t->period, 1000);
     EXPECT_EQ(t->enabled, 1);
-    EXPECT_EQ(t->timeoutId, 0u);
-    RuntimeUnlockObject(&t->object);
-}
-
-TEST_F(TimerTest, PeriodBelowOneIsStoredAsOne) {
-    TimerRecord *t = NewTimer();
-    timerPeriodSetter(&t->object, 0, 0);
-    EXPECT_EQ(t->period, 1);
-    timerPeriodSetter(&t->object, 0, -50);
-    EXPECT_EQ(t->period, 1);
+    for (int32_t period : {0, -50}) {
+        timerPeriodSetter(&t->object, 0, period);
+        EXPECT_EQ(t->period, 1) << period;
+    }
     EXPECT_EQ(t->timeoutId, 0u); // off: setting the period arms nothing
     RuntimeUnlockObject(&t->object);
 }
 
-TEST_F(TimerTest, SingleFiresOnceAndReadsBackOff) {
-    TimerRecord *t = NewTimer();
-    timerPeriodSetter(&t->object, 0, 5);
-    timerModeSetter(&t->object, 0, kTimerModeSingle);
-    EXPECT_NE(t->timeoutId, 0u);
-    RunUntil([] { return gFired > 0; }, 2000);
-    ASSERT_EQ(gFired, 1);
-    EXPECT_EQ(gModeSeen[0], kTimerModeOff); // the handler already sees ModeOff
-    EXPECT_EQ(t->mode, kTimerModeOff);
-    EXPECT_EQ(t->timeoutId, 0u);
-    RunUntil([] { return false; }, 50);
-    EXPECT_EQ(gFired, 1);
-    RuntimeUnlockObject(&t->object);
-}
-
-TEST_F(TimerTest, SingleHandlerMayRearmByAssigningMode) {
-    TimerRecord *t = NewTimer();
-    timerPeriodSetter(&t->object, 0, 5);
-    gRearm = true;
-    timerModeSetter(&t->object, 0, kTimerModeSingle);
-    RunUntil([] { return gFired >= 2; }, 2000);
-    EXPECT_EQ(gFired, 2);
-    RuntimeUnlockObject(&t->object);
-}
-
-TEST_F(TimerTest, MultipleRepeatsUntilItsHandlerSetsOff) {
-    TimerRecord *t = NewTimer();
-    timerPeriodSetter(&t->object, 0, 3);
-    gStopRepeating = true;
-    timerModeSetter(&t->object, 0, kTimerModeMultiple);
-    RunUntil([] { return gFired >= 3; }, 2000);
-    RunUntil([] { return false; }, 40);
-    EXPECT_EQ(gFired, 3);
-    EXPECT_EQ(t->mode, kTimerModeOff);
-    EXPECT_EQ(t->timeoutId, 0u);
-    RuntimeUnlockObject(&t->object);
+// A single timer fires once and reads back Off, already in its handler,
+// unless the handler arms it again; a multiple one repeats until its
+// handler sets Off.  No source is left behind.
+TEST_F(TimerTest, FiresAsItsModeSaysUntilOff) {
+    const struct {
+        const char *what;
+        int32_t mode;
+        bool rearm, stop;
+        int fired;
+    } cases[] = {
+        {"single", kTimerModeSingle, false, false, 1},
+        {"single, armed again in its handler", kTimerModeSingle, true, false, 2},
+        {"multiple, set off in its handler", kTimerModeMultiple, false, true, 3},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        gFired = 0;
+        gModeSeen.clear();
+        gRearm = c.rearm;
+        gStopRepeating = c.stop;
+        TimerRecord *t = NewTimer();
+        timerPeriodSetter(&t->object, 0, 5);
+        timerModeSetter(&t->object, 0, c.mode);
+        EXPECT_NE(t->timeoutId, 0u);
+        RunUntil([&] { return gFired >= c.fired; }, 2000);
+        RunUntil([] { return false; }, 50);
+        EXPECT_EQ(gFired, c.fired);
+        EXPECT_EQ(gModeSeen[0], c.stop ? kTimerModeMultiple : kTimerModeOff);
+        EXPECT_EQ(t->mode, kTimerModeOff);
+        EXPECT_EQ(t->timeoutId, 0u);
+        RuntimeUnlockObject(&t->object);
+    }
 }
 
 TEST_F(TimerTest, DisabledSingleDoesNotFireAndStaysPending) {

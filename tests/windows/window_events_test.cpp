@@ -1,31 +1,23 @@
 // Events a person causes in a window of the language: keys, presses and
 // drags, and the run ending when the last window goes.
-#include "windows/runtime_view.h"
+#include "window_fixture.h"
 
-#include "app/application.h"
 #include "graphics/graphics_base.h"
 #include "graphics/graphics_object.h"
 #include "objects/text.h"
 #include "process/quit.h"
-#include "runloop/main_loop.h"
-#include "support/language_class.h"
-#include "support/xvfb.h"
 
-#include "kelp/objects.h"
 #include "kelp/runloop.h"
 #include "kelp/startup.h"
 #include "kelp/windows.h"
 
 #include <gdk/gdkkeysyms.h>
-#include <gtest/gtest.h>
-
-#include <cstddef>
-#include <gtk/gtk.h>
 
 #include <algorithm>
-#include <chrono>
+#include <cstddef>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kelp {
@@ -70,34 +62,39 @@ protected:
         ResetRunState();
         mKlass = test::MakeSubclass("Window", "wEvents");
         ASSERT_NE(mKlass, nullptr);
-        test::SetEventHandler(mKlass, "Layout", reinterpret_cast<void *>(&OnLayout));
-        test::SetEventHandler(mKlass, "KeyDown", reinterpret_cast<void *>(&OnKeyDown));
-        test::SetEventHandler(mKlass, "MouseDown", reinterpret_cast<void *>(&OnMouseDown));
-        test::SetEventHandler(mKlass, "MouseDrag", reinterpret_cast<void *>(&OnMouseDrag));
-        test::SetEventHandler(mKlass, "MouseUp", reinterpret_cast<void *>(&OnMouseUp));
-        test::SetEventHandler(mKlass, "Close", reinterpret_cast<void *>(&OnClose));
+        for (const auto &[name, code] : {std::pair<const char *, void *>{"Layout", Code(&OnLayout)},
+                                         {"KeyDown", Code(&OnKeyDown)},
+                                         {"MouseDown", Code(&OnMouseDown)},
+                                         {"MouseDrag", Code(&OnMouseDrag)},
+                                         {"MouseUp", Code(&OnMouseUp)},
+                                         {"Close", Code(&OnClose)}})
+            ASSERT_TRUE(test::SetEventHandler(mKlass, name, code)) << name;
     }
     void TearDown() override { ResetRunState(); }
-    void Settle(int ms) {
-        guint wake = g_timeout_add(
-            5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
-        auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
-        while (std::chrono::steady_clock::now() < end)
-            MainLoopStep(true);
-        g_source_remove(wake);
-    }
+    template <typename F> static void *Code(F *f) { return reinterpret_cast<void *>(f); }
+    static void Settle(int ms) { test::Settle(ms); }
     static ViewRecord *View(RuntimeObject *w) { return reinterpret_cast<ViewRecord *>(w); }
+    static GdkWindow *GdkOf(RuntimeObject *w) { return View(w)->pane->GtkWin()->window; }
+    // The window's GdkWindow once the server shows it; null if it never does.
+    static GdkWindow *Shown(RuntimeObject *w) {
+        test::SettleUntil([w] { return GdkOf(w) && gdk_window_is_viewable(GdkOf(w)); });
+        Settle(20); // and the expose and focus notices that follow the map
+        return GdkOf(w) && gdk_window_is_viewable(GdkOf(w)) ? GdkOf(w) : nullptr;
+    }
+    static bool EventsReach(size_t n) {
+        return test::SettleUntil([n] { return gEvents.size() >= n; });
+    }
     RuntimeClass *mKlass = nullptr;
 };
 
 TEST_F(WindowEventsTest, KeyPressReachesKeyDownAsText) {
     RuntimeObject *w = RuntimeNewObject(mKlass);
-    Settle(100);
-    GdkWindow *gw = View(w)->pane->GtkWin()->window;
+    GdkWindow *gw = Shown(w);
     ASSERT_NE(gw, nullptr);
     gdk_test_simulate_key(gw, -1, -1, GDK_a, GdkModifierType(0), GDK_KEY_PRESS);
     gdk_test_simulate_key(gw, -1, -1, GDK_Return, GdkModifierType(0), GDK_KEY_PRESS);
-    Settle(60);
+    EventsReach(2);
+    Settle(20); // and nothing more
     EXPECT_EQ(gEvents, (std::vector<std::string>{"KeyDown a", "KeyDown \r"}));
     RuntimeCloseWindow(w);
     RuntimeUnlockObject(w);
@@ -105,15 +102,14 @@ TEST_F(WindowEventsTest, KeyPressReachesKeyDownAsText) {
 
 TEST_F(WindowEventsTest, PressDragAndReleaseGoToTheWindowThatTookThePress) {
     RuntimeObject *w = RuntimeNewObject(mKlass);
-    Settle(100);
-    GdkWindow *gw = View(w)->pane->GtkWin()->window;
+    GdkWindow *gw = Shown(w);
+    ASSERT_NE(gw, nullptr);
     gdk_test_simulate_button(gw, 30, 40, 1, GdkModifierType(0), GDK_BUTTON_PRESS);
-    Settle(40);
-    ASSERT_FALSE(gEvents.empty());
+    ASSERT_TRUE(EventsReach(1));
     EXPECT_EQ(gEvents.front(), "MouseDown 30,40");
     EXPECT_EQ(MouseCapturePane(), View(w)->pane);
     gdk_test_simulate_button(gw, 30, 40, 1, GDK_BUTTON1_MASK, GDK_BUTTON_RELEASE);
-    Settle(40);
+    test::SettleUntil([] { return gEvents.back() == "MouseUp"; });
     EXPECT_EQ(gEvents.back(), "MouseUp");
     EXPECT_EQ(MouseCapturePane(), nullptr);
     RuntimeCloseWindow(w);
@@ -160,10 +156,10 @@ TEST_F(WindowEventsTest, RunEndClosesTheWindowsThatAreLeft) {
 TEST_F(WindowEventsTest, WindowClosedFromItsOwnMouseDownLeavesNoCapture) {
     test::SetEventHandler(mKlass, "MouseDown", reinterpret_cast<void *>(&OnMouseDownCloses));
     RuntimeObject *w = RuntimeNewObject(mKlass);
-    Settle(100);
-    GdkWindow *gw = View(w)->pane->GtkWin()->window;
+    GdkWindow *gw = Shown(w);
+    ASSERT_NE(gw, nullptr);
     gdk_test_simulate_button(gw, 20, 20, 1, GdkModifierType(0), GDK_BUTTON_PRESS);
-    Settle(40);
+    EventsReach(2);
     EXPECT_EQ(gEvents, (std::vector<std::string>{"MouseDown", "Close"}));
     EXPECT_EQ(View(w)->pane, nullptr);
     EXPECT_EQ(MouseCapturePane(), nullptr);
@@ -179,11 +175,8 @@ TEST_F(WindowEventsTest, FocusMovingBetweenWindowsActivatesAndDeactivates) {
     // A loaded machine maps windows and moves the focus late: wait for
     // each (boundedly), so that a late event fails the test, not a fixed
     // sleep, and a missing one is a failure, not a crash.
-    auto settleUntil = [this](const std::function<bool()> &done) {
-        for (int i = 0; i < 300 && !done(); ++i)
-            Settle(10);
-    };
-    auto gdkOf = [](RuntimeObject *w) { return View(w)->pane->GtkWin()->window; };
+    auto settleUntil = [](const std::function<bool()> &done) { test::SettleUntil(done); };
+    auto gdkOf = &GdkOf;
     auto viewable = [&] {
         return gdkOf(a) && gdkOf(b) && gdk_window_is_viewable(gdkOf(a)) &&
                gdk_window_is_viewable(gdkOf(b));
@@ -212,7 +205,7 @@ TEST_F(WindowEventsTest, FocusMovingBetweenWindowsActivatesAndDeactivates) {
 
 TEST_F(WindowEventsTest, GraphicsPropertyDrawsAtOnceOutsideAnyPaint) {
     RuntimeObject *w = RuntimeNewObject(mKlass);
-    Settle(150);
+    ASSERT_NE(Shown(w), nullptr);
     RuntimeObject *graphics = windowGraphicsGetter(w, 0);
     Graphics *g = GraphicsOfObject(graphics);
     ASSERT_NE(g, nullptr);

@@ -10,9 +10,6 @@
 #include "kelp/startup.h"
 #include "kelp/windows.h"
 
-#include <X11/Xlib.h>
-#include <gdk/gdkx.h>
-
 #include <cstddef>
 
 namespace kelp {

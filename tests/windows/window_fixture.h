@@ -8,6 +8,7 @@
 #include "app/application.h"
 #include "runloop/main_loop.h"
 #include "support/language_class.h"
+#include "support/settle.h"
 #include "support/xvfb.h"
 
 #include "kelp/objects.h"
@@ -15,13 +16,46 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
-#include <chrono>
 #include <functional>
 #include <initializer_list>
+#include <string>
 #include <utility>
 #include <vector>
 
+// Last: the X headers define names that the test framework also uses.
+#include <X11/Xlib.h>
+#include <gdk/gdkx.h>
+#undef None
+#undef Bool
+
 namespace kelp::test {
+
+// What the X server says about a toplevel: place on the root, size, whether
+// it is viewable, and its title.
+struct XInfo {
+    int x = 0, y = 0, width = 0, height = 0;
+    bool mapped = false;
+    std::string title;
+};
+inline XInfo QueryX(GtkWidget *top) {
+    XInfo info;
+    if (!top || !top->window)
+        return info;
+    Display *dpy = GDK_WINDOW_XDISPLAY(top->window);
+    ::Window xid = GDK_WINDOW_XID(top->window), child;
+    XWindowAttributes attrs;
+    XGetWindowAttributes(dpy, xid, &attrs);
+    XTranslateCoordinates(dpy, xid, attrs.root, 0, 0, &info.x, &info.y, &child);
+    info.width = attrs.width;
+    info.height = attrs.height;
+    info.mapped = attrs.map_state == IsViewable;
+    char *name = nullptr;
+    if (XFetchName(dpy, xid, &name) && name) {
+        info.title = name;
+        XFree(name);
+    }
+    return info;
+}
 
 class WindowFixture : public ::testing::Test {
 protected:
@@ -47,7 +81,7 @@ protected:
                 View(w)->pane->Close();
             RuntimeUnlockObject(w);
         }
-        Settle(20);
+        test::Settle(20);
         ResetRunState();
     }
 
@@ -63,17 +97,9 @@ protected:
         return w;
     }
 
-    // Passes of the loop for `ms` milliseconds, so the window gets on
-    // screen, drawn and its notices delivered.
-    void Settle(int ms) {
-        guint wake = g_timeout_add(
-            5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
-        auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
-        while (std::chrono::steady_clock::now() < end) {
-            MainLoopStep(true);
-            gdk_flush();
-        }
-        g_source_remove(wake);
+    static void Settle(int ms) { test::Settle(ms); }
+    static XInfo Query(RuntimeObject *w) {
+        return QueryX(View(w)->pane ? View(w)->pane->GtkWin() : nullptr);
     }
 
     RuntimeClass *klass = nullptr;

@@ -2,33 +2,15 @@
 // manager under the test server, so a user's drag of the frame is played by
 // resizing the toplevel directly, and full screen is what the window itself
 // asks the server for.
-#include "windows/runtime_view.h"
-
-#include "objects/text.h"
-#include "runloop/main_loop.h"
-#include "support/language_class.h"
-#include "support/xvfb.h"
 #include "window_fixture.h"
 
-#include "kelp/objects.h"
-#include "kelp/runloop.h"
 #include "kelp/windows.h"
 
-#include <gtest/gtest.h>
-#include <gtk/gtk.h>
-
-#include <chrono>
 #include <cstddef>
-#include <functional>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
-
-// Last: the X headers define names that the test framework also uses.
-#include <X11/Xlib.h>
-#include <gdk/gdkx.h>
-#undef None
-#undef Bool
 
 namespace kelp {
 namespace {
@@ -36,7 +18,6 @@ namespace {
 std::vector<std::string> gLog;
 
 ViewRecord *View(RuntimeObject *w) { return reinterpret_cast<ViewRecord *>(w); }
-
 bool gCloseWhileResizing = false;
 
 // The size the handler can read is logged with the event.
@@ -101,59 +82,48 @@ protected:
     }
 
     XGeometry Query(RuntimeObject *w) {
-        XGeometry g;
-        GtkWidget *top = View(w)->pane ? View(w)->pane->GtkWin() : nullptr;
-        if (!top || !top->window)
-            return g;
-        Display *dpy = GDK_WINDOW_XDISPLAY(top->window);
-        ::Window xid = GDK_WINDOW_XID(top->window), child;
-        XWindowAttributes attrs;
-        XGetWindowAttributes(dpy, xid, &attrs);
-        XTranslateCoordinates(dpy, xid, attrs.root, 0, 0, &g.x, &g.y, &child);
-        g.width = attrs.width;
-        g.height = attrs.height;
-        return g;
+        const test::XInfo i = WindowFixture::Query(w);
+        return {i.x, i.y, i.width, i.height};
     }
 };
 
 // --- live resizing
 
-TEST_F(WindowGeometryTest, LiveResizeGivesResizingWithTheDraggedSizeBeforeResized) {
-    Layout l;
-    l.liveResize = true;
-    RuntimeObject *w = Make(l);
-    Settle(120);
-    gLog.clear();
-    DragFrameTo(w, 360, 240);
-    Settle(120);
-    DragFrameTo(w, 420, 260);
-    Settle(120);
-    EXPECT_EQ(gLog, (std::vector<std::string>{"Resizing 360x240", "Resized 360x240",
-                                              "Resizing 420x260", "Resized 420x260"}));
-    EXPECT_EQ(View(w)->pane->width, 420);
-    EXPECT_EQ(View(w)->pane->bounds.right, 420);
-    EXPECT_EQ(View(w)->pane->bounds.bottom, 260);
-}
-
-TEST_F(WindowGeometryTest, WithoutLiveResizeOnlyResizedArrives) {
-    RuntimeObject *w = Make(Layout{});
-    Settle(120);
-    gLog.clear();
-    DragFrameTo(w, 330, 210);
-    Settle(120);
-    EXPECT_EQ(gLog, (std::vector<std::string>{"Resized 330x210"}));
-}
-
-TEST_F(WindowGeometryTest, ASizeSetByTheProgramIsNoDrag) {
-    Layout l;
-    l.liveResize = true;
-    RuntimeObject *w = Make(l);
-    Settle(120);
-    gLog.clear();
-    windowPosSetter(w, offsetof(ViewRecord, width), 380);
-    Settle(150);
-    EXPECT_EQ(gLog, (std::vector<std::string>{"Resized 380x200"}));
-    EXPECT_EQ(Query(w).width, 380);
+// Resizing comes only with a live drag; a size the program sets is no drag.
+TEST_F(WindowGeometryTest, ResizingArrivesBeforeResizedOnlyForALiveDrag) {
+    const struct {
+        const char *what;
+        bool live, byProgram;
+        std::vector<std::pair<int, int>> sizes;
+        std::vector<std::string> log;
+    } cases[] = {
+        // clang-format off
+        {"live drag", true, false, {{360, 240}, {420, 260}},
+         {"Resizing 360x240", "Resized 360x240", "Resizing 420x260", "Resized 420x260"}},
+        {"plain drag", false, false, {{330, 210}}, {"Resized 330x210"}},
+        {"set by the program", true, true, {{380, 200}}, {"Resized 380x200"}},
+        // clang-format on
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        Layout l;
+        l.liveResize = c.live;
+        RuntimeObject *w = Make(l);
+        Settle(120);
+        gLog.clear();
+        for (const auto &[width, height] : c.sizes) {
+            if (c.byProgram)
+                windowPosSetter(w, offsetof(ViewRecord, width), width);
+            else
+                DragFrameTo(w, width, height);
+            Settle(150);
+        }
+        EXPECT_EQ(gLog, c.log);
+        EXPECT_EQ(Query(w).width, c.sizes.back().first);
+        EXPECT_EQ(View(w)->pane->bounds.right, c.sizes.back().first);
+        EXPECT_EQ(View(w)->pane->bounds.bottom, c.sizes.back().second);
+        RuntimeCloseWindow(w);
+    }
 }
 
 TEST_F(WindowGeometryTest, LiveResizeIsFixedOnceTheWindowExists) {
@@ -187,52 +157,65 @@ TEST_F(WindowGeometryTest, AWindowClosedFromItsOwnResizingIsGoneWithoutResized) 
 
 // --- full screen
 
+// Full screen covers the screen, asked for by the program or in Layout, a
+// fixed size grows for it, and leaving puts the window back where it was
+// placed, fixed again if it was; asking twice must not forget the old
+// bounds, and leaving when not full screen changes nothing.
 TEST_F(WindowGeometryTest, FullScreenCoversTheScreenAndLeavingPutsTheWindowBack) {
-    RuntimeObject *w = Make(Layout{});
-    Settle(120);
-    XGeometry before = Query(w);
-    ASSERT_EQ(before.width, 300);
-    gLog.clear();
-    windowFullScreenSetter(w, 0, 1);
-    EXPECT_EQ(windowFullScreenGetter(w, 0), 1);
-    Settle(200);
-    EXPECT_EQ(Query(w), (XGeometry{0, 0, 1280, 1024}));
-    EXPECT_EQ(gLog, (std::vector<std::string>{"Moved 0,0", "Resized 1280x1024"}));
-    EXPECT_EQ(View(w)->width, 1280);
-    EXPECT_EQ(View(w)->height, 1024);
-
-    gLog.clear();
-    windowFullScreenSetter(w, 0, 0);
-    Settle(200);
-    XGeometry after = Query(w);
-    EXPECT_EQ(after, before);
-    EXPECT_EQ(View(w)->left, before.x);
-    EXPECT_EQ(View(w)->width, before.width);
-    EXPECT_EQ(windowFullScreenGetter(w, 0), 0);
-}
-
-TEST_F(WindowGeometryTest, AFixedSizeWindowGrowsForFullScreenAndIsFixedAgainAfter) {
-    Layout l;
-    l.resizeable = false;
-    RuntimeObject *w = Make(l);
-    Settle(120);
-    XGeometry before = Query(w);
-    ASSERT_EQ(before.width, 300); // a fixed size is still the size laid out
-    ASSERT_EQ(before.height, 200);
-    windowFullScreenSetter(w, 0, 1);
-    Settle(200);
-    EXPECT_EQ(Query(w).width, 1280);
-    EXPECT_EQ(Query(w).height, 1024);
-    windowFullScreenSetter(w, 0, 0);
-    Settle(200);
-    EXPECT_EQ(Query(w), before);
-    EXPECT_FALSE(gtk_window_get_resizable(GTK_WINDOW(View(w)->pane->GtkWin())));
-    // A size asked of the toolkit, as a window manager would on a drag,
-    // no longer changes it.
-    gtk_window_resize(GTK_WINDOW(View(w)->pane->GtkWin()), 500, 400);
-    Settle(150);
-    EXPECT_EQ(Query(w).width, before.width);
-    EXPECT_EQ(Query(w).height, before.height);
+    const struct {
+        const char *what;
+        bool resizeable, inLayout, twice;
+    } cases[] = {
+        {"plain", true, false, false},
+        {"fixed size", false, false, false},
+        {"asked for in Layout", true, true, false},
+        {"asked for twice", true, false, true},
+    };
+    const XGeometry placed{(1280 - 300) / 2, (1024 - 200) / 3, 300, 200};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        Layout l;
+        l.resizeable = c.resizeable;
+        l.fullScreen = c.inLayout;
+        RuntimeObject *w = Make(l);
+        if (!c.inLayout) {
+            Settle(120);
+            ASSERT_EQ(Query(w), placed);
+            windowFullScreenSetter(w, 0, 0); // not full screen: nothing to leave
+            Settle(c.twice ? 100 : 0);
+            EXPECT_EQ(Query(w), placed);
+            gLog.clear();
+            windowFullScreenSetter(w, 0, 1);
+            if (c.twice) {
+                Settle(150);
+                windowFullScreenSetter(w, 0, 1);
+            }
+        }
+        EXPECT_EQ(windowFullScreenGetter(w, 0), 1);
+        Settle(200);
+        EXPECT_EQ(Query(w), (XGeometry{0, 0, 1280, 1024}));
+        EXPECT_EQ(View(w)->width, 1280);
+        EXPECT_EQ(View(w)->height, 1024);
+        if (!c.inLayout && !c.twice) {
+            EXPECT_EQ(gLog, (std::vector<std::string>{"Moved 0,0", "Resized 1280x1024"}));
+        }
+        windowFullScreenSetter(w, 0, 0);
+        Settle(200);
+        EXPECT_EQ(Query(w), placed);
+        EXPECT_EQ(View(w)->left, placed.x);
+        EXPECT_EQ(View(w)->width, placed.width);
+        EXPECT_EQ(windowFullScreenGetter(w, 0), 0);
+        GtkWindow *top = GTK_WINDOW(View(w)->pane->GtkWin());
+        EXPECT_EQ(gtk_window_get_resizable(top) != 0, c.resizeable);
+        if (!c.resizeable) {
+            // A size asked of the toolkit, as a window manager would on a
+            // drag, no longer changes it.
+            gtk_window_resize(top, 500, 400);
+            Settle(150);
+            EXPECT_EQ(Query(w), placed);
+        }
+        RuntimeCloseWindow(w);
+    }
 }
 
 TEST_F(WindowGeometryTest, AWindowMadeResizableAgainCanBeResized) {
@@ -253,38 +236,6 @@ TEST_F(WindowGeometryTest, AWindowMadeResizableAgainCanBeResized) {
     Settle(150);
     EXPECT_EQ(Query(w).width, 120);
     EXPECT_EQ(Query(w).height, 90);
-}
-
-TEST_F(WindowGeometryTest, FullScreenAskedForInLayoutTakesEffectWhenBuilt) {
-    Layout l;
-    l.fullScreen = true;
-    RuntimeObject *w = Make(l);
-    EXPECT_EQ(windowFullScreenGetter(w, 0), 1);
-    Settle(200);
-    EXPECT_EQ(Query(w), (XGeometry{0, 0, 1280, 1024}));
-    // Leaving goes back to the bounds the window was placed at.
-    windowFullScreenSetter(w, 0, 0);
-    Settle(200);
-    XGeometry g = Query(w);
-    EXPECT_EQ(g.width, 300);
-    EXPECT_EQ(g.height, 200);
-    EXPECT_EQ(g.x, (1280 - 300) / 2);
-}
-
-TEST_F(WindowGeometryTest, SettingTheSameStateTwiceChangesNothing) {
-    RuntimeObject *w = Make(Layout{});
-    Settle(120);
-    XGeometry before = Query(w);
-    windowFullScreenSetter(w, 0, 0); // not full screen: nothing to leave
-    Settle(100);
-    EXPECT_EQ(Query(w), before);
-    windowFullScreenSetter(w, 0, 1);
-    Settle(150);
-    windowFullScreenSetter(w, 0, 1); // a second entry must not forget the old bounds
-    Settle(100);
-    windowFullScreenSetter(w, 0, 0);
-    Settle(200);
-    EXPECT_EQ(Query(w), before);
 }
 
 TEST_F(WindowGeometryTest, NilWindowIsTolerated) {

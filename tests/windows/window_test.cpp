@@ -1,38 +1,20 @@
 // Windows of the language on a real X server: what the server reports for
 // title, size and position, pixels painted by the Paint event, and the
 // order of events from open to close.
-#include "windows/runtime_view.h"
+#include "window_fixture.h"
 
-#include "app/application.h"
 #include "graphics/graphics_base.h"
 #include "graphics/graphics_object.h"
 #include "objects/text.h"
 #include "process/quit.h"
-#include "runloop/main_loop.h"
-#include "support/language_class.h"
-#include "support/xvfb.h"
-#include "window_fixture.h"
 
-#include "kelp/objects.h"
 #include "kelp/runloop.h"
 #include "kelp/windows.h"
 
-#include <gtest/gtest.h>
-
-#include <cstddef>
-#include <gtk/gtk.h>
-
 #include <algorithm>
-#include <chrono>
-#include <functional>
+#include <cstddef>
 #include <string>
 #include <vector>
-
-// Last: the X headers define names that the test framework also uses.
-#include <X11/Xlib.h>
-#include <gdk/gdkx.h>
-#undef None
-#undef Bool
 
 namespace kelp {
 namespace {
@@ -89,33 +71,6 @@ protected:
             View(self)->placement = placement;
         });
     }
-
-    // What the X server says about the toplevel.
-    struct XInfo {
-        int x = 0, y = 0, width = 0, height = 0;
-        bool mapped = false;
-        std::string title;
-    };
-    XInfo Query(RuntimeObject *w) {
-        XInfo info;
-        GtkWidget *top = View(w)->pane ? View(w)->pane->GtkWin() : nullptr;
-        if (!top || !top->window)
-            return info;
-        Display *dpy = GDK_WINDOW_XDISPLAY(top->window);
-        ::Window xid = GDK_WINDOW_XID(top->window), child;
-        XWindowAttributes attrs;
-        XGetWindowAttributes(dpy, xid, &attrs);
-        XTranslateCoordinates(dpy, xid, attrs.root, 0, 0, &info.x, &info.y, &child);
-        info.width = attrs.width;
-        info.height = attrs.height;
-        info.mapped = attrs.map_state == IsViewable;
-        char *name = nullptr;
-        if (XFetchName(dpy, xid, &name) && name) {
-            info.title = name;
-            XFree(name);
-        }
-        return info;
-    }
 };
 
 TEST_F(WindowTest, ShownOnTheNextPassWithTitleSizeAndPlace) {
@@ -123,7 +78,7 @@ TEST_F(WindowTest, ShownOnTheNextPassWithTitleSizeAndPlace) {
     ASSERT_NE(View(w)->pane, nullptr);
     EXPECT_FALSE(GTK_WIDGET_VISIBLE(View(w)->pane->GtkWin())); // deferred to the pre-step
     Settle(150);
-    XInfo info = Query(w);
+    test::XInfo info = Query(w);
     EXPECT_TRUE(info.mapped);
     EXPECT_EQ(info.title, "Sumbrook Drill");
     EXPECT_EQ(info.width, 400);
@@ -139,7 +94,7 @@ TEST_F(WindowTest, DocumentWindowsStaggerFromTheTopOne) {
     RuntimeObject *a = Make(0, 0, 200, 150, "A");
     RuntimeObject *b = Make(0, 0, 200, 150, "B");
     Settle(150);
-    XInfo ia = Query(a), ib = Query(b);
+    test::XInfo ia = Query(a), ib = Query(b);
     EXPECT_EQ(ia.x, 10);
     EXPECT_EQ(ia.y, 50);
     EXPECT_EQ(ib.x, 30);
@@ -249,18 +204,9 @@ TEST_F(WindowTest, MovingAfterCreationDeliversMovedOnTheNextPass) {
     EXPECT_EQ(std::count(gLog.begin(), gLog.end(), "Resized"), 1);
 }
 
-TEST_F(WindowTest, ImplicitInstanceIsFoundByClassNameUntilClosed) {
-    KelpString name = test::MakeText("wTest");
-    EXPECT_EQ(RuntimeGetImplicitWindow(name), nullptr);
-    RuntimeObject *w = Make(0, 0, 80, 80, "I");
-    RuntimeObject *again = RuntimeGetImplicitWindow(name);
-    EXPECT_EQ(again, w);
-    RuntimeUnlockObject(again);
-    RuntimeCloseWindow(w);
-    EXPECT_EQ(RuntimeGetImplicitWindow(name), nullptr);
-}
-
-TEST_F(WindowTest, ImplicitInstanceIgnoresTheCaseOfTheClassName) {
+// The implicit instance is found by its class name in any case, made when
+// asked for first, and gone once closed.
+TEST_F(WindowTest, ImplicitInstanceIsFoundByClassNameInAnyCaseUntilClosed) {
     KelpString asked = test::MakeText("WTEST");
     EXPECT_EQ(RuntimeGetImplicitWindow(asked), nullptr); // the construction fills it
     objtext::Release(asked);
@@ -273,6 +219,9 @@ TEST_F(WindowTest, ImplicitInstanceIgnoresTheCaseOfTheClassName) {
         objtext::Release(name);
     }
     RuntimeCloseWindow(w);
+    KelpString name = test::MakeText("wTest");
+    EXPECT_EQ(RuntimeGetImplicitWindow(name), nullptr);
+    objtext::Release(name);
 }
 
 TEST_F(WindowTest, QuitWalkTakesAWindowWithoutItsViewAsARefusal) {
@@ -295,7 +244,7 @@ TEST_F(WindowTest, MinimumSizeHoldsAgainstASmallerResize) {
     gtk_window_resize(GTK_WINDOW(View(w)->pane->GtkWin()), 100, 100);
     // The server answers in its own time on a loaded machine: wait for the
     // size to settle rather than for a fixed while.
-    XInfo info = Query(w);
+    test::XInfo info = Query(w);
     for (int i = 0; i < 100 && (info.width != 250 || info.height != 150); ++i) {
         Settle(20);
         info = Query(w);
@@ -311,6 +260,42 @@ TEST_F(WindowTest, ZeroAndNegativeSizesMakeAWindowWithoutACrash) {
     ASSERT_NE(View(w)->pane, nullptr);
     Settle(60);
     EXPECT_TRUE(Query(w).mapped);
+}
+
+// The pointer crossing a window's edge, moved by the X server itself: the
+// view's MouseEnter and MouseExit fire once per crossing.
+std::vector<std::string> gCrossings;
+void OnMouseEnter(RuntimeObject *) { gCrossings.push_back("MouseEnter"); }
+void OnMouseExit(RuntimeObject *) { gCrossings.push_back("MouseExit"); }
+
+class WindowCrossingTest : public test::WindowFixture {
+protected:
+    void SetUp() override {
+        SetUpWindowClass("wCrossing", {{"MouseEnter", reinterpret_cast<void *>(&OnMouseEnter)},
+                                       {"MouseExit", reinterpret_cast<void *>(&OnMouseExit)}});
+        gCrossings.clear();
+    }
+    void WarpTo(int x, int y) {
+        Display *display = GDK_DISPLAY_XDISPLAY(gdk_display_get_default());
+        XWarpPointer(display, 0L, DefaultRootWindow(display), 0, 0, 0, 0, x, y);
+        XFlush(display);
+        Settle(60);
+    }
+};
+
+TEST_F(WindowCrossingTest, CrossingTheEdgeFiresEnterThenExit) {
+    RuntimeObject *w = MakeWith([](RuntimeObject *self) {
+        windowPosSetter(self, offsetof(ViewRecord, width), 160);
+        windowPosSetter(self, offsetof(ViewRecord, height), 120);
+    });
+    WarpTo(1, 1);
+    Settle(100);
+    const Rect r = View(w)->pane->CurrentScreenBounds();
+    gCrossings.clear();
+    WarpTo(r.left + 40, r.top + 40);
+    WarpTo(r.left + 60, r.top + 50); // moving inside crosses nothing
+    WarpTo(r.right + 30, r.bottom + 30);
+    EXPECT_EQ(gCrossings, (std::vector<std::string>{"MouseEnter", "MouseExit"}));
 }
 
 } // namespace

@@ -19,6 +19,8 @@ packages=(
   # the database's reference engine for its corpus and benchmark; the volume
   # benchmark's archive to compare with
   sqlite3 libsqlite3-dev
+  # the socket tests' peers: a relay and an HTTP client
+  socat curl
 )
 missing=()
 for p in "${packages[@]}"; do

@@ -47,6 +47,8 @@
 // 2D shapes
 #include "shapes/wiring.h"
 #include "volumes/wiring.h"
+// Sockets
+#include "sockets/wiring.h"
 
 namespace kelp {
 namespace {
@@ -101,6 +103,8 @@ const WiringStep kWiringTable[] = {
     {"shapes: the Object2D classes; the pictures' vector part", &WireShapes},
     // Virtual volumes
     {"volumes: the VirtualVolume class; FolderItem's volume members", &WireVolumes},
+    // Sockets
+    {"sockets: the socket and network classes; the run loop's socket poller", &WireSockets},
 };
 
 } // namespace

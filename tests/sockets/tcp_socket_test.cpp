@@ -1,0 +1,260 @@
+// TCPSocket against peers written in python3: the events in their order for
+// each way a connection goes, the bytes that arrive, and what is left
+// readable after an error.
+#include "sockets/socket_kit.h"
+
+#include <sys/resource.h>
+
+namespace kelp {
+namespace {
+
+using test::EventLog;
+using test::Peer;
+using test::PumpUntil;
+
+std::string gWriteOnConnect;
+bool gAbortAnswer = false;
+bool gReadOnData = true;
+std::string gReceived;
+
+void OnConnected(RuntimeObject *self) {
+    EventLog::All().push_back("Connected");
+    if (!gWriteOnConnect.empty())
+        SocketWrite(self, test::MakeText(gWriteOnConnect.c_str()));
+}
+void OnData(RuntimeObject *self) {
+    EventLog::All().push_back("Data");
+    if (gReadOnData)
+        gReceived += test::TextAndRelease(SocketReadAll(self, nullptr));
+}
+uint8_t OnProgress(RuntimeObject *, int32_t, int32_t) {
+    EventLog::All().push_back("Progress");
+    return gAbortAnswer ? 1 : 0;
+}
+void OnComplete(RuntimeObject *, uint8_t aborted) {
+    EventLog::All().push_back(aborted ? "Complete(aborted)" : "Complete");
+}
+void OnError(RuntimeObject *self) {
+    EventLog::All().push_back("Error " + std::to_string(socketLastErrorCode(self, 0)));
+}
+
+RuntimeClass *LoggingTCPClass() {
+    static RuntimeClass *klass = [] {
+        RuntimeClass *k = test::MakeSubclass("TCPSocket", "LoggingSocket");
+        test::SetEventHandler(k, "Connected", reinterpret_cast<void *>(&OnConnected));
+        test::SetEventHandler(k, "DataAvailable", reinterpret_cast<void *>(&OnData));
+        test::SetEventHandler(k, "SendProgress", reinterpret_cast<void *>(&OnProgress));
+        test::SetEventHandler(k, "SendComplete", reinterpret_cast<void *>(&OnComplete));
+        test::SetEventHandler(k, "Error", reinterpret_cast<void *>(&OnError));
+        return k;
+    }();
+    return klass;
+}
+
+// One connection served per run; the mode says how.
+const char kServer[] = R"(
+import socket, struct, sys
+family = socket.AF_INET6 if sys.argv[1] == '::1' else socket.AF_INET
+s = socket.socket(family); s.bind((sys.argv[1], 0)); s.listen(1)
+print(s.getsockname()[1], flush=True)
+c, _ = s.accept(); mode = sys.argv[2]
+if mode == 'echo':
+    data = b''
+    while not data.endswith(b'\n'):
+        d = c.recv(65536)
+        if not d: break
+        data += d
+    c.sendall(data); c.close()
+elif mode == 'reset':
+    c.recv(5)
+    c.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack('ii', 1, 0)); c.close()
+elif mode == 'halfclose':
+    c.sendall(b'bye'); c.shutdown(socket.SHUT_WR); c.recv(100); c.close()
+elif mode == 'drain':
+    n = 0
+    while True:
+        d = c.recv(1 << 20)
+        if not d: break
+        n += len(d)
+    print(n, flush=True)
+)";
+
+TEST(TCPSocket, EventsInOrderForEachWayAConnectionGoes) {
+    struct Case {
+        const char *name;
+        const char *host; // where the peer listens; null: nothing listens
+        const char *mode;
+        std::string write;
+        bool abort;
+        bool readOnData;
+        std::vector<std::string> events;
+        std::string received; // by the handlers, or left unread after the error
+    };
+    const std::string big(4 << 20, 'b');
+    const Case cases[] = {
+        {"echo",
+         "127.0.0.1",
+         "echo",
+         "ping\n",
+         false,
+         true,
+         {"Connected", "Progress", "Complete", "Data", "Error 102"},
+         "ping\n"},
+        {"echo over IPv6",
+         "::1",
+         "echo",
+         "ping6\n",
+         false,
+         true,
+         {"Connected", "Progress", "Complete", "Data", "Error 102"},
+         "ping6\n"},
+        {"closed port", nullptr, "", "", false, true, {"Error 103"}, ""},
+        {"reset after the first bytes",
+         "127.0.0.1",
+         "reset",
+         "hello",
+         false,
+         true,
+         {"Connected", "Progress", "Complete", "Error 102"},
+         ""},
+        {"half-close: bytes stay readable after the error",
+         "127.0.0.1",
+         "halfclose",
+         "",
+         false,
+         false,
+         {"Connected", "Data", "Error 102"},
+         "bye"},
+        {"SendProgress answering true drops the rest",
+         "127.0.0.1",
+         "drain",
+         big,
+         true,
+         true,
+         {"Connected", "Progress", "Complete(aborted)"},
+         ""},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        EventLog::All().clear();
+        gReceived.clear();
+        gWriteOnConnect = c.write;
+        gAbortAnswer = c.abort;
+        gReadOnData = c.readOnData;
+        std::unique_ptr<Peer> peer;
+        int port = test::FreePort();
+        if (c.host) {
+            peer = std::make_unique<Peer>(Peer::Python(kServer, {c.host, c.mode}));
+            port = std::stoi(peer->Line());
+        }
+        RuntimeObject *socket = RuntimeNewObject(LoggingTCPClass());
+        stringSetter(socket, offsetof(SocketControlRecord, address),
+                     test::MakeText(c.host ? c.host : "127.0.0.1"));
+        SocketPortSetter(socket, 0, port);
+        SocketConnect(socket);
+        EXPECT_TRUE(PumpUntil([&] {
+            const auto &log = EventLog::All();
+            return !log.empty() && (log.back().rfind("Error", 0) == 0 ||
+                                    (c.abort && log.back() == "Complete(aborted)"));
+        })) << test::Joined(EventLog::All());
+        EXPECT_EQ(test::Joined(EventLog::Folded()), test::Joined(c.events));
+        if (c.readOnData)
+            EXPECT_EQ(gReceived, c.received);
+        else
+            EXPECT_EQ(test::TextAndRelease(SocketReadAll(socket, nullptr)), c.received);
+        if (c.abort) {
+            EXPECT_EQ(TCPSocketBytesLeftToSend(socket, 0), 0);
+            socketClose(socket);
+            ASSERT_TRUE(PumpUntil([&] { return peer->Done(); }));
+            EXPECT_LT(std::stol(peer->Output()), static_cast<long>(big.size()));
+        }
+        EXPECT_EQ(SocketIsConnected(socket, 0), 0);
+        RuntimeUnlockObject(socket);
+    }
+}
+
+TEST(TCPSocket, DisconnectReportsLostConnectionButCloseIsSilent) {
+    struct Case {
+        const char *name;
+        void (*end)(RuntimeObject *);
+        std::vector<std::string> events;
+    };
+    const Case cases[] = {
+        {"Disconnect", &SocketDisconnect, {"Connected", "Error 102"}},
+        {"Close", &socketClose, {"Connected"}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        EventLog::All().clear();
+        gWriteOnConnect.clear();
+        Peer peer(Peer::Python(kServer, {"127.0.0.1", "echo"}));
+        RuntimeObject *socket = RuntimeNewObject(LoggingTCPClass());
+        stringSetter(socket, offsetof(SocketControlRecord, address), test::MakeText("localhost"));
+        SocketPortSetter(socket, 0, std::stoi(peer.Line()));
+        SocketConnect(socket);
+        ASSERT_TRUE(PumpUntil([] { return !EventLog::All().empty(); }));
+        EXPECT_EQ(test::TextAndRelease(socketRemoteAddressGetter(socket, 0)), "127.0.0.1");
+        c.end(socket);
+        PumpUntil([] { return false; }, 50);
+        EXPECT_EQ(test::Joined(EventLog::All()), test::Joined(c.events));
+        EXPECT_EQ(SocketGetHandle(socket, 0), -1);
+        RuntimeUnlockObject(socket);
+    }
+}
+
+TEST(TCPSocket, PlainListenTakesOneConnectionAndReportsTheChosenPort) {
+    EventLog::All().clear();
+    gWriteOnConnect = "welcome\n";
+    RuntimeObject *socket = RuntimeNewObject(LoggingTCPClass());
+    SocketPortSetter(socket, 0, 0);
+    SocketListen(socket);
+    int port = SocketPortGetter(socket, 0);
+    ASSERT_GT(port, 0);
+    // Two clients: the first is served; the second finds nobody listening.
+    const char client[] = R"(
+import socket, sys
+out = []
+for i in range(2):
+    try:
+        c = socket.create_connection(('127.0.0.1', int(sys.argv[1])), timeout=3)
+        out.append(c.recv(100).decode().strip() or 'closed')
+    except OSError as e:
+        out.append('refused')
+print(' '.join(out), flush=True)
+)";
+    Peer peer(Peer::Python(client, {std::to_string(port)}));
+    ASSERT_TRUE(PumpUntil([&] { return peer.Done(); }));
+    EXPECT_EQ(peer.Output(), "welcome refused\n");
+    RuntimeUnlockObject(socket);
+}
+
+TEST(TCPSocket, DescriptorsAboveTheSelectLimitWork) {
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    if (limit.rlim_max < 2048)
+        GTEST_SKIP() << "the descriptor limit is below 2048";
+    rlimit raised = limit;
+    raised.rlim_cur = 2048;
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &raised), 0);
+    std::vector<int> filler;
+    while (filler.empty() || filler.back() < 1100)
+        filler.push_back(open("/dev/null", O_RDONLY));
+    EventLog::All().clear();
+    gReceived.clear();
+    gWriteOnConnect = "high\n";
+    gReadOnData = true;
+    Peer peer(Peer::Python(kServer, {"127.0.0.1", "echo"}));
+    RuntimeObject *socket = RuntimeNewObject(LoggingTCPClass());
+    stringSetter(socket, offsetof(SocketControlRecord, address), test::MakeText("127.0.0.1"));
+    SocketPortSetter(socket, 0, std::stoi(peer.Line()));
+    SocketConnect(socket);
+    EXPECT_GT(SocketGetHandle(socket, 0), 1023);
+    EXPECT_TRUE(PumpUntil([] { return gReceived == "high\n"; }));
+    RuntimeUnlockObject(socket);
+    for (int fd : filler)
+        close(fd);
+    setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+} // namespace
+} // namespace kelp

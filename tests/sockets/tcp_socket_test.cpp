@@ -53,7 +53,7 @@ RuntimeClass *LoggingTCPClass() {
 
 // One connection served per run; the mode says how.
 const char kServer[] = R"(
-import socket, struct, sys
+import socket, struct, sys, time
 family = socket.AF_INET6 if sys.argv[1] == '::1' else socket.AF_INET
 s = socket.socket(family); s.bind((sys.argv[1], 0)); s.listen(1)
 print(s.getsockname()[1], flush=True)
@@ -64,6 +64,9 @@ if mode == 'echo':
         d = c.recv(65536)
         if not d: break
         data += d
+    # Later than the pass that reports the send complete, so the order of
+    # the events across passes is the same on every run.
+    time.sleep(0.2)
     c.sendall(data); c.close()
 elif mode == 'reset':
     c.recv(5)

@@ -224,7 +224,7 @@ void SocketCore::SetControlError(int32_t code) {
 }
 
 void SocketCore::PollSafely() {
-    RuntimeObject *control = mControl;
+    RuntimeObject *control = mControl ? mControl : mLifeHolder;
     if (control)
         RuntimeLockObject(control);
     Poll();

@@ -91,12 +91,13 @@ public:
     // the socket may be gone when it returns.
     void PollSafely();
 
-    RuntimeObject *mControl;        // not counted, except by the lock below
-    SocketOwnerKind mOwnerKind;     // what mControl is
-    uint32_t mBytesSent = 0;        // since the last SendProgress
-    int32_t mPort = 0;              // given to Listen or Connect
-    bool mPendingConnected = false; // a Connected event is due
-    bool mPendingData = false;      // a DataAvailable event is due
+    RuntimeObject *mControl;              // not counted, except by the lock below
+    RuntimeObject *mLifeHolder = nullptr; // a delegate's object, locked while polled
+    SocketOwnerKind mOwnerKind;           // what mControl is
+    uint32_t mBytesSent = 0;              // since the last SendProgress
+    int32_t mPort = 0;                    // given to Listen or Connect
+    bool mPendingConnected = false;       // a Connected event is due
+    bool mPendingData = false;            // a DataAvailable event is due
     bool mPendingSendComplete = false;
     bool mPendingError = false;
     bool mPendingRefill = false; // a listening server wants more sockets

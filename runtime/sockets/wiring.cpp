@@ -10,7 +10,7 @@ namespace kelp {
 void WireSockets() {
     for (DefinitionAccessor accessor :
          {&SocketCoreDefinition, &TCPSocketDefinition, &SocketDefinition, &ServerSocketDefinition,
-          &NetworkInterfaceDefinition, &NetworkDefinition})
+          &NetworkInterfaceDefinition, &NetworkDefinition, &IPCSocketDefinition})
         AddIntrinsicClassAccessor(accessor);
     SetSocketPoller([](bool delegatesOnly) { PollSockets(delegatesOnly); });
 }

@@ -287,15 +287,11 @@ void ConnectTCP(RuntimeObject *self, const std::string &address, int32_t port) {
 
 } // namespace
 
-// Set by the UDP classes: Connect of a UDPSocket opens its port.
-void (*gConnectDatagram)(RuntimeObject *) = nullptr;
-
 extern "C" void SocketConnect(RuntimeObject *self) {
     if (!self || !Head(self)->socket)
         return;
     if (!Stream(self)) {
-        if (gConnectDatagram)
-            gConnectDatagram(self);
+        OpenDatagramSocket(self);
         return;
     }
     ConnectTCP(self, BytesOf(Control(self)->address), Head(self)->port);

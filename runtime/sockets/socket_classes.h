@@ -38,6 +38,9 @@ ObjectDefinition *UDPSocketDefinition();
 ObjectDefinition *DatagramDefinition();
 ObjectDefinition *IPCSocketDefinition();
 
+// Connect of a UDPSocket: opens its Port with the stored options.
+void OpenDatagramSocket(RuntimeObject *self);
+
 // A string of received bytes: the given TextEncoding's word, or none.
 stringStorage *ReceivedText(const std::string &bytes, RuntimeObject *encoding);
 std::string BytesOf(stringStorage *text);

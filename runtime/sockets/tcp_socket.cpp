@@ -423,7 +423,7 @@ void TCPSocketPosix::FinishLookup() {
     }
     mLookup.reset();
     if (length == 0) {
-        HandleError(kNameResolutionError);
+        HandleCode(kNameResolutionError);
         return;
     }
     ConnectTo(reinterpret_cast<sockaddr *>(&target), length);
@@ -582,7 +582,7 @@ void TCPSocketPosix::Poll() {
             }
         }
         if (mFD >= 0 && (ready.revents & POLLNVAL) && !(mEvents & kEventError)) {
-            HandleError(mConnected ? kLostConnection : kNameResolutionError);
+            HandleCode(mConnected ? kLostConnection : kNameResolutionError);
             return;
         }
     }
@@ -595,7 +595,7 @@ bool TCPSocketPosix::Receive() {
     ssize_t got = mStandardStream ? ::read(mFD, Staging(), static_cast<size_t>(want))
                                   : Sys().recv(mFD, Staging(), static_cast<size_t>(want), 0);
     if (got == 0) {
-        HandleError(kLostConnection);
+        HandleCode(kLostConnection);
         return false;
     }
     if (got < 0) {
@@ -605,7 +605,7 @@ bool TCPSocketPosix::Receive() {
         return false;
     }
     if (!mReceiveQueue->Append(Staging(), got)) {
-        HandleError(kOutOfMemoryError);
+        HandleCode(kOutOfMemoryError);
         return false;
     }
     mPendingData = true;
@@ -650,7 +650,7 @@ void TCPSocketPosix::Write(const void *bytes, long count) {
     if (count <= 0)
         return;
     if (!mSendQueue->Append(bytes, count)) {
-        HandleError(kOutOfMemoryError);
+        HandleCode(kOutOfMemoryError);
         return;
     }
     mWritePending = true;
@@ -699,9 +699,13 @@ int32_t TCPSocketPosix::GetLocalPort() {
 }
 
 void TCPSocketPosix::HandleError(int32_t code) {
+    HandleCode(MapSocketErrno(code, SocketProtocol::kStream));
+}
+
+void TCPSocketPosix::HandleCode(int32_t code) {
     if (code == 0)
         return;
-    mLastError = MapSocketErrno(code, SocketProtocol::kStream);
+    mLastError = code;
     mPendingError = true;
     SetControlError(mLastError);
     ProcessEvents();

@@ -105,7 +105,10 @@ public:
     std::string Read(long count) override;
     std::string ReadAll() override;
     std::string RemoteAddress() override;
+    // An errno, mapped to the code a program sees; then the Error event.
     void HandleError(int32_t code) override;
+    // A code of the socket layer itself, as it is.
+    void HandleCode(int32_t code);
     long BytesAvailable() override { return mReceiveQueue->Count(); }
     long BytesLeftToSend() override { return mSendQueue->Count(); }
     std::string Lookahead() override;

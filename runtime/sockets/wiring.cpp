@@ -10,7 +10,8 @@ namespace kelp {
 void WireSockets() {
     for (DefinitionAccessor accessor :
          {&SocketCoreDefinition, &TCPSocketDefinition, &SocketDefinition, &ServerSocketDefinition,
-          &NetworkInterfaceDefinition, &NetworkDefinition, &IPCSocketDefinition})
+          &NetworkInterfaceDefinition, &NetworkDefinition, &IPCSocketDefinition,
+          &UDPSocketDefinition, &DatagramDefinition})
         AddIntrinsicClassAccessor(accessor);
     SetSocketPoller([](bool delegatesOnly) { PollSockets(delegatesOnly); });
 }

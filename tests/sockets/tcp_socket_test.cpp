@@ -259,5 +259,43 @@ TEST(TCPSocket, DescriptorsAboveTheSelectLimitWork) {
     setrlimit(RLIMIT_NOFILE, &limit);
 }
 
+TEST(TCPSocket, StandardStreamsServeAsConnectedSockets) {
+    // Each stream in turn is a pipe for the while of the case.
+    struct Case {
+        int fd;
+        RuntimeObject *(*make)();
+    };
+    for (const Case &c : {Case{0, &RuntimeStdInputAsSocket}, Case{1, &RuntimeStdOutputAsSocket}}) {
+        SCOPED_TRACE(c.fd);
+        int ends[2];
+        ASSERT_EQ(pipe(ends), 0);
+        int saved = dup(c.fd);
+        dup2(ends[c.fd == 0 ? 0 : 1], c.fd);
+        EventLog::All().clear();
+        RuntimeObject *socket = c.make();
+        EXPECT_EQ(SocketIsConnected(socket, 0), 1);
+        std::string got;
+        if (c.fd == 0) {
+            ASSERT_EQ(write(ends[1], "typed", 5), 5);
+            EXPECT_TRUE(PumpUntil([&] { return SocketBytesAvailable(socket, 0) == 5; }));
+            got = test::TextAndRelease(SocketReadAll(socket, nullptr));
+        } else {
+            SocketWrite(socket, test::MakeText("printed"));
+            EXPECT_TRUE(PumpUntil([&] { return TCPSocketBytesLeftToSend(socket, 0) == 0; }));
+            char buffer[16] = {};
+            got = std::string(buffer, static_cast<size_t>(read(ends[0], buffer, sizeof buffer)));
+        }
+        EXPECT_EQ(got, c.fd == 0 ? "typed" : "printed");
+        socketClose(socket);
+        RuntimeUnlockObject(socket);
+        dup2(saved, c.fd);
+        close(saved);
+        close(ends[0]);
+        close(ends[1]);
+        // Closing the socket leaves the process's own stream open.
+        EXPECT_NE(fcntl(c.fd, F_GETFD), -1);
+    }
+}
+
 } // namespace
 } // namespace kelp

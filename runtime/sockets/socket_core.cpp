@@ -113,6 +113,23 @@ SocketCore *SocketListAt(int index) {
     return index >= 0 && index < SocketListCount() ? List()[static_cast<size_t>(index)] : nullptr;
 }
 
+int DebuggerSocketCount() {
+    return static_cast<int>(std::count_if(List().begin(), List().end(),
+                                          [](SocketCore *s) { return s->mControl != nullptr; }));
+}
+
+RuntimeObject *DebuggerSocketLookup(int index) {
+    for (SocketCore *socket : List()) {
+        if (!socket->mControl)
+            continue;
+        if (index-- == 0) {
+            RuntimeLockObject(socket->mControl);
+            return socket->mControl;
+        }
+    }
+    return nullptr;
+}
+
 void AdjustSocketEventSuppression(int delta) { gSuppression += delta; }
 bool SocketEventsSuppressed() { return gSuppression > 0; }
 bool SocketsBusy() { return gBusy; }

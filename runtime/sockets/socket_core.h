@@ -126,6 +126,12 @@ bool PollSockets(bool delegatesOnly);
 // The busy flag of the last pass.
 bool SocketsBusy();
 
+// For the debugger's inspection: the sockets in the list that have a
+// control, and the n-th such control with a reference for the caller (nil
+// past the end).
+int DebuggerSocketCount();
+RuntimeObject *DebuggerSocketLookup(int index);
+
 // While above 0 (a debugger stop), events for controls stay pending.
 void AdjustSocketEventSuppression(int delta);
 bool SocketEventsSuppressed();

@@ -88,7 +88,8 @@ TEST(ServerSocket, CurlIsServedByAPooledSocket) {
     ASSERT_GT(port, 0);
     EXPECT_EQ(serverSocketIsListening(server, 0), 1);
     Peer curl({"curl", "-s", "--max-time", "10", "http://127.0.0.1:" + std::to_string(port) + "/"});
-    ASSERT_TRUE(PumpUntil([&] { return curl.Done() && gServed.size() >= 4; }));
+    ASSERT_TRUE(PumpUntil([&] { return curl.Done() && gServed.size() >= 4; }))
+        << test::Joined(gServed) << " / " << curl.Output();
     EXPECT_EQ(curl.Output(), "served by kelp");
     EXPECT_EQ(test::Joined(gServed), "Connected, Data, Progress, Complete");
     // The first refill made minimum + 10; the one connection took one,

@@ -228,6 +228,7 @@ print(' '.join(out), flush=True)
     Peer peer(Peer::Python(client, {std::to_string(port)}));
     ASSERT_TRUE(PumpUntil([&] { return peer.Done(); }));
     EXPECT_EQ(peer.Output(), "welcome refused\n");
+    socketClose(socket);
     RuntimeUnlockObject(socket);
 }
 
@@ -253,10 +254,30 @@ TEST(TCPSocket, DescriptorsAboveTheSelectLimitWork) {
     SocketConnect(socket);
     EXPECT_GT(SocketGetHandle(socket, 0), 1023);
     EXPECT_TRUE(PumpUntil([] { return gReceived == "high\n"; }));
+    socketClose(socket);
     RuntimeUnlockObject(socket);
     for (int fd : filler)
         close(fd);
     setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+TEST(TCPSocket, EventsWaitThroughADebuggerStopAndThenComeInOrder) {
+    EventLog::All().clear();
+    gReceived.clear();
+    gWriteOnConnect = "held\n";
+    gReadOnData = true;
+    gAbortAnswer = false;
+    Peer peer(Peer::Python(kServer, {"127.0.0.1", "echo"}));
+    RuntimeObject *socket = RuntimeNewObject(LoggingTCPClass());
+    AdjustSocketEventSuppression(1);
+    socketDirectConnect(socket, test::MakeText("127.0.0.1"), std::stoi(peer.Line()));
+    PumpUntil([] { return false; }, 300);
+    EXPECT_TRUE(EventLog::All().empty()) << test::Joined(EventLog::All());
+    AdjustSocketEventSuppression(-1);
+    ASSERT_TRUE(PumpUntil([] { return gReceived == "held\n"; }));
+    EXPECT_EQ(test::Joined(EventLog::Folded()), "Connected, Progress, Complete, Data");
+    socketClose(socket);
+    RuntimeUnlockObject(socket);
 }
 
 TEST(TCPSocket, StandardStreamsServeAsConnectedSockets) {

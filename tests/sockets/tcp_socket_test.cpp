@@ -2,6 +2,8 @@
 // each way a connection goes, the bytes that arrive, and what is left
 // readable after an error.
 #include "sockets/socket_kit.h"
+#include "sockets/tcp_socket.h"
+#include "strings/kstring.h"
 
 #include <sys/resource.h>
 
@@ -259,6 +261,50 @@ TEST(TCPSocket, DescriptorsAboveTheSelectLimitWork) {
     for (int fd : filler)
         close(fd);
     setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+TEST(TCPSocket, AHundredMegabytesEachWayWithTheReceiveQueueCapped) {
+    const long total = 100L << 20;
+    EventLog::All().clear();
+    gWriteOnConnect.clear();
+    gReadOnData = false;
+    // Out: one Write of 100 MB to a peer that counts what it drains.
+    Peer drain(Peer::Python(kServer, {"127.0.0.1", "drain"}));
+    RuntimeObject *out = RuntimeNewObject(LoggingTCPClass());
+    socketDirectConnect(out, test::MakeText("127.0.0.1"), std::stoi(drain.Line()));
+    std::string big(static_cast<size_t>(total), 'o');
+    stringStorage *text = string::FromBytes(big.data(), total, kEncodingUnknown).Release();
+    SocketWrite(out, text);
+    RuntimeUnlockString(text);
+    ASSERT_TRUE(PumpUntil([&] { return TCPSocketBytesLeftToSend(out, 0) == 0; }, 60000));
+    socketClose(out);
+    ASSERT_TRUE(PumpUntil([&] { return drain.Done(); }));
+    EXPECT_EQ(drain.Output(), std::to_string(total) + "\n");
+    RuntimeUnlockObject(out);
+    // In: the peer sends 100 MB that nobody reads; the queue stops at its
+    // limit, and reading lets the rest in.
+    const char flood[] = R"(
+import socket
+s = socket.socket(); s.bind(('127.0.0.1', 0)); s.listen(1)
+print(s.getsockname()[1], flush=True)
+c, _ = s.accept(); c.sendall(b'i' * (100 << 20)); c.close()
+)";
+    Peer sender(Peer::Python(flood));
+    RuntimeObject *in = RuntimeNewObject(LoggingTCPClass());
+    socketDirectConnect(in, test::MakeText("127.0.0.1"), std::stoi(sender.Line()));
+    ASSERT_TRUE(PumpUntil([&] { return SocketBytesAvailable(in, 0) >= kReceiveQueueLimit; }));
+    PumpUntil([] { return false; }, 300);
+    EXPECT_LT(SocketBytesAvailable(in, 0), kReceiveQueueLimit + (1 << 20));
+    long got = 0;
+    PumpUntil(
+        [&] {
+            got += static_cast<long>(test::TextAndRelease(socketRead(in, 1 << 24, nullptr)).size());
+            return got == total && !EventLog::All().empty() &&
+                   EventLog::All().back() == "Error 102";
+        },
+        60000);
+    EXPECT_EQ(got, total);
+    RuntimeUnlockObject(in);
 }
 
 TEST(TCPSocket, EventsWaitThroughADebuggerStopAndThenComeInOrder) {

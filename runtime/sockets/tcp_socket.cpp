@@ -24,7 +24,6 @@
 namespace kelp {
 namespace {
 
-bool gAbort = false;         // SendProgress asked to stop the send
 bool gRefillRunning = false; // a pool refill is under way somewhere
 
 constexpr long kStagingSize = 1 << 20;
@@ -46,8 +45,6 @@ bool Release(RuntimeObject *control) {
 }
 
 } // namespace
-
-bool SocketAbortFlag() { return gAbort; }
 
 // A name looked up on a worker thread: the windows go on while a slow
 // resolver answers, and the socket picks the answer up in a later Poll.
@@ -91,8 +88,8 @@ void TCPSocket::ProcessEvents() {
     if (mPendingSendComplete && (mDelegate || toControl)) {
         mPendingSendComplete = false;
         mEvents |= kEventSendComplete;
-        uint8_t aborted = gAbort ? 1 : 0;
-        gAbort = false;
+        uint8_t aborted = mAbortRequested ? 1 : 0;
+        mAbortRequested = false;
         if (mDelegate)
             mDelegate->SendComplete(this);
         else if (!isServer)
@@ -126,13 +123,13 @@ void TCPSocket::ProcessEvents() {
         else if (!isServer &&
                  CallBooleanEvent(control, Hooks().sendProgress, static_cast<int32_t>(mBytesSent),
                                   static_cast<int32_t>(left)))
-            gAbort = true;
+            mAbortRequested = true;
         mBytesSent = 0;
-        if (BytesLeftToSend() == 0 || gAbort) {
+        if (BytesLeftToSend() == 0 || mAbortRequested) {
             mPendingSendComplete = true;
             mEvents |= kEventSendComplete;
         }
-        if (gAbort)
+        if (mAbortRequested)
             ClearSendBuffer();
     }
     if (mPendingError && (mDelegate || toControl)) {
@@ -272,6 +269,7 @@ void TCPSocket::Disconnect(bool final) {
 void TCPSocket::Reset(bool all) {
     SocketCore::Reset(all);
     mAddress.clear();
+    mAbortRequested = false;
     mServerListening = false;
     mServer.reset();
     mListener = nullptr;

@@ -74,6 +74,10 @@ public:
     bool mServerListening = false;         // IsListening of a ServerSocket
     std::unique_ptr<ServerRecord> mServer; // on a ServerSocket's listening socket
     TCPSocket *mListener = nullptr;        // on an accepted pool socket
+    // SendComplete's userAborted, set by a SendProgress answer of true.  One
+    // per socket: a flag shared by all would mark another socket's
+    // completion as aborted when this one closes before its SendComplete.
+    bool mAbortRequested = false;
 
 protected:
     // Hands an accepted descriptor to this listener's control or pool.
@@ -147,8 +151,5 @@ private:
     bool mOwnsPath = false;          // this socket made the IPC file
     bool mStandardStream = false;    // mFD is standard input or output
 };
-
-// SendComplete's userAborted: set by a SendProgress answer of true.
-bool SocketAbortFlag();
 
 } // namespace kelp

@@ -268,6 +268,7 @@ TEST(TCPSocket, AHundredMegabytesEachWayWithTheReceiveQueueCapped) {
     EventLog::All().clear();
     gWriteOnConnect.clear();
     gReadOnData = false;
+    gAbortAnswer = false;
     // Out: one Write of 100 MB to a peer that counts what it drains.
     Peer drain(Peer::Python(kServer, {"127.0.0.1", "drain"}));
     RuntimeObject *out = RuntimeNewObject(LoggingTCPClass());

@@ -80,8 +80,8 @@ void WaitOffMainThread(void (*work)(void *), void *context) {
         done = true;
         WakeMainContext();
     });
-    // Only the toolkit's own sources run meanwhile (repaints, input): no
-    // events of the program fire from inside a look-up.
+    // The toolkit's sources go on meanwhile, as in a modal wait: windows
+    // repaint, and timers and sockets may fire their events.
     while (!done)
         g_main_context_iteration(nullptr, TRUE);
     worker.join();

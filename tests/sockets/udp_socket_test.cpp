@@ -133,6 +133,53 @@ print(s.getsockname()[1], flush=True); time.sleep(30)
     }
 }
 
+TEST(UDPSocket, MulticastReachesTheGroupAndComesBackOnlyWhenAsked) {
+    const std::string group = "239.255.42.99";
+    // A python3 member of the group on a port of its own.
+    const char member[] = R"(
+import socket, struct, sys
+s = socket.socket(socket.AF_INET, socket.SOCK_DGRAM); s.bind(('', 0))
+s.setsockopt(socket.IPPROTO_IP, socket.IP_ADD_MEMBERSHIP,
+             struct.pack('4s4s', socket.inet_aton(sys.argv[1]), bytes(4)))
+print(s.getsockname()[1], flush=True); s.settimeout(10)
+print(s.recvfrom(100)[0].decode(), flush=True)
+)";
+    Peer peer(Peer::Python(member, {group}));
+    const std::string memberPort = peer.Line();
+    struct Case {
+        const char *name;
+        uint8_t sendToSelf;
+        bool leave;
+        size_t ownCopies;
+    };
+    const Case cases[] = {
+        {"looped back", 1, false, 1},
+        {"not looped back", 0, false, 0},
+        {"after leaving", 1, true, 0},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        RuntimeObject *udp = NewUDP();
+        UDPSocketSetLoopback(udp, 0, c.sendToSelf);
+        SocketConnect(udp);
+        if (!SocketJoinMulticastGroup(udp, test::MakeText(group.c_str()))) {
+            RuntimeUnlockObject(udp);
+            GTEST_SKIP() << "no multicast route: " << test::Joined(EventLog::All());
+        }
+        if (c.leave)
+            SocketLeaveMulticastGroup(udp, test::MakeText(group.c_str()));
+        std::string self = group + ":" + std::to_string(SocketPortGetter(udp, 0));
+        UDPSocketWrite(udp, test::MakeText(self.c_str()), test::MakeText("to self"));
+        UDPSocketWrite(udp, test::MakeText((group + ":" + memberPort).c_str()),
+                       test::MakeText("to the group"));
+        PumpUntil([] { return !gDatagrams.empty(); }, 300);
+        EXPECT_EQ(gDatagrams.size(), c.ownCopies);
+        RuntimeUnlockObject(udp);
+    }
+    ASSERT_TRUE(PumpUntil([&] { return peer.Done(); }));
+    EXPECT_EQ(peer.Output(), "to the group\n");
+}
+
 TEST(UDPSocket, OptionsReachTheKernel) {
     struct Case {
         int hops;

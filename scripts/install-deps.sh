@@ -21,6 +21,8 @@ packages=(
   sqlite3 libsqlite3-dev
   # the serial tests' far ends: terminal pairs joined by socat, pyserial
   socat python3-serial
+  # the socket tests' peers: a relay and an HTTP client
+  socat curl
 )
 missing=()
 for p in "${packages[@]}"; do

@@ -55,5 +55,7 @@
 #include "kelp/volumes.h"
 /* Serial ports */
 #include "kelp/serial.h"
+/* Sockets */
+#include "kelp/sockets.h"
 
 #endif

@@ -60,6 +60,8 @@ const RelocEntry kRows[] = {
 #include "volumes/exports.inc"
 // Serial ports
 #include "serial/exports.inc"
+// Sockets
+#include "sockets/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

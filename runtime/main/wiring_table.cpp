@@ -49,6 +49,8 @@
 #include "volumes/wiring.h"
 // Serial ports
 #include "serial/wiring.h"
+// Sockets
+#include "sockets/wiring.h"
 
 namespace kelp {
 namespace {
@@ -106,6 +108,8 @@ const WiringStep kWiringTable[] = {
     // Serial ports
     {"serial: the Serial and SerialPort classes, System's ports; the loop's service of them",
      &WireSerial},
+    // Sockets
+    {"sockets: the socket and network classes; the run loop's socket poller", &WireSockets},
 };
 
 } // namespace

@@ -1,0 +1,2 @@
+#The image test serves a request from a program built on the runtime.
+add_dependencies(${target} kelp)

@@ -4,6 +4,8 @@
 #include "listbox/cell_renderer.h"
 #include "listbox/utf8.h"
 
+#include "controls/list_provider.h"
+
 #include "graphics/graphics_gtk.h"
 #include "graphics/graphics_object.h"
 
@@ -118,6 +120,11 @@ ListPane::~ListPane() {
     for (RuntimeObject *r : mList->selectionReceivers)
         RuntimeUnlockObject(r);
     mList->selectionReceivers.clear();
+    // So does a provider that tells the list of its changes.
+    if (RuntimeObject *provider = std::exchange(mList->boundData, nullptr)) {
+        RemoveListDataReceiver(provider, mRunControl);
+        RuntimeUnlockObject(provider);
+    }
     // The view may outlive the pane for a moment: it must call back no more.
     g_signal_handlers_disconnect_by_data(gtk_tree_view_get_selection(mView), this);
     g_signal_handlers_disconnect_by_data(mView, this);

@@ -149,6 +149,7 @@ void checkBoxRemoveDataNotificationReceiver(RuntimeObject *control, RuntimeObjec
  * DataAvailableProvider (a row is chosen).  getBoundPart("rowTag") gives a
  * part that provides the chosen row's tag as a string. */
 void popupAddDNR(RuntimeObject *control, RuntimeObject *receiver);
+void popupBindList(RuntimeObject *control, RuntimeObject *provider);
 void popupRemoveDNR(RuntimeObject *control, RuntimeObject *receiver);
 uint8_t popupDataAvailable(RuntimeObject *control);
 RuntimeObject *popupGetBoundPart(RuntimeObject *control, KelpString name);

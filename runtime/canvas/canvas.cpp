@@ -124,6 +124,7 @@ void CanvasPane::Draw(Graphics *g) {
     if (IsEmpty(rect))
         return;
     g->SetClipRect(&rect);
+    DrawBackColor(*g, rect);
     DrawBackdrop(*g, bounds);
     if (!mRunControl || !FindEventHandler(mRunControl, gPaint))
         return;
@@ -136,6 +137,17 @@ void CanvasPane::Draw(Graphics *g) {
         FirePaint(paint);
     }
     delete paint;
+}
+
+// An embedded container's back colour, under its backdrop and controls;
+// a plain canvas has none.
+void CanvasPane::DrawBackColor(Graphics &g, const Rect &at) {
+    auto *view = reinterpret_cast<ViewRecord *>(mRecord->templateWindow);
+    if (!view || !view->hasBackColor)
+        return;
+    GraphicsStateSaver state(g);
+    g.SetForeColor(ColorWordToRGB(uint32_t(view->backColor)));
+    g.FillRect(at);
 }
 
 void CanvasPane::DrawBackdrop(Graphics &g, const Rect &at) {
@@ -169,6 +181,7 @@ void CanvasPane::DrawInto(Graphics &g, int32_t x, int32_t y) {
     {
         GraphicsStateSaver state(g);
         g.SetClipRect(&at);
+        DrawBackColor(g, at);
         DrawBackdrop(g, at);
     }
     if (mRunControl && FindEventHandler(mRunControl, gPaint))
@@ -177,6 +190,13 @@ void CanvasPane::DrawInto(Graphics &g, int32_t x, int32_t y) {
         if (auto *canvas = dynamic_cast<CanvasPane *>(child))
             canvas->DrawInto(g, x + child->bounds.left - bounds.left,
                              y + child->bounds.top - bounds.top);
+}
+
+void CanvasPane::EnableMenuItems() {
+    bool alive;
+    FireLocked(gEnableMenuItems, &alive);
+    if (alive && !closing)
+        ControlPane::EnableMenuItems();
 }
 
 // Controls on the canvas get the press first; the one that takes it gets the
@@ -326,8 +346,7 @@ extern "C" void RuntimeCanvasDestructor(RuntimeObject *self) {
     DetachGraphicsObject(r->graphicsObject);
     RuntimeUnlockObject(r->graphicsObject);
     RuntimeUnlockObject(r->backdrop);
-    RuntimeUnlockObject(r->templateWindow);
-    r->graphicsObject = r->backdrop = r->templateWindow = nullptr;
+    r->graphicsObject = r->backdrop = nullptr; // templateWindow isn't counted
 }
 
 // One object for the control's life, drawing on the widget's window; the

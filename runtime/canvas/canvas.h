@@ -13,10 +13,14 @@ struct CanvasRecord {
     RuntimeObject *graphicsObject; // the Graphics property's object, counted
     int32_t backdropSerial;        // the store's size when last drawn
     uint8_t acceptFocus, acceptTabs, useFocusRing, eraseBackground;
-    RuntimeObject *templateWindow; // the view an embedded control shows; not used here
+    RuntimeObject *templateWindow; // the view an embedded control shows; not counted
 };
 
 ObjectDefinition *CanvasDefinition();
+// The Canvas that stands for a ContainerControl in the window it lies in.
+ObjectDefinition *EmbeddedWindowControlDefinition();
+// Names that class to the controls layer, which makes one per container.
+void WireEmbeddedWindowControl();
 // A window's Backdrop picture drawn whole at the top left of `g`, cut off by
 // the window's size (the windows layer calls it through its drawer slot).
 void DrawWindowBackdrop(Graphics &g, RuntimeObject *picture, int32_t width, int32_t height);
@@ -41,12 +45,15 @@ public:
     void GainFocus() override;
     void LoseFocus() override;
     bool KeyDown(int32_t character, int32_t code, int32_t modifiers) override;
+    // The canvas's handler runs before its holders' and the window's.
+    void EnableMenuItems() override;
 
     // Copies the pixels of the rectangle (window coordinates) by (dx, dy);
     // the toolkit exposes the band left uncovered.
     void ScrollPixels(int32_t dx, int32_t dy, const Rect &area);
 
 private:
+    void DrawBackColor(Graphics &g, const Rect &at);
     // Backdrop and Paint into `g`, whose language coordinates start at the
     // pane's corner.
     void DrawBackdrop(Graphics &g, const Rect &at);

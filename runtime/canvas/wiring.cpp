@@ -32,6 +32,7 @@ void WireCanvas() {
     AddDrawingToWindow();
     SetBackdropDrawer(&DrawWindowBackdrop);
     AddIntrinsicClassAccessor(&CanvasDefinition);
+    WireEmbeddedWindowControl();
     AddIntrinsicClassAccessor(&DragItemDefinition);
     AddIntrinsicClassAccessor(&ClipboardDefinition);
 }

@@ -1,6 +1,7 @@
-// ContainerControl and EmbeddedWindowControl: a view shown as a control of
-// another window.  The embedded control's pane is an empty GtkFixed that
-// paints the view's back colour; the view's controls lie on it, so they are
+// ContainerControl: a view shown as a control of another window, through
+// the EmbeddedWindowControl standing for it there.  That control is a
+// Canvas whose pane paints the view's back colour; the view's controls lie
+// on it, so they are
 // hidden, disabled and moved with it, and they take their places in the
 // host's tab order right behind it: Tab walks into the container and out
 // of it again as if its controls were the host's own.
@@ -10,7 +11,6 @@
 #include "controls/control_map.h"
 
 #include "base/fatal_report.h"
-#include "graphics/graphics_base.h"
 #include "objects/definitions.h"
 #include "objects/object_model.h"
 
@@ -33,57 +33,19 @@ ObjectHook *gGotFocus, *gLostFocus;
 ContainerRecord *Container(RuntimeObject *view) {
     return reinterpret_cast<ContainerRecord *>(view);
 }
-EmbeddedRecord *Embedded(RuntimeObject *control) {
-    return reinterpret_cast<EmbeddedRecord *>(control);
+EmbeddedControlKind gKind{};
+
+RuntimeClass *EmbeddedClass() {
+    return gKind.definition ? ClassForDefinition(gKind.definition()) : nullptr;
 }
-
-class EmbeddedPane : public ControlPane {
-public:
-    explicit EmbeddedPane(EmbeddedRecord *record) : ControlPane(&record->control) {
-        SetWidget(gtk_fixed_new());
-        g_signal_connect(mWidget, "expose-event", G_CALLBACK(OnExpose), this);
-        gtk_widget_show(mWidget);
-    }
-
-    RuntimeObject *View() const {
-        return mRunControl ? Embedded(mRunControl)->templateWindow : nullptr;
-    }
-
-    bool HoldsControls() const override { return true; }
-    bool PassesClicksThrough() override { return true; }
-    bool CanFocus() override { return false; }
-
-    bool MouseDown(int32_t x, int32_t y, int32_t modifiers) override {
-        bool native;
-        return OfferPressToChildren(x, y, modifiers, &native);
-    }
-    void MouseDrag(int32_t x, int32_t y) override { DragCapturedChild(x, y); }
-    void MouseUp(int32_t x, int32_t y) override { ReleaseCapturedChild(x, y); }
-
-    // The view's back colour, when it has one; the controls paint
-    // themselves on top.
-    void Draw(Graphics *g) override {
-        auto *view = reinterpret_cast<ViewRecord *>(View());
-        KELP_ASSERT(view != nullptr, kFile, "tw");
-        if (!g || !view || !visible || !panelVisible || !view->hasBackColor)
-            return;
-        g->SetForeColor(ColorWordToRGB(uint32_t(view->backColor)));
-        g->FillRect(bounds);
-    }
-
-private:
-    static gboolean OnExpose(GtkWidget *, GdkEventExpose *, gpointer data) {
-        static_cast<EmbeddedPane *>(data)->Expose();
-        return FALSE;
-    }
-};
 
 // The container views whose embedded panes hold the pane, innermost first.
 std::vector<RuntimeObject *> ContainersAround(SubPane *pane) {
     std::vector<RuntimeObject *> views;
     for (SubPane *p = pane ? pane->Parent() : nullptr; p; p = p->Parent())
-        if (auto *embedded = dynamic_cast<EmbeddedPane *>(p); embedded && embedded->View())
-            views.push_back(embedded->View());
+        if (auto *control = dynamic_cast<ControlPane *>(p))
+            if (RuntimeObject *view = TemplateWindowOf(control->Control()))
+                views.push_back(view);
     return views;
 }
 
@@ -98,10 +60,13 @@ RuntimeObject *EmbeddedControlOf(RuntimeObject *view) {
     return IsContainerView(view) ? Container(view)->embeddedControl : nullptr;
 }
 
+void SetEmbeddedControlKind(const EmbeddedControlKind &kind) { gKind = kind; }
+
 RuntimeObject *TemplateWindowOf(RuntimeObject *control) {
-    static RuntimeClass *embedded = ClassForDefinition(EmbeddedWindowControlDefinition());
-    return control && ClassInherits(control->klass, embedded) ? Embedded(control)->templateWindow
-                                                              : nullptr;
+    RuntimeClass *embedded = EmbeddedClass();
+    return control && embedded && ClassInherits(control->klass, embedded)
+               ? *gKind.templateWindow(control)
+               : nullptr;
 }
 
 Window *HostWindowOf(RuntimeObject *view) {
@@ -146,11 +111,12 @@ bool MakeEmbeddedControl(ViewRecord *record) {
     RuntimeObject *view = &record->object;
     if (!IsContainerView(view))
         return false;
-    if (!Container(view)->embeddedControl) {
-        RuntimeObject *control =
-            RuntimeNewObject(ClassForDefinition(EmbeddedWindowControlDefinition()));
+    RuntimeClass *embedded = EmbeddedClass();
+    KELP_ASSERT(embedded != nullptr, kFile, "EmbeddedWindowControl");
+    if (!Container(view)->embeddedControl && embedded) {
+        RuntimeObject *control = RuntimeNewObject(embedded);
         if (control)
-            Embedded(control)->templateWindow = view;
+            *gKind.templateWindow(control) = view;
         Container(view)->embeddedControl = control; // the new object's one reference
     }
     return true;
@@ -182,29 +148,6 @@ void FollowContainerFocus(SubPane *from, SubPane *to) {
 
 using namespace kelp;
 
-extern "C" void EmbeddedWindowControlInitializer(RuntimeObject *self) {
-    if (self)
-        Embedded(self)->templateWindow = nullptr;
-}
-
-extern "C" void EmbeddedWindowControlFinalizer(RuntimeObject *self) {
-    if (self)
-        Embedded(self)->templateWindow = nullptr;
-}
-
-// The pane takes the container's size at the control's corner.
-extern "C" void EmbeddedWindowControlCreatePane(RuntimeObject *self) {
-    RuntimeObject *view = TemplateWindowOf(self);
-    KELP_ASSERT(view != nullptr, kFile, "templateWindow");
-    if (!view)
-        return;
-    auto *record = reinterpret_cast<ViewRecord *>(view);
-    KelpRect &b = Ctl(self)->bounds;
-    b.right = int16_t(b.left + record->width);
-    b.bottom = int16_t(b.top + record->height);
-    MakePane<EmbeddedPane, EmbeddedRecord>(self);
-}
-
 extern "C" void ContainerControlFinalizer(RuntimeObject *self) {
     if (!IsContainerView(self))
         return;
@@ -212,9 +155,9 @@ extern "C" void ContainerControlFinalizer(RuntimeObject *self) {
     Container(self)->embeddedControl = nullptr;
     if (!control)
         return;
-    KELP_ASSERT(Embedded(control)->templateWindow == self, kFile,
-                "templateWindow->mEmbeddedWindowControl");
-    Embedded(control)->templateWindow = nullptr;
+    KELP_ASSERT(TemplateWindowOf(control) == self, kFile, "templateWindow->mEmbeddedWindowControl");
+    if (TemplateWindowOf(control))
+        *gKind.templateWindow(control) = nullptr;
     if (ControlPane *pane = PaneOf(control)) {
         Ctl(control)->pane = nullptr;
         pane->Close();
@@ -255,21 +198,6 @@ extern "C" void EmbedWithinPanel(RuntimeObject *view, RuntimeObject *containingP
 }
 
 namespace kelp {
-
-ObjectDefinition *EmbeddedWindowControlDefinition() {
-    static const HookInstanceRow hooks[] = {
-        {"CreatePane", reinterpret_cast<void *>(&EmbeddedWindowControlCreatePane)}};
-    static const ClassDescription description = {
-        .name = "EmbeddedWindowControl",
-        .super = RectControlDefinition,
-        .instanceSize = sizeof(EmbeddedRecord),
-        .initializer = KELP_ENTRY(EmbeddedWindowControlInitializer),
-        .finalizer = KELP_ENTRY(EmbeddedWindowControlFinalizer),
-        .hookInstances = hooks,
-    };
-    static ObjectDefinition *definition = BuildDefinition(description);
-    return definition;
-}
 
 ObjectDefinition *ContainerControlDefinition() {
     static const EventRow events[] = {

@@ -12,11 +12,6 @@
 
 namespace kelp {
 
-struct EmbeddedRecord {
-    RuntimeControl control;
-    RuntimeObject *templateWindow; // the container view; not counted: it holds this control
-};
-
 struct ContainerRecord {
     ViewRecord view;
     RuntimeObject *embeddedControl; // counted; made with the view
@@ -24,7 +19,16 @@ struct ContainerRecord {
 };
 
 ObjectDefinition *ContainerControlDefinition();
-ObjectDefinition *EmbeddedWindowControlDefinition();
+
+// The control standing for a container is a Canvas, a class of a later
+// layer; that layer names it here when it is wired.  `templateWindow` gives
+// the field of such a control that holds its view (not counted: the view
+// holds the control).
+struct EmbeddedControlKind {
+    ObjectDefinition *(*definition)();
+    RuntimeObject **(*templateWindow)(RuntimeObject *control);
+};
+void SetEmbeddedControlKind(const EmbeddedControlKind &kind);
 
 bool IsContainerView(RuntimeObject *object);
 // The control standing for a container view, or null (borrowed).

@@ -6,6 +6,7 @@
 #include "controls/classes.h"
 #include "controls/control.h"
 #include "controls/data_binding.h"
+#include "controls/list_provider.h"
 
 #include "exceptions/raise.h"
 #include "objects/data_interfaces.h"
@@ -411,6 +412,23 @@ extern "C" uint8_t popupDataAvailable(RuntimeObject *self) {
                : 0;
 }
 
+// The rows of a data provider become the menu's rows, read once: the first
+// field of each is the row's text.  A chosen row past the new end is none.
+// An object that isn't a provider leaves the rows as they are.
+extern "C" void popupBindList(RuntimeObject *self, RuntimeObject *provider) {
+    if (!self || !IsListDataProvider(provider))
+        return;
+    std::vector<ProviderRow> read = ReadProviderRows(provider);
+    for (Row &r : Rows(self))
+        RuntimeUnlockObject(r.tag);
+    Rows(self).clear();
+    for (ProviderRow &cells : read)
+        Rows(self).push_back(Row{cells.empty() ? std::string() : std::move(cells[0]), nullptr});
+    if (Record(self)->listIndex >= int32_t(Rows(self).size()))
+        Record(self)->listIndex = -1;
+    Changed(self);
+}
+
 // "rowTag": the chosen row's tag as a source of data; nil for any other name.
 extern "C" RuntimeObject *popupGetBoundPart(RuntimeObject *self, KelpString name) {
     if (!self || !objtext::SameName(objtext::View(name), "rowTag"))
@@ -470,6 +488,7 @@ template <bool combo> ObjectDefinition *ListDefinition(const char *name, EntryPo
         {"removeDataNotificationReceiver", nullptr, receiverParams, 1, KELP_ENTRY(popupRemoveDNR)},
         {"DataAvailable", &kTypeBoolean, nullptr, 0, KELP_ENTRY(popupDataAvailable)},
         {"getBoundPart", &kTypePtr, partParams, 1, KELP_ENTRY(popupGetBoundPart)},
+        {"BindList", nullptr, receiverParams, 1, KELP_ENTRY(popupBindList)},
     };
     static const DefinitionAccessor interfaces[] = {&DataNotifierInterfaceDefinition,
                                                     &DataAvailableProviderInterfaceDefinition};

@@ -48,7 +48,6 @@ void WireControls() {
     AddIntrinsicClassAccessor(&TabPanelDefinition);
     AddIntrinsicClassAccessor(&PopupMenuDefinition);
     AddIntrinsicClassAccessor(&ComboBoxDefinition);
-    AddIntrinsicClassAccessor(&EmbeddedWindowControlDefinition);
     AddIntrinsicClassAccessor(&ContainerControlDefinition);
     AddIntrinsicClassAccessor(&RadioButtonActionDefinition);
     AddIntrinsicClassAccessor(&CheckBoxActionDefinition);

@@ -7,6 +7,7 @@
 #include "listbox/utf8.h"
 
 #include "controls/action_receivers.h"
+#include "controls/list_provider.h"
 #include "objects/action_interfaces.h"
 #include "objects/definitions.h"
 
@@ -16,12 +17,20 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 using namespace kelp;
 using namespace kelp::listbox;
 
 namespace kelp::listbox {
 namespace {
+
+// A provider's row as a list row at `index`: its fields in the columns.
+void ShowBoundRow(ListBox *list, int32_t index, const ProviderRow &cells) {
+    list->Insert(index, cells.empty() ? std::string_view() : std::string_view(cells[0]), false, 0);
+    for (size_t c = 1; c < cells.size() && c < size_t(kDataColumns); ++c)
+        list->SetCellText(index, int32_t(c), cells[c]);
+}
 
 struct PartRecord {
     RuntimeObject object;
@@ -243,24 +252,50 @@ extern "C" void listRemoveLSNR(RuntimeObject *self, RuntimeObject *receiver) {
     }
 }
 
-// A bound list shows a provider's rows; while bound, row changes are ignored.
+// A bound list shows a provider's rows, each read as cells from its fields
+// (controls/list_provider.h); while bound, the program's row changes are
+// ignored, and the provider's notifications change the rows instead.  An
+// object that isn't a provider binds nothing; nil unbinds, and the rows
+// shown stay as ordinary rows.
 extern "C" void listBind(RuntimeObject *self, RuntimeObject *provider) {
     ListBox *list = ListOf(self);
-    if (!list)
+    if (!list || provider == list->boundData || (provider && !IsListDataProvider(provider)))
+        return;
+    if (RuntimeObject *old = std::exchange(list->boundData, nullptr)) {
+        RemoveListDataReceiver(old, self);
+        RuntimeUnlockObject(old);
+    }
+    if (!provider)
         return;
     RuntimeLockObject(provider);
-    RuntimeUnlockObject(list->boundData);
     list->boundData = provider;
+    listListDataReload(self);
+    AddListDataReceiver(provider, self);
 }
 extern "C" void listBinderBind(RuntimeObject *self, RuntimeObject *provider) {
     listBind(self, provider);
 }
-extern "C" void listListDataInsertedRow(RuntimeObject *self, int32_t) { listListDataReload(self); }
-extern "C" void listListDataRemovedRow(RuntimeObject *self, int32_t) { listListDataReload(self); }
+extern "C" void listListDataInsertedRow(RuntimeObject *self, int32_t index) {
+    ListBox *list = ListOf(self);
+    ProviderRow cells;
+    if (!list || !list->boundData || index < 0 || index > list->Count() ||
+        !ReadProviderRow(list->boundData, index, &cells))
+        return;
+    ShowBoundRow(list, index, cells);
+}
+extern "C" void listListDataRemovedRow(RuntimeObject *self, int32_t index) {
+    ListBox *list = ListOf(self);
+    if (list && list->boundData && index >= 0 && index < list->Count())
+        list->Remove(index);
+}
 extern "C" void listListDataReload(RuntimeObject *self) {
     ListBox *list = ListOf(self);
-    if (list && list->pane)
-        gtk_widget_queue_draw(GTK_WIDGET(list->pane->View()));
+    if (!list || !list->boundData)
+        return;
+    std::vector<ProviderRow> rows = ReadProviderRows(list->boundData);
+    list->Clear();
+    for (size_t i = 0; i < rows.size(); ++i)
+        ShowBoundRow(list, int32_t(i), rows[i]);
 }
 
 extern "C" RuntimeObject *ListboxDataSourceGetter(RuntimeObject *self, int32_t) {

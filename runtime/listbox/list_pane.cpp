@@ -1,7 +1,10 @@
 #include "listbox/list_pane.h"
 
+#include "listbox/cell_editor.h"
 #include "listbox/cell_renderer.h"
 #include "listbox/utf8.h"
+
+#include "controls/list_provider.h"
 
 #include "graphics/graphics_gtk.h"
 #include "graphics/graphics_object.h"
@@ -13,6 +16,7 @@
 #include <gdk/gdkkeysyms.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace kelp::listbox {
 namespace {
@@ -90,6 +94,7 @@ ListPane::ListPane(ListRecord *record)
     g_signal_connect(mView, "motion-notify-event", G_CALLBACK(OnMotion), this);
     g_signal_connect(mView, "button-release-event", G_CALLBACK(OnButtonRelease), this);
     g_signal_connect(mView, "key-press-event", G_CALLBACK(OnKeyPress), this);
+    g_signal_connect(mView, "grab-focus", G_CALLBACK(OnViewGrabFocus), this);
     g_signal_connect(mView, "focus-in-event", G_CALLBACK(OnFocus), this);
     g_signal_connect(mView, "focus-out-event", G_CALLBACK(OnFocus), this);
     g_signal_connect(mView, "size-allocate", G_CALLBACK(OnSizeAllocate), this);
@@ -115,6 +120,11 @@ ListPane::~ListPane() {
     for (RuntimeObject *r : mList->selectionReceivers)
         RuntimeUnlockObject(r);
     mList->selectionReceivers.clear();
+    // So does a provider that tells the list of its changes.
+    if (RuntimeObject *provider = std::exchange(mList->boundData, nullptr)) {
+        RemoveListDataReceiver(provider, mRunControl);
+        RuntimeUnlockObject(provider);
+    }
     // The view may outlive the pane for a moment: it must call back no more.
     g_signal_handlers_disconnect_by_data(gtk_tree_view_get_selection(mView), this);
     g_signal_handlers_disconnect_by_data(mView, this);
@@ -126,8 +136,16 @@ ListPane::~ListPane() {
     }
     for (GtkCellRenderer *r : mBackgroundRenderers)
         DetachRenderer(r);
-    if (mEditor)
-        g_signal_handlers_disconnect_by_data(mEditor, this);
+    // An editor still open goes with the list, quietly: no cell events from
+    // a list that is closing.
+    if (RuntimeObject *field = std::exchange(mEditorField, nullptr)) {
+        if (EditPane *editor = EditPaneOf(field)) {
+            g_signal_handlers_disconnect_by_data(editor->Inner(), this);
+            Ctl(field)->pane = nullptr;
+            editor->Close();
+        }
+        RuntimeUnlockObject(field);
+    }
 }
 
 void ListPane::ShowModel() {
@@ -170,9 +188,6 @@ void ListPane::ShowColumns() {
             gtk_tree_view_column_set_cell_data_func(c, r, DataFunc, this, nullptr);
         }
         g_signal_connect(renderers[2], "toggled", G_CALLBACK(OnToggled), this);
-        g_signal_connect(renderers[3], "editing-started", G_CALLBACK(OnEditingStarted), this);
-        g_signal_connect(renderers[3], "edited", G_CALLBACK(OnEdited), this);
-        g_signal_connect(renderers[3], "editing-canceled", G_CALLBACK(OnEditingCanceled), this);
         g_signal_connect(c, "clicked", G_CALLBACK(OnHeaderClicked), this);
         g_signal_connect(c, "notify::width", G_CALLBACK(OnColumnWidth), this);
         gtk_tree_view_append_column(mView, c);
@@ -305,13 +320,11 @@ void ListPane::DataFunc(GtkTreeViewColumn *, GtkCellRenderer *renderer, GtkTreeM
         // Decimal alignment lines numbers up at their right edge.
         float xalign = align == 2 ? 0.5f : align >= 3 ? 1.0f : 0.0f;
         uint8_t style = cell ? cell->style : 0;
-        bool editable = type == kTypeEditable ||
-                        (pane->mForceEditColumn == column && row == list->At(pane->mEditRow));
         g_object_set(renderer, "visible", TRUE, "text", text.c_str(), "weight",
                      style & kBold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL, "style",
                      style & kItalic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL, "underline",
                      style & kUnderline ? PANGO_UNDERLINE_SINGLE : PANGO_UNDERLINE_NONE, "xalign",
-                     xalign, "xpad", guint(4 + std::max(offset, -4)), "editable", editable,
+                     xalign, "xpad", guint(4 + std::max(offset, -4)), "editable", FALSE,
                      "ellipsize", PANGO_ELLIPSIZE_END, nullptr);
     }
 }
@@ -358,7 +371,7 @@ bool ListPane::OfferBackground(GdkWindow *window, Row *row, GtkCellRenderer *ren
 
 bool ListPane::OfferText(GdkWindow *window, Row *row, GtkCellRenderer *renderer, int32_t textX) {
     // The cell being edited shows its editor, not its text.
-    if (mEditor && row == mList->At(mEditRow) && ColumnOf(renderer) == mEditColumn)
+    if (mEditorField && row == mList->At(mEditRow) && ColumnOf(renderer) == mEditColumn)
         return false;
     return OfferPaint(gHooks.cellTextPaint, window, row, renderer, textX);
 }
@@ -558,75 +571,105 @@ void ListPane::SetScrollPositionX(int32_t x) {
 // ------------------------------------------------------------- editing
 
 void ListPane::EditCell(int32_t row, int32_t column) {
+    if (closing || column < 0 || column >= int32_t(mColumns.size()))
+        return;
+    EndEditing(true, false);
     Row *r = mList->At(row);
-    if (!r || column < 0 || column >= int32_t(mColumns.size()))
+    if (!r || !mList->pane || closing)
         return;
-    CloseEditor(true);
-    mForceEditColumn = column;
-    mEditRow = row;
-    GtkTreePath *path = gtk_tree_model_get_path(GTK_TREE_MODEL(mList->Store()), &r->iter);
-    gtk_widget_grab_focus(GTK_WIDGET(mView));
-    gtk_tree_view_set_cursor(mView, path, mColumns[size_t(column)], TRUE);
+    GtkTreeViewColumn *c = mColumns[size_t(column)];
+    GtkTreePath *path = gtk_tree_model_get_path(mList->Store(), &r->iter);
+    gtk_tree_view_scroll_to_cell(mView, path, c, FALSE, 0, 0);
+    GdkRectangle row_area, cell_area;
+    gtk_tree_view_get_background_area(mView, path, c, &row_area);
+    gtk_tree_view_get_cell_area(mView, path, c, &cell_area);
     gtk_tree_path_free(path);
-}
-
-void ListPane::CloseEditor(bool keep) {
-    if (!mEditor)
+    // The field covers the cell's text across the row's height, kept
+    // inside the list.
+    int32_t x, y;
+    BinToControl(cell_area.x, row_area.y, &x, &y);
+    const KelpRect &b = Ctl(mRunControl)->bounds;
+    const int32_t left = std::max(x, 0), top = std::max(y, 0);
+    const int32_t right = std::min(x + cell_area.width, b.right - b.left);
+    const int32_t bottom = std::min(y + row_area.height, b.bottom - b.top);
+    if (right <= left || bottom <= top)
         return;
-    GtkCellEditable *editor = mEditor;
-    gtk_cell_editable_editing_done(editor); // ends in OnEdited or OnEditingCanceled
-    if (!keep && mEditor == editor)
-        gtk_cell_editable_remove_widget(editor);
+    const KelpRect at{int16_t(b.top + top), int16_t(b.left + left), int16_t(b.top + bottom),
+                      int16_t(b.left + right)};
+    mEditRow = row, mEditColumn = column;
+    mEditorField = NewCellEditor(this, mRunControl, at, mList->CellText(row, column));
+    if (!mEditorField)
+        return;
+    g_signal_connect(EditPaneOf(mEditorField)->Inner(), "changed", G_CALLBACK(OnEditorChanged),
+                     this);
+    gtk_widget_queue_draw(GTK_WIDGET(mView));
+    mList->Fire(gHooks.cellGotFocus, row, column);
 }
 
-void ListPane::OnEditingStarted(GtkCellRenderer *renderer, GtkCellEditable *editor, gchar *path,
-                                gpointer data) {
-    auto *pane = static_cast<ListPane *>(data);
-    Row *row = RowAtPath(pane->mList, path);
-    pane->mEditor = editor;
-    pane->mEditRow = pane->mList->IndexOf(row);
-    pane->mEditColumn = ColumnOf(renderer);
-    if (GTK_IS_ENTRY(editor)) {
-        g_signal_connect(editor, "changed", G_CALLBACK(OnEditorChanged), pane);
-        g_signal_connect(editor, "key-press-event", G_CALLBACK(OnEditorKey), pane);
+// Escape ends editing with the old text kept, as a person pressing it
+// expects; every other way of leaving the field keeps what was typed.
+void ListPane::EndEditing(bool keep, bool refocus) {
+    RuntimeObject *field = std::exchange(mEditorField, nullptr);
+    if (!field)
+        return;
+    const int32_t row = mEditRow, column = mEditColumn;
+    std::string text;
+    if (EditPane *editor = EditPaneOf(field)) {
+        text = editor->GetText();
+        g_signal_handlers_disconnect_by_data(editor->Inner(), this);
+        Ctl(field)->pane = nullptr;
+        editor->SetVisible(false);
+        editor->Close();
     }
-    pane->mList->Fire(gHooks.cellGotFocus, pane->mEditRow, pane->mEditColumn);
+    if (refocus)
+        gtk_widget_grab_focus(GTK_WIDGET(mView));
+    gtk_widget_queue_draw(GTK_WIDGET(mView));
+    ListBox *list = mList; // the events may close this pane
+    if (keep)
+        list->SetCellText(row, column, text);
+    list->Fire(gHooks.cellLostFocus, row, column);
+    if (keep && list->pane)
+        list->Fire(gHooks.cellAction, row, column);
+    RuntimeUnlockObject(field);
+}
+
+bool ListPane::EditorKey(const std::string &key) {
+    return FireKey(mList, gHooks.cellKeyDown, key, mEditRow, mEditColumn);
 }
 
 void ListPane::OnEditorChanged(GtkEditable *, gpointer data) {
     auto *pane = static_cast<ListPane *>(data);
-    pane->mList->Fire(gHooks.cellTextChange, pane->mEditRow, pane->mEditColumn);
+    if (pane->mEditorField)
+        pane->mList->Fire(gHooks.cellTextChange, pane->mEditRow, pane->mEditColumn);
 }
 
-gboolean ListPane::OnEditorKey(GtkWidget *, GdkEventKey *event, gpointer data) {
-    auto *pane = static_cast<ListPane *>(data);
-    return FireKey(pane->mList, gHooks.cellKeyDown, KeyText(event), pane->mEditRow,
-                   pane->mEditColumn);
+bool ListPane::SlowClickEdits(Row *row, int32_t column, guint32 time) {
+    if (mList->EffectiveType(row, column) != kTypeEditable)
+        return false;
+    const guint32 last = std::exchange(mLastEditableClick, time);
+    gint doubleClick = 400;
+    g_object_get(gtk_widget_get_settings(GTK_WIDGET(mView)), "gtk-double-click-time", &doubleClick,
+                 nullptr);
+    const int32_t index = mList->IndexOf(row);
+    if (index != mList->ListIndex() || (last && time - last <= guint32(doubleClick)))
+        return false;
+    EditCell(index, column);
+    return true;
 }
 
-void ListPane::OnEdited(GtkCellRendererText *, gchar *path, gchar *text, gpointer data) {
-    auto *pane = static_cast<ListPane *>(data);
-    ListBox *list = pane->mList;
-    const int32_t row = list->IndexOf(RowAtPath(list, path)), column = pane->mEditColumn;
-    if (pane->mEditor)
-        g_signal_handlers_disconnect_by_data(pane->mEditor, pane);
-    pane->mEditor = nullptr;
-    pane->mForceEditColumn = -1;
-    if (row < 0)
-        return;
-    list->SetCellText(row, column, text);
-    list->Fire(gHooks.cellLostFocus, row, column);
-    if (list->pane)
-        list->Fire(gHooks.cellAction, row, column);
+void ListPane::EnableMenuItems() {
+    bool alive;
+    FireLocked(gHooks.enableMenuItems, &alive);
+    if (alive && !closing)
+        ControlPane::EnableMenuItems();
 }
 
-void ListPane::OnEditingCanceled(GtkCellRenderer *, gpointer data) {
+// The view holding the focus makes the list the focus pane, so the menu
+// cycle reaches it.
+void ListPane::OnViewGrabFocus(GtkWidget *, gpointer data) {
     auto *pane = static_cast<ListPane *>(data);
-    if (pane->mEditor)
-        g_signal_handlers_disconnect_by_data(pane->mEditor, pane);
-    pane->mEditor = nullptr;
-    pane->mForceEditColumn = -1;
-    pane->mList->Fire(gHooks.cellLostFocus, pane->mEditRow, pane->mEditColumn);
+    if (!pane->closing && FocusPane() != pane)
+        SetFocus(pane);
 }
 
 void ListPane::OnToggled(GtkCellRendererToggle *renderer, gchar *path, gpointer data) {
@@ -754,13 +797,15 @@ gboolean ListPane::OnButtonPress(GtkWidget *, GdkEventButton *event, gpointer da
     gtk_tree_path_free(path);
     if (!row)
         return FALSE;
-    if (pane->mEditor)
-        pane->CloseEditor(true);
+    pane->EndEditing(true, false);
     if (!list->pane)
         return TRUE;
-    if (list->Fire<uint8_t>(gHooks.cellClick, list->IndexOf(row), pane->ColumnIndex(column),
-                            int32_t(cx), int32_t(cy)) ||
+    const int32_t columnIndex = pane->ColumnIndex(column);
+    if (list->Fire<uint8_t>(gHooks.cellClick, list->IndexOf(row), columnIndex, int32_t(cx),
+                            int32_t(cy)) ||
         !list->pane)
+        return TRUE;
+    if (pane->SlowClickEdits(row, columnIndex, event->time))
         return TRUE;
     if (pane->mRecord->enableDrag && !(event->state & (GDK_SHIFT_MASK | GDK_CONTROL_MASK)))
         return pane->DragOut(row) ? TRUE : FALSE;

@@ -5,6 +5,10 @@
 // what the user does in the view goes back to the ListBox as events.
 #include "listbox/list_box.h"
 
+#include "kelp/records.h"
+
+#include <string>
+
 #include "controls/control.h"
 
 namespace kelp::listbox {
@@ -39,9 +43,21 @@ public:
     void SetScrollPosition(int32_t row);
     int32_t ScrollPositionX();
     void SetScrollPositionX(int32_t x);
-    // Opens the cell's editor.
+    // Lays an EditField over the cell, holding its text, and fires
+    // CellGotFocus; an editor open elsewhere closes first.
     void EditCell(int32_t row, int32_t column);
-    bool Editing() const { return mEditor != nullptr; }
+    bool Editing() const { return mEditorField != nullptr; }
+    // The field of the cell being edited, or null (borrowed).
+    RuntimeObject *ActiveCell() const { return mEditorField; }
+    // Closes the editor: the text goes into the cell when `keep`, then
+    // CellLostFocus, and CellAction when `keep`.  `refocus` gives the
+    // focus back to the list.
+    void EndEditing(bool keep, bool refocus);
+    // CellKeyDown for a key typed in the editor: true when the program took it.
+    bool EditorKey(const std::string &key);
+
+    // The list's handler runs before its holders' and the window's.
+    void EnableMenuItems() override;
 
     // Offer the program a cell of `row` to paint, the column's renderer
     // drawing into the view's `window`: true when a handler drew it.
@@ -60,11 +76,8 @@ private:
     static gboolean OnTestExpand(GtkTreeView *, GtkTreeIter *, GtkTreePath *, gpointer);
     static gboolean OnTestCollapse(GtkTreeView *, GtkTreeIter *, GtkTreePath *, gpointer);
     static void OnToggled(GtkCellRendererToggle *, gchar *, gpointer);
-    static void OnEditingStarted(GtkCellRenderer *, GtkCellEditable *, gchar *, gpointer);
-    static void OnEdited(GtkCellRendererText *, gchar *, gchar *, gpointer);
-    static void OnEditingCanceled(GtkCellRenderer *, gpointer);
     static void OnEditorChanged(GtkEditable *, gpointer);
-    static gboolean OnEditorKey(GtkWidget *, GdkEventKey *, gpointer);
+    static void OnViewGrabFocus(GtkWidget *, gpointer);
     static void OnHeaderClicked(GtkTreeViewColumn *, gpointer);
     static gboolean OnButtonPress(GtkWidget *, GdkEventButton *, gpointer);
     static gboolean OnMotion(GtkWidget *, GdkEventMotion *, gpointer);
@@ -82,7 +95,9 @@ private:
     void BinToControl(int32_t bx, int32_t by, int32_t *x, int32_t *y);
     void ControlToBin(int32_t x, int32_t y, int32_t *bx, int32_t *by);
     int32_t ColumnIndex(GtkTreeViewColumn *column) const;
-    void CloseEditor(bool keep);
+    // Starts editing for a press on an editable cell of the selected row
+    // that comes later than a double click would; true when it did.
+    bool SlowClickEdits(Row *row, int32_t column, guint32 time);
     bool DragOut(Row *row);
     void DrawBorders(GdkWindow *window);
     bool OfferPaint(ObjectHook *hook, GdkWindow *window, Row *row, GtkCellRenderer *renderer,
@@ -94,11 +109,11 @@ private:
     std::vector<GtkTreeViewColumn *> mColumns;
     std::vector<GtkCellRenderer *> mTextRenderers;
     std::vector<GtkCellRenderer *> mBackgroundRenderers;
-    bool mQuiet = false;     // our own changes to the view: no events
-    int32_t mRowHeight = -1; // DefaultRowHeight; negative: the text's
-    GtkCellEditable *mEditor = nullptr;
+    bool mQuiet = false;                   // our own changes to the view: no events
+    int32_t mRowHeight = -1;               // DefaultRowHeight; negative: the text's
+    RuntimeObject *mEditorField = nullptr; // counted; the EditField over the cell
     int32_t mEditRow = -1, mEditColumn = -1;
-    int32_t mForceEditColumn = -1; // EditCell on a cell not editable by type
+    guint32 mLastEditableClick = 0; // time of the last press on an editable cell
     int32_t mHorizontalGrid = 0, mVerticalGrid = 0;
     int8_t mPaintHandlers[2] = {-1, -1}; // background, text: -1 not yet known
     bool mDropping = false;              // a drop asked for the dragged row

@@ -369,6 +369,10 @@ extern "C" void listEditCell(RuntimeObject *self, int32_t row, int32_t column) {
         list->pane->EditCell(row, column);
 }
 
-// The cell editor is the toolkit's own entry, not an EditField of the
-// language, so there is no object to give.
-extern "C" RuntimeObject *listActiveCellGetter(RuntimeObject *, int32_t) { return nullptr; }
+// The EditField laid over the cell being edited, or nil.
+extern "C" RuntimeObject *listActiveCellGetter(RuntimeObject *self, int32_t) {
+    ListBox *list = ListOf(self);
+    RuntimeObject *field = list && list->pane ? list->pane->ActiveCell() : nullptr;
+    RuntimeLockObject(field);
+    return field;
+}

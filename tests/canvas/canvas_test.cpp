@@ -7,6 +7,7 @@
 
 #include "kelp/canvas.h"
 #include "kelp/graphics.h"
+#include "kelp/menus.h"
 #include "kelp/pictures.h"
 
 #include <filesystem>
@@ -47,6 +48,7 @@ uint8_t LogKey(RuntimeObject *me, KelpString key) {
 }
 void LogGotFocus(RuntimeObject *me) { Events().push_back("GotFocus " + NameOf(me)); }
 void LogLostFocus(RuntimeObject *me) { Events().push_back("LostFocus " + NameOf(me)); }
+void LogEnableMenuItems(RuntimeObject *me) { Events().push_back("EnableMenuItems " + NameOf(me)); }
 
 TEST_F(CanvasTest, BackdropIsCutNotScaledAndPaintDrawsFromTheCorner) {
     gPaints = 0;
@@ -147,7 +149,8 @@ TEST_F(CanvasTest, TabMovesTheFocusUnlessTheCanvasTakesTabs) {
             [](MassData &m) { Box(m, 10, 10, 80, 80).Bool("AcceptFocus", true); },
             {{"KeyDown", H(&LogKey)},
              {"GotFocus", H(&LogGotFocus)},
-             {"LostFocus", H(&LogLostFocus)}});
+             {"LostFocus", H(&LogLostFocus)},
+             {"EnableMenuItems", H(&LogEnableMenuItems)}});
         Add(view, "Canvas", "Tabs",
             [](MassData &m) {
                 Box(m, 100, 10, 80, 80).Bool("AcceptFocus", true).Bool("AcceptTabs", true);
@@ -159,17 +162,21 @@ TEST_F(CanvasTest, TabMovesTheFocusUnlessTheCanvasTakesTabs) {
     Focus(w);
     Events().clear();
     struct Step {
-        const char *key;
+        const char *key; // null: the menu cycle runs
         std::vector<std::string> events;
     };
     const Step steps[] = {
         {"a", {"KeyDown Plain a"}},
+        {nullptr, {"EnableMenuItems Plain"}},
         {"Tab", {"LostFocus Plain", "GotFocus Tabs"}},
         {"Tab", {"KeyDown Tabs #9"}},
     };
     for (const Step &s : steps) {
-        Key(s.key);
-        EXPECT_EQ(Events(), s.events) << s.key;
+        if (s.key)
+            Key(s.key);
+        else
+            enableMenuItems();
+        EXPECT_EQ(Events(), s.events) << (s.key ? s.key : "menu cycle");
         Events().clear();
     }
 }

@@ -4,7 +4,13 @@
 // in order.
 #include "control_fixture.h"
 
+#include "canvas/canvas.h"
 #include "controls/embedded.h"
+#include "objects/definitions.h"
+#include "pictures/picture_object.h"
+
+#include "kelp/canvas.h"
+#include "kelp/pictures.h"
 
 #include <filesystem>
 
@@ -46,6 +52,13 @@ RuntimeObject *NewContainer() {
     SetEventHandler(klass, "LostFocus", H(&ViewLostFocus));
     SetEventHandler(klass, "CancelClose", H(&ViewCancelClose));
     return RuntimeNewObject(klass);
+}
+
+// A green band across the top of the control, in its own coordinates.
+void PaintBand(RuntimeObject *, RuntimeObject *g) {
+    Events().push_back("Paint");
+    graphicsForeColorSetter(g, 0, 0x00c000);
+    RuntimeGraphicsFillRect(g, 0, 0, 150, 6);
 }
 
 class EmbeddedTest : public ControlFixture {
@@ -182,6 +195,41 @@ TEST_F(EmbeddedTest, EmbedWithinPlacesAContainerInAnOpenWindowOnce) {
     EXPECT_EQ(cc->referenceCount, 1) << "only this test holds it now";
     EXPECT_NE(View(w)->pane, nullptr);
     RuntimeUnlockObject(cc);
+}
+
+// The control standing for the container is a Canvas in full: the program's
+// Paint handler draws on it and its Backdrop lies over the back colour.
+TEST_F(EmbeddedTest, TheEmbeddedControlPaintsAsACanvas) {
+    RuntimeObject *w = Host(false);
+    RuntimeObject *cc = NewContainer();
+    RuntimeObject *embedded = EmbeddedControlOf(cc);
+    ASSERT_NE(embedded, nullptr);
+    EXPECT_TRUE(ClassInherits(embedded->klass, ClassForDefinition(CanvasDefinition())));
+    KelpString paint = MakeText("Paint");
+    RuntimeInstallInstanceEventHandler(embedded, paint, H(&PaintBand));
+    objtext::Release(paint);
+    RuntimeObject *backdrop = newPicture(40, 30, 32);
+    StoreOf(backdrop)->Fill(0x2040ff);
+    canvasBackdropSetter(embedded, 0, backdrop);
+    RuntimeUnlockObject(backdrop);
+    Events().clear();
+    EmbedWithin(cc, w, 120, 20, 150, 80);
+    Settle(120);
+    EXPECT_NE(CanvasPaneOf(embedded), nullptr) << "its pane is the canvas pane";
+    EXPECT_NE(std::find(Events().begin(), Events().end(), "Paint"), Events().end());
+    struct Probe {
+        int x, y;
+        uint32_t rgb;
+        const char *what;
+    } probes[] = {{125, 22, 0x00c000, "Paint's band over the backdrop"},
+                  {125, 40, 0x2040ff, "the backdrop at the corner"},
+                  {255, 40, 0xffd080, "the back colour beside the controls"},
+                  {265, 95, 0xffd080, "the back colour at the far corner"},
+                  {275, 40, 0xffffff, "the host outside the container"}};
+    for (const Probe &p : probes)
+        EXPECT_EQ(Pixel(w, p.x, p.y), p.rgb) << p.what;
+    std::filesystem::create_directories("screenshots");
+    EXPECT_TRUE(SaveScreenshot(Fixed(w), "screenshots/embedded_canvas.png"));
 }
 
 } // namespace

@@ -53,5 +53,7 @@
 #include "kelp/shapes.h"
 /* Virtual volumes */
 #include "kelp/volumes.h"
+/* The database classes */
+#include "kelp/database.h"
 
 #endif

@@ -58,6 +58,8 @@ const RelocEntry kRows[] = {
 #include "shapes/exports.inc"
 // Virtual volumes
 #include "volumes/exports.inc"
+// The database classes
+#include "database_classes/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

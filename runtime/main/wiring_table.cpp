@@ -47,6 +47,8 @@
 // 2D shapes
 #include "shapes/wiring.h"
 #include "volumes/wiring.h"
+// The database classes
+#include "database_classes/wiring.h"
 
 namespace kelp {
 namespace {
@@ -101,6 +103,10 @@ const WiringStep kWiringTable[] = {
     {"shapes: the Object2D classes; the pictures' vector part", &WireShapes},
     // Virtual volumes
     {"volumes: the VirtualVolume class; FolderItem's volume members", &WireVolumes},
+    // The database classes
+    {"database_classes: Database, KELPDatabase, the record sets, DatabaseRecord, "
+     "ScrollableCursor",
+     &WireDatabaseClasses},
 };
 
 } // namespace

@@ -375,8 +375,7 @@ void databaseClose(RuntimeObject *self) {
     if (!db || !db->engineData)
         return;
     CloseRecordSetsOf(self);
-    if (db->engine->commit)
-        db->engine->commit(db->engineData);
+    databaseCommit(self);
     void *data = db->engineData;
     db->engineData = nullptr;
     if (db->engine->closeDatabase)

@@ -12,6 +12,10 @@
 namespace kelp {
 namespace {
 
+// The tables of format 4 have every slot the classes read; an older table
+// is shorter, and reading it as 4 would run past its end.
+constexpr int32_t kTableVersion = 4;
+
 KelpString Copy(RuntimeObject *database, KelpString DatabaseObject::*field) {
     if (!database)
         return nullptr;
@@ -27,7 +31,7 @@ using namespace kelp;
 extern "C" {
 
 RuntimeObject *KELPdbDatabaseFromDBDatabase(void *data, KELPDatabaseEngineDefinition *engine) {
-    if (!data || !engine)
+    if (!data || !engine || engine->version < kTableVersion)
         return nullptr;
     RuntimeObject *db = NewObjectOfDefinition(DatabaseDefinition());
     if (db)
@@ -36,6 +40,8 @@ RuntimeObject *KELPdbDatabaseFromDBDatabase(void *data, KELPDatabaseEngineDefini
 }
 
 RuntimeObject *KELPdbCursorFromDBCursor(void *data, KELPDatabaseCursorDefinition *cursor) {
+    if (!data || !cursor || cursor->version < kTableVersion)
+        return nullptr;
     return NewRecordSet(data, cursor, nullptr, "");
 }
 

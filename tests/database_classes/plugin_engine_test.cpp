@@ -1,0 +1,121 @@
+// A plug-in's engine through the Database class: the plug-in wraps its own
+// data with the host's calls, and what the engine does not offer (insert,
+// update, delete, commit) reaches it as statements whose text is fixed.
+#include "database_classes/database_object.h"
+#include "plugins/database_registry.h"
+#include "plugins/host.h"
+
+#include "support/class_kit.h"
+
+#include "kelp/kelp.h"
+
+#include <gtest/gtest.h>
+
+namespace kelp::test {
+namespace {
+
+void *Entry(const std::string &declaration) {
+    static const bool loaded = [] {
+        RuntimeInitExternalClasses();
+        std::string error;
+        bool ok = plugins::LoadPluginLibrary(KELP_BIN_DIR "/libKPMemoryEngine.so", "", error);
+        EXPECT_EQ(error, "");
+        plugins::LinkPluginClasses(nullptr);
+        plugins::ForgetEntryTableForTest();
+        return ok;
+    }();
+    EXPECT_TRUE(loaded);
+    return RuntimeLookupPluginEntrypoint(Lit("MemoryEngine." + declaration));
+}
+
+std::string Take(KelpString s) {
+    std::string out = Str(s);
+    RuntimeUnlockString(s);
+    return out;
+}
+
+TEST(PluginEngine, MissingSlotsBecomeTheseStatements) {
+    auto open = reinterpret_cast<RuntimeObject *(*)()>(Entry("Open() As Database"));
+    auto log = reinterpret_cast<KelpString (*)()>(Entry("Log() As String"));
+    ASSERT_TRUE(open && log);
+    RuntimeObject *db = open();
+    ASSERT_NE(db, nullptr);
+    EXPECT_TRUE(DatabaseConnect(db));
+
+    RuntimeObject *record = NewDatabaseRecord();
+    setDatabaseRecordIntegerColumn(record, Lit("id"), 3);
+    setDatabaseRecordColumn(record, Lit("name"), Lit("O'Neil"));
+    databaseInsertRecord(db, Lit("people"), record);
+    RuntimeUnlockObject(record);
+
+    RuntimeObject *rs = databaseSQLSelect(db, Lit("SELECT id, name FROM people WHERE id > 0"));
+    ASSERT_NE(rs, nullptr);
+    EXPECT_EQ(RecordSetRecordCount(rs), -1); // the engine has no row count
+    CursorMoveLast(rs);                      // nor row access: it stays put
+    RuntimeObject *name = cursorGetFieldByName(rs, Lit("NAME"));
+    EXPECT_EQ(Take(cursorFieldStringValueGetter(name, 0)), "Ann");
+    cursorEdit(rs);
+    cursorFieldStringValueSetter(name, 0, Lit("O'Brien"));
+    CursorFieldValueSetter(cursorGetFieldByIndex(rs, 1), 0, nullptr);
+    cursorUpdate(rs);
+    cursorMoveNext(rs);
+    cursorDeleteRecord(rs);
+    cursorMoveNext(rs);
+    EXPECT_TRUE(cursorEOFGetter(rs, 0));
+    RuntimeUnlockObject(name);
+    databaseCommit(db);
+    databaseRollback(db);
+    KelpString fail = Lit("fail now");
+    databaseSQLExecute(db, fail);
+    EXPECT_EQ(databaseErrorCodeGetter(db, 0), 77);
+    EXPECT_EQ(Take(databaseErrorStringGetter(db, 0)), "refused");
+    databaseClose(db);
+    EXPECT_TRUE(cursorEOFGetter(rs, 0)); // closing the database closed its record sets
+    RuntimeUnlockObject(rs);
+    RuntimeUnlockObject(db);
+
+    EXPECT_EQ(Take(log()), "insert into people (id,name) values ('3','O''Neil')\n"
+                           "SELECT id, name FROM people WHERE id > 0\n"
+                           "UPDATE [people] SET [id] = NULL, [name] = 'O''Brien' "
+                           "WHERE [id] = '1' AND [name] = 'Ann'\n"
+                           "DELETE FROM [people] WHERE [id] = '2' AND [name] = 'Bob'\n"
+                           "commit\n"
+                           "rollback\n"
+                           "fail now\n"
+                           "commit\n"
+                           "closed\n");
+}
+
+TEST(PluginEngine, HostCallsReadTheDatabaseAndCheckTables) {
+    auto open = reinterpret_cast<RuntimeObject *(*)()>(Entry("Open() As Database"));
+    auto hostOf = reinterpret_cast<KelpString (*)(RuntimeObject *)>(
+        Entry("HostOf(db As Database) As String"));
+    ASSERT_TRUE(open && hostOf);
+    EXPECT_EQ(plugins::RegisteredDBEngines().size(), 1u);
+    EXPECT_EQ(plugins::RegisteredDBCursors().size(), 1u);
+    RuntimeObject *db = open();
+    stringSetter(db, offsetof(DatabaseObject, host), Lit("db.example"));
+    stringSetter(db, offsetof(DatabaseObject, userName), Lit("kim"));
+    EXPECT_EQ(Take(hostOf(db)), "db.example");
+    EXPECT_EQ(Take(KELPGetDBUserName(db)), "kim");
+    EXPECT_EQ(Take(KELPGetDBPassword(db)), "");
+    EXPECT_EQ(KELPGetDBHost(nullptr), nullptr);
+
+    // Tables of an older format are refused, not read past their end.
+    KELPDatabaseEngineDefinition old{};
+    old.version = 3;
+    EXPECT_EQ(KELPdbDatabaseFromDBDatabase(&old, &old), nullptr);
+    KELPDatabaseCursorDefinition oldCursor{};
+    oldCursor.version = 2;
+    EXPECT_EQ(KELPdbCursorFromDBCursor(&oldCursor, &oldCursor), nullptr);
+    EXPECT_EQ(KELPConstructDBDatabase(Lit("NoSuchClass")), nullptr);
+    EXPECT_EQ(KELPConstructDBDatabase(Lit("Date")), nullptr); // not a Database
+    RuntimeObject *made = KELPConstructDBDatabase(Lit("KELPDatabase"));
+    EXPECT_TRUE(IsKELPDatabase(made));
+    RuntimeUnlockObject(made);
+    databaseClose(db);
+    RuntimeUnlockObject(db);
+}
+
+} // namespace
+} // namespace kelp::test

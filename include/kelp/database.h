@@ -219,6 +219,49 @@ int32_t scrollableCursorGetCount(RuntimeObject *self);
 /* Row `index` from 0 as a new DatabaseRecord; nil out of range. */
 RuntimeObject *scrollableCursorGetRow(RuntimeObject *self, int32_t index);
 
+/* ---- DataControl: a bar bound to a table or query of a Database ---- */
+void DataControlConstructor(RuntimeObject *self);
+void DataControlDestructor(RuntimeObject *self);
+void DataControlCreatePane(RuntimeObject *self);
+RuntimeObject *DataControlDBGetter(RuntimeObject *self, int32_t unused);
+void DataControlDBSetter(RuntimeObject *self, int32_t unused, RuntimeObject *database);
+void DataControlTableNameSetter(RuntimeObject *self, int32_t unused, KelpString name);
+void DataControlQuerySetter(RuntimeObject *self, int32_t unused, KelpString query);
+void DataControlCaptionSetter(RuntimeObject *self, int32_t unused, KelpString caption);
+void DataControlReadOnlySetter(RuntimeObject *self, int32_t unused, uint8_t value);
+void DataControlAlignSetter(RuntimeObject *self, int32_t unused, int32_t value);
+void DataControlColorSetter(RuntimeObject *self, int32_t unused, int32_t value);
+void DataControlFontSetter(RuntimeObject *self, int32_t unused, KelpString value);
+void DataControlSizeSetter(RuntimeObject *self, int32_t unused, int32_t value);
+/* Selector 0 Bold, 1 Italic, 2 Underline. */
+void DataControlAttributeSetter(RuntimeObject *self, int32_t selector, uint8_t value);
+int32_t DataControlEncodingGetter(RuntimeObject *self, int32_t unused);
+void DataControlEncodingSetter(RuntimeObject *self, int32_t unused, int32_t value);
+uint8_t DataControlRecordLockedGetter(RuntimeObject *self, int32_t unused);
+/* Reads every row of the table or query and shows the first. */
+void DataControlRunQuery(RuntimeObject *self);
+void DataControlMoveFirst(RuntimeObject *self);
+void DataControlMovePrev(RuntimeObject *self);
+void DataControlMoveNext(RuntimeObject *self);
+void DataControlMoveLast(RuntimeObject *self);
+/* Rows count from 0; a row past either end goes to that end. */
+void DataControlMoveTo(RuntimeObject *self, int32_t row);
+int32_t DataControlRow(RuntimeObject *self); /* -1 with no row */
+int32_t DataControlRowCount(RuntimeObject *self);
+int32_t DataControlFieldCount(RuntimeObject *self);
+KelpString DataControlGetField(RuntimeObject *self, KelpString name);
+RuntimeObject *DataControlGetCursor(RuntimeObject *self);
+void DataControlNewRecord(RuntimeObject *self);
+void DataControlAddNewRecord(RuntimeObject *self);
+void DataControlUpdateRecord(RuntimeObject *self);
+void DataControlDeleteRecord(RuntimeObject *self);
+void DataControlClearBoundControls(RuntimeObject *self);
+void DataControlControlBindSetter(RuntimeObject *self, KelpString field, RuntimeObject *control);
+RuntimeObject *DataControlGetBoundPart(RuntimeObject *self, KelpString name);
+int32_t DataControlGetConstant(RuntimeObject *self, KelpString name);
+void DataControlActionPerformAction(RuntimeObject *self);
+void DataControlActionDestructor(RuntimeObject *self);
+
 /* ---- plug-in host calls ---- */
 RuntimeObject *KELPdbDatabaseFromDBDatabase(void *data, KELPDatabaseEngineDefinition *engine);
 RuntimeObject *KELPdbCursorFromDBCursor(void *data, KELPDatabaseCursorDefinition *cursor);

@@ -67,6 +67,7 @@ ObjectDefinition *RecordSetDefinition();
 ObjectDefinition *DatabaseFieldDefinition();
 ObjectDefinition *DatabaseRecordDefinition();
 ObjectDefinition *ScrollableCursorDefinition();
+ObjectDefinition *DataControlDefinition();
 
 inline DatabaseObject *DatabaseOf(RuntimeObject *o) {
     return reinterpret_cast<DatabaseObject *>(o);

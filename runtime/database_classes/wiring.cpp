@@ -13,6 +13,7 @@ void WireDatabaseClasses() {
     AddIntrinsicClassAccessor(&DatabaseFieldDefinition);
     AddIntrinsicClassAccessor(&DatabaseRecordDefinition);
     AddIntrinsicClassAccessor(&ScrollableCursorDefinition);
+    AddIntrinsicClassAccessor(&DataControlDefinition);
 }
 
 } // namespace kelp

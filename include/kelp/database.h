@@ -262,6 +262,17 @@ int32_t DataControlGetConstant(RuntimeObject *self, KelpString name);
 void DataControlActionPerformAction(RuntimeObject *self);
 void DataControlActionDestructor(RuntimeObject *self);
 
+/* ---- the connection dialog of plug-in engines ---- */
+/* A dialog to be filled with fields; Delete frees it. */
+void *KELPDBConnectionDialogCreate(KelpString title);
+/* A labelled entry showing *value; a password entry hides what is typed.
+ * *value stays the caller's: Show replaces it (an owned string) on OK. */
+void KELPDBConnectionDialogAddField(void *dialog, KelpString label, KelpString *value,
+                                    uint8_t password);
+/* Modal; true when the person pressed OK (or Return). */
+uint8_t KELPDBConnectionDialogShow(void *dialog);
+void KELPDBConnectionDialogDelete(void *dialog);
+
 /* ---- plug-in host calls ---- */
 RuntimeObject *KELPdbDatabaseFromDBDatabase(void *data, KELPDatabaseEngineDefinition *engine);
 RuntimeObject *KELPdbCursorFromDBCursor(void *data, KELPDatabaseCursorDefinition *cursor);

@@ -262,6 +262,18 @@ int32_t DataControlGetConstant(RuntimeObject *self, KelpString name);
 void DataControlActionPerformAction(RuntimeObject *self);
 void DataControlActionDestructor(RuntimeObject *self);
 
+/* ---- DatabaseQuery: a SELECT with ":name" parameters, run on demand ---- */
+void databaseQueryDestructor(RuntimeObject *self);
+/* The value goes in as a quoted literal wherever ":name" stands. */
+void databaseQuerySetParameter(RuntimeObject *self, KelpString name, KelpString value);
+/* Reads every row, then calls each receiver's listDataReload(). */
+void databaseQueryRunQuery(RuntimeObject *self);
+int32_t databaseQueryGetCount(RuntimeObject *self);
+/* Row from 0 as a new DatabaseRecord; nil out of range. */
+RuntimeObject *databaseQueryGetRow(RuntimeObject *self, int32_t row);
+void databaseQueryAddLDNR(RuntimeObject *self, RuntimeObject *receiver);
+void databaseQueryRemoveLDNR(RuntimeObject *self, RuntimeObject *receiver);
+
 /* ---- the connection dialog of plug-in engines ---- */
 /* A dialog to be filled with fields; Delete frees it. */
 void *KELPDBConnectionDialogCreate(KelpString title);

@@ -68,6 +68,7 @@ ObjectDefinition *DatabaseFieldDefinition();
 ObjectDefinition *DatabaseRecordDefinition();
 ObjectDefinition *ScrollableCursorDefinition();
 ObjectDefinition *DataControlDefinition();
+ObjectDefinition *DatabaseQueryDefinition();
 
 inline DatabaseObject *DatabaseOf(RuntimeObject *o) {
     return reinterpret_cast<DatabaseObject *>(o);

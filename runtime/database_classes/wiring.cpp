@@ -14,6 +14,7 @@ void WireDatabaseClasses() {
     AddIntrinsicClassAccessor(&DatabaseRecordDefinition);
     AddIntrinsicClassAccessor(&ScrollableCursorDefinition);
     AddIntrinsicClassAccessor(&DataControlDefinition);
+    AddIntrinsicClassAccessor(&DatabaseQueryDefinition);
 }
 
 } // namespace kelp

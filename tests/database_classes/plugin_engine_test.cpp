@@ -2,6 +2,7 @@
 // data with the host's calls, and what the engine does not offer (insert,
 // update, delete, commit) reaches it as statements whose text is fixed.
 #include "database_classes/database_object.h"
+#include "objects/definitions.h"
 #include "plugins/database_registry.h"
 #include "plugins/host.h"
 
@@ -10,6 +11,8 @@
 #include "kelp/kelp.h"
 
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 namespace kelp::test {
 namespace {
@@ -115,6 +118,52 @@ TEST(PluginEngine, HostCallsReadTheDatabaseAndCheckTables) {
     RuntimeUnlockObject(made);
     databaseClose(db);
     RuntimeUnlockObject(db);
+}
+
+TEST(PluginEngine, QueriesTakeParametersAsLiteralsAndTellTheirReceivers) {
+    auto reloads = reinterpret_cast<int32_t (*)()>(Entry("Reloads() As Integer"));
+    ASSERT_TRUE(reloads);
+    char folder[] = "/tmp/kelp-dbq-XXXXXX";
+    ASSERT_TRUE(mkdtemp(folder));
+    RuntimeObject *file = RuntimeGetFolderItem(Lit(std::string(folder) + "/q.kdb"), 0);
+    RuntimeObject *db = newKELPDatabase(file);
+    databaseSQLExecute(db, Lit("create table w (n integer, word varchar(20))"));
+    for (const char *row : {"(1, 'one')", "(2, 'two')", "(3, 'it''s')"})
+        databaseSQLExecute(db, Lit(std::string("insert into w (n, word) values ") + row));
+    RuntimeObject *query = NewObjectOfDefinition(DatabaseQueryDefinition());
+    ASSERT_TRUE(KELPSetPropValueObject(query, "Database", db));
+    ASSERT_TRUE(KELPSetPropValueString(query, "SQLQuery",
+                                       Lit("select n from w where word = :w or n > :n")));
+    RuntimeObject *counter = PluginNewInstance("ReloadCounter");
+    ASSERT_NE(counter, nullptr);
+    databaseQueryAddLDNR(query, counter);
+    databaseQueryAddLDNR(query, counter); // once only
+    struct Case {
+        const char *word, *n;
+        int32_t count;
+    } cases[] = {
+        {"two", "5", 1},
+        {"it's", "5", 1},
+        {"x' or 'a' = 'a", "9", 0},
+        {":n", "2", 1},
+    };
+    int32_t before = reloads();
+    for (const Case &c : cases) {
+        databaseQuerySetParameter(query, Lit("W"), Lit(c.word));
+        databaseQuerySetParameter(query, Lit("n"), Lit(c.n));
+        databaseQueryRunQuery(query);
+        EXPECT_EQ(databaseQueryGetCount(query), c.count) << c.word;
+    }
+    EXPECT_EQ(reloads() - before, int32_t(std::size(cases)));
+    RuntimeObject *last = databaseQueryGetRow(query, 0);
+    EXPECT_EQ(getDatabaseRecordIntegerColumn(last, Lit("n")), 3);
+    EXPECT_EQ(databaseQueryGetRow(query, 1), nullptr);
+    databaseQueryRemoveLDNR(query, counter);
+    databaseQueryRunQuery(query);
+    EXPECT_EQ(reloads() - before, int32_t(std::size(cases)));
+    for (RuntimeObject *o : {last, counter, query, db, file})
+        RuntimeUnlockObject(o);
+    std::filesystem::remove_all(folder);
 }
 
 } // namespace

@@ -113,12 +113,27 @@ static KelpString HostOf(RuntimeObject *db) {
     return kelp.dataOf(db) == &gMemory ? kelp.host(db) : NULL;
 }
 
+/* ReloadCounter: a receiver of a DatabaseQuery that counts its reloads. */
+static int32_t gReloads;
+static void Reload(RuntimeObject *self) {
+    (void)self;
+    ++gReloads;
+}
+static int32_t Reloads(void) { return gReloads; }
+static KELPmethodDefinition counterMethods[] = {
+    {(void *)Reload, KELP_NO_SETTER, "listDataReload()", NULL},
+};
+static KELPclassDefinition counter = {
+    7, "ReloadCounter", NULL, 0, 0, NULL, NULL, NULL, 0, counterMethods, 1, NULL, 0, NULL, 0, NULL,
+};
+
 static KELPmethodDefinition methods[] = {
     {(void *)Open, KELP_NO_SETTER, "Open() As Database", NULL},
     {(void *)Log, KELP_NO_SETTER, "Log() As String", NULL},
     {(void *)HostOf, KELP_NO_SETTER, "HostOf(db As Database) As String", NULL},
+    {(void *)Reloads, KELP_NO_SETTER, "Reloads() As Integer", NULL},
 };
-static KELPmoduleDefinition module = {7, "MemoryEngine", methods, 3};
+static KELPmoduleDefinition module = {7, "MemoryEngine", methods, 4};
 
 EXPORT void KELPPluginMain(KELPResolver resolve) {
     kelp.build = (KelpString(*)(const char *, int32_t))resolve("KELPBuildString");
@@ -130,6 +145,7 @@ EXPORT void KELPPluginMain(KELPResolver resolve) {
     kelp.dataOf = (void *(*)(RuntimeObject *))resolve("KELPGetDBFromKELPdbDatabase");
     ((void (*)(int32_t))resolve("RegisterPluginVersion"))(KELP_PLUGIN_VERSION);
     ((void (*)(KELPmoduleDefinition *))resolve("PluginRegisterModule"))(&module);
+    ((void (*)(KELPclassDefinition *))resolve("PluginRegisterClass"))(&counter);
     ((void (*)(void *))resolve("PluginRegisterDBEngine"))(&engine);
     ((void (*)(void *))resolve("PluginRegisterDBCursor"))(&cursorDefinition);
 }

@@ -308,6 +308,8 @@ int32_t RecordSetRecordCount(RuntimeObject *self) {
     return rs->cursor->rowCount(rs->cursorData);
 }
 
+// Columns count from 1 here, as IdxField counts them; -1 when the engine
+// doesn't say.
 int32_t RecordSetColumnType(RuntimeObject *self, int32_t index) {
     RecordSetObject *rs = Live(self);
     return rs ? CellColumnType(self, index - 1) : -1;

@@ -57,5 +57,7 @@
 #include "kelp/serial.h"
 /* Sockets */
 #include "kelp/sockets.h"
+/* The database classes */
+#include "kelp/database.h"
 
 #endif

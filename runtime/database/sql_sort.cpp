@@ -22,46 +22,86 @@ size_t RowSize(const Values &row) {
     return size;
 }
 
-// A run holds, per row and column, a 16-bit type, a 32-bit length and the bytes.
+// A run holds, per row and column, a 16-bit type, a 32-bit length and the
+// bytes, written straight into the run's buffer.
 void AppendValue(std::string &out, const FieldValue &v) {
-    std::string bytes;
-    if (v.type == kFloat || v.type == kDouble) {
-        bytes.resize(8);
-        std::memcpy(bytes.data(), &v.real, 8);
-    } else if (v.type == kDate || v.type == kTime) {
-        for (uint16_t p : v.parts)
-            Append16(bytes, p);
-    } else if (v.type == kText || v.type == kBinary || IsBlobType(v.type)) {
-        bytes = v.bytes;
-    } else {
-        Append32(bytes, uint32_t(uint64_t(v.integer) >> 32));
-        Append32(bytes, uint32_t(v.integer));
-    }
     Append16(out, v.type);
-    Append32(out, uint32_t(bytes.size()));
-    out += bytes;
+    if (v.type == kFloat || v.type == kDouble) {
+        Append32(out, 8);
+        out.append(reinterpret_cast<const char *>(&v.real), 8);
+    } else if (v.type == kDate || v.type == kTime) {
+        Append32(out, 6);
+        for (uint16_t p : v.parts)
+            Append16(out, p);
+    } else if (v.type == kText || v.type == kBinary || IsBlobType(v.type)) {
+        Append32(out, uint32_t(v.bytes.size()));
+        out += v.bytes;
+    } else {
+        Append32(out, 8);
+        Append32(out, uint32_t(uint64_t(v.integer) >> 32));
+        Append32(out, uint32_t(v.integer));
+    }
 }
 
-bool ReadValue(UnixDataFile &file, FieldValue &v) {
-    uint8_t head[6];
-    int64_t got = 0;
-    if (!file.Read(head, 6, &got) || got != 6)
+// Reads a run back through a buffer: a value is a few bytes, and a read
+// call for each would cost more than the sort itself.
+class RunReader {
+public:
+    explicit RunReader(UnixDataFile *file) : mFile(file) { mFile->SetPosition(0); }
+    bool AtEnd() { return !Fill(1); }
+    // The next `n` bytes, or null when the run ends first.
+    const uint8_t *Take(size_t n) {
+        if (!Fill(n))
+            return nullptr;
+        const auto *p = reinterpret_cast<const uint8_t *>(mBuffer.data() + mAt);
+        mAt += n;
+        return p;
+    }
+
+private:
+    static constexpr size_t kChunk = 32768;
+    bool Fill(size_t n) {
+        if (mBuffer.size() - mAt >= n)
+            return true;
+        mBuffer.erase(0, mAt);
+        mAt = 0;
+        size_t have = mBuffer.size(), want = std::max(n - have, kChunk);
+        mBuffer.resize(have + want);
+        int64_t got = 0;
+        if (!mFile->Read(mBuffer.data() + have, int64_t(want), &got) || got < 0)
+            got = 0;
+        mBuffer.resize(have + size_t(got));
+        return mBuffer.size() >= n;
+    }
+    UnixDataFile *mFile;
+    std::string mBuffer;
+    size_t mAt = 0;
+};
+
+bool ReadValue(RunReader &run, FieldValue &v) {
+    const uint8_t *head = run.Take(6);
+    if (!head)
         return false;
     v = FieldValue{};
     v.type = uint8_t(Get16(head));
-    std::string bytes(Get32(head + 2), '\0');
-    if (!bytes.empty() &&
-        (!file.Read(bytes.data(), int64_t(bytes.size()), &got) || got != int64_t(bytes.size())))
+    uint32_t length = Get32(head + 2);
+    const uint8_t *p = run.Take(length);
+    if (!p)
         return false;
-    const auto *p = reinterpret_cast<const uint8_t *>(bytes.data());
     if (v.type == kFloat || v.type == kDouble) {
+        if (length != 8)
+            return false;
         std::memcpy(&v.real, p, 8);
     } else if (v.type == kDate || v.type == kTime) {
+        if (length != 6)
+            return false;
         for (int i = 0; i < 3; ++i)
             v.parts[i] = Get16(p + 2 * i);
     } else if (v.type == kText || v.type == kBinary || IsBlobType(v.type)) {
-        v.bytes = std::move(bytes);
+        v.bytes.assign(reinterpret_cast<const char *>(p), length);
     } else if (v.type != kNull) {
+        if (length != 8)
+            return false;
         v.integer = int64_t(uint64_t(Get32(p)) << 32 | Get32(p + 4));
     }
     return true;
@@ -78,7 +118,7 @@ public:
             mStarted = true;
             mHeads.resize(mRuns.size());
             for (size_t i = 0; i < mRuns.size(); ++i) {
-                mRuns[i]->SetPosition(0);
+                mReaders.emplace_back(mRuns[i].get());
                 if (!Load(i, error))
                     return false;
             }
@@ -101,12 +141,12 @@ private:
     };
 
     bool Load(size_t run, Error &error) {
-        UnixDataFile &file = *mRuns[run];
-        if (file.GetPosition() >= file.GetLength())
+        RunReader &reader = mReaders[run];
+        if (reader.AtEnd())
             return true;
         Values row(mWidth);
         for (FieldValue &v : row)
-            if (!ReadValue(file, v))
+            if (!ReadValue(reader, v))
                 return error.Set(kFileError, "Unable to read back sorted rows");
         mHeads[run] = std::move(row);
         mHeap.push(run);
@@ -115,6 +155,7 @@ private:
 
     std::vector<SortKey> mKeys;
     std::vector<std::unique_ptr<UnixDataFile>> mRuns;
+    std::vector<RunReader> mReaders; // one per run, made at the first fetch
     size_t mWidth;
     std::vector<Values> mHeads;
     std::priority_queue<size_t, std::vector<size_t>, Later> mHeap;

@@ -62,6 +62,8 @@ const RelocEntry kRows[] = {
 #include "serial/exports.inc"
 // Sockets
 #include "sockets/exports.inc"
+// The database classes
+#include "database_classes/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

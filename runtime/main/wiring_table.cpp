@@ -51,6 +51,8 @@
 #include "serial/wiring.h"
 // Sockets
 #include "sockets/wiring.h"
+// The database classes
+#include "database_classes/wiring.h"
 
 namespace kelp {
 namespace {
@@ -110,6 +112,10 @@ const WiringStep kWiringTable[] = {
      &WireSerial},
     // Sockets
     {"sockets: the socket and network classes; the run loop's socket poller", &WireSockets},
+    // The database classes
+    {"database_classes: Database, KELPDatabase, the record sets, DatabaseRecord, "
+     "ScrollableCursor",
+     &WireDatabaseClasses},
 };
 
 } // namespace

@@ -1,0 +1,6 @@
+#pragma once
+// The database classes: Database, KELPDatabase, the record sets and their
+// fields, DatabaseRecord and ScrollableCursor.
+namespace kelp {
+void WireDatabaseClasses();
+} // namespace kelp

@@ -53,5 +53,7 @@
 #include "kelp/shapes.h"
 /* Virtual volumes */
 #include "kelp/volumes.h"
+/* The debugger link */
+#include "kelp/debugger.h"
 
 #endif

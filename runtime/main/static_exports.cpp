@@ -58,6 +58,8 @@ const RelocEntry kRows[] = {
 #include "shapes/exports.inc"
 // Virtual volumes
 #include "volumes/exports.inc"
+// The debugger link
+#include "debugger/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

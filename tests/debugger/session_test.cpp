@@ -16,6 +16,7 @@
 #include <cstring>
 #include <future>
 #include <map>
+#include <ostream>
 #include <regex>
 #include <string>
 #include <vector>
@@ -30,7 +31,8 @@ std::string LocalPath() { return "/tmp/KPLocalDebug." + std::to_string(getuid())
 // Main (lines 1 to 5) calls Sub (lines 10, 11) twice.  Its locals, below
 // its frame: a string, a Timer, a 2-dimensional Integer array (bounds 3, 4)
 // and a variant boxing "boxed".  Between lines 4 and 5 it lets the Timer
-// and the array go.
+// and the array go, and raises and takes an EndException and a
+// KeyNotFoundException.
 kelp::image::Segments DebugImage(const std::string &address) {
     ImageBuilder b;
     auto line = [&](int n) {
@@ -75,6 +77,18 @@ kelp::image::Segments DebugImage(const std::string &address) {
     b.CallImport("RuntimeUnlockObject");
     b.LoadMem(Reg::RDI, Reg::RBP, -24);
     b.CallImport("RuntimeUnlockArray");
+    b.CallImport("RuntimeEnterHandlerRegion");
+    for (const char *exception : {"EndException", "KeyNotFoundException"}) {
+        kelp::test::NewObjectOf(b, exception);
+        b.StoreMem(Reg::RBP, -16, Reg::RAX);
+        b.MovReg(Reg::RDI, Reg::RAX);
+        b.CallImport("RuntimeRaiseException");
+        b.CallImport("RuntimeTakeException");
+        kelp::test::UnlockObject(b, Reg::RAX);
+        b.LoadMem(Reg::RDI, Reg::RBP, -16);
+        b.CallImport("RuntimeUnlockObject");
+    }
+    b.CallImport("RuntimeLeaveHandlerRegion");
     line(5);
     b.PutsText("done");
     b.AddImm(Reg::RSP, 32);
@@ -294,6 +308,13 @@ const Session kSessions[] = {
      true,
      1,
      false},
+    {"TrapStopsOnRaisedExceptionsButTheEnd",
+     "127.0.0.1",
+     {{"", "BREAK 00000001"}, {"TRAP 1", ""}, {"RUN", "TRAP KeyNotFoundException"}, {"RUN", ""}},
+     {},
+     false,
+     0,
+     true},
     {"QuitEndsTheProgram",
      "127.0.0.1",
      {{"", "BREAK 00000001"}, {"QUIT", ""}},
@@ -302,6 +323,8 @@ const Session kSessions[] = {
      1,
      false},
 };
+
+void PrintTo(const Session &s, std::ostream *out) { *out << s.name; }
 
 class DebugSession : public testing::TestWithParam<Session> {};
 

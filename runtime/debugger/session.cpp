@@ -66,7 +66,9 @@ class DELPoller final : public Pollable {
 public:
     void Poll() override { ServiceWhileRunning(); }
 };
-DELPoller gPoller;
+// Made once and never destroyed: it stays registered until the process
+// ends, and the registry may be gone before static destructors would run.
+DELPoller *gPoller = nullptr;
 
 void Send(std::string_view command, std::string_view data) {
     if (gLink.connection)
@@ -131,7 +133,10 @@ void Start() {
     gNextRaiseHook = SetRaiseHook(&ExceptionRaised);
     gNextArrayHook = arrays::SetArrayFreedHook(&ArrayFreed);
     gLink.imageBase = reinterpret_cast<uintptr_t>(CodeBase());
-    AddPollable(&gPoller);
+    if (!gPoller) {
+        gPoller = new DELPoller;
+        AddPollable(gPoller);
+    }
     SetDebuggerService(&ServiceWhileRunning);
 }
 

@@ -9,9 +9,12 @@
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstddef>
 #include <cstring>
 #include <future>
@@ -125,6 +128,25 @@ public:
         unlink(LocalPath().c_str());
     }
     bool Bound() const { return mBound; }
+    // In a child process: becomes user nobody, listens on this user's path,
+    // tells `ready`, and takes every connection until killed or 8 s are up
+    // (a program that took the connection then loses it without a report).
+    static void ListenAsOtherUser(int ready) {
+        alarm(8);
+        if (setgid(65534) != 0 || setuid(65534) != 0)
+            return;
+        int fd = socket(AF_UNIX, SOCK_STREAM, 0);
+        sockaddr_un a{};
+        a.sun_family = AF_UNIX;
+        std::strcpy(a.sun_path, LocalPath().c_str());
+        if (bind(fd, reinterpret_cast<sockaddr *>(&a), sizeof a) != 0 || listen(fd, 8) != 0)
+            return;
+        chmod(a.sun_path, 0777);
+        if (write(ready, "r", 1) != 1)
+            return;
+        for (;;)
+            accept(fd, nullptr, nullptr);
+    }
     bool Accept() {
         pollfd p{mListen, POLLIN, 0};
         if (poll(&p, 1, 10000) <= 0)
@@ -366,6 +388,34 @@ TEST_P(DebugSession, RepliesFollowTheWireFormat) {
 
 INSTANTIATE_TEST_SUITE_P(Sessions, DebugSession, testing::ValuesIn(kSessions),
                          [](const auto &row) { return std::string(row.param.name); });
+
+// Connecting to a listener of another user would let that user drive the
+// program: the link refuses it, as if nobody listened.
+TEST(DebugLink, AListenerOfAnotherUserIsRefused) {
+    if (getuid() != 0)
+        GTEST_SKIP() << "needs root to listen as another user";
+    unlink(LocalPath().c_str());
+    int ready[2];
+    ASSERT_EQ(pipe(ready), 0);
+    const pid_t other = fork();
+    if (other == 0) {
+        TestIde::ListenAsOtherUser(ready[1]);
+        _exit(0);
+    }
+    close(ready[1]);
+    char byte = 0;
+    ASSERT_EQ(read(ready[0], &byte, 1), 1); // listening
+    close(ready[0]);
+    kelp::test::TempDir dir;
+    const std::string program = dir / "app";
+    ASSERT_TRUE(kelp::test::WriteAppended(DebugImage("127.0.0.1"), program));
+    kelp::test::RunResult result = kelp::test::Run(program, {});
+    kill(other, SIGKILL);
+    waitpid(other, nullptr, 0);
+    unlink(LocalPath().c_str());
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.err.find("Could not locate the target IDE for debugging."), std::string::npos);
+}
 
 TEST(DebugLink, WithoutAnIdeTheProgramEndsWithTheReport) {
     unlink(LocalPath().c_str());

@@ -133,12 +133,13 @@ public:
     // (a program that took the connection then loses it without a report).
     static void ListenAsOtherUser(int ready) {
         alarm(8);
+        const std::string path = LocalPath(); // this user's, not nobody's
         if (setgid(65534) != 0 || setuid(65534) != 0)
             return;
         int fd = socket(AF_UNIX, SOCK_STREAM, 0);
         sockaddr_un a{};
         a.sun_family = AF_UNIX;
-        std::strcpy(a.sun_path, LocalPath().c_str());
+        std::strcpy(a.sun_path, path.c_str());
         if (bind(fd, reinterpret_cast<sockaddr *>(&a), sizeof a) != 0 || listen(fd, 8) != 0)
             return;
         chmod(a.sun_path, 0777);

@@ -129,10 +129,10 @@ public:
     }
     bool Bound() const { return mBound; }
     // In a child process: becomes user nobody, listens on this user's path,
-    // tells `ready`, and takes every connection until killed or 8 s are up
+    // tells `ready`, and takes every connection until killed or 20 s are up
     // (a program that took the connection then loses it without a report).
     static void ListenAsOtherUser(int ready) {
-        alarm(8);
+        alarm(20);
         const std::string path = LocalPath(); // this user's, not nobody's
         if (setgid(65534) != 0 || setuid(65534) != 0)
             return;

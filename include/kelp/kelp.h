@@ -59,5 +59,7 @@
 #include "kelp/sockets.h"
 /* The database classes */
 #include "kelp/database.h"
+/* The debugger link */
+#include "kelp/debugger.h"
 
 #endif

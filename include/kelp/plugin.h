@@ -403,7 +403,7 @@ KelpString PluginDefaultControlFont(void);    /* "System" */
 KelpString PluginDefaultControlCaption(void); /* "Untitled" */
 int32_t PluginDefaultControlFontSize(void);
 int32_t KELPinRuntime(void);
-int32_t KELPInDebugMode(void);                     /* 0 */
+int32_t KELPInDebugMode(void);                     /* 1 after DebugRuntimeInit, else 0 */
 int32_t KELPIsHIViewWindow(RuntimeObject *window); /* 0 */
 void KELPYieldToKP(void);
 KelpString PluginInterpretConstantValue(KelpString value); /* the value, a new reference */

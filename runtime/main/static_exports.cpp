@@ -64,6 +64,8 @@ const RelocEntry kRows[] = {
 #include "sockets/exports.inc"
 // The database classes
 #include "database_classes/exports.inc"
+// The debugger link
+#include "debugger/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

@@ -6,6 +6,7 @@
 #include "base/fatal_report.h"
 #include "controls/control.h"
 #include "objects/text.h"
+#include "runloop/debugger_slots.h"
 #include "strings/kstring.h"
 
 #include "kelp/controls.h"
@@ -173,7 +174,7 @@ int32_t GetTabPanelVisible(RuntimeObject *control) {
     return pane ? pane->panelVisible : 0;
 }
 int32_t KELPIsHIViewWindow(RuntimeObject *) { return 0; }
-int32_t KELPInDebugMode(void) { return 0; }
+int32_t KELPInDebugMode(void) { return kelp::DebugModeOn() ? 1 : 0; }
 // Compiled code runs here, never the design environment's interpreter.
 void KELPYieldToKP(void) {}
 // Keyboard mnemonics of captions: GTK 2 shows none on these controls.

@@ -40,6 +40,10 @@ bool AutoQuitOn() { return gApplication.autoQuitOn && gApplication.autoQuitOn();
 void SetSerialPortPoller(SerialPortPoller poller) { gSerialPoller = poller; }
 void SetThreadSleeper(ThreadSleeper sleeper) { gThreadSleeper = sleeper; }
 void SetSocketPoller(SocketPoller poller) { gSocketPoller = poller; }
+void RunSocketPoller(bool fromDebugger) {
+    if (gSocketPoller)
+        gSocketPoller(fromDebugger);
+}
 
 bool BlockWhenIdle() { return gBlockWhenIdle; }
 bool AppRunning() { return gAppRunning; }

@@ -33,6 +33,8 @@ using SerialPortPoller = void (*)();
 using SocketPoller = void (*)(bool fromDebugger);
 void SetSerialPortPoller(SerialPortPoller poller);
 void SetSocketPoller(SocketPoller poller);
+// Runs the socket layer's poller, if one is set.
+void RunSocketPoller(bool fromDebugger);
 
 // How Application.SleepCurrentThread sleeps: the thread scheduler puts the
 // calling thread to sleep and lets the others run meanwhile.  Without one

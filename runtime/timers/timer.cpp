@@ -18,6 +18,7 @@ namespace kelp {
 namespace {
 
 ObjectHook *gAction = nullptr;
+int32_t gHoldCount = 0;
 
 TimerRecord *Record(RuntimeObject *object) { return reinterpret_cast<TimerRecord *>(object); }
 
@@ -39,8 +40,8 @@ void Arm(TimerRecord *timer) {
 gboolean Fire(gpointer data) {
     auto *timer = static_cast<TimerRecord *>(data);
     RuntimeObject *object = &timer->object;
-    // A disabled timer lets its moment pass and stays as it is.
-    if (timer->enabled == 0)
+    // A disabled or held timer lets its moment pass and stays as it is.
+    if (timer->enabled == 0 || gHoldCount > 0)
         return TRUE;
     void *code = FindEventHandler(object, gAction);
     // Before the event, so that a single-shot handler sees ModeOff and may
@@ -63,6 +64,8 @@ gboolean Fire(gpointer data) {
 }
 
 } // namespace
+
+void HoldTimers(bool held) { gHoldCount += held ? 1 : -1; }
 
 ObjectDefinition *TimerDefinition() {
     static const PropertyRow properties[] = {

@@ -30,4 +30,8 @@ struct TimerRecord {
 
 ObjectDefinition *TimerDefinition();
 
+// While held (the debugger link's stop) a due timer lets its moment pass
+// and stays armed, so nothing of the program runs.  Calls nest.
+void HoldTimers(bool held);
+
 } // namespace kelp

@@ -4,6 +4,7 @@
 #include "serial/serial_port.h"
 
 #include "objects/definitions.h"
+#include "runloop/debugger_slots.h"
 #include "runloop/main_loop.h"
 
 #include "kelp/serial.h"
@@ -35,6 +36,7 @@ void WireSerial() {
     AddIntrinsicClassAccessor(&SerialPortDefinition);
     AddSerialRowsToSystem();
     SetSerialPortPoller(&PollSerialPorts);
+    SetSerialTickHold(&HoldSerialTicks);
 }
 
 } // namespace kelp

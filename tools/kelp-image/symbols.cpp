@@ -51,6 +51,20 @@ bool Linker::ResolveSymbols() {
             }
         }
     }
+    // C++ registers the destructors of static objects with the C library's
+    // __cxa_atexit under the address of __dso_handle, which names the module
+    // they belong to.  The image is its own module: the linker gives it one
+    // word of its data.
+    static const std::string kModuleHandle = "__dso_handle";
+    if (!mGlobals.count(kModuleHandle) && !mCommons.count(kModuleHandle))
+        for (const ElfObject &object : mObjects)
+            for (const ElfSymbol &s : object.symbols)
+                if (s.section == SHN_UNDEF && s.name == kModuleHandle &&
+                    !mCommons.count(kModuleHandle)) {
+                    const uint64_t at = (mData.size() + 7) & ~uint64_t(7);
+                    mData.resize(at + 8, 0);
+                    mCommons[kModuleHandle] = at;
+                }
     auto entry = mGlobals.find(mInput.entry);
     Target t;
     if (entry == mGlobals.end() ||

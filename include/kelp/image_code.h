@@ -11,24 +11,31 @@
  * constructors are set up, and the process's run-down follows its return. */
 #define KELP_ENTRY_NAME "KelpMain"
 
-/* A string constant: a stringStorage* to a record that lives as long as the
+/* A string constant: a stringStorage record that lives as long as the
  * process, laid out the way an image carries its constants, so it costs no
  * allocation and can be handed to any runtime function (text in UTF-8).
  * Its count starts at 1 and that reference is never given back.  The record
  * points at its own text, so the same code works linked into a program too;
- * in an image the binder makes that pointer. */
-#define KELP_STRING(text)                                                                       \
-    (__extension__({                                                                            \
-        static struct {                                                                         \
-            stringStorage record;                                                               \
-            uint8_t lengthByte;                                                                 \
-            char bytes[sizeof(text)];                                                           \
-        } kelpConstant __attribute__((section(".kelp.strings"), aligned(KELP_LITERAL_ALIGN))) = { \
-            {1, &kelpConstant.lengthByte, (uint32_t)sizeof(text) + 1, (int32_t)sizeof(text) - 1, \
-             kEncodingUTF8},                                                                    \
-            (uint8_t)(sizeof(text) - 1 > 255 ? 255 : sizeof(text) - 1),                         \
-            text};                                                                              \
-        &kelpConstant.record;                                                                   \
+ * in an image the binder makes that pointer.
+ *
+ * KELP_DEFINE_STRING(name, "text") defines one as a static object, whose
+ * `&name.record` may stand in static initializers; KELP_STRING("text") is an
+ * expression for one. */
+#define KELP_DEFINE_STRING(name, text)                                                           \
+    static struct {                                                                              \
+        stringStorage record;                                                                    \
+        uint8_t lengthByte;                                                                      \
+        char bytes[sizeof(text)];                                                                \
+    } name __attribute__((section(".kelp.strings"), aligned(KELP_LITERAL_ALIGN))) = {            \
+        {1, &name.lengthByte, (uint32_t)sizeof(text) + 1, (int32_t)sizeof(text) - 1,             \
+         kEncodingUTF8},                                                                         \
+        (uint8_t)(sizeof(text) - 1 > 255 ? 255 : sizeof(text) - 1),                              \
+        text}
+
+#define KELP_STRING(text)                                                                        \
+    (__extension__({                                                                             \
+        KELP_DEFINE_STRING(kelpConstant, text);                                                  \
+        &kelpConstant.record;                                                                    \
     }))
 
 #endif

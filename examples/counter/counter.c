@@ -54,8 +54,8 @@ void KelpMain(void) {
         AddControl(window, KELP_STRING("PushButton"), KELP_STRING("CountButton"), 20, 20, 120, 30);
     pushButtonCaptionSetter(button, 0, KELP_STRING("Count"));
     RuntimeInstallInstanceEventHandler(button, KELP_STRING("Action"), (void *)CountClicked);
-    gLabel = AddControl(window, KELP_STRING("StaticText"), KELP_STRING("ClickLabel"), 20, 70, 200,
-                        24);
+    gLabel =
+        AddControl(window, KELP_STRING("StaticText"), KELP_STRING("ClickLabel"), 20, 70, 200, 24);
     staticTextTextSetter(gLabel, 0, KELP_STRING("No clicks yet"));
     RuntimeShowWindow(window);
     RuntimeUnlockObject(window);

@@ -21,21 +21,21 @@
  * KELP_DEFINE_STRING(name, "text") defines one as a static object, whose
  * `&name.record` may stand in static initializers; KELP_STRING("text") is an
  * expression for one. */
-#define KELP_DEFINE_STRING(name, text)                                                           \
-    static struct {                                                                              \
-        stringStorage record;                                                                    \
-        uint8_t lengthByte;                                                                      \
-        char bytes[sizeof(text)];                                                                \
-    } name __attribute__((section(".kelp.strings"), aligned(KELP_LITERAL_ALIGN))) = {            \
-        {1, &name.lengthByte, (uint32_t)sizeof(text) + 1, (int32_t)sizeof(text) - 1,             \
-         kEncodingUTF8},                                                                         \
-        (uint8_t)(sizeof(text) - 1 > 255 ? 255 : sizeof(text) - 1),                              \
+#define KELP_DEFINE_STRING(name, text)                                                             \
+    static struct {                                                                                \
+        stringStorage record;                                                                      \
+        uint8_t lengthByte;                                                                        \
+        char bytes[sizeof(text)];                                                                  \
+    } name __attribute__((section(".kelp.strings"), aligned(KELP_LITERAL_ALIGN))) = {              \
+        {1, &name.lengthByte, (uint32_t)sizeof(text) + 1, (int32_t)sizeof(text) - 1,               \
+         kEncodingUTF8},                                                                           \
+        (uint8_t)(sizeof(text) - 1 > 255 ? 255 : sizeof(text) - 1),                                \
         text}
 
-#define KELP_STRING(text)                                                                        \
-    (__extension__({                                                                             \
-        KELP_DEFINE_STRING(kelpConstant, text);                                                  \
-        &kelpConstant.record;                                                                    \
+#define KELP_STRING(text)                                                                          \
+    (__extension__({                                                                               \
+        KELP_DEFINE_STRING(kelpConstant, text);                                                    \
+        &kelpConstant.record;                                                                      \
     }))
 
 #endif

@@ -54,7 +54,7 @@ RunResult Reference(const std::string &entry, bool keepDisplay = false) {
 struct Program {
     const char *entry;
     std::initializer_list<const char *> objects;
-    std::vector<std::string> soft;
+    std::vector<std::string> soft;         // the link's --soft and --soft-data arguments
     size_t lines;                          // what it prints, the exit's included
     std::vector<std::string> recordsShown; // in kelp-image info
 };
@@ -63,14 +63,16 @@ TEST(ImageLink, ProgramsRunAsTheirOrdinaryLinkRunsAndHoldEveryRecordType) {
     const Program programs[] = {
         {"ProgramRecords",
          {"records.c.o", "calls.c.o"},
-         {"printf:libc.so.6", "puts:libc.so.6"},
-         7,
+         {"--soft", "printf:libc.so.6", "--soft", "puts:libc.so.6", "--soft", "fwrite:libc.so.6",
+          "--soft-data", "stdout:libc.so.6"},
+         8,
          {"import RuntimeAddString (relative", "import RuntimeAddString (absolute",
-          "soft import puts from libc.so.6 (", "data reference", "code reference",
-          "string reference at code", "\"records\"", "\"ab\"", "ProgramRecords"}},
+          "soft import puts from libc.so.6 (", "soft import dlsym from libc.so.6", "data reference",
+          "code reference", "string reference at code", "\"records\"", "\"ab\"", "ProgramRecords"}},
         {"ProgramObjects",
          {"objects.cpp.o"},
-         {"printf:libc.so.6", "_ZdlPvm:libstdc++.so.6", "__cxa_atexit:libc.so.6"},
+         {"--soft", "printf:libc.so.6", "--soft", "_ZdlPvm:libstdc++.so.6", "--soft",
+          "__cxa_atexit:libc.so.6"},
          2,
          {"\"from C++\"", "soft import __cxa_atexit from libc.so.6"}},
     };
@@ -81,8 +83,7 @@ TEST(ImageLink, ProgramsRunAsTheirOrdinaryLinkRunsAndHoldEveryRecordType) {
         ASSERT_EQ(objects.size(), p.objects.size());
         std::vector<std::string> args{"link"};
         args.insert(args.end(), objects.begin(), objects.end());
-        for (const auto &soft : p.soft)
-            args.insert(args.end(), {"--soft", soft});
+        args.insert(args.end(), p.soft.begin(), p.soft.end());
         args.insert(args.end(),
                     {"--entry", p.entry, "--append-to", kRuntime, "--out", dir / "program"});
         const RunResult link = Tool(args);

@@ -31,36 +31,65 @@ using image::kLinkStringReference;
 //        mov  [rax], rdx
 //        add  rbx, 16
 //        jmp  1b
-//   2:   lea  rbx, [constructors]
-//   3:   lea  rax, [end of constructors]
+//   2:   lea  rbx, [variables]
+//   3:   lea  rax, [end of variables]
 //        cmp  rbx, rax
-//        je   4f
+//        je   5f
+//        xor  edi, edi            ; RTLD_DEFAULT: the process's libraries
+//        mov  rsi, [rbx + 8]      ; the variable's name
+//        call dlsym
+//        test rax, rax
+//        je   4f                  ; not there: the copy stays 0
+//        mov  rax, [rax]
+//        mov  rdx, [rbx]          ; the image's copy
+//        mov  [rdx], rax
+//   4:   add  rbx, 16
+//        jmp  3b
+//   5:   lea  rbx, [constructors]
+//   6:   lea  rax, [end of constructors]
+//        cmp  rbx, rax
+//        je   7f
 //        call [rbx]
 //        add  rbx, 8
-//        jmp  3b
-//   4:   pop  rbx
+//        jmp  6b
+//   7:   pop  rbx
 //        jmp  entry
 const uint8_t kStartCode[] = {
-    0x53,                            // 0  push rbx
-    0x48, 0x8D, 0x1D, 0,    0, 0, 0, // 1  lea rbx, [rip + d]     (d at 4)
-    0x48, 0x8D, 0x05, 0,    0, 0, 0, // 8  lea rax, [rip + d]     (d at 11)
-    0x48, 0x39, 0xC3,                // 15 cmp rbx, rax
-    0x74, 0x10,                      // 18 je 36
-    0x48, 0x8B, 0x03,                // 20 mov rax, [rbx]
-    0x48, 0x8B, 0x53, 0x08,          // 23 mov rdx, [rbx + 8]
-    0x48, 0x89, 0x10,                // 27 mov [rax], rdx
-    0x48, 0x83, 0xC3, 0x10,          // 30 add rbx, 16
-    0xEB, 0xE4,                      // 34 jmp 8
-    0x48, 0x8D, 0x1D, 0,    0, 0, 0, // 36 lea rbx, [rip + d]     (d at 39)
-    0x48, 0x8D, 0x05, 0,    0, 0, 0, // 43 lea rax, [rip + d]     (d at 46)
-    0x48, 0x39, 0xC3,                // 50 cmp rbx, rax
-    0x74, 0x08,                      // 53 je 63
-    0xFF, 0x13,                      // 55 call [rbx]
-    0x48, 0x83, 0xC3, 0x08,          // 57 add rbx, 8
-    0xEB, 0xEC,                      // 61 jmp 43
-    0x5B,                            // 63 pop rbx
-    0xE9, 0,    0,    0,    0,       // 64 jmp entry               (d at 65)
+    0x53,                            // 0   push rbx
+    0x48, 0x8D, 0x1D, 0,    0, 0, 0, // 1   lea rbx, [rip + d]     (d at 4)
+    0x48, 0x8D, 0x05, 0,    0, 0, 0, // 8   lea rax, [rip + d]     (d at 11)
+    0x48, 0x39, 0xC3,                // 15  cmp rbx, rax
+    0x74, 0x10,                      // 18  je 36
+    0x48, 0x8B, 0x03,                // 20  mov rax, [rbx]
+    0x48, 0x8B, 0x53, 0x08,          // 23  mov rdx, [rbx + 8]
+    0x48, 0x89, 0x10,                // 27  mov [rax], rdx
+    0x48, 0x83, 0xC3, 0x10,          // 30  add rbx, 16
+    0xEB, 0xE4,                      // 34  jmp 8
+    0x48, 0x8D, 0x1D, 0,    0, 0, 0, // 36  lea rbx, [rip + d]     (d at 39)
+    0x48, 0x8D, 0x05, 0,    0, 0, 0, // 43  lea rax, [rip + d]     (d at 46)
+    0x48, 0x39, 0xC3,                // 50  cmp rbx, rax
+    0x74, 0x1F,                      // 53  je 86
+    0x31, 0xFF,                      // 55  xor edi, edi
+    0x48, 0x8B, 0x73, 0x08,          // 57  mov rsi, [rbx + 8]
+    0xE8, 0,    0,    0,    0,       // 61  call dlsym             (hole at 62)
+    0x48, 0x85, 0xC0,                // 66  test rax, rax
+    0x74, 0x09,                      // 69  je 80
+    0x48, 0x8B, 0x00,                // 71  mov rax, [rax]
+    0x48, 0x8B, 0x13,                // 74  mov rdx, [rbx]
+    0x48, 0x89, 0x02,                // 77  mov [rdx], rax
+    0x48, 0x83, 0xC3, 0x10,          // 80  add rbx, 16
+    0xEB, 0xD5,                      // 84  jmp 43
+    0x48, 0x8D, 0x1D, 0,    0, 0, 0, // 86  lea rbx, [rip + d]     (d at 89)
+    0x48, 0x8D, 0x05, 0,    0, 0, 0, // 93  lea rax, [rip + d]     (d at 96)
+    0x48, 0x39, 0xC3,                // 100 cmp rbx, rax
+    0x74, 0x08,                      // 103 je 113
+    0xFF, 0x13,                      // 105 call [rbx]
+    0x48, 0x83, 0xC3, 0x08,          // 107 add rbx, 8
+    0xEB, 0xEC,                      // 111 jmp 93
+    0x5B,                            // 113 pop rbx
+    0xE9, 0,    0,    0,    0,       // 114 jmp entry              (d at 115)
 };
+constexpr size_t kLookUpHole = 62;
 static_assert(sizeof kStartCode <= kStartSize);
 
 // Writes the displacement at `at` of an instruction ending at `next` to target.
@@ -117,6 +146,21 @@ bool Linker::Write(image::Segments &out, LinkStats &stats) {
         value.at = mCode.size() - 8;
         mCodeWords.push_back(value);
     }
+    // The library variables: the copy's place and the name's, the names
+    // themselves behind the table.
+    const size_t variablesAt = mCode.size();
+    mCode.resize(mCode.size() + 16 * mVariables.size(), 0);
+    for (size_t k = 0; k < mVariables.size(); ++k) {
+        const size_t row = variablesAt + 16 * k;
+        mCodeWords.push_back(CodeWord{row, Target{Target::kData, mVariables[k].second, {}}, false});
+        mCodeWords.push_back(CodeWord{row + 8, Target{Target::kCode, mCode.size(), {}}, false});
+        mCode.insert(mCode.end(), mVariables[k].first.begin(), mVariables[k].first.end());
+        mCode.push_back(0);
+    }
+    const size_t variablesEnd = variablesAt + 16 * mVariables.size();
+    if (!mVariables.empty())
+        mSoftHoles[kLookUp].push_back(kLookUpHole);
+    Align(mCode, 8);
     const size_t constructorsAt = mCode.size();
     for (auto &c : mConstructors) {
         mCode.resize(mCode.size() + 8, 0);
@@ -131,10 +175,12 @@ bool Linker::Write(image::Segments &out, LinkStats &stats) {
 
     std::memcpy(mCode.data(), kStartCode, sizeof kStartCode);
     Displace(mCode, 4, 8, wordsAt);
-    Displace(mCode, 11, 15, constructorsAt);
-    Displace(mCode, 39, 43, constructorsAt);
-    Displace(mCode, 46, 50, constructorsEnd);
-    Displace(mCode, 65, 69, mEntry);
+    Displace(mCode, 11, 15, variablesAt);
+    Displace(mCode, 39, 43, variablesAt);
+    Displace(mCode, 46, 50, variablesEnd);
+    Displace(mCode, 89, 93, constructorsAt);
+    Displace(mCode, 96, 100, constructorsEnd);
+    Displace(mCode, 115, 119, mEntry);
 
     // Words the binder completes.
     std::vector<std::pair<uint64_t, uint8_t>> references; // code offset, record type
@@ -175,7 +221,8 @@ bool Linker::Write(image::Segments &out, LinkStats &stats) {
         link.push_back(kLinkSoftImport);
         AppendU32(link, Chain(mCode, offsets, 4));
         AppendName(link, name);
-        AppendName(link, *SoftLibrary(name));
+        AppendName(link,
+                   name == kLookUp && !SoftLibrary(name) ? kLookUpLibrary : *SoftLibrary(name));
         ++stats.softImports;
     }
     for (const auto &[at, type] : references) {
@@ -185,6 +232,7 @@ bool Linker::Write(image::Segments &out, LinkStats &stats) {
     stats.references = references.size();
     stats.startWords = mStartWords.size();
     stats.constructors = mConstructors.size();
+    stats.variables = mVariables.size();
 
     // The symbol table: the image's functions by code offset.
     std::vector<std::pair<uint64_t, std::string>> functions{{0, "(image start)"}};

@@ -9,6 +9,10 @@
 //   --loose FOLDER          the six segment files in FOLDER
 //   --entry NAME            the function the image starts in (KelpMain)
 //   --soft FUNCTION:LIBRARY a system library's function the code calls
+//   --soft-data VARIABLE:LIBRARY
+//                           a system library's variable the code reads (such
+//                           as stdout): the image gets a copy of its value,
+//                           taken when the image starts
 //   --runtime KELP          whose export table imports bind against (by
 //                           default the --append-to program, else the kelp
 //                           beside this tool)
@@ -52,8 +56,9 @@ int LinkCommand(int argc, char **argv) {
     for (int i = 0; i < argc; ++i) {
         const std::string a = argv[i];
         const bool valued = a == "--out" || a == "--append-to" || a == "--loose" ||
-                            a == "--entry" || a == "--soft" || a == "--runtime" ||
-                            a == "--resource" || a == "--plugin" || a == "--options";
+                            a == "--entry" || a == "--soft" || a == "--soft-data" ||
+                            a == "--runtime" || a == "--resource" || a == "--plugin" ||
+                            a == "--options";
         if (valued && i + 1 < argc) {
             const std::string v = argv[++i];
             if (a == "--out")
@@ -75,8 +80,9 @@ int LinkCommand(int argc, char **argv) {
             else {
                 const auto colon = v.find(':');
                 if (colon == 0 || colon == std::string::npos || colon + 1 == v.size())
-                    return Failed("a soft import is FUNCTION:LIBRARY, not '" + v + "'");
-                input.soft.push_back({v.substr(0, colon), v.substr(colon + 1)});
+                    return Failed("a soft import is NAME:LIBRARY, not '" + v + "'");
+                (a == "--soft" ? input.soft : input.softData)
+                    .push_back({v.substr(0, colon), v.substr(colon + 1)});
             }
         } else if (!a.empty() && a[0] == '-') {
             return Usage();

@@ -52,9 +52,13 @@ struct GlobalDefinition {
 };
 
 // The start: at code offset 0 the linker puts a routine that sets the
-// writable data words that hold addresses, runs the static constructors and
-// then jumps to the entry.  Its length is fixed.
-inline constexpr size_t kStartSize = 80;
+// writable data words that hold addresses, copies in the library variables,
+// runs the static constructors and then jumps to the entry.  Its length is
+// fixed.
+inline constexpr size_t kStartSize = 128;
+// The C library's look-up the start routine finds library variables with.
+inline constexpr const char *kLookUp = "dlsym";
+inline constexpr const char *kLookUpLibrary = "libc.so.6";
 // A soft import reached by an address rather than a call goes through a
 // `jmp rel32` thunk of this size.
 inline constexpr size_t kThunkSize = 8;
@@ -95,7 +99,8 @@ private:
     // Static constructor slots in order: (object, .init_array section).
     std::vector<std::pair<size_t, uint32_t>> mConstructorSections;
     std::unordered_map<std::string, GlobalDefinition> mGlobals;
-    std::unordered_map<std::string, uint64_t> mCommons; // data offset of each common symbol
+    std::unordered_map<std::string, uint64_t> mCommons;       // data offset of each common symbol
+    std::vector<std::pair<std::string, uint64_t>> mVariables; // library variable, its data copy
     std::unordered_map<std::string, std::string> mExportsFolded; // upper-case -> as given
     // Results of relocation.
     std::vector<std::pair<uint64_t, uint64_t>> mConstantRanges; // data offsets [start, end)

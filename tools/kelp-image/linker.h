@@ -22,9 +22,10 @@ struct SoftFunction {
 
 struct LinkInput {
     std::vector<std::string> objects;
-    std::vector<SoftFunction> soft;   // --soft FUNCTION:LIBRARY
-    std::string entry = "KelpMain";   // reached from code offset 0
-    std::vector<std::string> exports; // the names the runtime's binder offers
+    std::vector<SoftFunction> soft;     // --soft FUNCTION:LIBRARY
+    std::vector<SoftFunction> softData; // --soft-data VARIABLE:LIBRARY
+    std::string entry = "KelpMain";     // reached from code offset 0
+    std::vector<std::string> exports;   // the names the runtime's binder offers
 };
 
 struct LinkStats {
@@ -34,6 +35,7 @@ struct LinkStats {
     size_t references = 0;   // data, code and string reference records
     size_t startWords = 0;   // writable data words set before the entry runs
     size_t constructors = 0; // static constructors run before the entry
+    size_t variables = 0;    // library variables copied in at the start
 };
 
 // Links the objects into the code, data, link table and symbol segments of

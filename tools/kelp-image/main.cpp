@@ -1,6 +1,7 @@
 // kelp-image: makes application images and shows what is in them.
 //
 //   kelp-image link OBJECT... [--entry NAME] [--soft FUNCTION:LIBRARY]...
+//                   [--soft-data VARIABLE:LIBRARY]...
 //                   [--resource TYPE:ID:FILE]... [--plugin ID:LIBRARY]...
 //                   [--options FILE] [--runtime KELP]
 //                   (--out FILE | --append-to KELP --out FILE | --loose FOLDER)
@@ -32,7 +33,8 @@ namespace kelp::tool {
 int Usage() {
     std::fprintf(
         stderr,
-        "usage: kelp-image link OBJECT... [--entry NAME] [--soft FUNCTION:LIBRARY]... "
+        "usage: kelp-image link OBJECT... [--entry NAME] [--soft FUNCTION:LIBRARY]... [--soft-data "
+        "VARIABLE:LIBRARY]... "
         "[--resource TYPE:ID:FILE]... [--plugin ID:LIBRARY]... [--options FILE] [--runtime KELP] "
         "(--out FILE | --append-to KELP --out FILE | --loose FOLDER)\n"
         "       kelp-image pack -o OUT [-r RUNTIME] (FOLDER | CODE DATA LINK [SYMBOLS "

@@ -65,6 +65,16 @@ bool Linker::ResolveSymbols() {
                     mData.resize(at + 8, 0);
                     mCommons[kModuleHandle] = at;
                 }
+    // A library variable the code names gets a word of the image's data,
+    // which the start routine fills with the variable's value.
+    for (const SoftFunction &v : mInput.softData) {
+        if (mGlobals.count(v.function) || mCommons.count(v.function))
+            continue;
+        const uint64_t at = (mData.size() + 7) & ~uint64_t(7);
+        mData.resize(at + 8, 0);
+        mCommons[v.function] = at;
+        mVariables.emplace_back(v.function, at);
+    }
     auto entry = mGlobals.find(mInput.entry);
     Target t;
     if (entry == mGlobals.end() ||

@@ -1,13 +1,12 @@
 /* A program that holds every kind of address an image can: runtime exports
  * by address and by call, C library functions, its own code and data, string
- * constants, addresses in writable data, a static constructor and a weak
- * function nobody defines.  It prints what it computes through them. */
+ * constants, addresses in writable data, a static constructor, a weak
+ * function nobody defines and a variable of the C library.  It prints what it computes through them. */
 #include "kelp/image_code.h"
 #include "kelp/string_functions.h"
 #include "kelp/strings.h"
 
-int printf(const char *format, ...);
-int puts(const char *text);
+#include <stdio.h>
 
 /* calls.c, built for the small code model: it reaches the runtime and the C
  * library by call and jump displacements. */
@@ -65,4 +64,5 @@ void ProgramRecords(void) {
     RuntimeUnlockString(number);
     Say("said through a jump");
     printf("weak %s\n", NobodyDefinesThis ? "bound" : "absent");
+    fputs("through the C library's stdout\n", stdout);
 }

@@ -2,7 +2,7 @@
 //  - the time kelp-image takes to link the drill's objects;
 //  - the size of the drill's image (code, data, link table, symbols) against
 //    the size of its objects;
-//  - the start of the image-built sumbrook against the linked-in one: the
+//  - the start of sumbrook (image-built) against sumbrook-linked: the
 //    whole run of `--print-problem 1`, which needs no display, alternating
 //    the two programs so both see the same machine.
 #include <sys/stat.h>
@@ -75,8 +75,8 @@ int main() {
     std::vector<double> linked, imaged;
     const std::string args = " --print-problem 1 --seed 1";
     for (int i = 0; i < 20; ++i) {
-        linked.push_back(Timed("env -u DISPLAY " + kBin + "/sumbrook" + args));
-        imaged.push_back(Timed("env -u DISPLAY " + kBin + "/sumbrook-image" + args));
+        linked.push_back(Timed("env -u DISPLAY " + kBin + "/sumbrook-linked" + args));
+        imaged.push_back(Timed("env -u DISPLAY " + kBin + "/sumbrook" + args));
     }
     std::printf(
         "start to end of --print-problem: linked-in %.1f ms, image %.1f ms (median of 20)\n",

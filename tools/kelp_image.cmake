@@ -8,7 +8,7 @@
 # command answers.
 set(KELP_IMAGE_COMPILE_OPTIONS
   -fno-pic -mcmodel=large -fno-asynchronous-unwind-tables -fno-stack-protector -fno-sanitize=all
-  $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
+  $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics -fno-sized-deallocation>
   CACHE INTERNAL "how image code is compiled")
 
 # kelp_image_objects(<target> <source>...): an object library of image code,

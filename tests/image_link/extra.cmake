@@ -10,7 +10,8 @@ add_executable(image_link_reference ${programs}/reference_main.cpp ${programs}/r
   ${programs}/calls.c ${programs}/objects.cpp ${PROJECT_SOURCE_DIR}/examples/counter/counter.c)
 target_include_directories(image_link_reference PRIVATE ${PROJECT_SOURCE_DIR}/include)
 kelp_link_runtime(image_link_reference)
-add_dependencies(${target} image_link_programs image_link_reference kelp kelp-image counter)
+add_dependencies(${target} image_link_programs image_link_reference kelp kelp-image counter
+  sumbrook sumbrook-linked)
 target_compile_definitions(${target} PRIVATE
   IMAGE_LINK_OBJECTS="$<JOIN:$<TARGET_OBJECTS:image_link_programs>,:>"
   IMAGE_LINK_REFERENCE="$<TARGET_FILE:image_link_reference>")

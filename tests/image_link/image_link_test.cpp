@@ -71,7 +71,7 @@ TEST(ImageLink, ProgramsRunAsTheirOrdinaryLinkRunsAndHoldEveryRecordType) {
           "code reference", "string reference at code", "\"records\"", "\"ab\"", "ProgramRecords"}},
         {"ProgramObjects",
          {"objects.cpp.o"},
-         {"--soft", "printf:libc.so.6", "--soft", "_ZdlPvm:libstdc++.so.6", "--soft",
+         {"--soft", "printf:libc.so.6", "--soft", "_ZdlPv:libstdc++.so.6", "--soft",
           "__cxa_atexit:libc.so.6"},
          2,
          {"\"from C++\"", "soft import __cxa_atexit from libc.so.6"}},
@@ -215,6 +215,24 @@ TEST(ImageLink, CheckListsWhatWouldBeMissingWithoutRunningTheImage) {
                                 "missing function KelpNoSuchFunction in libc.so.6 (1 call)\n",
                                 "0 names bind, 3 missing, 0 damaged\n"})
         EXPECT_NE(check.out.find(missing), std::string::npos) << missing << check.out;
+}
+
+// The drill as it ships (kelp with its image) deals the rounds the same drill
+// linked into the runtime deals.
+TEST(ImageLink, TheDrillsImageDealsTheRoundsOfTheLinkedInDrill) {
+    struct Round {
+        const char *mode, *seed;
+    } rounds[] = {{"1", "7"}, {"2", "42"}, {"3", "2024"}};
+    for (const Round &r : rounds) {
+        SCOPED_TRACE(std::string("mode ") + r.mode + " seed " + r.seed);
+        const std::vector<std::string> args{"--print-round", "--mode", r.mode, "--length", "25",
+                                            "--seed",        r.seed};
+        const RunResult image = kelp::test::Run(KELP_BIN_DIR "/sumbrook", args);
+        const RunResult linked = kelp::test::Run(KELP_BIN_DIR "/sumbrook-linked", args);
+        EXPECT_EQ(image.status, 0) << image.err;
+        EXPECT_EQ(std::count(image.out.begin(), image.out.end(), '\n'), 25);
+        EXPECT_EQ(image.out, linked.out);
+    }
 }
 
 // The example, as a person uses it: two clicks on Count, and the label reads

@@ -53,5 +53,7 @@
 #include "kelp/shapes.h"
 /* Virtual volumes */
 #include "kelp/volumes.h"
+/* Platform stubs */
+#include "kelp/stubs.h"
 
 #endif

@@ -58,6 +58,8 @@ const RelocEntry kRows[] = {
 #include "shapes/exports.inc"
 // Virtual volumes
 #include "volumes/exports.inc"
+// Platform stubs
+#include "stubs/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

@@ -47,6 +47,8 @@
 // 2D shapes
 #include "shapes/wiring.h"
 #include "volumes/wiring.h"
+// Platform stubs
+#include "stubs/wiring.h"
 
 namespace kelp {
 namespace {
@@ -101,6 +103,8 @@ const WiringStep kWiringTable[] = {
     {"shapes: the Object2D classes; the pictures' vector part", &WireShapes},
     // Virtual volumes
     {"volumes: the VirtualVolume class; FolderItem's volume members", &WireVolumes},
+    // Platform stubs
+    {"stubs: the OLE, registry, key chain, Apple event, dock and movie classes", &WireStubs},
 };
 
 } // namespace

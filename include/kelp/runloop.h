@@ -105,6 +105,13 @@ void RuntimeTimerReset(RuntimeObject *self);
 void TimerAddActionNotificationReceiver(RuntimeObject *self, RuntimeObject *receiver);
 void TimerRemoveActionNotificationReceiver(RuntimeObject *self, RuntimeObject *receiver);
 
+/* Ticks: sixtieths of a second of the run loop's clock (the monotonic clock,
+ * from the system's start), wrapping as a signed 32-bit count. */
+int32_t RuntimeTicks(void);
+/* Microseconds: the monotonic clock in microseconds, as a double so that it
+ * does not wrap. */
+double RuntimeMicroseconds(void);
+
 #ifdef __cplusplus
 }
 #endif

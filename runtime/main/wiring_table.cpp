@@ -35,6 +35,7 @@
 #include "objects/definitions.h"
 
 #include "kelp/random.h"
+#include "kelp/runloop.h"
 
 #include "canvas/wiring.h"
 #include "controls/wiring.h"
@@ -58,7 +59,11 @@ void WireStaticExports() { SetStaticExportRows(StaticExportRows(), StaticExportC
 // Functions of folders that stand below the class definitions, so cannot
 // list their own rows of the intrinsic function table.
 void WireLowerFunctionRows() {
-    static const MethodRow rows[] = {{"Rnd", &kTypeDouble, nullptr, 0, KELP_ENTRY(rnd)}};
+    static const MethodRow rows[] = {
+        {"Rnd", &kTypeDouble, nullptr, 0, KELP_ENTRY(rnd)},
+        {"Ticks", &kTypeInteger, nullptr, 0, KELP_ENTRY(RuntimeTicks)},
+        {"Microseconds", &kTypeDouble, nullptr, 0, KELP_ENTRY(RuntimeMicroseconds)},
+    };
     AddIntrinsicFunctions(rows);
 }
 
@@ -67,7 +72,7 @@ const WiringStep kWiringTable[] = {
     {"objects: the Runtime class", &WireObjects},
     {"exceptions: the exception classes; the object runtime's raiser", &WireExceptions},
     {"string_functions: the EndOfLine class; the text functions' rows", &WireStringFunctions},
-    {"random: the Rnd function's row", &WireLowerFunctionRows},
+    {"random, runloop: the rows of Rnd, Ticks and Microseconds", &WireLowerFunctionRows},
     {"dates: the Date class and ParseDate", &WireDates},
     {"variants: the Dictionary class and the Variant functions", &WireVariants},
     {"timers: the Timer class", &WireTimers},

@@ -234,6 +234,24 @@ int32_t GetMacOutputDriverRef(RuntimeObject *self, int32_t unused);
 int32_t GetWin32DriverHandle(RuntimeObject *self, int32_t unused);
 int32_t getterWinHWND(RuntimeObject *self, int32_t unused);
 
+/* ---- Scripts of the system's script engine: there is none here.  Running
+ * one raises; adding parameters to a script that never starts does nothing. */
+void RuntimeScriptExecute(KelpString source, KelpString language);        /* raises */
+KelpString RuntimeScriptFunction(KelpString source, KelpString language); /* raises */
+void RuntimeStartParamScript(KelpString source, KelpString language);     /* raises */
+void RuntimeAddStringScriptParam(KelpString value);
+void RuntimeAddIntegerScriptParam(int32_t value);
+void RuntimeCompleteParamScriptExecute(void);
+KelpString RuntimeCompleteParamScriptFunction(void);
+
+/* ---- Speech and notes: no speech engine and no instrument synthesizer
+ * here, so Speak says nothing and a NotePlayer plays nothing. */
+void RuntimeSpeak(KelpString text, uint8_t interrupt);
+void RuntimeNotePlayerConstructor(RuntimeObject *self);
+void RuntimeNotePlayerDestructor(RuntimeObject *self);
+void notePlayerInstrumentSetter(RuntimeObject *self, int32_t unused, int32_t instrument);
+void notePlayerPlayNote(RuntimeObject *self, int32_t note, int32_t velocity);
+
 #ifdef __cplusplus
 }
 #endif

@@ -16,7 +16,10 @@ void WireStubs() {
     static const TypeRecord registryItem{kTypeObjectOf, nullptr, nullptr, 0,
                                          &RegistryItemDefinition};
     static const ParameterRow url[] = {{"url", &kTypeString}};
+    static const ParameterRow speech[] = {{"text", &kTypeString},
+                                          {"interrupt", &kTypeBoolean, "False"}};
     static const MethodRow rows[] = {
+        {"Speak", nullptr, speech, 2, KELP_ENTRY(RuntimeSpeak)},
         {"OpenURLMovie", &movie, url, 1, KELP_ENTRY(openURLMovie)},
         {"IsCMMClick", &kTypeBoolean, nullptr, 0, KELP_ENTRY(IsCMMClick)},
         {"GetApplicationRegistryItem", &registryItem, nullptr, 0,

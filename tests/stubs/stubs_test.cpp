@@ -61,9 +61,11 @@ const Row kRows[] = {
 };
 #undef KELP_EXPORT
 
-const std::set<std::string> kRaising = {"OLEObjectProgramIDConstructor",
-                                        "OLEObjectNewInstanceConstructor", "RegistryItemPathCtor",
-                                        "KeyChainConstructor"};
+const std::set<std::string> kRaising = {
+    "OLEObjectProgramIDConstructor", "OLEObjectNewInstanceConstructor",
+    "RegistryItemPathCtor",          "KeyChainConstructor",
+    "RuntimeScriptExecute",          "RuntimeScriptFunction",
+    "RuntimeStartParamScript"};
 
 std::string ClassOf(RuntimeObject *o) { return o && o->klass ? Str(o->klass->name) : ""; }
 

@@ -75,7 +75,7 @@ const std::vector<PropertyRow> &NamedProperties() {
 }
 
 // GetFromCode on the instance, which has a self.
-RuntimeObject *InstanceGetFromCode(RuntimeObject *, int32_t code) {
+RuntimeObject *SpecialFolderInstanceGetFromCode(RuntimeObject *, int32_t code) {
     return GetSpecialFolderFromCode(code);
 }
 
@@ -85,7 +85,7 @@ ObjectDefinition *SpecialFolderDefinition() {
     static const TypeRecord folderItem{kTypeObjectOf, nullptr, nullptr, 0, &FolderItemDefinition};
     static const ParameterRow code[] = {{"code", &kTypeInteger}};
     static const MethodRow methods[] = {
-        {"GetFromCode", &folderItem, code, 1, KELP_ENTRY(InstanceGetFromCode)},
+        {"GetFromCode", &folderItem, code, 1, KELP_ENTRY(SpecialFolderInstanceGetFromCode)},
     };
     static const ClassDescription description = {
         .name = "SpecialFolder",

@@ -19,10 +19,9 @@ packages=(
   # the database's reference engine for its corpus and benchmark; the volume
   # benchmark's archive to compare with
   sqlite3 libsqlite3-dev
-  # the serial tests' far ends: terminal pairs joined by socat, pyserial
-  socat python3-serial
-  # the socket tests' peers: a relay and an HTTP client
-  socat curl
+  # the socket and serial tests' peers: a relay that also joins terminal
+  # pairs, an HTTP client, pyserial
+  socat curl python3-serial
 )
 missing=()
 for p in "${packages[@]}"; do

@@ -137,6 +137,15 @@ void PermissionsCtor(RuntimeObject *self, int32_t perms);
 uint8_t PermissionsGetter(RuntimeObject *self, int32_t bit);
 void PermissionsSetter(RuntimeObject *self, int32_t bit, uint8_t value);
 
+/* The SpecialFolder object: a new FolderItem for each named folder (the
+ * property's selector), or by code (the same numbers, and 1034 to 1045 for
+ * the system's folders); nil for an unknown code or without a HOME.  The
+ * user's folders follow the desktop's user-dirs settings. */
+RuntimeObject *GetSpecialFolder(RuntimeObject *self, int32_t selector);
+RuntimeObject *GetSpecialFolderFromCode(int32_t code);
+/* The one SpecialFolder object, as a new reference. */
+RuntimeObject *systemGetSpecialFoldersClass(void);
+
 #ifdef __cplusplus
 }
 #endif

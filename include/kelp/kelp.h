@@ -61,5 +61,7 @@
 #include "kelp/database.h"
 /* The debugger link */
 #include "kelp/debugger.h"
+/* Platform stubs */
+#include "kelp/stubs.h"
 
 #endif

@@ -43,6 +43,16 @@ double RuntimeSin(double x);
 double RuntimeSqrt(double x);
 double RuntimeTan(double x);
 
+/* The Bitwise module on the low `bits` bits of a 32-bit value (1 to 32; any
+ * other count means 32).  Shifts are logical and a shift of `bits` or more
+ * gives 0; a negative shift leaves the value as it is.  Cannot fail. */
+uint32_t RuntimeBitwiseAnd(uint32_t a, uint32_t b);
+uint32_t RuntimeBitwiseOr(uint32_t a, uint32_t b);
+uint32_t RuntimeBitwiseXor(uint32_t a, uint32_t b);
+uint32_t RuntimeBitwiseShiftLeft(uint32_t value, int32_t shift, int32_t bits);
+uint32_t RuntimeBitwiseShiftRight(uint32_t value, int32_t shift, int32_t bits);
+uint32_t RuntimeOnesCompliment(uint32_t value, int32_t bits);
+
 #ifdef __cplusplus
 }
 #endif

@@ -115,6 +115,14 @@ void objSetter(RuntimeObject *object, int32_t offset, RuntimeObject *value);
 KelpString stringGetter(RuntimeObject *object, int32_t offset);
 void stringSetter(RuntimeObject *object, int32_t offset, KelpString value);
 
+/* ObjectCursor: the live objects, newest first, each as a new reference;
+ * nil past the last.  Count is the number alive now. */
+void objectCursorConstructor(RuntimeObject *self);
+void objectCursorDestructor(RuntimeObject *self);
+int32_t objectCursorCountGetter(RuntimeObject *self, int32_t unused);
+RuntimeObject *objectCursorGetItem(RuntimeObject *self, int32_t index);
+RuntimeObject *objectCursorNextObject(RuntimeObject *self);
+
 #ifdef __cplusplus
 }
 #endif

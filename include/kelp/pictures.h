@@ -105,6 +105,11 @@ void resourceForkSetPreload(RuntimeObject *self, KelpString, int32_t, uint8_t);
 void resourceForkSetPurgeable(RuntimeObject *self, KelpString, int32_t, uint8_t);
 void resourceForkSetSysHeap(RuntimeObject *self, KelpString, int32_t, uint8_t);
 
+/* A new reference to the picture (nil stays nil), for code that keeps it. */
+RuntimeObject *RuntimePictureReference(RuntimeObject *picture);
+/* The picture's Graphics for a plug-in to draw with, as Picture.Graphics. */
+RuntimeObject *pluginPictureGraphicsGetter(RuntimeObject *picture);
+
 #ifdef __cplusplus
 }
 #endif

@@ -17,6 +17,20 @@ double rnd(void);
  * results are thrown away.  Lets a tester repeat a sequence. */
 void RuntimeRandomSeed(uint32_t seed);
 
+/* The Random class: a generator of its own per object.  A new object is
+ * seeded from the system's entropy; setting Seed restarts a sequence, and
+ * Randomize seeds afresh.  A nil object raises NilObjectException. */
+void RandomConstructor(RuntimeObject *self);
+void RandomDestructor(RuntimeObject *self);
+void RandomSeedSetter(RuntimeObject *self, int32_t unused, int32_t seed);
+void RandomizeSeed(RuntimeObject *self);
+/* From 0 up to but not including 1. */
+double RandomNumber(RuntimeObject *self);
+/* From low to high, both included, whichever order they come in. */
+int32_t RandomNumberInRangeMinMax(RuntimeObject *self, int32_t low, int32_t high);
+/* From 0 to limit - 1; 0 when limit is not positive. */
+int32_t RandomNumberLessThan(RuntimeObject *self, int32_t limit);
+
 #ifdef __cplusplus
 }
 #endif

@@ -105,6 +105,23 @@ void RuntimeTimerReset(RuntimeObject *self);
 void TimerAddActionNotificationReceiver(RuntimeObject *self, RuntimeObject *receiver);
 void TimerRemoveActionNotificationReceiver(RuntimeObject *self, RuntimeObject *receiver);
 
+/* Ticks: sixtieths of a second of the run loop's clock (the monotonic clock,
+ * from the system's start), wrapping as a signed 32-bit count. */
+int32_t RuntimeTicks(void);
+/* Microseconds: the monotonic clock in microseconds, as a double so that it
+ * does not wrap. */
+double RuntimeMicroseconds(void);
+
+/* ConsoleApplication's initializer: a console application keeps no state of
+ * its own. */
+void ConsoleApplicationInitializer(RuntimeObject *self);
+/* Daemonize: the program goes on detached (a new session, in "/", standard
+ * streams on /dev/null) and the starting process exits with 0.  False when
+ * the detached process can't be made. */
+uint8_t DaemonizeApp(RuntimeObject *self);
+/* App.ExecutableFile: the program's own file as a new FolderItem. */
+RuntimeObject *AppFolderItemGetter(RuntimeObject *self, int32_t unused);
+
 #ifdef __cplusplus
 }
 #endif

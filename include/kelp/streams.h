@@ -82,6 +82,12 @@ void RuntimeStdOutputStreamWriteLine(RuntimeObject *self, KelpString text);
 void RuntimeStdOutFlush(RuntimeObject *self);
 uint8_t RuntimeStdOutputError(RuntimeObject *self);
 
+/* Print: the text and an end of line on standard output, flushed. */
+void RuntimeConsolePrint(KelpString text);
+/* Input: the next line of standard input without its end of line (a new
+ * reference); empty at the end of the input. */
+KelpString RuntimeConsoleInput(void);
+
 #ifdef __cplusplus
 }
 #endif

@@ -88,6 +88,19 @@ RuntimeObject *DictionaryLookup(RuntimeObject *dictionary, RuntimeObject *key,
 void dictionaryRemove(RuntimeObject *dictionary, RuntimeObject *key);
 void dictionaryRemoveAll(RuntimeObject *dictionary);
 
+/* The Collection class: values with optional text keys, indexes from 1.
+ * Adding takes a reference to the value and the key; an item handed out is
+ * the caller's reference.  An index out of range raises
+ * OutOfBoundsException; a key nobody has reads nil and removes nothing; a
+ * nil collection raises NilObjectException. */
+void collectionAdd(RuntimeObject *self, RuntimeObject *value, KelpString key);
+int32_t collectionCount(RuntimeObject *self);
+RuntimeObject *collectionIdxItem(RuntimeObject *self, int32_t index);
+RuntimeObject *collectionItem(RuntimeObject *self, KelpString key);
+void collectionIdxRemove(RuntimeObject *self, int32_t index);
+void collectionKeyRemove(RuntimeObject *self, KelpString key);
+void collectionDestructor(RuntimeObject *self);
+
 #ifdef __cplusplus
 }
 #endif

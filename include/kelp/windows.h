@@ -146,6 +146,10 @@ void paneIntSetter(RuntimeObject *self, int32_t offset, int32_t value);
 int16_t paneShortGetter(RuntimeObject *self, int32_t offset);
 void paneShortSetter(RuntimeObject *self, int32_t offset, int16_t value);
 
+/* Window(index): the window at that place from the front (0 is the
+ * frontmost) as a new reference; nil outside 0 .. WindowCount - 1. */
+RuntimeObject *getWindow(int32_t index);
+
 #ifdef __cplusplus
 }
 #endif

@@ -5,6 +5,7 @@
 #include "base/fatal_report.h"
 #include "exceptions/call_event.h"
 #include "exceptions/raise.h"
+#include "folder_items/folder_item_object.h"
 #include "menus/classes.h"
 #include "menus/dispatch.h"
 #include "objects/definitions.h"
@@ -163,6 +164,8 @@ const TypeRecord kMenuBarType{kTypeObjectOf, nullptr, nullptr, 0, &MenuBarDefini
 const TypeRecord kResourceForkType{kTypeObjectOf, nullptr, nullptr, 0, &ResourceForkDefinition};
 
 ObjectDefinition *ApplicationDefinition() {
+    static const TypeRecord executableType{kTypeObjectOf, nullptr, nullptr, 0,
+                                           &FolderItemDefinition};
     static const PropertyRow properties[] = {
         {0, "AutoQuit", &kTypeBoolean, KELP_ENTRY(AppAutoCloseGetter),
          KELP_ENTRY(AppAutoCloseSetter), offsetof(ApplicationRecord, autoQuit)},
@@ -174,6 +177,7 @@ ObjectDefinition *ApplicationDefinition() {
         {0, "MenuBar", &kMenuBarType, KELP_ENTRY(AppMenuBarGetter), KELP_ENTRY(AppMenuBarSetter),
          offsetof(ApplicationRecord, menuBar)},
         {0, "ResourceFork", &kResourceForkType, KELP_ENTRY(appResourceForkGetter), {}, -9},
+        {0, "ExecutableFile", &executableType, KELP_ENTRY(AppFolderItemGetter), {}, -9},
         // The version block of the image, read-only; the parameter selects
         // the field.
         {0, "MajorVersion", &kTypeInteger, KELP_ENTRY(AppIntegerVersionStuffGetter), {}, 0},
@@ -231,11 +235,16 @@ ObjectDefinition *ApplicationDefinition() {
 }
 
 ObjectDefinition *ConsoleApplicationDefinition() {
+    static const MethodRow methods[] = {
+        {"Daemonize", &kTypeBoolean, nullptr, 0, KELP_ENTRY(DaemonizeApp)},
+    };
     static const ClassDescription description = {
         .name = "ConsoleApplication",
         .instanceSize = sizeof(RuntimeObject),
         .targetFlags = {1, 0, 1},
+        .initializer = KELP_ENTRY(ConsoleApplicationInitializer),
         .finalizer = KELP_ENTRY(ConsoleApplicationFinalizer),
+        .methods = methods,
     };
     static ObjectDefinition *definition = BuildDefinition(description);
     return definition;

@@ -20,6 +20,7 @@ const TypeRecord kWindowType{kTypeObjectOf, nullptr, nullptr, 0, &WindowDefiniti
 const TypeRecord kApplicationType{kTypeObjectOf, nullptr, nullptr, 0, &ApplicationDefinition};
 
 const ParameterRow kClassName[] = {{"className", &kTypeString}};
+const ParameterRow kIndex[] = {{"index", &kTypeInteger}};
 const ParameterRow kException[] = {{"error", &kTypePtr}};
 const ParameterRow kHandler[] = {
     {"target", &kTypePtr}, {"eventName", &kTypeString}, {"handler", &kTypePtr}};
@@ -30,6 +31,7 @@ const MethodRow kRows[] = {
     {"Quit", nullptr, nullptr, 0, KELP_ENTRY(KP_ApplicationQuit)},
     {"UserCancelled", &kTypeBoolean, nullptr, 0, KELP_ENTRY(getUserCancelled)},
     {"WindowCount", &kTypeInteger, nullptr, 0, KELP_ENTRY(getWindowCount)},
+    {"Window", &kWindowType, kIndex, 1, KELP_ENTRY(getWindow)},
     {"_GetImplicitWindow", &kWindowType, kClassName, 1, KELP_ENTRY(RuntimeGetImplicitWindow)},
     {"_UnhandledException", nullptr, kException, 1, KELP_ENTRY(RuntimeUnhandledException)},
     {"_InstallInstanceEventHandler", nullptr, kHandler, 3,

@@ -24,6 +24,7 @@ struct PermissionsRecord {
 
 ObjectDefinition *FolderItemDefinition();
 ObjectDefinition *PermissionsDefinition();
+ObjectDefinition *SpecialFolderDefinition();
 // The language's functions that find items: GetFolderItem, DesktopFolder, ...
 std::span<const struct MethodRow> FolderItemFunctions();
 

@@ -66,6 +66,8 @@ const RelocEntry kRows[] = {
 #include "database_classes/exports.inc"
 // The debugger link
 #include "debugger/exports.inc"
+// Platform stubs
+#include "stubs/exports.inc"
     {nullptr, nullptr, nullptr, nullptr},
 };
 } // namespace

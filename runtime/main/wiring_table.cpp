@@ -35,6 +35,7 @@
 #include "objects/definitions.h"
 
 #include "kelp/random.h"
+#include "kelp/runloop.h"
 
 #include "canvas/wiring.h"
 #include "controls/wiring.h"
@@ -53,6 +54,8 @@
 #include "sockets/wiring.h"
 // The database classes
 #include "database_classes/wiring.h"
+// Platform stubs
+#include "stubs/wiring.h"
 
 namespace kelp {
 namespace {
@@ -62,7 +65,11 @@ void WireStaticExports() { SetStaticExportRows(StaticExportRows(), StaticExportC
 // Functions of folders that stand below the class definitions, so cannot
 // list their own rows of the intrinsic function table.
 void WireLowerFunctionRows() {
-    static const MethodRow rows[] = {{"Rnd", &kTypeDouble, nullptr, 0, KELP_ENTRY(rnd)}};
+    static const MethodRow rows[] = {
+        {"Rnd", &kTypeDouble, nullptr, 0, KELP_ENTRY(rnd)},
+        {"Ticks", &kTypeInteger, nullptr, 0, KELP_ENTRY(RuntimeTicks)},
+        {"Microseconds", &kTypeDouble, nullptr, 0, KELP_ENTRY(RuntimeMicroseconds)},
+    };
     AddIntrinsicFunctions(rows);
 }
 
@@ -71,7 +78,7 @@ const WiringStep kWiringTable[] = {
     {"objects: the Runtime class", &WireObjects},
     {"exceptions: the exception classes; the object runtime's raiser", &WireExceptions},
     {"string_functions: the EndOfLine class; the text functions' rows", &WireStringFunctions},
-    {"random: the Rnd function's row", &WireLowerFunctionRows},
+    {"random, runloop: the rows of Rnd, Ticks and Microseconds", &WireLowerFunctionRows},
     {"dates: the Date class and ParseDate", &WireDates},
     {"variants: the Dictionary class and the Variant functions", &WireVariants},
     {"timers: the Timer class", &WireTimers},
@@ -116,6 +123,8 @@ const WiringStep kWiringTable[] = {
     {"database_classes: Database, KELPDatabase, the record sets, DatabaseRecord, "
      "ScrollableCursor",
      &WireDatabaseClasses},
+    // Platform stubs
+    {"stubs: the OLE, registry, key chain, Apple event, dock and movie classes", &WireStubs},
 };
 
 } // namespace

@@ -44,6 +44,32 @@ RuntimeObject *ObjectAt(int32_t index) {
 
 } // namespace
 
+struct ObjectCursorRecord {
+    RuntimeObject object;
+    int32_t next; // index of the object NextObject gives
+};
+
+ObjectDefinition *ObjectCursorDefinition() {
+    static const ParameterRow index[] = {{"index", &kTypeInteger}};
+    static const PropertyRow properties[] = {
+        {0, "Count", &kTypeInteger, KELP_ENTRY(objectCursorCountGetter), {}},
+    };
+    static const MethodRow methods[] = {
+        {"Item", &kTypePtr, index, 1, KELP_ENTRY(objectCursorGetItem)},
+        {"NextObject", &kTypePtr, nullptr, 0, KELP_ENTRY(objectCursorNextObject)},
+    };
+    static const ClassDescription description = {
+        .name = "ObjectCursor",
+        .instanceSize = sizeof(ObjectCursorRecord),
+        .initializer = KELP_ENTRY(objectCursorConstructor),
+        .finalizer = KELP_ENTRY(objectCursorDestructor),
+        .properties = properties,
+        .methods = methods,
+    };
+    static ObjectDefinition *definition = BuildDefinition(description);
+    return definition;
+}
+
 ObjectDefinition *RuntimeClassDefinition() {
     static const ClassDescription description = {
         .name = "Runtime",
@@ -83,4 +109,33 @@ extern "C" RuntimeObject *RuntimeDebugInstance(void) {
         instance = NewObjectOfDefinition(RuntimeClassDefinition());
     RuntimeLockObject(instance);
     return instance;
+}
+
+// ObjectCursor: the live objects one by one, newest first, each as a new
+// reference.  Objects made or freed during the walk shift the rest, as they
+// do for the Runtime class's index.
+extern "C" void objectCursorConstructor(RuntimeObject *self) {
+    if (self)
+        reinterpret_cast<ObjectCursorRecord *>(self)->next = 0;
+}
+
+extern "C" void objectCursorDestructor(RuntimeObject *) {}
+
+extern "C" int32_t objectCursorCountGetter(RuntimeObject *, int32_t) { return LiveObjectCount(); }
+
+extern "C" RuntimeObject *objectCursorGetItem(RuntimeObject *, int32_t index) {
+    RuntimeObject *object = ObjectAt(index);
+    RuntimeLockObject(object);
+    return object;
+}
+
+extern "C" RuntimeObject *objectCursorNextObject(RuntimeObject *self) {
+    if (!self)
+        return nullptr;
+    auto *cursor = reinterpret_cast<ObjectCursorRecord *>(self);
+    RuntimeObject *object = ObjectAt(cursor->next);
+    if (object)
+        ++cursor->next;
+    RuntimeLockObject(object);
+    return object;
 }

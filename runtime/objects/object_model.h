@@ -58,5 +58,7 @@ void SetControlRelations(ObjectRelation windowOf, ObjectRelation parentOf);
 struct ObjectDefinition;
 // The class "Runtime" that the language asks about the objects alive.
 ObjectDefinition *RuntimeClassDefinition();
+// ObjectCursor: a walk over the live objects.
+ObjectDefinition *ObjectCursorDefinition();
 
 } // namespace kelp

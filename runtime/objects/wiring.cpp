@@ -9,6 +9,7 @@ namespace kelp {
 
 void WireObjects() {
     AddIntrinsicClassAccessor(&RuntimeClassDefinition);
+    AddIntrinsicClassAccessor(&ObjectCursorDefinition);
     AddIntrinsicClassAccessor(&ActionSourceInterfaceDefinition);
     AddIntrinsicClassAccessor(&ActionNotificationReceiverInterfaceDefinition);
     AddIntrinsicClassAccessor(&DataNotifierInterfaceDefinition);

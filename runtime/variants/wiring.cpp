@@ -2,13 +2,17 @@
 
 #include "kelp/variants.h"
 #include "objects/definitions.h"
+#include "variants/collection.h"
 #include "variants/dictionary.h"
+#include "variants/random_class.h"
 #include "variants/variant_classes.h"
 
 namespace kelp {
 
 void WireVariants() {
     AddIntrinsicClassAccessor(&DictionaryDefinition);
+    AddIntrinsicClassAccessor(&CollectionDefinition);
+    AddIntrinsicClassAccessor(&RandomDefinition);
     static const TypeRecord &variant = VariantType();
     static const ParameterRow value[] = {{"value", &variant}};
     static const MethodRow rows[] = {

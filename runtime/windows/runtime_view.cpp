@@ -907,3 +907,16 @@ extern "C" void formRefreshRect(RuntimeObject *self, int32_t x, int32_t y, int32
 }
 
 extern "C" int32_t getWindowCount(void) { return static_cast<int32_t>(WindowList().size()); }
+
+// Window(0) is the frontmost.  A window of the toolkit that no language
+// window stands behind (none yet) would read nil rather than shift the rest.
+extern "C" RuntimeObject *getWindow(int32_t index) {
+    const std::vector<Window *> &order = WindowsFrontToBack();
+    if (index < 0 || static_cast<size_t>(index) >= order.size())
+        return nullptr;
+    auto *viewWindow = dynamic_cast<RuntimeViewWindow *>(order[static_cast<size_t>(index)]);
+    if (!viewWindow || !viewWindow->View())
+        return nullptr;
+    RuntimeLockObject(Obj(viewWindow->View()));
+    return Obj(viewWindow->View());
+}

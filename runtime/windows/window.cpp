@@ -988,6 +988,7 @@ bool Window::ContextualMenu(int32_t x, int32_t y) {
 
 const std::vector<Window *> &WindowList() { return gWindows; }
 Window *FrontWindow() { return gFrontToBack.empty() ? nullptr : gFrontToBack.front(); }
+const std::vector<Window *> &WindowsFrontToBack() { return gFrontToBack; }
 void BringToFront(Window *window) {
     auto it = std::find(gFrontToBack.begin(), gFrontToBack.end(), window);
     if (it != gFrontToBack.end())

@@ -222,6 +222,7 @@ void CloseAllWindows();
 const std::vector<Window *> &WindowList();
 // Front to back: focus moves a window to the front.
 Window *FrontWindow();
+const std::vector<Window *> &WindowsFrontToBack();
 void BringToFront(Window *window);
 
 } // namespace kelp

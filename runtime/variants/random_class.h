@@ -1,0 +1,7 @@
+#pragma once
+// The Random class of the language, on the generator of the random folder.
+
+namespace kelp {
+struct ObjectDefinition;
+ObjectDefinition *RandomDefinition();
+} // namespace kelp

@@ -22,6 +22,7 @@ void editSetTextAndStyle(RuntimeObject *self, KelpString text, KelpString style)
 int32_t editSelStartGetter(RuntimeObject *self, int32_t);
 void editSelStartSetter(RuntimeObject *self, int32_t, int32_t value);
 int32_t editSelLengthGetter(RuntimeObject *self, int32_t);
+RuntimeObject *TextRangeGetter(RuntimeObject *self, int32_t);
 void editSelLengthSetter(RuntimeObject *self, int32_t, int32_t value);
 KelpString editSelTextGetter(RuntimeObject *self, int32_t);
 void editSelTextSetter(RuntimeObject *self, int32_t, KelpString value);

@@ -207,6 +207,20 @@ extern "C" int32_t editSelLengthGetter(RuntimeObject *self, int32_t) {
     return pane ? SelLength(pane) : self ? EditRecord(self)->selLength : 0;
 }
 
+// The selection as a Range object: a program that keeps it can hand the
+// same span back to the styled text's setters later, after the user has
+// moved the caret.
+extern "C" RuntimeObject *TextRangeGetter(RuntimeObject *self, int32_t) {
+    if (!self)
+        return nullptr;
+    RuntimeObject *range = NewObjectOfDefinition(RangeDefinition());
+    if (!range)
+        return nullptr;
+    reinterpret_cast<RangeRecord *>(range)->startPos = editSelStartGetter(self, 0);
+    reinterpret_cast<RangeRecord *>(range)->length = editSelLengthGetter(self, 0);
+    return range;
+}
+
 extern "C" void editSelLengthSetter(RuntimeObject *self, int32_t, int32_t value) {
     if (!self)
         return;

@@ -6,6 +6,7 @@
 
 #include "edit_fields/edit_pane.h"
 #include "edit_fields/mask.h"
+#include "edit_fields/styled_text.h"
 #include "strings/kstring.h"
 
 #include "kelp/edit_fields.h"
@@ -13,6 +14,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 
@@ -200,6 +202,13 @@ TEST_F(EditFieldTest, SelectionAndClipboardKeysMeetTheRealClipboard) {
         KelpString sel = editSelTextGetter(f, 0);
         EXPECT_EQ(objtext::View(sel), s.text) << s.start << "," << s.length;
         objtext::Release(sel);
+        // The selection as a Range holds the clamped span, not the asked one.
+        RuntimeObject *range = TextRangeGetter(f, 0);
+        ASSERT_NE(range, nullptr);
+        const auto *r = reinterpret_cast<const RangeRecord *>(range);
+        EXPECT_EQ(r->startPos, editSelStartGetter(f, 0));
+        EXPECT_EQ(r->length, static_cast<int32_t>(std::strlen(s.text)));
+        RuntimeUnlockObject(range);
     }
     editSelStartSetter(f, 0, 6);
     editSelLengthSetter(f, 0, 5);

@@ -641,6 +641,17 @@ void EditPane::EnableMenuItems() {
     EditFieldRecord *record = Record();
     if (!record || closing)
         return;
+    bool pasteable = false;
+    if (!record->readOnly) {
+        // Asking the clipboard's owner runs the loop, which may close us or
+        // move the selection: the rest is read once the answer is in.
+        if (!LockForEvent())
+            return;
+        pasteable =
+            gtk_clipboard_wait_is_text_available(gtk_clipboard_get(GDK_SELECTION_CLIPBOARD));
+        if (UnlockAfterEvent())
+            return;
+    }
     auto *window = dynamic_cast<Window *>(Root());
     int32_t s, e;
     GetSelection(&s, &e);
@@ -651,18 +662,9 @@ void EditPane::EnableMenuItems() {
     }
     if (selection)
         EnableMenuItemsNamed(window, "EditClear");
+    if (pasteable)
+        EnableMenuItemsNamed(window, "EditPaste");
     EnableMenuItemsNamed(window, "EditSelectAll");
-    if (!record->readOnly) {
-        // Asking the clipboard's owner runs the loop, which may close us.
-        if (!LockForEvent())
-            return;
-        const bool text =
-            gtk_clipboard_wait_is_text_available(gtk_clipboard_get(GDK_SELECTION_CLIPBOARD));
-        if (UnlockAfterEvent())
-            return;
-        if (text)
-            EnableMenuItemsNamed(window, "EditPaste");
-    }
     bool alive;
     FireLocked(EditEvents().enableMenuItems, &alive);
     if (alive && !closing)

@@ -12,6 +12,7 @@
 
 #include "base/soft_library.h"
 #include "exceptions/raise.h"
+#include "menus/dispatch.h"
 #include "objects/object_model.h"
 #include "objects/text.h"
 #include "strings/kstring.h"
@@ -205,8 +206,10 @@ void EditPane::ReplaceSelection(const std::string &utf8) {
     }
 }
 
+bool EditPane::HidesText() const { return !mTextView && Record() && Record()->password; }
+
 void EditPane::Cut() {
-    if (Record() && Record()->password)
+    if (HidesText())
         return; // a password never leaves the field
     if (mTextView)
         gtk_text_buffer_cut_clipboard(mBuffer, gtk_clipboard_get(GDK_SELECTION_CLIPBOARD),
@@ -216,7 +219,7 @@ void EditPane::Cut() {
 }
 
 void EditPane::Copy() {
-    if (Record() && Record()->password)
+    if (HidesText())
         return;
     if (mTextView)
         gtk_text_buffer_copy_clipboard(mBuffer, gtk_clipboard_get(GDK_SELECTION_CLIPBOARD));
@@ -518,26 +521,10 @@ bool EditPane::KeyDown(int32_t character, int32_t, int32_t modifiers) {
         return false;
     // The clipboard keys, so that a paste goes through the mask like typing.
     if (modifiers & kModControl) {
-        switch (character | 0x20) {
-        case 'c': Copy(); break;
-        case 'x':
-            if (!record->readOnly) {
-                int32_t s, e;
-                GetSelection(&s, &e);
-                if (!FilterEdit(s, e - s, std::string()))
-                    Cut();
-                else
-                    Copy();
-            }
-            break;
-        case 'v':
-            if (!Paste())
-                return true;
-            break;
-        case 'a': SelectAll(); break;
-        default: return false;
-        }
-        if (!closing)
+        const int32_t command = character | 0x20;
+        if (command != 'c' && command != 'x' && command != 'v' && command != 'a')
+            return false;
+        if (RunEditCommand(static_cast<char>(command)) && !closing)
             CheckSelectionChanged();
         return true;
     }
@@ -622,6 +609,85 @@ void EditPane::LoseFocus() {
     FireLocked(EditEvents().lostFocus, &alive);
     if (alive && !closing && !mShowingFormat)
         ApplyFormat();
+}
+
+bool EditPane::RunEditCommand(char command) {
+    EditFieldRecord *record = Record();
+    if (!record || closing)
+        return false;
+    int32_t s, e;
+    GetSelection(&s, &e);
+    switch (command) {
+    case 'c': Copy(); break;
+    case 'x':
+    case 'd':
+        // A removal goes through the mask like typing; when the mask made
+        // the edit itself, a cut still hands the text to the clipboard.
+        if (record->readOnly)
+            break;
+        if (!FilterEdit(s, e - s, std::string()))
+            command == 'x' ? Cut() : Clear();
+        else if (command == 'x')
+            Copy();
+        break;
+    case 'v': return Paste();
+    case 'a': SelectAll(); break;
+    default: break;
+    }
+    return !closing;
+}
+
+void EditPane::EnableMenuItems() {
+    EditFieldRecord *record = Record();
+    if (!record || closing)
+        return;
+    bool pasteable = false;
+    if (!record->readOnly) {
+        // Asking the clipboard's owner runs the loop, which may close us or
+        // move the selection: the rest is read once the answer is in.
+        if (!LockForEvent())
+            return;
+        pasteable =
+            gtk_clipboard_wait_is_text_available(gtk_clipboard_get(GDK_SELECTION_CLIPBOARD));
+        if (UnlockAfterEvent())
+            return;
+    }
+    auto *window = dynamic_cast<Window *>(Root());
+    int32_t s, e;
+    GetSelection(&s, &e);
+    const bool selection = s != e;
+    if (selection && !HidesText()) {
+        EnableMenuItemsNamed(window, "EditCut");
+        EnableMenuItemsNamed(window, "EditCopy");
+    }
+    if (selection)
+        EnableMenuItemsNamed(window, "EditClear");
+    if (pasteable)
+        EnableMenuItemsNamed(window, "EditPaste");
+    EnableMenuItemsNamed(window, "EditSelectAll");
+    bool alive;
+    FireLocked(EditEvents().enableMenuItems, &alive);
+    if (alive && !closing)
+        ControlPane::EnableMenuItems();
+}
+
+bool EditPane::MenuSelected(RuntimeObject *item) {
+    static constexpr struct {
+        const char *name;
+        char command;
+    } kItems[] = {{"EditCut", 'x'},
+                  {"EditCopy", 'c'},
+                  {"EditPaste", 'v'},
+                  {"EditClear", 'd'},
+                  {"EditSelectAll", 'a'}};
+    const std::string name = MenuItemName(item);
+    for (const auto &standard : kItems)
+        if (name == standard.name) {
+            if (RunEditCommand(standard.command) && !closing)
+                CheckSelectionChanged();
+            return true;
+        }
+    return !closing && ControlPane::MenuSelected(item);
 }
 
 bool EditPane::MouseDown(int32_t x, int32_t y, int32_t) {

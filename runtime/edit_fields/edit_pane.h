@@ -90,8 +90,20 @@ public:
     void LoseFocus() override;
     bool MouseDown(int32_t x, int32_t y, int32_t modifiers) override;
     void MouseUp(int32_t x, int32_t y) override;
+    // The standard Edit items this field can serve are switched on before
+    // the field's own EnableMenuItems runs, so its handler has the last word.
+    void EnableMenuItems() override;
+    // EditCut, EditCopy, EditPaste, EditClear and EditSelectAll act on this
+    // field; other items go on to the holder.
+    bool MenuSelected(RuntimeObject *item) override;
 
 private:
+    // A single-line password field shows bullets: its text never leaves it.
+    bool HidesText() const;
+    // The edit commands the keys and the Edit items share: 'x' cut, 'c'
+    // copy, 'v' paste, 'd' clear, 'a' select all.  False when the field
+    // closed meanwhile: touch nothing more.
+    bool RunEditCommand(char command);
     EditFieldRecord *Record() const;
     void InsertAtCaret(const char *utf8);
     void Iters(int32_t start, int32_t length, GtkTextIter *a, GtkTextIter *b) const;

@@ -104,6 +104,26 @@ RuntimeObject *MenuBarOfWindow(Window *window) {
     return gApp.menuBar ? gApp.menuBar() : nullptr;
 }
 
+void EnableMenuItemsNamed(Window *window, std::string_view name) {
+    XMenuGTK *bar = MenuImpOf(MenuBarOfWindow(window));
+    if (!bar || name.empty())
+        return;
+    std::vector<XMenuGTK *> menus{bar};
+    for (size_t i = 0; i < menus.size(); ++i)
+        for (RuntimeObject *child : menus[i]->mChildren) {
+            XMenuGTK *imp = MenuImpOf(child);
+            if (imp && imp->HasChildren())
+                menus.push_back(imp);
+            else if (imp && imp->mName == name)
+                imp->Enable();
+        }
+}
+
+std::string MenuItemName(RuntimeObject *item) {
+    XMenuGTK *imp = MenuImpOf(item);
+    return imp ? imp->mName : std::string();
+}
+
 bool DispatchMenuItem(RuntimeObject *item, Window *window) {
     XMenuGTK *imp = MenuImpOf(item);
     if (!imp)

@@ -4,6 +4,7 @@
 // the application, the item's own events, and the keys of the bar.
 #include "kelp/records.h"
 
+#include <string>
 #include <string_view>
 
 namespace kelp {
@@ -29,6 +30,12 @@ void RunEnableCycle(bool modal, Window *window);
 // The accelerator search for a key of a window: true when an enabled item
 // of the window's bar has it, the item then being dispatched.
 bool OfferMenuKey(Window *window, int32_t character, int32_t modifiers);
+
+// Enables every item of that name in the bar `window` shows: how a control
+// switches on the standard items it can serve while the cycle runs.
+void EnableMenuItemsNamed(Window *window, std::string_view name);
+// The Name of a menu item, or empty for anything else.
+std::string MenuItemName(RuntimeObject *item);
 
 // The bar a window shows: its view's MenuBar, else for a document window
 // the application's; borrowed, or null.

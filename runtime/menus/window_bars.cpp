@@ -15,8 +15,14 @@ namespace {
 
 std::map<Window *, XMenuGTK *> gBars; // the clone each window shows
 
-gboolean OnBarPress(GtkWidget *, GdkEventButton *, gpointer data) {
+gboolean OnBarPress(GtkWidget *bar, GdkEventButton *, gpointer data) {
     auto *window = static_cast<Window *>(data);
+    // An open menu hands the bar the presses it does not take itself, the
+    // one that chooses an item among them: the cycle ran when it opened,
+    // and running it again would disable the item under the pointer
+    // while the press is on its way.
+    if (GTK_MENU_SHELL(bar)->active)
+        return FALSE;
     if (window->LockForEvent()) {
         RunEnableCycle(IsModalKind(window->kind), window);
         window->UnlockAfterEvent();

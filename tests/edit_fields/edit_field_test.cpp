@@ -3,6 +3,7 @@
 // through their byte form.
 #include "controls/control_fixture.h"
 #include "field_text.h"
+#include "run_aside.h"
 
 #include "edit_fields/edit_pane.h"
 #include "edit_fields/mask.h"
@@ -10,9 +11,6 @@
 #include "strings/kstring.h"
 
 #include "kelp/edit_fields.h"
-
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <cstring>
 #include <filesystem>
@@ -44,39 +42,8 @@ void SetText(RuntimeObject *field, std::string_view text) {
     objtext::Release(s);
 }
 
-// Runs a shell line without blocking the loop, which must answer the
-// X server's selection requests meanwhile; its standard output.
 class EditFieldTest : public ControlFixture {
 protected:
-    std::string RunAside(const std::string &line) {
-        const char *argv[] = {"/bin/sh", "-c", line.c_str(), nullptr};
-        GPid pid;
-        gint out = -1;
-        EXPECT_TRUE(g_spawn_async_with_pipes(nullptr, const_cast<char **>(argv), nullptr,
-                                             G_SPAWN_DO_NOT_REAP_CHILD, nullptr, nullptr, &pid,
-                                             nullptr, &out, nullptr, nullptr));
-        fcntl(out, F_SETFL, O_NONBLOCK);
-        bool done = false;
-        g_child_watch_add(
-            pid,
-            [](GPid p, gint, gpointer d) { *static_cast<bool *>(d) = true, g_spawn_close_pid(p); },
-            &done);
-        std::string result;
-        char buffer[65536];
-        auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (!done && std::chrono::steady_clock::now() < end) {
-            Settle(10);
-            ssize_t n;
-            while ((n = read(out, buffer, sizeof buffer)) > 0)
-                result.append(buffer, static_cast<size_t>(n));
-        }
-        ssize_t n;
-        while ((n = read(out, buffer, sizeof buffer)) > 0)
-            result.append(buffer, static_cast<size_t>(n));
-        close(out);
-        return result;
-    }
-
     // A window with one field `F` of the given properties and a second
     // field to take the focus away.
     RuntimeObject *Field(const std::function<void(MassData &)> &properties,

@@ -1,12 +1,15 @@
 #include "runloop/descriptor_watch.h"
 
+#include "runloop/main_loop.h"
+
 #include <glib.h>
 
 namespace kelp {
 
 // The source that carries one watch's poll record.  It never has a timeout
 // of its own and its dispatch only notes what was seen: the owner does the
-// work from its own step of the loop, in the loop's order.
+// work from its own step of the loop, in the loop's order, or from the
+// service that a nested toolkit loop gets.
 struct DescriptorWatchSource {
     GSource base;
     DescriptorWatch *owner;
@@ -23,6 +26,9 @@ struct DescriptorWatchSource {
     static gboolean Dispatch(GSource *source, GSourceFunc, gpointer) {
         DescriptorWatch *w = reinterpret_cast<DescriptorWatchSource *>(source)->owner;
         w->Fired(w->mPoll->revents);
+        // Outside the loop's own iteration no pass follows to look at it.
+        if (!InLoopOwnIteration())
+            RequestDescriptorService();
         return G_SOURCE_CONTINUE;
     }
 };

@@ -10,6 +10,8 @@
 
 #include <time.h>
 
+#include <atomic>
+
 namespace kelp {
 namespace {
 
@@ -21,6 +23,28 @@ SocketPoller gSocketPoller = nullptr;
 bool gBlockWhenIdle = true;
 bool gAppRunning = false;
 bool gRunEntered = false;
+
+// The dispatch depth of MainLoopStep's iteration under way, or -1.  Nested
+// steps (modal windows, DoEvents) save and restore it.
+int gOwnDepth = -1;
+std::atomic<bool> gServiceRequested{false};
+int gServicing = 0; // services under way, nested in handlers' dialogs
+
+gboolean ServiceOutsideLoop(gpointer) {
+    gServiceRequested = false;
+    // The loop's own pass follows its iteration and services everything in
+    // order.
+    if (InLoopOwnIteration())
+        return G_SOURCE_REMOVE;
+    ++gServicing;
+    PollAllPollables();
+    if (gSerialPoller)
+        gSerialPoller();
+    if (gSocketPoller)
+        gSocketPoller(false);
+    --gServicing;
+    return G_SOURCE_REMOVE;
+}
 
 } // namespace
 
@@ -45,6 +69,16 @@ void RunSocketPoller(bool fromDebugger) {
         gSocketPoller(fromDebugger);
 }
 
+void RequestDescriptorService() {
+    if (gServiceRequested.exchange(true))
+        return;
+    // Attaching wakes a waiting context, from whichever thread.
+    g_idle_add_full(G_PRIORITY_DEFAULT, &ServiceOutsideLoop, nullptr, nullptr);
+}
+
+bool ServicingOutsideLoop() { return gServicing > 0; }
+bool InLoopOwnIteration() { return gOwnDepth >= 0 && g_main_depth() == gOwnDepth; }
+
 bool BlockWhenIdle() { return gBlockWhenIdle; }
 bool AppRunning() { return gAppRunning; }
 
@@ -64,7 +98,10 @@ void MainLoopStep(bool block) {
     // an event that may never come: the auto-quit test below ends it.
     if (block && gAppRunning && AutoQuitOn() && LiveWindowCount() == 0)
         block = false;
+    const int outerDepth = gOwnDepth;
+    gOwnDepth = g_main_depth() + 1;
     gtk_main_iteration_do(block ? TRUE : FALSE);
+    gOwnDepth = outerDepth;
     if (gWindows.focusIdle)
         gWindows.focusIdle();
     PollAllPollables();

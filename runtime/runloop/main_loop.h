@@ -36,6 +36,18 @@ void SetSocketPoller(SocketPoller poller);
 // Runs the socket layer's poller, if one is set.
 void RunSocketPoller(bool fromDebugger);
 
+// A toolkit iteration that is not the loop's own (a native dialog, an open
+// menu, a handler's own gtk_main) does not reach the pass that services
+// serial ports and sockets.  A descriptor watch that fires there asks for a
+// service of its own, which runs as soon as that loop goes round again.
+// Safe from any thread: a finished name lookup asks the same way.
+void RequestDescriptorService();
+// True while that service runs; a socket whose own poll is under way is
+// left alone then, so none of its handlers is entered twice.
+bool ServicingOutsideLoop();
+// True inside a dispatch of MainLoopStep's own toolkit iteration.
+bool InLoopOwnIteration();
+
 // How Application.SleepCurrentThread sleeps: the thread scheduler puts the
 // calling thread to sleep and lets the others run meanwhile.  Without one
 // the whole process sleeps.

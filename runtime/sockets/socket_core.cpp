@@ -2,8 +2,7 @@
 
 #include "sockets/socket_calls.h"
 
-#include "runloop/background_task.h"
-#include "runloop/pollable.h"
+#include "runloop/main_loop.h"
 
 #include "kelp/objects.h"
 
@@ -31,21 +30,17 @@ bool gBusy = false;
 int gLiveSockets = 0;
 int gSuppression = 0;
 
-// Keeps sockets serviced while a nested toolkit loop (a menu, a native
-// dialog) has the thread: its timeout runs there, the loop's pass doesn't.
-class PollingTask : public BackgroundTask {
-public:
-    PollingTask() : BackgroundTask(kActivePeriod) {}
-    void Run() override {
-        if (LiveSocketCount() < 1)
-            return;
-        PollAllPollables();
-        PollSockets(false);
-    }
-    static constexpr int32_t kActivePeriod = 5;
-    static constexpr int32_t kParkedPeriod = 0x7FFFFFFF;
+// The sockets whose Poll is under way, innermost last, each with whether a
+// nested loop's service passed it over.  Compared by address only: an entry
+// may be gone by the time its Poll returns.
+struct PollUnderWay {
+    const SocketCore *socket;
+    bool passedOver;
 };
-PollingTask *gPollingTask = nullptr;
+std::vector<PollUnderWay> &InPoll() {
+    static std::vector<PollUnderWay> polling;
+    return polling;
+}
 
 // ioctl and fcntl are variadic; the table holds plain forms of them.
 int CallIoctl(int fd, unsigned long request, ...) {
@@ -161,10 +156,6 @@ SocketCore::SocketCore(RuntimeObject *control, SocketOwnerKind kind)
     : mControl(control), mOwnerKind(kind) {
     ++gLiveSockets;
     SocketLayerStart();
-    if (!gPollingTask)
-        gPollingTask = new PollingTask();
-    else
-        gPollingTask->period = PollingTask::kActivePeriod;
 }
 
 SocketCore::~SocketCore() {
@@ -172,8 +163,7 @@ SocketCore::~SocketCore() {
     auto at = std::find(list.rbegin(), list.rend(), this);
     if (at != list.rend())
         list.erase(std::next(at).base());
-    if (--gLiveSockets < 1 && gPollingTask)
-        gPollingTask->period = PollingTask::kParkedPeriod;
+    --gLiveSockets;
 }
 
 void SocketCore::AddToList() {
@@ -241,10 +231,29 @@ void SocketCore::SetControlError(int32_t code) {
 }
 
 void SocketCore::PollSafely() {
+    auto &polling = InPoll();
+    // A handler of this socket opened a dialog or a menu: the service of
+    // that nested loop leaves the socket alone rather than enter its
+    // handlers twice.  Its watch has fired, so it is put back into the wait
+    // once its own poll is over, and the next pass sees what came meanwhile.
+    if (ServicingOutsideLoop()) {
+        for (PollUnderWay &entry : polling)
+            if (entry.socket == this) {
+                entry.passedOver = true;
+                return;
+            }
+    }
     RuntimeObject *control = mControl ? mControl : mLifeHolder;
     if (control)
         RuntimeLockObject(control);
+    polling.push_back({this, false});
     Poll();
+    const bool passedOver = polling.back().passedOver;
+    polling.pop_back();
+    // Without a locked owner the socket lives on only while it is listed.
+    const bool alive = control || std::find(List().begin(), List().end(), this) != List().end();
+    if (passedOver && alive)
+        RearmWatch();
     if (control)
         RuntimeUnlockObject(control);
 }

@@ -71,6 +71,8 @@ public:
     virtual void ClearSendBuffer() {}
     virtual int32_t GetLocalPort() { return -1; }
     virtual int32_t GetHandle() { return -1; }
+    // Puts the descriptor back into the toolkit's wait, whatever it saw.
+    virtual void RearmWatch() {}
     // Leaves the list; unless `final` (destructors) drops the control lock.
     virtual void Disconnect(bool final);
     // Back to idle; unread bytes survive unless `all`.

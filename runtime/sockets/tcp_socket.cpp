@@ -6,6 +6,7 @@
 
 #include "exceptions/call_event.h"
 #include "exceptions/raise.h"
+#include "runloop/main_loop.h"
 
 #include "kelp/objects.h"
 
@@ -405,7 +406,8 @@ void TCPSocketPosix::Connect(const std::string &address, int32_t port) {
             lookup->length = foundLength;
         }
         lookup->done = true;
-        WakeMainContext();
+        // The socket watches no descriptor while it waits for the name.
+        RequestDescriptorService();
     }).detach();
 }
 

@@ -101,6 +101,7 @@ public:
     void ClearSendBuffer() override { mSendQueue->Clear(); }
     int32_t GetLocalPort() override;
     int32_t GetHandle() override { return mFD; }
+    void RearmWatch() override { mWatch.Rearm(); }
     void Disconnect(bool final) override;
     void Reset(bool all) override;
 

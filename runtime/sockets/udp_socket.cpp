@@ -249,7 +249,12 @@ std::string UDPSocketPosix::BroadcastAddress() {
 
 void UDPSocketPosix::UpdateWatch() {
     mWatch.SetDescriptor(mFD);
-    mWatch.SetInterest(mFD >= 0 && mConnected ? kWatchRead : kWatchNone);
+    unsigned interest = kWatchNone;
+    if (mFD >= 0 && mConnected)
+        interest = kWatchRead | (mOutgoing.empty() ? kWatchNone : kWatchWrite);
+    // Datagrams go one a pass: waiting for room keeps the rest moving
+    // without a timer.
+    mWatch.SetInterest(interest);
 }
 
 } // namespace kelp

@@ -47,6 +47,7 @@ public:
 class UDPSocketPosix : public UDPSocket {
 public:
     explicit UDPSocketPosix(RuntimeObject *control);
+    void RearmWatch() override { mWatch.Rearm(); }
     ~UDPSocketPosix() override;
 
     void Open(int32_t port) override;

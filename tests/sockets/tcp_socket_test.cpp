@@ -305,6 +305,111 @@ TEST(TCPSocket, EventsWaitThroughADebuggerStopAndThenComeInOrder) {
     RuntimeUnlockObject(socket);
 }
 
+// Holds the connections it is given; for `nested`, later writes to two.
+const char kHolder[] = R"(
+import socket, sys, time
+s = socket.socket(); s.bind(('127.0.0.1', 0)); s.listen(64)
+print(s.getsockname()[1], flush=True)
+held = [s.accept()[0] for _ in range(int(sys.argv[1]))]
+if sys.argv[2] == 'nested':
+    time.sleep(0.5); held[0].sendall(b'first\n')
+    time.sleep(0.3); held[0].sendall(b'second\n'); held[1].sendall(b'other\n')
+time.sleep(30)
+)";
+
+gboolean SetFlag(gpointer flag) { return *static_cast<bool *>(flag) = true, FALSE; }
+
+// The loop's passes until `flag`, with no timer of its own to keep them
+// coming; a backstop fails the test instead of hanging it.
+int StepUntil(const bool &flag) {
+    bool late = false;
+    guint backstop = g_timeout_add(5000, &SetFlag, &late);
+    int passes = 0;
+    for (; !flag && !late; ++passes)
+        MainLoopStep(true);
+    if (!late)
+        g_source_remove(backstop);
+    EXPECT_FALSE(late);
+    return passes;
+}
+
+std::vector<RuntimeObject *> Connected(RuntimeClass *klass, int count, const char *mode) {
+    static std::unique_ptr<Peer> peer;
+    peer = std::make_unique<Peer>(Peer::Python(kHolder, {std::to_string(count), mode}));
+    const int port = std::stoi(peer->Line());
+    std::vector<RuntimeObject *> sockets;
+    for (int i = 0; i < count; ++i) {
+        sockets.push_back(RuntimeNewObject(klass));
+        socketDirectConnect(sockets.back(), test::MakeText("127.0.0.1"), port);
+        // The peer takes them in this order.
+        EXPECT_TRUE(PumpUntil([&] { return SocketIsConnected(sockets.back(), 0) == 1; }));
+    }
+    return sockets;
+}
+
+void CloseAll(const std::vector<RuntimeObject *> &sockets) {
+    for (RuntimeObject *socket : sockets) {
+        socketClose(socket);
+        RuntimeUnlockObject(socket);
+    }
+}
+
+TEST(TCPSocket, IdleConnectionsLetTheLoopSleepUntilADeadline) {
+    std::vector<RuntimeObject *> sockets = Connected(LoggingTCPClass(), 20, "idle");
+    // What earlier cases left ready is served first.
+    for (int i = 0; i < 100 && g_main_context_pending(nullptr); ++i)
+        MainLoopStep(false);
+    bool due = false;
+    g_timeout_add(1000, &SetFlag, &due);
+    // The deadline's own wake-up, and at most a stray one before it.
+    EXPECT_LE(StepUntil(due), 2);
+    CloseAll(sockets);
+}
+
+// The first socket's DataAvailable runs a nested toolkit loop, as a native
+// dialog does, until the second socket's data has come.
+RuntimeObject *gDialogOwner = nullptr;
+GMainLoop *gDialog = nullptr;
+int gHandlerDepth = 0, gDeepestHandler = 0;
+bool gSecondArrived = false;
+void OnDataWithDialog(RuntimeObject *self) {
+    const int depth = self == gDialogOwner ? 1 : 0;
+    gDeepestHandler = std::max(gDeepestHandler, gHandlerDepth += depth);
+    std::string text = test::TextAndRelease(SocketReadAll(self, nullptr));
+    EventLog::All().push_back(text.substr(0, text.size() - 1) + (gDialog ? " in dialog" : ""));
+    if (self == gDialogOwner && text == "first\n") {
+        gDialog = g_main_loop_new(nullptr, FALSE);
+        guint backstop = g_timeout_add(
+            5000,
+            [](gpointer loop) -> gboolean {
+                return g_main_loop_quit(static_cast<GMainLoop *>(loop)), FALSE;
+            },
+            gDialog);
+        g_main_loop_run(gDialog);
+        g_source_remove(backstop);
+        g_main_loop_unref(gDialog);
+        gDialog = nullptr;
+    } else if (self != gDialogOwner && gDialog) {
+        g_main_loop_quit(gDialog);
+    }
+    gSecondArrived = text == "second\n";
+    gHandlerDepth -= depth;
+}
+
+TEST(TCPSocket, ANestedLoopServesOtherSocketsButNeverReentersAHandler) {
+    RuntimeClass *klass = test::MakeSubclass("TCPSocket", "DialogSocket");
+    test::SetEventHandler(klass, "DataAvailable", reinterpret_cast<void *>(&OnDataWithDialog));
+    EventLog::All().clear();
+    std::vector<RuntimeObject *> sockets = Connected(klass, 2, "nested");
+    gDialogOwner = sockets[0];
+    // The first socket's second line came while its handler was in the
+    // dialog: the pass after it brings that line without a timer's help.
+    StepUntil(gSecondArrived);
+    EXPECT_EQ(gDeepestHandler, 1);
+    EXPECT_EQ(test::Joined(EventLog::All()), "first, other in dialog, second");
+    CloseAll(sockets);
+}
+
 TEST(TCPSocket, StandardStreamsServeAsConnectedSockets) {
     // Each stream in turn is a pipe for the while of the case.
     struct Case {

@@ -24,6 +24,20 @@ bool LockFileExists(int n) {
     return stat(lock.c_str(), &st) == 0;
 }
 
+// The pid written in the server's lock file, or -1.  Another program's
+// server may hold the number we tried: its socket is there even though ours
+// gave up, so only a lock naming our own child proves the number is ours.
+pid_t LockOwner(int n) {
+    std::FILE *f = std::fopen(("/tmp/.X" + std::to_string(n) + "-lock").c_str(), "r");
+    if (!f)
+        return -1;
+    long owner = -1;
+    if (std::fscanf(f, " %ld", &owner) != 1)
+        owner = -1;
+    std::fclose(f);
+    return static_cast<pid_t>(owner);
+}
+
 bool SocketExists(int n) {
     std::string sock = "/tmp/.X11-unix/X" + std::to_string(n);
     struct stat st;
@@ -59,7 +73,7 @@ XServer::XServer() {
                 pid = -1;
                 break;
             }
-            if (SocketExists(n)) {
+            if (SocketExists(n) && LockOwner(n) == pid) {
                 mPid = pid;
                 mDisplay = name;
                 setenv("DISPLAY", name.c_str(), 1);
